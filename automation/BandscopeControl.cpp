@@ -1,0 +1,130 @@
+#include "automation/BandscopeControl.h"
+
+#include <array>
+#include <new>
+#include <string>
+
+#include "automation/FreqSlotObject.h"
+#include "automation/TypeLib.h"
+
+namespace kv::automation {
+
+namespace {
+
+constexpr DISPID kChgGridRange = 1;
+constexpr DISPID kChgHeight = 2;
+constexpr DISPID kChgFreqRange = 3;
+
+}  // namespace
+
+void DebugErrorReporter::ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+                                 const util::RuntimeError& error) noexcept {
+    try {
+        const std::wstring record = L"kvBandscope: error " + std::to_wstring(error.number()) + L"  " + error.text() +
+                                    L"; procedure " + sProc + L"; flag " + std::to_wstring(flag) +
+                                    (sDetail.empty() ? L"" : L"; ") + sDetail + L"\r\n";
+        OutputDebugStringW(record.c_str());
+    } catch (...) {
+        OutputDebugStringW(L"kvBandscope: an error could not be noted\r\n");
+    }
+}
+
+BandscopeControl::BandscopeControl() {
+    scope_ = std::make_unique<control::Bandscope>(
+        control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
+}
+
+BandscopeControl::~BandscopeControl() {
+    // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
+    references_ = 1;
+    windows_.reset();
+    scope_.reset();
+}
+
+HRESULT createBandscopeControl(REFIID iid, void** object) {
+    BandscopeControl* control = nullptr;
+    const HRESULT made = firewall(__uuidof(_kvBandscope), [&] { control = new BandscopeControl; });
+    if (FAILED(made))
+        return made;
+    const HRESULT result = control->QueryInterface(iid, object);
+    control->Release();
+    return result;
+}
+
+void* BandscopeControl::offered(REFIID iid) noexcept {
+    if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(_kvBandscope))
+        return static_cast<_kvBandscope*>(this);
+    if (iid == IID_ISupportErrorInfo)
+        return static_cast<ISupportErrorInfo*>(this);
+    if (iid == IID_IConnectionPointContainer)
+        return static_cast<IConnectionPointContainer*>(this);
+    if (iid == IID_IOleObject)
+        return static_cast<IOleObject*>(this);
+    if (iid == IID_IOleControl)
+        return static_cast<IOleControl*>(this);
+    if (iid == IID_IOleWindow || iid == IID_IOleInPlaceObject)
+        return static_cast<IOleInPlaceObject*>(this);
+    if (iid == IID_IOleInPlaceActiveObject)
+        return static_cast<IOleInPlaceActiveObject*>(this);
+    if (iid == IID_IViewObject || iid == IID_IViewObject2)
+        return static_cast<IViewObject2*>(this);
+    if (iid == IID_IPersist || iid == IID_IPersistStreamInit)
+        return static_cast<IPersistStreamInit*>(this);
+    if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
+        return static_cast<IProvideClassInfo2*>(this);
+    return nullptr;
+}
+
+HRESULT BandscopeControl::QueryInterface(REFIID iid, void** object) {
+    if (!object)
+        return E_POINTER;
+    *object = offered(iid);
+    if (!*object)
+        return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+}
+
+ULONG BandscopeControl::AddRef() {
+    return ++references_;
+}
+
+ULONG BandscopeControl::Release() {
+    const ULONG left = --references_;
+    if (left == 0)
+        delete this;
+    return left;
+}
+
+void BandscopeControl::ChgGridRange() {
+    if (freezeCount_ == 0)
+        fire(kChgGridRange);
+}
+
+void BandscopeControl::ChgHeight(std::int16_t iHgt) {
+    const std::array<Variant, 1> arguments{Variant(static_cast<short>(iHgt))};
+    if (freezeCount_ == 0)
+        fire(kChgHeight, arguments);
+}
+
+void BandscopeControl::ChgFreqRange(double dMin, double dMax) {
+    const std::array<Variant, 2> arguments{Variant(dMin), Variant(dMax)};
+    if (freezeCount_ == 0)
+        fire(kChgFreqRange, arguments);
+}
+
+HRESULT BandscopeControl::GetClassInfo(ITypeInfo** info) {
+    return getClassInfo(CLSID_kvBandscope, info);
+}
+
+HRESULT BandscopeControl::GetGUID(DWORD kind, GUID* guid) {
+    if (!guid)
+        return E_POINTER;
+    *guid = GUID{};
+    if (kind != GUIDKIND_DEFAULT_SOURCE_DISP_IID)
+        return E_INVALIDARG;
+    *guid = DIID___kvBandscope;
+    return S_OK;
+}
+
+}  // namespace kv::automation

@@ -1,0 +1,260 @@
+// The coclass kvBandscope: the spectrum display as automation object and as OLE control.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <oleidl.h>
+#include <wrl/client.h>
+
+#include <atomic>
+#include <memory>
+
+#include "automation/ConnectionPoints.h"
+#include "automation/Dispatch.h"
+#include "automation/Firewall.h"
+#include "automation/Module.h"
+#include "control/Bandscope.h"
+#include "kvBandscope.h"
+#include "util/ErrHand.h"
+#include "win32/WinFiles.h"
+#include "win32/WinPlatform.h"
+#include "win32/WindowTree.h"
+
+namespace kv::automation {
+
+/// Notes errors for whoever watches the program with a debugger; tells the user nothing.
+class DebugErrorReporter final : public util::ErrorReporter {
+  public:
+    void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+                 const util::RuntimeError& error) noexcept override;
+};
+
+// The interfaces stand in one class; each group is implemented in a source file of its own:
+// BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events), ControlOle.cpp (IOleObject,
+// IOleControl, IPersistStreamInit), ControlInPlace.cpp (windows and activation), ControlView.cpp (IViewObject2).
+class BandscopeControl final : public DispatchImpl<_kvBandscope>,
+                               public ConnectionPointsImpl,
+                               public IOleObject,
+                               public IOleControl,
+                               public IOleInPlaceObject,
+                               public IOleInPlaceActiveObject,
+                               public IViewObject2,
+                               public IPersistStreamInit,
+                               public IProvideClassInfo2,
+                               private control::HostEvents {
+  public:
+    BandscopeControl();
+
+    // IUnknown
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    // _kvBandscope
+    HRESULT STDMETHODCALLTYPE AddTXChnl(_FreqSlot* chnl, long* value) override;
+    HRESULT STDMETHODCALLTYPE AddRXChnl(_FreqSlot* chnl, long* value) override;
+    HRESULT STDMETHODCALLTYPE GetTXChnl(long i, _FreqSlot** value) override;
+    HRESULT STDMETHODCALLTYPE GetRXChnl(long i, _FreqSlot** value) override;
+    HRESULT STDMETHODCALLTYPE get_dTXFreqMin(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dTXFreqMax(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dRXFreqMin(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dRXFreqMax(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dTXPwrDBMMin(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dTXPwrDBMMax(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_NumTX(long* value) override;
+    HRESULT STDMETHODCALLTYPE get_NumRX(long* value) override;
+    HRESULT STDMETHODCALLTYPE get_dFreqMin(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dFreqMax(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dPwrMin(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_dPwrMax(double* value) override;
+    HRESULT STDMETHODCALLTYPE DrawDisplay(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_bXLog(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_bXLog(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE ReDrawChnl(_FreqSlot* chnl, VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE ClearDisplay() override;
+    HRESULT STDMETHODCALLTYPE ClearDisplayLabels() override;
+    HRESULT STDMETHODCALLTYPE ClearAllChnls() override;
+    HRESULT STDMETHODCALLTYPE ClearTXChnls() override;
+    HRESULT STDMETHODCALLTYPE ClearRXChnls() override;
+    HRESULT STDMETHODCALLTYPE put_nGridX(short value) override;
+    HRESULT STDMETHODCALLTYPE get_nGridX(short* value) override;
+    HRESULT STDMETHODCALLTYPE get_DisplayCenterFreq(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_DisplayCenterFreq(double value) override;
+    HRESULT STDMETHODCALLTYPE get_DisplayMinFreq(double* value) override;
+    HRESULT STDMETHODCALLTYPE get_DisplayMaxFreq(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_DisplayMinPwr(double value) override;
+    HRESULT STDMETHODCALLTYPE get_DisplayMinPwr(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_DisplayMaxPwr(double value) override;
+    HRESULT STDMETHODCALLTYPE get_DisplayMaxPwr(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_GridColor(OLE_COLOR value) override;
+    HRESULT STDMETHODCALLTYPE get_GridColor(OLE_COLOR* value) override;
+    HRESULT STDMETHODCALLTYPE put_FreqEndBuffer(double value) override;
+    HRESULT STDMETHODCALLTYPE get_FreqEndBuffer(double* value) override;
+    HRESULT STDMETHODCALLTYPE ReScaleChannels(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE DrawInitialDisplay() override;
+    HRESULT STDMETHODCALLTYPE JustDrawIt() override;
+    HRESULT STDMETHODCALLTYPE DrawAll() override;
+    HRESULT STDMETHODCALLTYPE RescaleAll() override;
+    HRESULT STDMETHODCALLTYPE nFindMatchRX(_FreqSlot* chnl, long* value) override;
+    HRESULT STDMETHODCALLTYPE get_MinHgt(short* value) override;
+    HRESULT STDMETHODCALLTYPE get_MinWid(short* value) override;
+    HRESULT STDMETHODCALLTYPE put_CursorVal(double value) override;
+    HRESULT STDMETHODCALLTYPE get_CursorVal(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_lCursorColor(OLE_COLOR value) override;
+    HRESULT STDMETHODCALLTYPE get_lCursorColor(OLE_COLOR* value) override;
+    HRESULT STDMETHODCALLTYPE DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName, BSTR* value) override;
+    HRESULT STDMETHODCALLTYPE CopyDisplayToClipboard() override;
+    HRESULT STDMETHODCALLTYPE put_bMouseInfo(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE put_bChkVisMouseInfo(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_ShowAll(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_ShowAll(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE put_ShowAll_REPLACED_20070521_1637(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE put_bChkVisShowAll(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_bLoadingAll(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_bLoadingAll(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE GetTXbyKey(BSTR sKey, _FreqSlot** value) override;
+    HRESULT STDMETHODCALLTYPE GetRXbyKey(BSTR sKey, _FreqSlot** value) override;
+    HRESULT STDMETHODCALLTYPE GetChnlByKey(BSTR sKey, _FreqSlot** value) override;
+    HRESULT STDMETHODCALLTYPE Refresh() override;
+    HRESULT STDMETHODCALLTYPE DrawByRange(double dFMin, double dFMax) override;
+    HRESULT STDMETHODCALLTYPE DrawNewCenterFreq() override;
+    HRESULT STDMETHODCALLTYPE RemoveChnlByKey(BSTR sID) override;
+    HRESULT STDMETHODCALLTYPE put_lColorLblBack(OLE_COLOR value) override;
+    HRESULT STDMETHODCALLTYPE put_lColorLblFore(OLE_COLOR value) override;
+    HRESULT STDMETHODCALLTYPE put_lColorSpecBack(OLE_COLOR value) override;
+
+    // IOleObject
+    HRESULT STDMETHODCALLTYPE SetClientSite(IOleClientSite* site) override;
+    HRESULT STDMETHODCALLTYPE GetClientSite(IOleClientSite** site) override;
+    HRESULT STDMETHODCALLTYPE SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE Close(DWORD saveOption) override;
+    HRESULT STDMETHODCALLTYPE SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) override;
+    HRESULT STDMETHODCALLTYPE InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetClipboardData(DWORD, IDataObject** data) override;
+    HRESULT STDMETHODCALLTYPE DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG index, HWND parent,
+                                     LPCRECT place) override;
+    HRESULT STDMETHODCALLTYPE EnumVerbs(IEnumOLEVERB** verbs) override;
+    HRESULT STDMETHODCALLTYPE Update() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE IsUpToDate() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetUserClassID(CLSID* clsid) override;
+    HRESULT STDMETHODCALLTYPE GetUserType(DWORD form, LPOLESTR* type) override;
+    HRESULT STDMETHODCALLTYPE SetExtent(DWORD aspect, SIZEL* size) override;
+    HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, SIZEL* size) override;
+    HRESULT STDMETHODCALLTYPE Advise(IAdviseSink* sink, DWORD* connection) override;
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD connection) override;
+    HRESULT STDMETHODCALLTYPE EnumAdvise(IEnumSTATDATA** advise) override;
+    HRESULT STDMETHODCALLTYPE GetMiscStatus(DWORD aspect, DWORD* status) override;
+    HRESULT STDMETHODCALLTYPE SetColorScheme(LOGPALETTE*) override { return E_NOTIMPL; }
+
+    // IOleControl
+    HRESULT STDMETHODCALLTYPE GetControlInfo(CONTROLINFO* info) override;
+    HRESULT STDMETHODCALLTYPE OnMnemonic(MSG*) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnAmbientPropertyChange(DISPID) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE FreezeEvents(BOOL freeze) override;
+
+    // IOleWindow, IOleInPlaceObject, IOleInPlaceActiveObject
+    HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) override;
+    HRESULT STDMETHODCALLTYPE ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE InPlaceDeactivate() override;
+    HRESULT STDMETHODCALLTYPE UIDeactivate() override;
+    HRESULT STDMETHODCALLTYPE SetObjectRects(LPCRECT place, LPCRECT clip) override;
+    HRESULT STDMETHODCALLTYPE ReactivateAndUndo() override { return INPLACE_E_NOTUNDOABLE; }
+    HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG) override { return S_FALSE; }
+    HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnDocWindowActivate(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
+
+    // IViewObject2
+    HRESULT STDMETHODCALLTYPE Draw(DWORD aspect, LONG index, void* aspectInfo, DVTARGETDEVICE* device, HDC deviceDc,
+                                   HDC dc, LPCRECTL bounds, LPCRECTL windowBounds,
+                                   BOOL(STDMETHODCALLTYPE* goOn)(ULONG_PTR), ULONG_PTR argument) override;
+    HRESULT STDMETHODCALLTYPE GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) override;
+    HRESULT STDMETHODCALLTYPE Freeze(DWORD, LONG, void*, DWORD*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Unfreeze(DWORD) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) override;
+    HRESULT STDMETHODCALLTYPE GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) override;
+    HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, LONG index, DVTARGETDEVICE* device, LPSIZEL size) override;
+
+    // IPersistStreamInit: the control keeps no settings, so its image is empty.
+    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override;
+    HRESULT STDMETHODCALLTYPE IsDirty() override { return S_FALSE; }
+    HRESULT STDMETHODCALLTYPE Load(IStream*) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE Save(IStream*, BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE GetSizeMax(ULARGE_INTEGER* size) override;
+    HRESULT STDMETHODCALLTYPE InitNew() override { return S_OK; }
+
+    // IProvideClassInfo2
+    HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override;
+    HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* guid) override;
+
+  private:
+    ~BandscopeControl();
+    BandscopeControl(const BandscopeControl&) = delete;
+    BandscopeControl& operator=(const BandscopeControl&) = delete;
+
+    // control::HostEvents
+    void ChgGridRange() override;
+    void ChgHeight(std::int16_t iHgt) override;
+    void ChgFreqRange(double dMin, double dMax) override;
+
+    /// The interfaces that QueryInterface offers; nullptr for any other.
+    [[nodiscard]] void* offered(REFIID iid) noexcept;
+
+    /// A member that does something: alive through the events it may let run.
+    template <class F>
+    HRESULT member(F&& body) noexcept {
+        const Microsoft::WRL::ComPtr<IOleObject> alive(this);
+        return firewall(__uuidof(_kvBandscope), std::forward<F>(body));
+    }
+    /// The same with a result.
+    template <class Out, class F>
+    HRESULT memberReturn(Out* out, F&& body) noexcept {
+        const Microsoft::WRL::ComPtr<IOleObject> alive(this);
+        return firewallReturn(__uuidof(_kvBandscope), out, std::forward<F>(body));
+    }
+    /// An accessor: an error ends it quietly with the start value as its result.
+    template <class Out, class F>
+    HRESULT quietly(Out* out, F&& body) noexcept {
+        const HRESULT result = memberReturn(out, std::forward<F>(body));
+        return result == E_POINTER ? result : S_OK;
+    }
+    template <class F>
+    HRESULT quietly(F&& body) noexcept {
+        static_cast<void>(member(std::forward<F>(body)));
+        return S_OK;
+    }
+
+    HRESULT activate(IOleClientSite* site, bool withUi) noexcept;
+    HRESULT activateInPlace();
+    void deactivate() noexcept;
+    void windowGone() noexcept;
+    void followSize(formenv::PixelSize size);
+    void adoptPixelSize(int width, int height);
+    void viewChanged() noexcept;
+    [[nodiscard]] SIZEL extentHimetric() noexcept;
+
+    std::atomic<ULONG> references_{1};
+    ModuleRef module_;
+    win32::WinPlatform platform_;
+    win32::WinFiles files_;
+    DebugErrorReporter errors_;
+    std::unique_ptr<control::Bandscope> scope_;
+    std::unique_ptr<win32::WindowTree> windows_;
+
+    Microsoft::WRL::ComPtr<IOleClientSite> site_;
+    Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite_;
+    Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame_;
+    Microsoft::WRL::ComPtr<IOleAdviseHolder> adviseHolder_;
+    Microsoft::WRL::ComPtr<IAdviseSink> viewSink_;
+    DWORD viewAspects_ = 0;
+    DWORD viewFlags_ = 0;
+    int freezeCount_ = 0;
+    bool inPlaceActive_ = false;
+    bool uiActive_ = false;
+    bool followingSize_ = false;
+};
+
+}  // namespace kv::automation

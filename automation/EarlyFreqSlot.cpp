@@ -1,0 +1,22 @@
+#include "automation/EarlyFreqSlot.h"
+
+#include "automation/HostError.h"
+
+namespace kv::automation {
+
+control::ImComponent EarlyFreqSlot::imComponent(std::int32_t i) {
+    control::ImComponent component;
+    Bstr label;
+    check(slot_->get_nIMComp(i, &component.coefficient));
+    check(slot_->get_dIMCompFreq(i, &component.frequency));
+    check(slot_->get_sIMCompLabel(i, label.put()));
+    component.label = label.str();
+    return component;
+}
+
+void EarlyFreqSlot::check(HRESULT hr) const {
+    if (FAILED(hr))
+        throwHostErrorInfo(hr, slot_.Get(), IID__FreqSlot);
+}
+
+}  // namespace kv::automation

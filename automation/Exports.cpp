@@ -1,0 +1,53 @@
+// What the system calls in the module by name.
+#include <windows.h>
+
+#include <olectl.h>
+
+#include "automation/ClassFactory.h"
+#include "automation/Module.h"
+#include "automation/Registration.h"
+#include "automation/TypeLib.h"
+
+using kv::automation::Module;
+using kv::automation::RegistrationScope;
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH)
+        Module::setInstance(instance);
+    return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
+    return kv::automation::getClassObject(clsid, iid, object);
+}
+
+STDAPI DllCanUnloadNow() {
+    if (!Module::isIdle())
+        return S_FALSE;
+    kv::automation::forgetTypeInfo();
+    return S_OK;
+}
+
+STDAPI DllRegisterServer() {
+    return kv::automation::registerModule(kv::automation::allowedScope());
+}
+
+STDAPI DllUnregisterServer() {
+    const RegistrationScope scope = kv::automation::allowedScope();
+    const HRESULT hr = kv::automation::unregisterModule(scope);
+    // Success must not be reported while the machine's entries are still there for want of rights.
+    if (SUCCEEDED(hr) && scope == RegistrationScope::user && kv::automation::isRegistered(RegistrationScope::machine))
+        return E_ACCESSDENIED;
+    return hr;
+}
+
+/// regsvr32 /n /i:user: for the present user only. Without a text it is the ordinary registration.
+STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
+    RegistrationScope scope = kv::automation::allowedScope();
+    if (commandLine && *commandLine) {
+        if (lstrcmpiW(commandLine, L"user") != 0)
+            return E_INVALIDARG;
+        scope = RegistrationScope::user;
+    }
+    return install ? kv::automation::registerModule(scope) : kv::automation::unregisterModule(scope);
+}

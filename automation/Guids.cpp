@@ -1,0 +1,12 @@
+// The one place where the identifiers that the headers declare are defined.
+#include <windows.h>
+
+#include <ocidl.h>
+#include <ole2.h>
+
+#include <initguid.h>
+
+#include <cguid.h>
+#include <objsafe.h>
+
+#include "kvBandscope.h"

@@ -1,0 +1,90 @@
+#include "automation/RegistrationTable.h"
+
+#include <ole2.h>
+
+#include "kvBandscope.h"
+
+namespace kv::automation {
+
+namespace {
+
+constexpr wchar_t kVersion[] = L"1.0";
+constexpr wchar_t kControlCategory[] = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
+constexpr wchar_t kProgrammableCategory[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
+constexpr int kToolboxBitmap = 101;
+constexpr int kMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
+                            OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST;
+
+struct ClassNames {
+    const CLSID* clsid;
+    const wchar_t* progId;  ///< version-independent; with ".1" it is that of this version
+    const wchar_t* title;
+    bool isControl;
+};
+
+const ClassNames kClasses[] = {
+    {&CLSID_kvBandscope, L"kvBandscope.kvBandscope", L"kvBandscope Control", true},
+    {&CLSID_FreqSlot, L"kvBandscope.FreqSlot", L"kvBandscope FreqSlot", false},
+};
+
+RegistryEntry keyOnly(std::wstring key) {
+    return {std::move(key), false, {}, nullptr};
+}
+
+RegistryEntry keyWith(std::wstring key, std::wstring value) {
+    return {std::move(key), true, std::move(value), nullptr};
+}
+
+std::vector<RegistryEntry> classKeys(const ClassNames& names, const std::wstring& clsid, const std::wstring& path) {
+    const std::wstring key = L"CLSID\\" + clsid;
+    const std::wstring categories = key + L"\\Implemented Categories";
+    const std::wstring progId = names.progId;
+    std::vector<RegistryEntry> entries = {
+        keyWith(key, names.title),
+        keyWith(key + L"\\InprocServer32", path),
+        {key + L"\\InprocServer32", true, L"Apartment", L"ThreadingModel"},
+        keyWith(key + L"\\ProgID", progId + L".1"),
+        keyWith(key + L"\\VersionIndependentProgID", progId),
+        keyWith(key + L"\\Version", kVersion),
+        keyWith(key + L"\\TypeLib", guidText(LIBID_kvBandscope)),
+        keyOnly(key + L"\\Programmable"),
+        keyOnly(categories),
+        keyOnly(categories + L"\\" + kProgrammableCategory),
+    };
+    if (names.isControl) {
+        entries.push_back(keyOnly(categories + L"\\" + kControlCategory));
+        entries.push_back(keyOnly(key + L"\\Control"));
+        entries.push_back(keyWith(key + L"\\MiscStatus", L"0"));
+        entries.push_back(keyWith(key + L"\\MiscStatus\\1", std::to_wstring(kMiscStatus)));
+        entries.push_back(keyWith(key + L"\\ToolboxBitmap32", path + L"," + std::to_wstring(kToolboxBitmap)));
+    }
+    return entries;
+}
+
+std::vector<RegistryEntry> programKeys(const ClassNames& names, const std::wstring& clsid) {
+    const std::wstring general = names.progId;
+    const std::wstring versioned = general + L".1";
+    return {
+        keyWith(versioned, names.title),      keyWith(versioned + L"\\CLSID", clsid),    keyWith(general, names.title),
+        keyWith(general + L"\\CLSID", clsid), keyWith(general + L"\\CurVer", versioned),
+    };
+}
+
+}  // namespace
+
+std::wstring guidText(REFGUID guid) {
+    wchar_t text[40] = {};
+    StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+    return text;
+}
+
+std::vector<ClassRegistration> registrationTable(const std::wstring& modulePath) {
+    std::vector<ClassRegistration> table;
+    for (const ClassNames& names : kClasses) {
+        const std::wstring clsid = guidText(*names.clsid);
+        table.push_back({clsid, classKeys(names, clsid, modulePath), programKeys(names, clsid)});
+    }
+    return table;
+}
+
+}  // namespace kv::automation

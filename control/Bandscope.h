@@ -1,0 +1,249 @@
+// The spectrum display: the members that hosts call and the handlers behind its child controls. One class, one source
+// file a concern; each group of state below is written by the file named beside it and by no other.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "control/ChannelStore.h"
+#include "control/Children.h"
+#include "control/FreqSlot.h"
+#include "formenv/FileServices.h"
+#include "formenv/Platform.h"
+#include "util/ErrHand.h"
+
+namespace kv::control {
+
+/// The events of the control, as its host hears them.
+class HostEvents {
+  public:
+    virtual ~HostEvents() = default;
+    virtual void ChgGridRange() = 0;
+    virtual void ChgHeight(std::int16_t iHgt) = 0;            ///< twips
+    virtual void ChgFreqRange(double dMin, double dMax) = 0;  ///< MHz
+};
+
+struct Services {
+    formenv::Platform& platform;
+    HostEvents& events;
+    util::ErrorReporter& errors;
+    formenv::FileServices& files;
+    FreqSlotFactory newFreqSlot;
+};
+
+class Bandscope {
+  public:
+    explicit Bandscope(const Services& services);
+    ~Bandscope();
+    Bandscope(const Bandscope&) = delete;
+    Bandscope& operator=(const Bandscope&) = delete;
+
+    // Members of the automation interface, in its order. Frequencies in MHz, powers in dBm, lengths in twips.
+    std::int32_t AddTXChnl(const FreqSlotRef& chnl);
+    std::int32_t AddRXChnl(const FreqSlotRef& chnl);
+    FreqSlotRef GetTXChnl(std::int32_t i) const noexcept { return store_.at(ChannelKind::TX, i); }
+    FreqSlotRef GetRXChnl(std::int32_t i) const noexcept { return store_.at(ChannelKind::RX, i); }
+    [[nodiscard]] const Extremes& extremes() const noexcept { return store_.extremes(); }
+    std::int32_t NumTX() const noexcept { return store_.count(ChannelKind::TX); }
+    std::int32_t NumRX() const noexcept { return store_.count(ChannelKind::RX); }
+    bool DrawDisplay();
+    void setBXLog(bool value) noexcept { look_.bXLog = value; }
+    bool bXLog() const noexcept { return look_.bXLog; }
+    bool ReDrawChnl(const FreqSlotRef& chnl);
+    void ClearDisplay();
+    void ClearDisplayLabels();
+    void ClearAllChnls();
+    void ClearTXChnls();
+    void ClearRXChnls();
+    void setNGridX(std::int16_t value) noexcept { grid_.nGridX = value; }
+    std::int16_t nGridX() noexcept;
+    double DisplayCenterFreq();
+    void setDisplayCenterFreq(double value);
+    double DisplayMinFreq();
+    double DisplayMaxFreq();
+    void setDisplayMinPwr(double value);
+    double DisplayMinPwr();
+    void setDisplayMaxPwr(double value);
+    double DisplayMaxPwr();
+    void setGridColor(formenv::OleColor value) noexcept { look_.GridColor = value; }
+    formenv::OleColor GridColor() const noexcept { return look_.GridColor; }
+    void setFreqEndBuffer(double value) noexcept { range_.endBuffer = value; }
+    double FreqEndBuffer() noexcept;
+    bool ReScaleChannels();
+    void DrawInitialDisplay();
+    void JustDrawIt();
+    void DrawAll();
+    void RescaleAll();
+    std::int32_t nFindMatchRX(const FreqSlotRef& chnl);
+    std::int16_t MinHgt() const noexcept { return layout_.nMinHgt; }
+    std::int16_t MinWid() const noexcept { return layout_.nMinWid; }
+    void setCursorVal(double value);
+    double CursorVal() const noexcept;
+    void setLCursorColor(formenv::OleColor value) noexcept { look_.lCursorColor = value; }
+    formenv::OleColor lCursorColor() const noexcept { return look_.lCursorColor; }
+    std::wstring DisplayToBMP(double& dHgt, double& dWid, std::wstring& sFName);
+    void CopyDisplayToClipboard();
+    void setBMouseInfo(bool value);
+    void setBChkVisMouseInfo(bool value);
+    bool ShowAll() const noexcept { return range_.bShowAll; }
+    void setShowAll(bool value);
+    bool bLoadingAll() const noexcept { return look_.bLoadingAll; }
+    void setBLoadingAll(bool value) noexcept { look_.bLoadingAll = value; }
+    FreqSlotRef GetTXbyKey(const std::wstring& sKey) const;
+    FreqSlotRef GetRXbyKey(const std::wstring& sKey) const;
+    FreqSlotRef GetChnlByKey(const std::wstring& sKey) const;
+    void Refresh();
+    void DrawByRange(double dFMin, double dFMax);
+    void DrawNewCenterFreq();
+    void RemoveChnlByKey(const std::wstring& sID);
+    void setLColorLblBack(formenv::OleColor value);
+    void setLColorLblFore(formenv::OleColor value);
+    void setLColorSpecBack(formenv::OleColor value);
+
+    // The control as a window of its container.
+    [[nodiscard]] Children& children() noexcept { return ui_; }
+    /// The host's size for the control, twips. Never narrower than `MinWid`.
+    void resize(double width, double height);
+    void UserControl_Click();
+    void ToggleControlsSection();
+    /// True while the panel changes the control's height by itself.
+    [[nodiscard]] bool bSizing() const noexcept { return layout_.bSizing; }
+
+  private:
+    // Bandscope.cpp
+    void UserControl_Initialize();
+    void connectHandlers();
+    void LoadSampleChannels();
+
+    // Summary.cpp
+    std::int32_t addQuietly(ChannelKind kind, const FreqSlotRef& chnl);
+    void chooseNoun(const std::wstring& sLabel);
+    void ShowTXLabels(const std::wstring& sLabel);
+    void ShowRXLabels();
+    void cmdDrawTX_Click();
+    void cmdDrawRX_Click();
+    void addTestFrequencies();
+
+    // RangeScaling.cpp
+    bool ScaleDisplay();
+    bool applyScale();
+    void applyVerticalScale();
+    bool hasUsableRange() const noexcept;
+    void applyHorizontalScale();
+    void SetDisplayRange(double dMin, double dMax);
+    void showWholeSpan();
+    void tellRangeAlreadyShown();
+    void putCursorOnCenter();
+    void shiftRangeOntoCenter();
+    void showAround(double center, double halfSpan);
+    void unsetRange() noexcept;
+
+    // GridStep.cpp
+    void SetGridRange();
+    void SetGridKnob();
+    double GridStepX();
+    void setGridStepX(double value) noexcept { grid_.step = value; }
+    void applyChosenStep();
+    void deriveGridStep();
+    void stepChosenByHand();
+    void cboGridRange_Click();
+    void tdKnGrid_ValueChanged(double dNewVal);
+    void tdKnGrid_TurnEnd();
+
+    // CenterCursorKnobs.cpp
+    void setUpCursorKnob();
+    void SetCenterFreqKnob();
+    void ReScaleknob(turndial::tdKnob& knob, double dMin, double dMax, double dStepIn, std::int16_t& nSteps);
+    void rescaleKnobsToRange();
+    void setShownCursor(double value);
+    void applyNewCenter(double value);
+    void cmdCenterCursor_Click();
+    void tdKnMovCenter_ValueChanged(double d);
+    void tdKnMovCursor_ValueChanged(double d);
+    void tellRangeChanged();
+    std::wstring knobFormat();
+
+    // SpectrumDrawing.cpp
+    void DrawDisplayTX();
+    void DrawDisplayRX();
+    void drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl);
+    void DrawChnl(FreqSlot& channel);
+    void DrawGrid();
+    void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
+    void DrawFreqLbls();
+    void drawFreqLabel(double x);
+    void DrawCursorLine(double frequency, formenv::OleColor color, bool removeOld);
+    void strokeCursor(double frequency, formenv::OleColor color);
+    const std::wstring& FreqLblFormat();
+
+    // Layout.cpp
+    void arrangePanel();
+    void UserControl_Resize();
+    void fraControl_MouseDown(int button, double x, double y);
+    void fraControl_MouseMove(double x, double y);
+    void placeChildren(std::uint64_t generation);
+    bool yieldedTo(std::uint64_t generation);
+
+    // MouseInfo.cpp
+    void picSpectrum_MouseMove(int button, int shift, double x, double y);
+    void picSpectrum_DblClick();
+    void picUnits_MouseMove(int button, int shift, double x, double y);
+
+    /// Runs `body`; an error in it goes to the error reporter with the procedure's name, context text and step flag.
+    bool reported(const wchar_t* procedure, const std::wstring& detail, std::int16_t& flag,
+                  const std::function<void()>& body);
+
+    struct Look {  // Bandscope.cpp
+        bool bXLog = true;
+        bool bLoadingAll = false;
+        formenv::OleColor lCursorColor = 0;
+        formenv::OleColor GridColor = formenv::system_color::kButtonFace;
+        bool bUseMovers = true;
+    };
+    struct Range {  // RangeScaling.cpp; MHz and dBm
+        double minFreq = FREQ_UNSET;
+        double maxFreq = -FREQ_UNSET;
+        double center = 0.0;
+        double minPwr = FREQ_UNSET;
+        double maxPwr = -FREQ_UNSET;
+        double endBuffer = -1.0;  ///< negative: not set
+        bool bShowAll = false;
+    };
+    struct Grid {                 // GridStep.cpp
+        std::int16_t nGridX = 0;  ///< divisions; below 1 means the usual 20
+        double step = 0.0;        ///< MHz; not above 0: to be derived from the range
+    };
+    struct Drawing {  // SpectrumDrawing.cpp
+        bool bDrawing = false;
+        double dCursorLineFreq = -FREQ_UNSET;   ///< MHz; where the cursor line stands on the picture
+        formenv::OleColor cursorLineColor = 0;  ///< and its colour, needed to take it away again
+        std::wstring FreqLblFormat;
+    };
+    struct LayoutState {  // Layout.cpp; twips
+        std::int16_t nCtlFullHgt = 0;
+        std::int16_t nMinWid = 0;
+        std::int16_t nMinHgt = 0;
+        bool bSizing = false;
+        double dLblHalfWid = 300.0;
+        std::uint64_t generation = 0;  ///< counts resizes, so that an overtaken one stops
+    };
+    struct Mouse {            // MouseInfo.cpp
+        double x = kInvalid;  ///< MHz
+        double y = kInvalid;  ///< dBm
+    };
+
+    Services services_;
+    Children ui_;
+    ChannelStore store_;
+    std::wstring sTXNoun_;  ///< chosen once a store, by Summary.cpp
+    std::wstring sKnobFormat_;
+    Look look_;
+    Range range_;
+    Grid grid_;
+    Drawing drawing_;
+    LayoutState layout_;
+    Mouse mouse_;
+};
+
+}  // namespace kv::control

@@ -1,0 +1,90 @@
+// The TX and RX channels in the order they came, their keys, and the extremes of their frequencies and powers.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "control/FreqSlot.h"
+#include "control/Sentinels.h"
+
+namespace kv::control {
+
+enum class ChannelKind { TX, RX };
+
+/// Frequencies in MHz, powers in dBm. A range counts as set when its maximum is not below its minimum.
+struct Extremes {
+    double dTXFreqMin = FREQ_UNSET;
+    double dTXFreqMax = -FREQ_UNSET;
+    double dRXFreqMin = FREQ_UNSET;
+    double dRXFreqMax = -FREQ_UNSET;
+    double dTXPwrDBMMin = FREQ_UNSET;
+    double dTXPwrDBMMax = -FREQ_UNSET;
+    double dFreqMin = FREQ_UNSET;
+    double dFreqMax = -FREQ_UNSET;
+    double dPwrMin = 0.0;  ///< the power range always spans 0 to 3 dBm at least
+    double dPwrMax = 3.0;
+};
+
+class ChannelStore {
+  public:
+    /// Places the channel, then takes its key, then widens the extremes; `index` receives its place as soon as it has
+    /// one. Throws RuntimeError 457 when the key is taken (the channel stays in its place all the same) and 91 for no
+    /// channel at all.
+    void add(ChannelKind kind, const FreqSlotRef& channel, std::int32_t& index);
+
+    [[nodiscard]] std::int32_t count(ChannelKind kind) const noexcept;
+    /// Nothing outside 0 to count - 1.
+    [[nodiscard]] FreqSlotRef at(ChannelKind kind, std::int32_t index) const noexcept;
+
+    /// The channel at the key's index in this kind's array, when its own key equals `key` exactly; else nothing.
+    [[nodiscard]] FreqSlotRef findByKey(ChannelKind kind, std::wstring_view key) const;
+    /// TX before RX.
+    [[nodiscard]] FreqSlotRef findByKey(std::wstring_view key) const;
+    /// The index kept for the key (without regard to case), of whichever kind.
+    [[nodiscard]] std::optional<std::int32_t> indexOfKey(std::wstring_view key) const;
+
+    /// Closes the gap at `index`, moving the later channels down by one, each with its key. Throws RuntimeError 5 when
+    /// a moved channel's key is not known (a second channel of the same key), leaving what has been moved so far.
+    void closeGap(ChannelKind kind, std::int32_t index);
+    /// Throws RuntimeError 5 when the key is not known.
+    void forgetKey(std::wstring_view key);
+
+    /// Empties one kind; keys and extremes stay as they are.
+    void clear(ChannelKind kind) noexcept;
+    void forgetAllKeys() noexcept { keyIndex_.clear(); }
+    void resetFrequencyExtremes() noexcept;
+
+    /// After removals: the band edges of all channels of one kind, then of both.
+    void RecalcTXFreqRange();
+    void RecalcRXFreqRange();
+    void RecalcFreqRange() noexcept;
+
+    /// All but the overall power range anew from the channels, by the rules of adding.
+    void rederiveExtremes();
+
+    /// Index of the first RX channel equal in frequencies, bandwidth, units and label; kInvalid when there is none.
+    [[nodiscard]] std::int32_t findMatchRX(FreqSlot& channel) const;
+
+    [[nodiscard]] const Extremes& extremes() const noexcept { return extremes_; }
+
+  private:
+    using Channels = std::vector<FreqSlotRef>;
+    [[nodiscard]] Channels& channels(ChannelKind kind) noexcept { return kind == ChannelKind::TX ? tx_ : rx_; }
+    [[nodiscard]] const Channels& channels(ChannelKind kind) const noexcept {
+        return kind == ChannelKind::TX ? tx_ : rx_;
+    }
+    void addKey(const std::wstring& key, std::int32_t index);
+    void widen(ChannelKind kind, FreqSlot& channel);
+    void widenByEdges(ChannelKind kind);
+
+    Channels tx_;
+    Channels rx_;
+    std::unordered_map<std::wstring, std::int32_t> keyIndex_;  ///< by the key's folded case
+    Extremes extremes_;
+};
+
+}  // namespace kv::control

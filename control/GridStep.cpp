@@ -1,0 +1,142 @@
+// The step between two grid lines: chosen on the grid knob, whose stops the grid-range box selects, or derived from
+// the displayed range.
+#include <array>
+
+#include "control/Bandscope.h"
+
+namespace kv::control {
+
+namespace {
+
+struct GridRow {
+    const wchar_t* label;  ///< Hz
+    double step;           ///< MHz
+};
+
+// A 1-2-5 sequence but for the gaps at its top; the slices below depend on the places in this table.
+constexpr std::array<GridRow, 29> kGridTable = {{
+    {L"500", 0.0005}, {L"1K", 0.001},     {L"2K", 0.002},     {L"5K", 0.005},     {L"10K", 0.01},    {L"20K", 0.02},
+    {L"50K", 0.05},   {L"100K", 0.1},     {L"200K", 0.2},     {L"500K", 0.5},     {L"1M", 1.0},      {L"2M", 2.0},
+    {L"5M", 5.0},     {L"10M", 10.0},     {L"20M", 20.0},     {L"50M", 50.0},     {L"100M", 100.0},  {L"200M", 200.0},
+    {L"500M", 500.0}, {L"1G", 1000.0},    {L"2G", 2000.0},    {L"5G", 5000.0},    {L"10G", 10000.0}, {L"50G", 50000.0},
+    {L"100G", 1.0e5}, {L"1T", 1000000.0}, {L"2T", 2000000.0}, {L"5T", 5000000.0}, {L"10T", 1.0e7},
+}};
+
+struct Slice {
+    std::size_t first;
+    std::size_t last;
+};
+
+Slice sliceOf(const std::wstring& unit) {
+    if (unit == L"KHz")
+        return {0, 10};
+    if (unit == L"GHz")
+        return {18, 28};
+    return {9, 19};
+}
+
+constexpr std::int16_t kUsualGridX = 20;
+
+}  // namespace
+
+std::int16_t Bandscope::nGridX() noexcept {
+    if (grid_.nGridX < 1)
+        grid_.nGridX = kUsualGridX;
+    return grid_.nGridX;
+}
+
+void Bandscope::SetGridRange() {
+    ui_.cboGridRange.clear();
+    for (const wchar_t* unit : {L"KHz", L"MHz", L"GHz"})
+        ui_.cboGridRange.addItem(unit);
+    ui_.cboGridRange.setListIndex(1);
+}
+
+void Bandscope::SetGridKnob() {
+    turndial::tdKnob& knob = ui_.tdKnGrid;
+    knob.setSCaption(L"Grid (Hz)");
+    knob.dStep = 0.0;
+    knob.iKnobStyle = 0;
+    knob.bOption1 = false;
+    knob.bShowValue = true;
+    const Slice slice = sliceOf(ui_.cboGridRange.text());
+    knob.dMinVal = kGridTable.at(slice.first).step;
+    knob.dMaxVal = kGridTable.at(slice.last).step;
+    knob.bOption2 = true;
+    knob.dStep = 10.0;
+    for (std::size_t row = slice.first; row <= slice.last; ++row)
+        knob.AddStop(row == slice.first, kGridTable.at(row).label, kGridTable.at(row).step);
+    knob.setDVal(kGridTable.at(slice.first).step);
+    knob.Refresh();
+}
+
+double Bandscope::GridStepX() {
+    if (isUnsetFrequency(grid_.step))
+        grid_.step = (range_.maxFreq - range_.minFreq) / nGridX();
+    return grid_.step;
+}
+
+// A chosen step makes the range: as many divisions as there are, around the center. So turning the grid knob zooms,
+// and the middle line goes on marking the center.
+void Bandscope::applyChosenStep() {
+    if (!hasUsableRange() || isUnsetFrequency(grid_.step))
+        return;
+    showAround(DisplayCenterFreq(), grid_.step * nGridX() / 2.0);
+    applyHorizontalScale();
+}
+
+// The other way round: the range stays and makes the step.
+void Bandscope::deriveGridStep() {
+    grid_.step = 0.0;
+    GridStepX();
+}
+
+void Bandscope::stepChosenByHand() {
+    applyChosenStep();
+    if (!drawing_.bDrawing)
+        JustDrawIt();
+}
+
+void Bandscope::cboGridRange_Click() {
+    std::int16_t flag = 100;
+    double minimum = 0.0;
+    double maximum = 0.0;
+    reported(L"cboGridRange_Click", L"", flag, [&] {
+        const double kept = ui_.tdKnGrid.dVal();
+        SetGridKnob();
+        ui_.tdKnGrid.setDVal(kept);
+        flag = 200;
+        if (!hasUsableRange())
+            return;
+        minimum = range_.minFreq;
+        maximum = range_.maxFreq;
+        setGridStepX(ui_.tdKnGrid.dVal());
+        stepChosenByHand();
+    });
+    if (hasUsableRange() && (range_.minFreq != minimum || range_.maxFreq != maximum))
+        services_.events.ChgFreqRange(range_.minFreq, range_.maxFreq);
+    services_.events.ChgGridRange();
+}
+
+void Bandscope::tdKnGrid_ValueChanged(double dNewVal) {
+    std::int16_t flag = 100;
+    reported(L"tdKnGrid_ValueChanged", L"", flag, [&] {
+        setGridStepX(dNewVal);
+        flag = 200;
+        stepChosenByHand();
+    });
+}
+
+void Bandscope::tdKnGrid_TurnEnd() {
+    std::int16_t flag = 100;
+    reported(L"tdKnGrid_TurnEnd", L"", flag, [&] {
+        setGridStepX(ui_.tdKnGrid.dVal());
+        flag = 200;
+        stepChosenByHand();
+        flag = 300;
+        rescaleKnobsToRange();
+    });
+    tellRangeChanged();
+}
+
+}  // namespace kv::control

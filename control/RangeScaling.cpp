@@ -1,0 +1,273 @@
+// From the extremes of the channels to the range that the picture shows, and from there to the picture's scale.
+#include <cmath>
+#include <string>
+
+#include "control/Bandscope.h"
+#include "util/NumberFormat.h"
+#include "util/RuntimeError.h"
+
+namespace kv::control {
+
+using util::RuntimeError;
+using util::error_number::kOverflow;
+
+namespace {
+
+constexpr double kUsualEndBuffer = 100.0;  // MHz
+
+/// Passes a sum on, or raises "Overflow" as the arithmetic of the day would.
+double checked(double value) {
+    if (!std::isfinite(value))
+        throw RuntimeError(kOverflow);
+    return value;
+}
+
+}  // namespace
+
+double Bandscope::FreqEndBuffer() noexcept {
+    if (!(range_.endBuffer >= 0.0))
+        range_.endBuffer = kUsualEndBuffer;
+    return range_.endBuffer;
+}
+
+double Bandscope::DisplayMinFreq() {
+    if (isUnsetMinimum(range_.minFreq) && !isEmptyStoreMinimum(store_.extremes().dFreqMin))
+        range_.minFreq = checked(store_.extremes().dFreqMin - FreqEndBuffer());
+    if (range_.minFreq < range_.maxFreq)
+        applyHorizontalScale();
+    return range_.minFreq;
+}
+
+double Bandscope::DisplayMaxFreq() {
+    if (isUnsetFrequency(range_.maxFreq) && store_.extremes().dFreqMax > 0.0)
+        range_.maxFreq = checked(FreqEndBuffer() + store_.extremes().dFreqMax);
+    if (range_.maxFreq - range_.minFreq > 0.0)
+        applyHorizontalScale();
+    return range_.maxFreq;
+}
+
+// The picture keeps the scale in double precision: at 460 MHz single precision is off by more than a pixel as soon as
+// the display shows less than some 30 kHz.
+void Bandscope::applyHorizontalScale() {
+    ui_.picSpectrum.setScaleLeft(range_.minFreq);
+    ui_.picSpectrum.setScaleWidth(checked(range_.maxFreq - range_.minFreq));
+}
+
+// A picture has no scale without a height; equal bounds keep the one it has.
+void Bandscope::applyVerticalScale() {
+    const double height = checked(range_.minPwr - DisplayMaxPwr());
+    if (height != 0.0)
+        ui_.picSpectrum.setScaleHeight(height);
+}
+
+double Bandscope::DisplayCenterFreq() {
+    if (isUnsetFrequency(range_.center)) {
+        range_.center = checked((DisplayMinFreq() + DisplayMaxFreq()) / 2.0);
+        SetCenterFreqKnob();
+    }
+    return range_.center;
+}
+
+void Bandscope::setDisplayCenterFreq(double value) {
+    range_.center = value > 0.0 ? checked(value) : checked((DisplayMinFreq() + DisplayMaxFreq()) / 2.0);
+    SetCenterFreqKnob();
+}
+
+void Bandscope::setDisplayMinPwr(double value) {
+    range_.minPwr = checked(value);
+    applyVerticalScale();
+}
+
+double Bandscope::DisplayMinPwr() {
+    if (isUnsetMinimum(range_.minPwr)) {
+        range_.minPwr = store_.extremes().dPwrMin;
+        applyVerticalScale();
+    }
+    return range_.minPwr;
+}
+
+void Bandscope::setDisplayMaxPwr(double value) {
+    range_.maxPwr = checked(value);
+    ui_.picSpectrum.setScaleTop(range_.maxPwr);
+}
+
+double Bandscope::DisplayMaxPwr() {
+    if (isUnsetMaxPower(range_.maxPwr)) {
+        range_.maxPwr = store_.extremes().dPwrMax;
+        ui_.picSpectrum.setScaleTop(range_.maxPwr);
+    }
+    return range_.maxPwr;
+}
+
+bool Bandscope::hasUsableRange() const noexcept {
+    return range_.maxFreq > range_.minFreq && store_.extremes().dPwrMin < store_.extremes().dPwrMax;
+}
+
+void Bandscope::shiftRangeOntoCenter() {
+    if (isUnsetFrequency(range_.center) || !(range_.maxFreq > range_.minFreq))
+        return;
+    const double halfSpan = checked(range_.maxFreq - range_.minFreq) / 2.0;
+    const double middle = range_.minFreq + halfSpan;
+    if (middle != range_.center)
+        showAround(range_.center, halfSpan);
+}
+
+// A center so far out that the span is lost beside it, or that its range would count as not set, ends in an error
+// rather than in a range that no later center could widen again.
+void Bandscope::showAround(double center, double halfSpan) {
+    const double minimum = checked(center - halfSpan);
+    const double maximum = checked(center + halfSpan);
+    if (!(maximum > minimum) || isUnsetMinimum(minimum))
+        throw RuntimeError(kOverflow);
+    range_.minFreq = minimum;
+    range_.maxFreq = maximum;
+}
+
+// Without a range the powers stay unset as well: a drawing before the first channel must not fix them for later.
+bool Bandscope::applyScale() {
+    DisplayMinFreq();
+    DisplayMaxFreq();
+    if (!(range_.maxFreq > range_.minFreq))
+        return false;
+    DisplayMinPwr();
+    DisplayMaxPwr();
+    // A host that sets the highest power moves the top alone; in a drawing the height follows.
+    applyVerticalScale();
+    return true;
+}
+
+bool Bandscope::ScaleDisplay() {
+    // The range first, so that a center which the host set before the first drawing counts in that drawing.
+    DisplayMinFreq();
+    DisplayMaxFreq();
+    shiftRangeOntoCenter();
+    return applyScale();
+}
+
+void Bandscope::unsetRange() noexcept {
+    range_.minFreq = FREQ_UNSET;
+    range_.maxFreq = -FREQ_UNSET;
+    range_.center = 0.0;
+}
+
+void Bandscope::SetDisplayRange(double dMin, double dMax) {
+    if (dMax > dMin) {
+        checked(dMin);
+        checked(dMax);
+        checked(range_.endBuffer);
+        while ((dMax - dMin) / 3.0 < range_.endBuffer)
+            range_.endBuffer /= 2.0;
+    }
+    const double minimum = checked(dMin - FreqEndBuffer());
+    range_.maxFreq = checked(FreqEndBuffer() + dMax);
+    range_.minFreq = minimum;
+}
+
+bool Bandscope::ReScaleChannels() {
+    std::int16_t flag = 100;
+    return reported(L"ReScaleChannels", L"Error Re-scaling Bandscope Channels", flag, [&] {
+        store_.rederiveExtremes();
+        flag = 200;
+        putCursorOnCenter();
+    });
+}
+
+void Bandscope::putCursorOnCenter() {
+    if (look_.bUseMovers) {
+        ui_.tdKnMovCursor.setDVal(DisplayCenterFreq());
+        return;
+    }
+    rescaleKnobsToRange();
+    ui_.tdKnCursor.setDVal(DisplayCenterFreq());
+}
+
+void Bandscope::RescaleAll() {
+    std::int16_t flag = 100;
+    reported(L"RescaleAll", L"", flag, [&] {
+        ReScaleChannels();
+        flag = 200;
+        const double step = GridStepX();
+        flag = 300;
+        if (isUnsetFrequency(step))
+            return;
+        ui_.tdKnGrid.setDVal(step);
+        ui_.tdKnGrid.Refresh();
+    });
+}
+
+void Bandscope::DrawByRange(double dFMin, double dFMax) {
+    std::int16_t flag = 100;
+    reported(L"DrawByRange", L"", flag, [&] {
+        ReScaleChannels();
+        flag = 200;
+        const Extremes& e = store_.extremes();
+        const double minimum = dFMin > 0.0 ? dFMin : e.dFreqMin;
+        const double maximum = dFMax > 0.0 ? dFMax : e.dFreqMax;
+        if (isEmptyStoreMinimum(minimum) || isUnsetFrequency(maximum)) {
+            // Nothing to take a bound from: the range stays unset rather than far away from every channel.
+            JustDrawIt();
+            return;
+        }
+        flag = 300;
+        SetDisplayRange(minimum, maximum);
+        range_.center = 0.0;
+        flag = 400;
+        nGridX();
+        deriveGridStep();
+        DisplayMinFreq();
+        DisplayMaxFreq();
+        DisplayCenterFreq();
+        flag = 500;
+        if (!drawing_.bDrawing)
+            JustDrawIt();
+    });
+}
+
+void Bandscope::DrawNewCenterFreq() {
+    std::int16_t flag = 100;
+    reported(L"DrawNewCenterFreq", L"", flag, [&] {
+        shiftRangeOntoCenter();
+        flag = 200;
+        JustDrawIt();
+    });
+}
+
+void Bandscope::setShowAll(bool value) {
+    range_.bShowAll = value;
+    const Extremes& e = store_.extremes();
+    if (!value || !(e.dFreqMin < e.dFreqMax))
+        return;
+    std::int16_t flag = 100;
+    reported(L"ShowAll", L"", flag, [&] {
+        if (DisplayMinFreq() <= e.dFreqMin && e.dFreqMax <= DisplayMaxFreq()) {
+            tellRangeAlreadyShown();
+            return;
+        }
+        flag = 200;
+        showWholeSpan();
+    });
+}
+
+void Bandscope::tellRangeAlreadyShown() {
+    const std::wstring format = knobFormat();
+    const auto text = [&format](double value) { return util::formatNumber(value, format); };
+    services_.platform.messageBox(
+        L"The current display range is:" + text(DisplayMinFreq()) + L" to " + text(DisplayMaxFreq()) +
+            L"\r\n\r\nThis range includes all the frequencies currently selected:" + text(store_.extremes().dFreqMin) +
+            L" to " + text(store_.extremes().dFreqMax),
+        L"All Frequencies in Current Range", formenv::MessageIcon::Information, formenv::MessageButtons::Ok);
+}
+
+void Bandscope::showWholeSpan() {
+    const Extremes& e = store_.extremes();
+    SetDisplayRange(e.dFreqMin, e.dFreqMax);
+    rescaleKnobsToRange();
+    setDisplayCenterFreq((DisplayMinFreq() + DisplayMaxFreq()) / 2.0);
+    nGridX();
+    deriveGridStep();
+    ui_.tdKnGrid.setDVal(grid_.step);
+    ui_.tdKnGrid.Refresh();
+    JustDrawIt();
+}
+
+}  // namespace kv::control

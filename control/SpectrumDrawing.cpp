@@ -1,0 +1,314 @@
+// Paints channels, grid, labels and cursor line. Everything is in user units of the picture, MHz and dBm; the picture
+// box turns them into pixels.
+#include <string>
+
+#include "control/Bandscope.h"
+#include "util/NumberFormat.h"
+#include "util/RuntimeError.h"
+
+namespace kv::control {
+
+using formenv::KeepDrawing;
+using formenv::PictureBox;
+
+namespace {
+
+constexpr int kCopyPen = 13;
+constexpr int kNotXorPen = 10;
+constexpr int kCrossHatch = 6;
+constexpr int kHeavy = 3;  // pixels: middle grid line and ticks
+constexpr double kLabelPoints = 8.0;
+constexpr double kLabelRoom = 300.0;  // twips under the spectrum
+
+std::wstring number(std::int32_t value) {
+    return std::to_wstring(value);
+}
+
+/// Sets a flag for the time of a block, also when an error ends it. A block inside another leaves the flag set.
+class Raised {
+  public:
+    explicit Raised(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
+    ~Raised() { flag_ = before_; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+  private:
+    bool& flag_;
+    bool before_;
+};
+
+}  // namespace
+
+const std::wstring& Bandscope::FreqLblFormat() {
+    if (drawing_.FreqLblFormat.empty())
+        drawing_.FreqLblFormat = L"0.000";
+    return drawing_.FreqLblFormat;
+}
+
+bool Bandscope::DrawDisplay() {
+    std::int16_t flag = 100;
+    try {
+        if (!ScaleDisplay())
+            return true;
+        formenv::Platform& platform = services_.platform;
+        platform.pumpEvents();
+        flag = 1100;
+        // With the picture goes the cursor line, before an event can move it.
+        ClearDisplay();
+        platform.pumpEvents();
+        flag = 1200;
+        DrawDisplayTX();
+        platform.pumpEvents();
+        flag = 1300;
+        DrawDisplayRX();
+        platform.pumpEvents();
+        platform.pumpEvents();
+        flag = 1400;
+        DrawGrid();
+        platform.pumpEvents();
+        flag = 1500;
+        DrawFreqLbls();
+        platform.pumpEvents();
+        flag = 1600;
+        drawing_.dCursorLineFreq = -FREQ_UNSET;
+        return true;
+    } catch (...) {
+        services_.errors.ErrHand(flag, L"DrawDisplay", L"kvBandscope.DrawDisplay Flag " + number(flag),
+                                 util::currentError());
+        return false;
+    }
+}
+
+void Bandscope::JustDrawIt() {
+    std::int16_t flag = 100;
+    reported(L"JustDrawIt", L"", flag, [&] {
+        const Raised drawing(drawing_.bDrawing);
+        const bool scaled = applyScale();
+        flag = 200;
+        ClearDisplay();
+        ClearDisplayLabels();
+        if (!scaled || !hasUsableRange())
+            return;
+        flag = 300;
+        DrawDisplayTX();
+        flag = 400;
+        DrawDisplayRX();
+        flag = 500;
+        DrawGrid();
+        flag = 600;
+        DrawFreqLbls();
+        flag = 700;
+        const double cursor = CursorVal();
+        if (cursor >= range_.minFreq && cursor <= range_.maxFreq)
+            DrawCursorLine(cursor, look_.lCursorColor, false);
+    });
+}
+
+void Bandscope::DrawInitialDisplay() {
+    std::int16_t flag = 100;
+    reported(L"DrawInitialDisplay", L"", flag, [&] {
+        unsetRange();
+        grid_.step = 0.0;
+        flag = 200;
+        ReScaleChannels();
+        flag = 300;
+        DrawDisplay();
+    });
+}
+
+// Here the grid lies under the channels, in a full repaint over them; hosts rely on the difference.
+void Bandscope::Refresh() {
+    std::int16_t flag = 100;
+    reported(L"Refresh", L"Error Refreshing Bandscope Display", flag, [&] {
+        ClearDisplay();
+        flag = 200;
+        DrawGrid();
+        flag = 300;
+        DrawFreqLbls();
+        flag = 400;
+        store_.RecalcTXFreqRange();
+        store_.RecalcRXFreqRange();
+        store_.RecalcFreqRange();
+        flag = 500;
+        ShowTXLabels(L"");
+        ShowRXLabels();
+        flag = 600;
+        for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
+            for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i)
+                DrawChnl(*channel);
+        }
+    });
+}
+
+bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
+    try {
+        if (chnl)
+            DrawChnl(*chnl);
+    } catch (...) {
+        // A host redraws single channels at will; one that cannot be drawn is simply not there.
+        return true;
+    }
+    return true;
+}
+
+void Bandscope::ClearDisplay() {
+    ui_.picSpectrum.cls();
+    drawing_.dCursorLineFreq = -FREQ_UNSET;
+}
+
+void Bandscope::ClearDisplayLabels() {
+    ui_.picUnits.cls();
+}
+
+void Bandscope::DrawDisplayTX() {
+    std::int16_t flag = 100;
+    std::int32_t kChnl = 0;
+    try {
+        drawCollection(ChannelKind::TX, flag, kChnl);
+    } catch (...) {
+        services_.errors.ErrHand(
+            flag, L"DrawDisplayTX",
+            L"kvBandscope.DrawDisplayTX Flag " + number(flag) + L" kChnl " + number(kChnl) + L" of " + number(NumTX()),
+            util::currentError());
+    }
+}
+
+void Bandscope::DrawDisplayRX() {
+    std::int16_t flag = 100;
+    std::int32_t kChnl = 0;
+    try {
+        drawCollection(ChannelKind::RX, flag, kChnl);
+    } catch (...) {
+        services_.errors.ErrHand(
+            flag, L"DrawDisplayRX",
+            L"kvBandscope.DrawDisplayRX Flag " + number(flag) + L" kChnl " + number(kChnl) + L" of " + number(NumRX()),
+            util::currentError());
+    }
+}
+
+void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl) {
+    const KeepDrawing keep(ui_.picSpectrum);
+    const std::int32_t count = store_.count(kind);
+    flag = 200;
+    for (kChnl = 1; kChnl <= count; ++kChnl) {
+        const FreqSlotRef channel = store_.at(kind, kChnl - 1);
+        if (!channel)
+            throw util::RuntimeError(util::error_number::kSubscriptOutOfRange);
+        if (channel->bVisible() && channel->dFreq() > 0.0)
+            DrawChnl(*channel);
+    }
+    flag = 300;
+}
+
+void Bandscope::DrawChnl(FreqSlot& channel) {
+    const DrawRecord record = channel.drawRecord();
+    if (!record.bVisible && !record.bDrawn)
+        return;
+    const double minFreq = DisplayMinFreq();
+    const double maxFreq = DisplayMaxFreq();
+    if (record.dFreqLo > maxFreq || record.dFreqHi < minFreq)
+        return;
+    PictureBox& picture = ui_.picSpectrum;
+    const KeepDrawing keep(picture);
+    const double floor = DisplayMinPwr();
+    // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
+    const double top = record.dPwrDBM > floor ? record.dPwrDBM : DisplayMaxPwr() / 2.0;
+    picture.setFillStyle(record.iFillStyle);
+    picture.setDrawMode(record.bVisible ? kCopyPen : kNotXorPen);
+    picture.setFillColor(record.lColor);
+    const double low = record.dFreqLo < minFreq ? minFreq : record.dFreqLo;
+    const double high = record.dFreqHi > maxFreq ? maxFreq : record.dFreqHi;
+    picture.box(low, floor, high, top, record.lColor);
+    if (record.dFreq >= minFreq && record.dFreq <= maxFreq)
+        picture.line(record.dFreq, floor, record.dFreq, top, record.lColorLine);
+    channel.setBDrawn(record.bVisible);
+}
+
+void Bandscope::DrawGrid() {
+    const double minPwr = DisplayMinPwr();
+    const double maxPwr = DisplayMaxPwr();
+    const double minFreq = DisplayMinFreq();
+    const double maxFreq = DisplayMaxFreq();
+    if (!(maxFreq > minFreq))
+        return;
+    paintGrid(minFreq, maxFreq, minPwr, maxPwr);
+    // Only now, with the picture's drawing properties back in place, may events draw.
+    services_.platform.pumpEvents();
+}
+
+void Bandscope::paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr) {
+    PictureBox& picture = ui_.picSpectrum;
+    const KeepDrawing keep(picture);
+    const std::int16_t divisions = nGridX();
+    const double step = (maxFreq - minFreq) / divisions;
+    for (int i = 0; i <= divisions; ++i) {
+        picture.setDrawWidth(i == divisions / 2.0 ? kHeavy : 1);
+        const double x = i * step + minFreq;
+        if (x >= 0.0)
+            picture.line(x, minPwr, x, maxPwr, look_.GridColor);
+    }
+    if (minFreq < 0.0) {
+        picture.setDrawWidth(1);
+        picture.setFillStyle(kCrossHatch);
+        picture.setFillColor(look_.GridColor);
+        picture.box(minFreq, minPwr, 0.0, maxPwr, look_.GridColor);
+    }
+}
+
+void Bandscope::DrawFreqLbls() {
+    const double minFreq = DisplayMinFreq();
+    const double maxFreq = DisplayMaxFreq();
+    ui_.picUnits.cls();
+    ui_.picUnits.setFontSize(kLabelPoints);
+    if (!(maxFreq > minFreq))
+        return;
+    const KeepDrawing keep(ui_.picSpectrum);
+    ui_.picSpectrum.setDrawWidth(kHeavy);
+    const std::int16_t divisions = nGridX();
+    const double step = (maxFreq - minFreq) / divisions;
+    for (int i = 0; i <= divisions; i += 2) {
+        const double x = i * step + minFreq;
+        if (x >= 0.0)
+            drawFreqLabel(x);
+    }
+}
+
+void Bandscope::drawFreqLabel(double x) {
+    PictureBox& picture = ui_.picSpectrum;
+    PictureBox& strip = ui_.picUnits;
+    const double bottom = picture.scaleTop() + picture.scaleHeight();
+    picture.line(x, bottom, x, bottom - picture.scaleHeight() / 20.0, picture.foreColor());
+    const std::wstring text = util::formatNumber(x, FreqLblFormat());
+    const double width = strip.textWidth(text);
+    const double share = (x - range_.minFreq) / (range_.maxFreq - range_.minFreq);
+    double left = picture.left() + share * picture.width() - width / 2.0;
+    if (left + width > picture.left() + picture.width())
+        return;
+    // A long label at the left end would lose its first digit at the strip's edge.
+    if (left < 0.0)
+        left = 0.0;
+    strip.currentX = left;
+    strip.currentY = picture.top() + picture.height() + (kLabelRoom - strip.textHeight(text)) / 2.0;
+    strip.print(text);
+}
+
+void Bandscope::DrawCursorLine(double frequency, formenv::OleColor color, bool removeOld) {
+    if (removeOld)
+        strokeCursor(drawing_.dCursorLineFreq, drawing_.cursorLineColor);
+    strokeCursor(frequency, color);
+    drawing_.dCursorLineFreq = frequency;
+    drawing_.cursorLineColor = color;
+}
+
+// Not-XOR: the same stroke once more takes the line away again.
+void Bandscope::strokeCursor(double frequency, formenv::OleColor color) {
+    PictureBox& picture = ui_.picSpectrum;
+    if (!(frequency >= picture.scaleLeft() && frequency <= picture.scaleLeft() + picture.scaleWidth()))
+        return;
+    const KeepDrawing keep(picture);
+    picture.setDrawMode(kNotXorPen);
+    picture.setDrawWidth(1);
+    picture.line(frequency, DisplayMinPwr(), frequency, DisplayMaxPwr(), color);
+}
+
+}  // namespace kv::control

@@ -1,0 +1,183 @@
+// The channel store's public procedures with the summary labels and the buttons of the panel that go with them.
+#include <cwctype>
+#include <string>
+
+#include "control/Bandscope.h"
+#include "util/NumberFormat.h"
+
+namespace kv::control {
+
+using formenv::MessageButtons;
+using formenv::MessageIcon;
+
+namespace {
+
+constexpr wchar_t kRangeFormat[] = L"##0.00000";
+
+std::wstring rangeText(double minimum, double maximum) {
+    return util::formatNumber(minimum, kRangeFormat) + L" to " + util::formatNumber(maximum, kRangeFormat);
+}
+
+void showSummary(formenv::Label& count, formenv::Label& range, const std::wstring& countText, double minimum,
+                 double maximum) {
+    const bool any = minimum <= maximum;
+    count.setCaption(any ? countText : std::wstring());
+    range.setCaption(any ? rangeText(minimum, maximum) : std::wstring());
+    count.setVisible(any);
+    range.setVisible(any);
+}
+
+/// Ends quietly, with the start result, when an error stops `body`.
+template <class T, class F>
+T quietly(T start, F&& body) {
+    try {
+        return body();
+    } catch (...) {
+        return start;
+    }
+}
+
+}  // namespace
+
+std::int32_t Bandscope::AddTXChnl(const FreqSlotRef& chnl) {
+    return addQuietly(ChannelKind::TX, chnl);
+}
+
+std::int32_t Bandscope::AddRXChnl(const FreqSlotRef& chnl) {
+    return addQuietly(ChannelKind::RX, chnl);
+}
+
+std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
+    std::int32_t index = 0;
+    try {
+        store_.add(kind, chnl, index);
+        if (kind == ChannelKind::TX)
+            ShowTXLabels(sTXNoun_.empty() ? chnl->sLabel() : std::wstring());
+        else
+            ShowRXLabels();
+    } catch (...) {
+        // The host learns of a failed add by looking the channel up; its place is the answer all the same.
+        return index;
+    }
+    return index;
+}
+
+void Bandscope::chooseNoun(const std::wstring& sLabel) {
+    if (!sTXNoun_.empty())
+        return;
+    const bool product = sLabel.find(L"order product]") != std::wstring::npos &&
+                         sLabel.find(L"Intermod Product [") != std::wstring::npos;
+    sTXNoun_ = product ? L" IM Products" : L" TX Channels";
+}
+
+void Bandscope::ShowTXLabels(const std::wstring& sLabel) {
+    if (NumTX() > 0)
+        chooseNoun(sLabel);
+    const Extremes& e = store_.extremes();
+    showSummary(ui_.lblNumTX, ui_.lblTXRange, std::to_wstring(NumTX()) + L" tx Channels", e.dTXFreqMin, e.dTXFreqMax);
+}
+
+void Bandscope::ShowRXLabels() {
+    const Extremes& e = store_.extremes();
+    showSummary(ui_.lblNumRX, ui_.lblRXRange, std::to_wstring(NumRX()) + L" RX Channels", e.dRXFreqMin, e.dRXFreqMax);
+}
+
+FreqSlotRef Bandscope::GetTXbyKey(const std::wstring& sKey) const {
+    return quietly(FreqSlotRef(), [&] { return store_.findByKey(ChannelKind::TX, sKey); });
+}
+
+FreqSlotRef Bandscope::GetRXbyKey(const std::wstring& sKey) const {
+    return quietly(FreqSlotRef(), [&] { return store_.findByKey(ChannelKind::RX, sKey); });
+}
+
+FreqSlotRef Bandscope::GetChnlByKey(const std::wstring& sKey) const {
+    FreqSlotRef channel = GetTXbyKey(sKey);
+    return channel ? channel : GetRXbyKey(sKey);
+}
+
+std::int32_t Bandscope::nFindMatchRX(const FreqSlotRef& chnl) {
+    return quietly(std::int32_t{kInvalid}, [&] {
+        if (!chnl)
+            throw util::RuntimeError(util::error_number::kObjectNotSet);
+        return store_.findMatchRX(*chnl);
+    });
+}
+
+void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
+    std::int16_t flag = 100;
+    reported(L"RemoveChnlByKey", L"", flag, [&] {
+        const FreqSlotRef channel = GetChnlByKey(sID);
+        if (!channel)
+            return;
+        flag = 200;
+        const std::int32_t index = store_.indexOfKey(sID).value_or(0);
+        flag = 300;
+        std::wstring prefix = sID.substr(0, 2);
+        for (wchar_t& letter : prefix)
+            letter = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(letter)));
+        if (prefix == L"TX")
+            store_.closeGap(ChannelKind::TX, index);
+        else if (prefix == L"RX")
+            store_.closeGap(ChannelKind::RX, index);
+        flag = 400;
+        store_.forgetKey(sID);
+        flag = 500;
+        store_.RecalcTXFreqRange();
+        store_.RecalcRXFreqRange();
+        store_.RecalcFreqRange();
+        flag = 600;
+        ShowTXLabels(L"");
+        ShowRXLabels();
+        flag = 700;
+        DrawDisplay();
+    });
+}
+
+void Bandscope::ClearTXChnls() {
+    store_.clear(ChannelKind::TX);
+    sTXNoun_.clear();
+    ui_.lblNumTX.setCaption(L"");
+    ui_.lblTXRange.setCaption(L"");
+}
+
+void Bandscope::ClearRXChnls() {
+    store_.clear(ChannelKind::RX);
+    ui_.lblNumRX.setCaption(L"");
+    ui_.lblRXRange.setCaption(L"");
+}
+
+void Bandscope::ClearAllChnls() {
+    ClearTXChnls();
+    ClearRXChnls();
+    store_.forgetAllKeys();
+    store_.resetFrequencyExtremes();
+}
+
+void Bandscope::cmdDrawTX_Click() {
+    if (NumTX() < 1)
+        services_.platform.messageBox(L"No TX channels to draw.", L"", MessageIcon::None, MessageButtons::Ok);
+    else
+        DrawDisplayTX();
+}
+
+void Bandscope::cmdDrawRX_Click() {
+    if (NumRX() < 1)
+        services_.platform.messageBox(L"No RX channels to draw.", L"", MessageIcon::None, MessageButtons::Ok);
+    else
+        DrawDisplayRX();
+}
+
+void Bandscope::addTestFrequencies() {
+    const auto make = [this](double frequency) {
+        const auto channel = services_.newFreqSlot();
+        channel->setDFreq(frequency);
+        return FreqSlotRef(channel.get());
+    };
+    for (const double frequency : {100.0, 110.0, 150.0})
+        AddTXChnl(make(frequency));
+    for (const double frequency : {455.0, 460.0})
+        AddRXChnl(make(frequency));
+    DrawDisplay();
+}
+
+}  // namespace kv::control

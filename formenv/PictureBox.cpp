@@ -1,0 +1,229 @@
+#include "formenv/PictureBox.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "formenv/Twips.h"
+#include "util/RuntimeError.h"
+
+namespace kv::formenv {
+
+using util::RuntimeError;
+using util::error_number::kInvalidPropertyValue;
+using util::error_number::kOverflow;
+
+namespace {
+
+double finite(double value) {
+    if (!std::isfinite(value))
+        throw RuntimeError(kOverflow);
+    return value;
+}
+
+double extent(double value) {
+    if (finite(value) == 0.0)
+        throw RuntimeError(kInvalidPropertyValue);
+    return value;
+}
+
+/// Rows of the old picture into the new one, as far as both reach.
+void copyOverlap(PixelBuffer from, PixelBuffer to) {
+    const int width = std::min(from.width, to.width);
+    const int height = std::min(from.height, to.height);
+    for (int y = 0; y < height; ++y) {
+        const std::uint32_t* source = from.pixels + static_cast<std::ptrdiff_t>(y) * from.stride;
+        std::copy(source, source + width, to.pixels + static_cast<std::ptrdiff_t>(y) * to.stride);
+    }
+}
+
+}  // namespace
+
+PictureBox::PictureBox(Platform& platform, Widget* parent, std::wstring name)
+    : Widget(WidgetKind::PictureBox, parent, std::move(name)), platform_(platform) {}
+
+PictureBox::~PictureBox() = default;
+
+PixelSize PictureBox::pixelSize() const noexcept {
+    // The edges are rounded, not the size, so that neighbours meet without a gap at any resolution.
+    const int dpi = platform_.dpi();
+    return {twipsToPixels(left() + width(), dpi) - twipsToPixels(left(), dpi),
+            twipsToPixels(top() + height(), dpi) - twipsToPixels(top(), dpi)};
+}
+
+void PictureBox::setUserScaleMode() noexcept {
+    if (userScale_)
+        return;
+    scale_ = scale();
+    if (scale_.width == 0.0)
+        scale_.width = 1.0;
+    if (scale_.height == 0.0)
+        scale_.height = 1.0;
+    userScale_ = true;
+}
+
+UserScale PictureBox::scale() const noexcept {
+    return userScale_ ? scale_ : UserScale{0.0, 0.0, width(), height()};
+}
+
+void PictureBox::setScaleLeft(double value) {
+    finite(value);
+    setUserScaleMode();
+    scale_.left = value;
+}
+
+void PictureBox::setScaleTop(double value) {
+    finite(value);
+    setUserScaleMode();
+    scale_.top = value;
+}
+
+void PictureBox::setScaleWidth(double value) {
+    extent(value);
+    setUserScaleMode();
+    scale_.width = value;
+}
+
+void PictureBox::setScaleHeight(double value) {
+    extent(value);
+    setUserScaleMode();
+    scale_.height = value;
+}
+
+void PictureBox::setFillStyle(int style) {
+    if (style < 0 || style > 7)
+        throw RuntimeError(kInvalidPropertyValue);
+    drawing_.fillStyle = static_cast<FillStyle>(style);
+}
+
+void PictureBox::setDrawMode(int mode) {
+    if (mode != static_cast<int>(DrawMode::Invert) && mode != static_cast<int>(DrawMode::NotXorPen) &&
+        mode != static_cast<int>(DrawMode::CopyPen))
+        throw RuntimeError(kInvalidPropertyValue);
+    drawing_.drawMode = static_cast<DrawMode>(mode);
+}
+
+void PictureBox::setDrawWidth(int width) {
+    if (width < 1)
+        throw RuntimeError(kInvalidPropertyValue);
+    drawing_.drawWidth = width;
+}
+
+void PictureBox::setFontSize(double points) {
+    if (!(points > 0.0))
+        throw RuntimeError(kInvalidPropertyValue);
+    Font changed = font();
+    changed.points = points;
+    setFont(changed);
+}
+
+Surface& PictureBox::surface() {
+    if (!surface_) {
+        const PixelSize size = pixelSize();
+        surface_ = platform_.createSurface({std::max(size.width, 1), std::max(size.height, 1)});
+        surface_->canvas().clear(platform_.resolve(backColor()));
+    }
+    return *surface_;
+}
+
+Canvas& PictureBox::target() {
+    return diverted_ ? *diverted_ : surface().canvas();
+}
+
+void PictureBox::placed() {
+    if (!surface_)
+        return;
+    const PixelBuffer old = surface_->pixels();
+    const PixelSize size = pixelSize();
+    if (old.width == std::max(size.width, 1) && old.height == std::max(size.height, 1))
+        return;
+    const std::unique_ptr<Surface> previous = std::move(surface_);
+    copyOverlap(old, surface().pixels());
+    touched();
+}
+
+void PictureBox::touched() {
+    if (dirty_)
+        return;
+    dirty_ = peer() != nullptr;
+    tellPeer(Change::Picture);
+}
+
+void PictureBox::cls() {
+    currentX = scaleLeft();
+    currentY = scaleTop();
+    target().clear(platform_.resolve(backColor()));
+    touched();
+}
+
+void PictureBox::setBackColor(OleColor color) {
+    Widget::setBackColor(color);
+    cls();
+}
+
+int PictureBox::pixelX(double x) const noexcept {
+    const UserScale s = scale();
+    return toNearestPixel((x - s.left) / s.width * pixelSize().width);
+}
+
+int PictureBox::pixelY(double y) const noexcept {
+    const UserScale s = scale();
+    return toNearestPixel((y - s.top) / s.height * pixelSize().height);
+}
+
+double PictureBox::userX(int pixel) const noexcept {
+    const UserScale s = scale();
+    return s.left + pixel * s.width / std::max(pixelSize().width, 1);
+}
+
+double PictureBox::userY(int pixel) const noexcept {
+    const UserScale s = scale();
+    return s.top + pixel * s.height / std::max(pixelSize().height, 1);
+}
+
+void PictureBox::line(double x1, double y1, double x2, double y2, OleColor color) {
+    target().line({pixelX(x1), pixelY(y1)}, {pixelX(x2), pixelY(y2)}, {platform_.resolve(color), drawing_.drawWidth},
+                  drawing_.drawMode);
+    currentX = x2;
+    currentY = y2;
+    touched();
+}
+
+void PictureBox::box(double x1, double y1, double x2, double y2, OleColor color) {
+    drawBox(x1, y1, x2, y2, color, {drawing_.fillStyle, platform_.resolve(drawing_.fillColor)});
+}
+
+void PictureBox::filledBox(double x1, double y1, double x2, double y2, OleColor color) {
+    drawBox(x1, y1, x2, y2, color, {FillStyle::Solid, platform_.resolve(color)});
+}
+
+void PictureBox::drawBox(double x1, double y1, double x2, double y2, OleColor color, const Brush& brush) {
+    const auto [left, right] = std::minmax({pixelX(x1), pixelX(x2)});
+    const auto [top, bottom] = std::minmax({pixelY(y1), pixelY(y2)});
+    target().rectangle({left, top, right + 1, bottom + 1}, {platform_.resolve(color), drawing_.drawWidth}, brush,
+                       drawing_.drawMode);
+    currentX = x2;
+    currentY = y2;
+    touched();
+}
+
+void PictureBox::print(std::wstring_view text) {
+    target().text({pixelX(currentX), pixelY(currentY)}, text, font(), platform_.resolve(foreColor()));
+    const double down = scaleHeight() < 0.0 ? -1.0 : 1.0;
+    currentX = scaleLeft();
+    currentY += down * textHeight(text);
+    touched();
+}
+
+double PictureBox::textWidth(std::wstring_view text) {
+    const int pixels = platform_.textSize(text, font()).width;
+    return userScale_ ? std::abs(scale_.width) * pixels / std::max(pixelSize().width, 1)
+                      : pixelsToTwips(pixels, platform_.dpi());
+}
+
+double PictureBox::textHeight(std::wstring_view text) {
+    const int pixels = platform_.textSize(text, font()).height;
+    return userScale_ ? std::abs(scale_.height) * pixels / std::max(pixelSize().height, 1)
+                      : pixelsToTwips(pixels, platform_.dpi());
+}
+
+}  // namespace kv::formenv

@@ -1,0 +1,133 @@
+// A picture that is drawn on in user units and kept off screen, so that uncovering its window needs no redraw.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "formenv/Platform.h"
+#include "formenv/Widget.h"
+
+namespace kv::formenv {
+
+/// The coordinate system of a picture box: `left`, `top` at its upper left corner, `width`, `height` across it. A
+/// negative height makes y grow upwards.
+struct UserScale {
+    double left = 0.0;
+    double top = 0.0;
+    double width = 1.0;
+    double height = 1.0;
+    friend bool operator==(const UserScale&, const UserScale&) = default;
+};
+
+/// Plain lines follow GDI's LineTo: the last pixel is left out. Boxes include all four edges, so that a box narrower
+/// than a pixel still shows as a column. Coordinates are rounded to the nearest pixel, halves up, here and only here.
+class PictureBox : public Widget {
+  public:
+    PictureBox(Platform& platform, Widget* parent, std::wstring name);
+    ~PictureBox() override;
+
+    /// Twips until a user scale is asked for or any of its four members is set.
+    [[nodiscard]] bool hasUserScale() const noexcept { return userScale_; }
+    void setUserScaleMode() noexcept;
+    [[nodiscard]] UserScale scale() const noexcept;
+    [[nodiscard]] double scaleLeft() const noexcept { return scale().left; }
+    [[nodiscard]] double scaleTop() const noexcept { return scale().top; }
+    [[nodiscard]] double scaleWidth() const noexcept { return scale().width; }
+    [[nodiscard]] double scaleHeight() const noexcept { return scale().height; }
+    /// Throw RuntimeError 6 for a number that is not finite and 380 for a width or height of 0.
+    void setScaleLeft(double value);
+    void setScaleTop(double value);
+    void setScaleWidth(double value);
+    void setScaleHeight(double value);
+
+    /// Throws RuntimeError 380 outside 0 to 7.
+    void setFillStyle(int style);
+    [[nodiscard]] int fillStyle() const noexcept { return static_cast<int>(drawing_.fillStyle); }
+    void setFillColor(OleColor color) noexcept { drawing_.fillColor = color; }
+    [[nodiscard]] OleColor fillColor() const noexcept { return drawing_.fillColor; }
+    /// Throws RuntimeError 380 for another value than 6, 10 and 13.
+    void setDrawMode(int mode);
+    [[nodiscard]] int drawMode() const noexcept { return static_cast<int>(drawing_.drawMode); }
+    /// Pixels; throws RuntimeError 380 below 1.
+    void setDrawWidth(int width);
+    [[nodiscard]] int drawWidth() const noexcept { return drawing_.drawWidth; }
+    /// Typographic points; throws RuntimeError 380 when not above 0.
+    void setFontSize(double points);
+
+    /// Erases everything drawn and puts the current position at the scale's origin.
+    void cls();
+    /// Also erases everything drawn.
+    void setBackColor(OleColor color) override;
+
+    /// A line, an outlined box filled by `FillStyle` and `FillColor`, and a box filled with its own colour. The
+    /// current position becomes the end point.
+    void line(double x1, double y1, double x2, double y2, OleColor color);
+    void box(double x1, double y1, double x2, double y2, OleColor color);
+    void filledBox(double x1, double y1, double x2, double y2, OleColor color);
+
+    double currentX = 0.0;
+    double currentY = 0.0;
+    /// Prints at the current position in `ForeColor`, then moves to the start of the next line.
+    void print(std::wstring_view text);
+    /// Size of a line of text in the picture's scale (magnitude).
+    [[nodiscard]] double textWidth(std::wstring_view text);
+    [[nodiscard]] double textHeight(std::wstring_view text);
+
+    /// One map from user units to pixels; saturates far outside.
+    [[nodiscard]] int pixelX(double x) const noexcept;
+    [[nodiscard]] int pixelY(double y) const noexcept;
+    /// User units of a pixel's left and upper edge.
+    [[nodiscard]] double userX(int pixel) const noexcept;
+    [[nodiscard]] double userY(int pixel) const noexcept;
+
+    [[nodiscard]] PixelSize pixelSize() const noexcept;
+    /// The kept picture. Valid until the box changes its size.
+    [[nodiscard]] Surface& surface();
+    [[nodiscard]] Platform& platform() const noexcept { return platform_; }
+
+    /// The window shows the picture from here on; the next stroke asks for a repaint again.
+    void shown() noexcept { dirty_ = false; }
+
+    /// A canvas to draw on instead of the kept picture, or nullptr: for tests that read the strokes.
+    void divert(Canvas* canvas) noexcept { diverted_ = canvas; }
+
+  protected:
+    void placed() override;
+
+  private:
+    friend class KeepDrawing;
+    /// The properties that a drawing procedure may change for a while.
+    struct Drawing {
+        FillStyle fillStyle = FillStyle::Transparent;
+        OleColor fillColor = 0;
+        DrawMode drawMode = DrawMode::CopyPen;
+        int drawWidth = 1;
+    };
+
+    [[nodiscard]] Canvas& target();
+    void touched();
+    void drawBox(double x1, double y1, double x2, double y2, OleColor color, const Brush& brush);
+
+    Platform& platform_;
+    std::unique_ptr<Surface> surface_;
+    Canvas* diverted_ = nullptr;
+    bool dirty_ = false;
+    bool userScale_ = false;
+    UserScale scale_;
+    Drawing drawing_;
+};
+
+/// Puts back the drawing properties of a picture box when it goes out of scope, also after an error.
+class KeepDrawing {
+  public:
+    explicit KeepDrawing(PictureBox& box) noexcept : box_(box), kept_(box.drawing_) {}
+    ~KeepDrawing() { box_.drawing_ = kept_; }
+    KeepDrawing(const KeepDrawing&) = delete;
+    KeepDrawing& operator=(const KeepDrawing&) = delete;
+
+  private:
+    PictureBox& box_;
+    PictureBox::Drawing kept_;
+};
+
+}  // namespace kv::formenv

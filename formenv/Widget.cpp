@@ -1,0 +1,129 @@
+#include "formenv/Widget.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "util/RuntimeError.h"
+
+namespace kv::formenv {
+
+namespace {
+
+void demandSize(double twips) {
+    if (!std::isfinite(twips))
+        throw util::RuntimeError(util::error_number::kOverflow);
+    if (twips < 0.0)
+        throw util::RuntimeError(util::error_number::kInvalidPropertyValue);
+}
+
+}  // namespace
+
+Widget::Widget(WidgetKind kind, Widget* parent, std::wstring name)
+    : kind_(kind), parent_(parent), name_(std::move(name)) {
+    if (parent_)
+        parent_->children_.push_back(this);
+}
+
+Widget::~Widget() {
+    if (parent_)
+        std::erase(parent_->children_, this);
+    for (Widget* child : children_)
+        child->parent_ = nullptr;
+}
+
+void Widget::move(const Place& place) {
+    if (!std::isfinite(place.left) || !std::isfinite(place.top))
+        throw util::RuntimeError(util::error_number::kOverflow);
+    demandSize(place.width);
+    demandSize(place.height);
+    if (place == place_)
+        return;
+    place_ = place;
+    placed();
+    tellPeer(Change::Place);
+}
+
+void Widget::setVisible(bool visible) {
+    if (visible_ == visible)
+        return;
+    visible_ = visible;
+    tellPeer(Change::Visible);
+}
+
+void Widget::setEnabled(bool enabled) {
+    if (enabled_ == enabled)
+        return;
+    enabled_ = enabled;
+    tellPeer(Change::Enabled);
+}
+
+void Widget::setCaption(std::wstring caption) {
+    if (caption_ == caption)
+        return;
+    caption_ = std::move(caption);
+    tellPeer(Change::Caption);
+}
+
+void Widget::setToolTip(std::wstring toolTip) {
+    if (toolTip_ == toolTip)
+        return;
+    toolTip_ = std::move(toolTip);
+    tellPeer(Change::ToolTip);
+}
+
+void Widget::setBackColor(OleColor color) {
+    backColor_ = color;
+    tellPeer(Change::Colors);
+}
+
+void Widget::setForeColor(OleColor color) {
+    foreColor_ = color;
+    tellPeer(Change::Colors);
+}
+
+void Widget::setFont(const Font& font) {
+    if (font_ == font)
+        return;
+    font_ = font;
+    tellPeer(Change::Font);
+}
+
+void Widget::tellPeer(Change what) {
+    if (peer_)
+        peer_->changed(what);
+}
+
+void CheckBox::setValue(int value) {
+    if (value != 0 && value != 1)
+        throw util::RuntimeError(util::error_number::kInvalidPropertyValue);
+    if (value_ == value)
+        return;
+    value_ = value;
+    tellPeer(Change::Value);
+}
+
+void ComboBox::clear() {
+    items_.clear();
+    listIndex_ = -1;
+    tellPeer(Change::Items);
+}
+
+void ComboBox::addItem(std::wstring item) {
+    items_.push_back(std::move(item));
+    tellPeer(Change::Items);
+}
+
+void ComboBox::setListIndex(int index) {
+    if (index < -1 || index >= static_cast<int>(items_.size()))
+        throw util::RuntimeError(util::error_number::kInvalidPropertyValue);
+    if (listIndex_ == index)
+        return;
+    listIndex_ = index;
+    tellPeer(Change::Value);
+}
+
+std::wstring ComboBox::text() const {
+    return listIndex_ < 0 ? std::wstring() : items_[static_cast<std::size_t>(listIndex_)];
+}
+
+}  // namespace kv::formenv

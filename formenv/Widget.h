@@ -1,0 +1,177 @@
+// The child controls of a form as models: they hold place, text and state whether or not a window stands for them,
+// so that a control without a container scales, draws and reports like any other.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "formenv/Canvas.h"
+#include "formenv/Color.h"
+
+namespace kv::formenv {
+
+class Widget;
+
+/// Shown instead of a caption's text size: which kind of window stands for a widget.
+enum class WidgetKind { UserControl, Frame, PictureBox, Label, Button, CheckBox, ComboBox, TextBox, Custom };
+
+enum class Change { Place, Visible, Enabled, Caption, ToolTip, Colors, Font, Items, Value, Picture };
+
+/// The window that stands for a widget. It is told of every change and never keeps state of its own.
+class Peer {
+  public:
+    virtual ~Peer() = default;
+    virtual void changed(Change what) = 0;
+};
+
+/// Mouse buttons as events number them; in a move event they add up.
+namespace mouse_button {
+inline constexpr int kLeft = 1;
+inline constexpr int kRight = 2;
+inline constexpr int kMiddle = 4;
+}  // namespace mouse_button
+
+/// x and y in the scale of the widget that hears the event: twips, or user units in a picture box with a user scale.
+using MouseHandler = std::function<void(int button, int shift, double x, double y)>;
+using Handler = std::function<void()>;
+
+/// Place in twips (1/1440 inch) relative to the parent.
+struct Place {
+    double left = 0.0;
+    double top = 0.0;
+    double width = 0.0;
+    double height = 0.0;
+    friend bool operator==(const Place&, const Place&) = default;
+};
+
+class Widget {
+  public:
+    /// `parent` must outlive the widget; nullptr makes a root.
+    Widget(WidgetKind kind, Widget* parent, std::wstring name);
+    virtual ~Widget();
+    Widget(const Widget&) = delete;
+    Widget& operator=(const Widget&) = delete;
+
+    [[nodiscard]] WidgetKind kind() const noexcept { return kind_; }
+    [[nodiscard]] const std::wstring& name() const noexcept { return name_; }
+    [[nodiscard]] Widget* parent() const noexcept { return parent_; }
+    /// In the order of creation, which is the order of the Tab key.
+    [[nodiscard]] const std::vector<Widget*>& children() const noexcept { return children_; }
+
+    [[nodiscard]] const Place& place() const noexcept { return place_; }
+    [[nodiscard]] double left() const noexcept { return place_.left; }
+    [[nodiscard]] double top() const noexcept { return place_.top; }
+    [[nodiscard]] double width() const noexcept { return place_.width; }
+    [[nodiscard]] double height() const noexcept { return place_.height; }
+    void setLeft(double twips) { move({twips, top(), width(), height()}); }
+    void setTop(double twips) { move({left(), twips, width(), height()}); }
+    void setWidth(double twips) { move({left(), top(), twips, height()}); }
+    void setHeight(double twips) { move({left(), top(), width(), twips}); }
+    /// Throws RuntimeError 380 for a negative size and 6 for a number that is not finite; nothing moves then.
+    void move(const Place& place);
+
+    [[nodiscard]] bool visible() const noexcept { return visible_; }
+    void setVisible(bool visible);
+    [[nodiscard]] bool enabled() const noexcept { return enabled_; }
+    void setEnabled(bool enabled);
+    [[nodiscard]] const std::wstring& caption() const noexcept { return caption_; }
+    void setCaption(std::wstring caption);
+    [[nodiscard]] const std::wstring& toolTip() const noexcept { return toolTip_; }
+    void setToolTip(std::wstring toolTip);
+    [[nodiscard]] OleColor backColor() const noexcept { return backColor_; }
+    virtual void setBackColor(OleColor color);
+    [[nodiscard]] OleColor foreColor() const noexcept { return foreColor_; }
+    void setForeColor(OleColor color);
+    [[nodiscard]] const Font& font() const noexcept { return font_; }
+    void setFont(const Font& font);
+
+    [[nodiscard]] Peer* peer() const noexcept { return peer_; }
+    void setPeer(Peer* peer) noexcept { peer_ = peer; }
+
+    Handler onClick;
+    Handler onDblClick;
+    MouseHandler onMouseDown;
+    MouseHandler onMouseMove;
+    MouseHandler onMouseUp;
+
+  protected:
+    void tellPeer(Change what);
+    /// Called after the place has changed, before the window is told.
+    virtual void placed() {}
+
+  private:
+    WidgetKind kind_;
+    Widget* parent_;
+    std::wstring name_;
+    std::vector<Widget*> children_;
+    Place place_;
+    bool visible_ = true;
+    bool enabled_ = true;
+    std::wstring caption_;
+    std::wstring toolTip_;
+    OleColor backColor_ = system_color::kButtonFace;
+    OleColor foreColor_ = system_color::kButtonText;
+    Font font_;
+    Peer* peer_ = nullptr;
+};
+
+class Frame : public Widget {
+  public:
+    Frame(Widget* parent, std::wstring name) : Widget(WidgetKind::Frame, parent, std::move(name)) {}
+};
+
+class Label : public Widget {
+  public:
+    Label(Widget* parent, std::wstring name) : Widget(WidgetKind::Label, parent, std::move(name)) {}
+};
+
+class Button : public Widget {
+  public:
+    Button(Widget* parent, std::wstring name) : Widget(WidgetKind::Button, parent, std::move(name)) {}
+};
+
+class TextBox : public Widget {
+  public:
+    TextBox(Widget* parent, std::wstring name) : Widget(WidgetKind::TextBox, parent, std::move(name)) {
+        setBackColor(system_color::kWindowBackground);
+        setForeColor(system_color::kWindowText);
+    }
+};
+
+class CheckBox : public Widget {
+  public:
+    CheckBox(Widget* parent, std::wstring name) : Widget(WidgetKind::CheckBox, parent, std::move(name)) {}
+    /// 0 cleared, 1 ticked.
+    [[nodiscard]] int value() const noexcept { return value_; }
+    /// Setting it from the program raises no click.
+    void setValue(int value);
+
+  private:
+    int value_ = 0;
+};
+
+/// A drop-down list without an edit field.
+class ComboBox : public Widget {
+  public:
+    ComboBox(Widget* parent, std::wstring name) : Widget(WidgetKind::ComboBox, parent, std::move(name)) {
+        setBackColor(system_color::kWindowBackground);
+        setForeColor(system_color::kWindowText);
+    }
+    void clear();
+    void addItem(std::wstring item);
+    [[nodiscard]] const std::vector<std::wstring>& items() const noexcept { return items_; }
+    /// -1: none chosen.
+    [[nodiscard]] int listIndex() const noexcept { return listIndex_; }
+    /// Throws RuntimeError 380 outside -1 to the last item. Setting it from the program raises no click.
+    void setListIndex(int index);
+    /// The chosen item, empty when there is none.
+    [[nodiscard]] std::wstring text() const;
+
+  private:
+    std::vector<std::wstring> items_;
+    int listIndex_ = -1;
+};
+
+}  // namespace kv::formenv

@@ -1,0 +1,59 @@
+#include "host/ControlClasses.h"
+
+#include <array>
+
+#include "kvBandscope.h"
+
+namespace kv::host {
+
+namespace {
+
+ComPtr<IClassFactory> registered(const wchar_t* progId) {
+    CLSID clsid{};
+    ComPtr<IClassFactory> factory;
+    if (SUCCEEDED(CLSIDFromProgID(progId, &clsid))) {
+        // A class whose module is gone leaves the pointer empty, like one that was never registered.
+        CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(factory.ReleaseAndGetAddressOf()));
+    }
+    return factory;
+}
+
+HMODULE moduleBesideProgram() {
+    std::array<wchar_t, 32768> path{};
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    const std::wstring program(path.data(), length);
+    const std::wstring module = program.substr(0, program.find_last_of(L"\\/") + 1) + L"kvBandscope.ocx";
+    return LoadLibraryW(module.c_str());  // stays loaded until the program ends
+}
+
+using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
+
+ComPtr<IClassFactory> fromModule(HMODULE module, REFCLSID clsid) {
+    ComPtr<IClassFactory> factory;
+    if (module != nullptr) {
+        const auto entry =
+            reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(module, "DllGetClassObject")));
+        if (entry != nullptr) {
+            entry(clsid, IID_PPV_ARGS(factory.ReleaseAndGetAddressOf()));
+        }
+    }
+    return factory;
+}
+
+}  // namespace
+
+ControlClasses findControlClasses() {
+    ControlClasses classes{registered(L"kvBandscope.kvBandscope"), registered(L"kvBandscope.FreqSlot")};
+    if (classes.control == nullptr || classes.freqSlot == nullptr) {
+        const HMODULE module = moduleBesideProgram();
+        classes = {fromModule(module, CLSID_kvBandscope), fromModule(module, CLSID_FreqSlot)};
+    }
+    if (classes.control == nullptr || classes.freqSlot == nullptr) {
+        throw Failure{kExitControlMissing,
+                      L"The control kvBandscope was not found. Register it with \"regsvr32 kvBandscope.ocx\", or put "
+                      L"kvBandscope.ocx beside this program."};
+    }
+    return classes;
+}
+
+}  // namespace kv::host

@@ -1,0 +1,222 @@
+#include "host/Loading.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/plan/TidyRange.h"
+
+namespace kv::host {
+
+namespace {
+
+constexpr std::uint64_t kMostCombinations = 2'000'000;
+constexpr DWORD kStepMilliseconds = 30;
+
+// Calm on a light background. The lines of products are near their boxes: in a crowd of narrow boxes only the lines
+// are left to see. A plan's own colours win.
+struct Shades {
+    COLORREF box;
+    COLORREF line;
+};
+constexpr Shades kTransmitter = {RGB(0x2B, 0x6C, 0xB0), RGB(0x17, 0x3F, 0x6B)};
+constexpr Shades kReceiver = {RGB(0x3C, 0x9A, 0x63), RGB(0x1F, 0x5C, 0x39)};
+constexpr Shades kSecondOrder = {RGB(0x8E, 0x7C, 0xC3), RGB(0x75, 0x62, 0xAE)};
+constexpr Shades kThirdOrder = {RGB(0xE3, 0xA0, 0x5A), RGB(0xCF, 0x83, 0x35)};
+constexpr Shades kFifthOrder = {RGB(0xC9, 0x7B, 0x8F), RGB(0xB0, 0x5C, 0x73)};
+
+Shades shadesOf(const Product& product) {
+    return product.order == 2 ? kSecondOrder : product.order == 3 ? kThirdOrder : kFifthOrder;
+}
+
+double megahertzOf(std::int64_t hertz) {
+    return static_cast<double>(hertz) / 1e6;
+}
+
+std::vector<const PlanChannel*> transmittersOf(const Plan& plan) {
+    std::vector<const PlanChannel*> result;
+    for (const PlanChannel& channel : plan.channels) {
+        if (channel.transmits) {
+            result.push_back(&channel);
+        }
+    }
+    return result;
+}
+
+std::uint64_t allowedCombinations(std::size_t transmitters, const ProductOptions& options) {
+    const std::uint64_t count = countCombinations(transmitters, options);
+    if (count > kMostCombinations) {
+        throw Failure{kExitUsage, L"The orders chosen would give " + std::to_wstring(count) +
+                                      L" products. Choose fewer orders, or a plan with fewer transmitters: 2000000 are "
+                                      L"the most that are loaded."};
+    }
+    return count;
+}
+
+std::vector<Transmitter> numbersOf(const std::vector<const PlanChannel*>& channels) {
+    std::vector<Transmitter> result;
+    result.reserve(channels.size());
+    for (const PlanChannel* channel : channels) {
+        result.push_back({channel->frequencyHz, channel->bandwidthHz, channel->powerDbm});
+    }
+    return result;
+}
+
+}  // namespace
+
+Loading::Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options)
+    : control_(control),
+      freqSlot_(freqSlot),
+      plan_(plan),
+      transmitters_(transmittersOf(plan)),
+      combinations_(allowedCombinations(transmitters_.size(), options)),
+      generator_(combinations_ == 0 ? std::vector<Transmitter>() : numbersOf(transmitters_), options) {
+    transmitterLabels_.reserve(transmitters_.size());
+    for (const PlanChannel* channel : transmitters_) {
+        transmitterLabels_.emplace_back(channel->label);
+    }
+    addChannels();
+}
+
+void Loading::addChannels() {
+    powers_.reset();
+    products_ = 0;
+    check(control_.ClearAllChnls(), L"Clearing the channels");
+    for (const PlanChannel& channel : plan_.channels) {
+        add(channel);
+    }
+}
+
+bool Loading::step() {
+    const DWORD start = GetTickCount();
+    Product product;
+    do {
+        switch (generator_.next(product)) {
+            case ProductGenerator::Step::kProduct:
+                addProduct(product);
+                break;
+            case ProductGenerator::Step::kPause:
+                break;
+            case ProductGenerator::Step::kEnd:
+                return true;
+        }
+    } while (GetTickCount() - start < kStepMilliseconds);
+    return false;
+}
+
+void Loading::cancel() {
+    addChannels();
+}
+
+double Loading::fractionDone() const noexcept {
+    return combinations_ == 0 ? 1.0 : static_cast<double>(generator_.tried()) / static_cast<double>(combinations_);
+}
+
+void Loading::add(const PlanChannel& channel) {
+    const ComPtr<_FreqSlot> slot = newSlot();
+    const Shades shades = channel.transmits ? kTransmitter : kReceiver;
+    setCommon(*slot.Get(), channel.frequencyHz, channel.bandwidthHz, channel.powerDbm);
+    check(slot->put_sKey(Bstr(channel.key).get()), L"Setting sKey");
+    check(slot->put_sLabel(Bstr(channel.label).get()), L"Setting sLabel");
+    check(slot->put_lColor(channel.boxColour.value_or(shades.box)), L"Setting lColor");
+    check(slot->put_lColorLine(channel.lineColour.value_or(shades.line)), L"Setting lColorLine");
+    LONG index = 0;
+    check(channel.transmits ? control_.AddTXChnl(slot.Get(), &index) : control_.AddRXChnl(slot.Get(), &index),
+          L"Adding a channel");
+}
+
+void Loading::addProduct(const Product& product) {
+    const ComPtr<_FreqSlot> slot = newSlot();
+    const Shades shades = shadesOf(product);
+    setCommon(*slot.Get(), product.frequencyHz, product.bandwidthHz, product.powerDbm);
+    // The control knows a product by its label, and removes it only by a key that begins with TX.
+    check(slot->put_sKey(Bstr(productKey(++products_)).get()), L"Setting sKey");
+    check(slot->put_sLabel(Bstr(productLabel(product)).get()), L"Setting sLabel");
+    check(slot->put_lColor(shades.box), L"Setting lColor");
+    check(slot->put_lColorLine(shades.line), L"Setting lColorLine");
+    addTerms(*slot.Get(), product);
+    LONG index = 0;
+    check(control_.AddTXChnl(slot.Get(), &index), L"Adding a product");
+}
+
+void Loading::addTerms(_FreqSlot& slot, const Product& product) {
+    check(slot.put_nIMComps(product.termCount), L"Setting nIMComps");
+    for (LONG i = 0; i < product.termCount; ++i) {
+        const ProductTerm& term = product.terms[static_cast<std::size_t>(i)];
+        check(slot.put_nIMComp(i, term.coefficient), L"Setting nIMComp");
+        check(slot.put_dIMCompFreq(i, megahertzOf(transmitters_[term.transmitter]->frequencyHz)),
+              L"Setting dIMCompFreq");
+        check(slot.put_sIMCompLabel(i, transmitterLabels_[term.transmitter].get()), L"Setting sIMCompLabel");
+    }
+}
+
+void Loading::setCommon(_FreqSlot& slot, std::int64_t frequencyHz, std::int64_t bandwidthHz, double powerDbm) {
+    check(slot.put_sFreqUnits(megahertz_.get()), L"Setting sFreqUnits");
+    check(slot.put_sBWUnits(kilohertz_.get()), L"Setting sBWUnits");
+    check(slot.put_dFreq(megahertzOf(frequencyHz)), L"Setting dFreq");
+    check(slot.put_dBW(static_cast<double>(bandwidthHz) / 1e3), L"Setting dBW");
+    // Edges left at 0 would be put a whole bandwidth from the centre; a box as wide as the channel needs them set. A
+    // product may be wider than twice its frequency, and an edge that is not above 0 counts as not set.
+    constexpr double kLowestEdge = 1e-6;
+    const double half = megahertzOf(bandwidthHz) / 2.0;
+    check(slot.put_dFreqLo(std::max(megahertzOf(frequencyHz) - half, kLowestEdge)), L"Setting dFreqLo");
+    check(slot.put_dFreqHi(megahertzOf(frequencyHz) + half), L"Setting dFreqHi");
+    check(slot.put_dPwrDBM(powerDbm), L"Setting dPwrDBM");
+    note(powerDbm);
+}
+
+ComPtr<_FreqSlot> Loading::newSlot() {
+    ComPtr<_FreqSlot> slot;
+    check(freqSlot_.CreateInstance(nullptr, IID__FreqSlot, reinterpret_cast<void**>(slot.GetAddressOf())),
+          L"Making a channel record");
+    return slot;
+}
+
+void Loading::note(double powerDbm) {
+    if (!powers_) {
+        powers_ = {powerDbm, powerDbm};
+    }
+    powers_->lowest = std::min(powers_->lowest, powerDbm);
+    powers_->highest = std::max(powers_->highest, powerDbm);
+}
+
+void Loading::setPowerScale() {
+    // Whole tens with room on both sides: a channel that does not rise above the floor counts as one without power.
+    constexpr double kStep = 10.0;
+    constexpr double kRoom = 3.0;
+    // The top first: setting the floor is what applies the height.
+    check(control_.put_DisplayMaxPwr(std::ceil((powers_->highest + kRoom) / kStep) * kStep), L"Setting DisplayMaxPwr");
+    check(control_.put_DisplayMinPwr(std::floor((powers_->lowest - kRoom) / kStep) * kStep), L"Setting DisplayMinPwr");
+}
+
+void Loading::show(const std::optional<RangeMhz>& range) {
+    if (!powers_) {
+        return;
+    }
+    setPowerScale();
+    if (range) {
+        check(control_.put_FreqEndBuffer(0.0), L"Setting FreqEndBuffer");
+        check(control_.DrawByRange(range->lowest, range->highest), L"Drawing");
+        return;
+    }
+    double lowest = 0.0;
+    double highest = 0.0;
+    if (transmitters_.empty()) {
+        check(control_.get_dFreqMin(&lowest), L"Reading dFreqMin");
+        check(control_.get_dFreqMax(&highest), L"Reading dFreqMax");
+    } else {
+        check(control_.get_dTXFreqMin(&lowest), L"Reading dTXFreqMin");
+        check(control_.get_dTXFreqMax(&highest), L"Reading dTXFreqMax");
+    }
+    drawTidily(control_, lowest, highest);
+}
+
+void drawTidily(_kvBandscope& control, double lowest, double highest) {
+    // The control would leave 100 MHz on both sides; a picture looks better with little room and round grid lines.
+    const TidyRange range = tidyRange(lowest, highest);
+    check(control.put_FreqEndBuffer(0.0), L"Setting FreqEndBuffer");
+    check(control.put_nGridX(static_cast<SHORT>(range.divisions)), L"Setting nGridX");
+    check(control.DrawByRange(range.lowest, range.highest), L"Drawing");
+    check(control.put_CursorVal((range.lowest + range.highest) / 2.0), L"Setting CursorVal");
+}
+
+}  // namespace kv::host

@@ -1,0 +1,336 @@
+#include "host/MainWindow.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "host/Dialogs.h"
+#include "host/resource.h"
+
+namespace kv::host {
+
+namespace {
+
+constexpr wchar_t kClass[] = L"BandscopeHost";
+constexpr UINT kFollowHeight = WM_APP + 1;
+// Inner size of the window when the command line names none, in twips.
+constexpr int kWidthTwips = 16500;
+constexpr int kHeightTwips = 11400;
+
+constexpr COLORREF kGrid = RGB(0xD5, 0xDA, 0xE1);
+constexpr COLORREF kSpectrumBack = RGB(0xFF, 0xFF, 0xFF);
+constexpr COLORREF kLabelBack = RGB(0xF4, 0xF6, 0xF8);
+constexpr COLORREF kLabelFore = RGB(0x33, 0x3D, 0x4A);
+constexpr COLORREF kCursor = RGB(0xB0, 0x30, 0x30);
+
+std::wstring grouped(std::size_t number) {
+    std::wstring digits = std::to_wstring(number);
+    for (std::size_t at = digits.size(); at > 3; at -= 3) {
+        digits.insert(at - 3, 1, L',');
+    }
+    return digits;
+}
+
+std::wstring counted(std::size_t number, const wchar_t* noun) {
+    return grouped(number) + L" " + noun + (number == 1 ? L"" : L"s");
+}
+
+/// Colours and the rest that a host sets once.
+void dress(_kvBandscope& control) {
+    check(control.put_GridColor(kGrid), L"Setting GridColor");
+    check(control.put_lCursorColor(kCursor), L"Setting lCursorColor");
+    check(control.put_lColorSpecBack(kSpectrumBack), L"Setting lColorSpecBack");
+    check(control.put_lColorLblBack(kLabelBack), L"Setting lColorLblBack");
+    check(control.put_lColorLblFore(kLabelFore), L"Setting lColorLblFore");
+}
+
+}  // namespace
+
+MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_(findControlClasses()) {
+    create();
+    try {
+        status_.emplace(window_);
+        RECT client{};
+        GetClientRect(window_, &client);
+        spectrum_ = std::make_unique<Spectrum>(classes_, window_, client, *this);
+        dress(spectrum_->control());
+        showWindow();
+    } catch (...) {
+        close();
+        throw;
+    }
+}
+
+MainWindow::~MainWindow() {
+    close();
+}
+
+void MainWindow::create() {
+    const HINSTANCE instance = GetModuleHandleW(nullptr);
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = &MainWindow::procedure;
+    windowClass.hInstance = instance;
+    windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_BANDSCOPE));
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
+    windowClass.lpszMenuName = MAKEINTRESOURCEW(IDM_MENU);
+    windowClass.lpszClassName = kClass;
+    RegisterClassExW(&windowClass);
+    keys_ = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDA_KEYS));
+    const PixelSize inner = options_.size.value_or(PixelSize{pixelsOfTwips(kWidthTwips), pixelsOfTwips(kHeightTwips)});
+    RECT rect = {0, 0, inner.width, inner.height};
+    const DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    AdjustWindowRectEx(&rect, style, TRUE, 0);
+    window_ = CreateWindowExW(0, kClass, L"BandscopeHost", style, CW_USEDEFAULT, CW_USEDEFAULT, rect.right - rect.left,
+                              rect.bottom - rect.top, nullptr, nullptr, instance, nullptr);
+    if (window_ == nullptr) {
+        throw Failure{kExitOther, L"The window could not be made."};
+    }
+    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+void MainWindow::showWindow() {
+    layOut();
+    status_->setProgress(-1.0);
+    status_->setMessage(L"File, Open plan... shows a channel plan.");
+    if (!options_.quit) {  // unattended work needs no window on the screen
+        ShowWindow(window_, SW_SHOWDEFAULT);
+        spectrum_->focus();
+    }
+}
+
+void MainWindow::close() noexcept {
+    if (window_ != nullptr) {
+        ShowWindow(window_, SW_HIDE);  // giving back half a million records takes a moment
+    }
+    loading_.reset();
+    spectrum_.reset();
+    if (window_ != nullptr) {
+        const HWND window = std::exchange(window_, nullptr);
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        DestroyWindow(window);
+    }
+}
+
+int MainWindow::run() {
+    try {
+        if (!options_.planFile.empty()) {
+            load(options_.planFile);
+        } else if (options_.quit || !options_.saveFile.empty()) {
+            loaded(L"");
+        }
+    } catch (const Failure& failure) {
+        report(failure);
+    }
+    while (!ended_) {
+        handleQueued();
+        if (ended_) {
+            break;
+        }
+        if (loading_ != nullptr) {
+            continueLoading();
+        } else {
+            WaitMessage();
+        }
+    }
+    return exitCode_;
+}
+
+void MainWindow::handleQueued() {
+    MSG message{};
+    while (!ended_ && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            finish(static_cast<int>(message.wParam));
+        } else {
+            dispatch(message);
+        }
+    }
+}
+
+void MainWindow::dispatch(MSG& message) {
+    if (loading_ != nullptr && message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
+        cancelLoading();
+        return;
+    }
+    // The active control sees a key first; then come our own accelerators.
+    if ((spectrum_ != nullptr && spectrum_->translate(message)) ||
+        TranslateAcceleratorW(window_, keys_, &message) != 0) {
+        return;
+    }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+    const auto self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self == nullptr || self->spectrum_ == nullptr) {
+        return DefWindowProcW(window, message, first, second);
+    }
+    // Nothing may be thrown through the system's call.
+    try {
+        return self->handle(message, first, second);
+    } catch (const Failure& failure) {
+        self->report(failure);
+    } catch (const std::exception&) {
+        self->report({kExitOther, L"There is not enough memory."});
+    }
+    return 0;
+}
+
+LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
+    switch (message) {
+        case WM_SIZE:
+            if (first != SIZE_MINIMIZED) {
+                layOut();
+                redraw();  // the picture was drawn for the size before
+            }
+            return 0;
+        case WM_GETMINMAXINFO: {
+            const SIZE smallest = spectrum_->smallestSize();
+            RECT rect = {0, 0, smallest.cx, smallest.cy + status_->height()};
+            AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, 0);
+            reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {rect.right - rect.left, rect.bottom - rect.top};
+            return 0;
+        }
+        case WM_INITMENUPOPUP:
+            enableCommands(reinterpret_cast<HMENU>(first));
+            return 0;
+        case WM_COMMAND:
+            command(LOWORD(first));
+            return 0;
+        case WM_SETFOCUS:
+            spectrum_->focus();
+            return 0;
+        case kFollowHeight:
+            followHeight(static_cast<int>(first));
+            return 0;
+        case WM_CLOSE:
+            finish(kExitOk);
+            return 0;
+        default:
+            return DefWindowProcW(window_, message, first, second);
+    }
+}
+
+void MainWindow::layOut() {
+    status_->place();
+    RECT client{};
+    GetClientRect(window_, &client);
+    client.bottom = std::max(client.bottom - status_->height(), 1L);
+    spectrum_->place(client);
+}
+
+void MainWindow::report(const Failure& failure) {
+    loading_.reset();
+    if (options_.quit) {
+        writeFailure(failure);
+        finish(failure.code);
+    } else {
+        status_->setProgress(-1.0);
+        status_->setMessage(L"");
+        showFailure(window_, failure);
+    }
+}
+
+void MainWindow::finish(int exitCode) {
+    exitCode_ = exitCode;
+    ended_ = true;
+}
+
+void MainWindow::load(const std::wstring& file) {
+    try {
+        plan_ = loadPlan(file);
+    } catch (const PlanError& error) {
+        throw Failure{kExitBadPlan, error.text()};  // what was shown before stays
+    }
+    planName_ = file.substr(file.find_last_of(L"\\/") + 1);
+    SetWindowTextW(window_, (planName_ + L" - BandscopeHost").c_str());
+    startLoading();
+}
+
+void MainWindow::startLoading() {
+    loading_ = std::make_unique<Loading>(spectrum_->control(), *classes_.freqSlot.Get(), plan_, options_.products);
+    status_->setMessage(L"Computing products; Esc stops.");
+    loading_->show(options_.range);  // the channels themselves are there already
+}
+
+void MainWindow::continueLoading() try {
+    if (loading_->step()) {
+        loaded(L"");
+    } else {
+        status_->setProgress(loading_->fractionDone());
+        status_->setCounts(counted(loading_->productCount(), L"product"));
+    }
+} catch (const Failure& failure) {
+    report(failure);
+} catch (const std::exception&) {
+    report({kExitOther, L"There is not enough memory."});
+}
+
+void MainWindow::cancelLoading() try {
+    loading_->cancel();
+    options_.products.second = options_.products.third = options_.products.fifth = false;  // as the picture shows
+    loaded(L"Stopped: the products are not shown.");
+} catch (const Failure& failure) {
+    report(failure);
+}
+
+void MainWindow::loaded(const std::wstring& message) {
+    if (loading_ != nullptr) {
+        // Drawing lets messages through; until loading_ is gone they start nothing new.
+        loading_->show(options_.range);
+        status_->setCounts(counted(plan_.transmitterCount(), L"transmitter") + L", " +
+                           counted(plan_.receiverCount(), L"receiver") + L", " +
+                           counted(loading_->productCount(), L"product"));
+        updateRange();
+        loading_.reset();
+    }
+    status_->setProgress(-1.0);
+    status_->setMessage(message);
+    if (const std::wstring file = std::exchange(options_.saveFile, L""); !file.empty()) {
+        writePicture(file);
+    }
+    if (options_.quit) {
+        finish(kExitOk);
+    }
+}
+
+void MainWindow::updateRange() {
+    double lowest = 0.0;
+    double highest = 0.0;
+    check(spectrum_->control().get_DisplayMinFreq(&lowest), L"Reading DisplayMinFreq");
+    check(spectrum_->control().get_DisplayMaxFreq(&highest), L"Reading DisplayMaxFreq");
+    status_->setRange(lowest, highest);
+}
+
+void MainWindow::gridRangeChosen() {
+    status_->setMessage(L"Grid range chosen.");
+}
+
+void MainWindow::heightChanged(int twips) {
+    status_->setMessage(L"Height of the control: " + std::to_wstring(twips) + L" twips.");
+    // The control is in the middle of its change: follow when it is done.
+    PostMessageW(window_, kFollowHeight, static_cast<WPARAM>(pixelsOfTwips(twips)), 0);
+}
+
+void MainWindow::rangeChanged(double lowest, double highest) {
+    status_->setRange(lowest, highest);
+    status_->setMessage(L"Range changed.");
+}
+
+/// Gives the window the height that its control has taken. A window that fills the screen keeps its size.
+void MainWindow::followHeight(int pixels) {
+    if (IsZoomed(window_)) {
+        layOut();
+        return redraw();
+    }
+    RECT rect{};
+    RECT client{};
+    GetWindowRect(window_, &rect);
+    GetClientRect(window_, &client);
+    const int height = rect.bottom - rect.top - client.bottom + pixels + status_->height();
+    SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace kv::host

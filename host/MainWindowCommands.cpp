@@ -1,0 +1,121 @@
+// What the menu of the window does.
+#include "host/Dialogs.h"
+#include "host/MainWindow.h"
+#include "host/resource.h"
+
+namespace kv::host {
+
+namespace {
+
+std::wstring fullPath(const std::wstring& file) {
+    std::wstring result(32768, L'\0');
+    const DWORD length = GetFullPathNameW(file.c_str(), static_cast<DWORD>(result.size()), result.data(), nullptr);
+    result.resize(length < result.size() ? length : 0);
+    return result.empty() ? file : result;
+}
+
+}  // namespace
+
+void MainWindow::command(int id) {
+    if (loading_ != nullptr && id != IDC_EXIT) {
+        return;
+    }
+    switch (id) {
+        case IDC_OPEN:
+            return openPlan();
+        case IDC_SAVE:
+            return savePicture();
+        case IDC_EXIT:
+            return finish(kExitOk);
+        case IDC_SHOW_ALL:
+            return showAll();
+        case IDC_REDRAW:
+            return redraw();
+        case IDC_SECOND:
+            return toggleOrder(options_.products.second);
+        case IDC_THIRD:
+            return toggleOrder(options_.products.third);
+        case IDC_FIFTH:
+            return toggleOrder(options_.products.fifth);
+        case IDC_EVERY_FORM:
+            return toggleOrder(options_.products.everyFifthForm);
+        default:
+            return;
+    }
+}
+
+void MainWindow::enableCommands(HMENU menu) const {
+    const auto check = [menu](UINT id, bool on) { CheckMenuItem(menu, id, on ? MF_CHECKED : MF_UNCHECKED); };
+    const auto enable = [menu](UINT id, bool on) { EnableMenuItem(menu, id, on ? MF_ENABLED : MF_GRAYED); };
+    const bool idle = loading_ == nullptr;
+    for (const UINT id : {IDC_OPEN, IDC_SAVE, IDC_REDRAW, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
+        enable(id, idle);
+    }
+    enable(IDC_SHOW_ALL, idle && !plan_.channels.empty());
+    enable(IDC_EVERY_FORM, idle && options_.products.fifth);
+    check(IDC_SECOND, options_.products.second);
+    check(IDC_THIRD, options_.products.third);
+    check(IDC_FIFTH, options_.products.fifth);
+    check(IDC_EVERY_FORM, options_.products.everyFifthForm);
+}
+
+void MainWindow::openPlan() {
+    const std::wstring file = askForPlan(window_);
+    if (!file.empty()) {
+        options_.range.reset();  // it was meant for the plan of the command line
+        options_.products.lowestHz = ProductOptions().lowestHz;
+        options_.products.highestHz = ProductOptions().highestHz;
+        load(file);
+    }
+}
+
+void MainWindow::savePicture() {
+    const std::wstring file = askForPicture(window_);
+    if (!file.empty()) {
+        writePicture(file);
+        status_->setMessage(L"Saved " + file);
+    }
+}
+
+void MainWindow::showAll() {
+    _kvBandscope& control = spectrum_->control();
+    double lowest = 0.0;
+    double highest = 0.0;
+    check(control.get_dFreqMin(&lowest), L"Reading dFreqMin");
+    check(control.get_dFreqMax(&highest), L"Reading dFreqMax");
+    drawTidily(control, lowest, highest);
+    updateRange();
+    status_->setMessage(L"All channels.");
+}
+
+void MainWindow::redraw() {
+    // While channels come in, the picture is drawn once at the end.
+    if (loading_ == nullptr && !plan_.channels.empty()) {
+        check(spectrum_->control().JustDrawIt(), L"Drawing");
+    }
+}
+
+void MainWindow::toggleOrder(bool& order) {
+    order = !order;
+    if (!plan_.channels.empty()) {
+        try {
+            startLoading();
+        } catch (...) {
+            order = !order;
+            throw;
+        }
+    }
+}
+
+void MainWindow::writePicture(const std::wstring& file) {
+    double height = 0.0;
+    double width = 0.0;
+    Bstr name(fullPath(file));
+    Bstr written;
+    check(spectrum_->control().DisplayToBMP(&height, &width, name.inOut(), written.put()), L"Saving the picture");
+    if (written.text().empty()) {
+        throw Failure{kExitSaveFailed, L"The picture could not be saved as " + name.text() + L"."};
+    }
+}
+
+}  // namespace kv::host

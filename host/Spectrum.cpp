@@ -1,0 +1,70 @@
+#include "host/Spectrum.h"
+
+namespace kv::host {
+
+Spectrum::Spectrum(const ControlClasses& classes, HWND parent, const RECT& rect, ControlEvents& events)
+    : site_(new ControlSite(parent)) {
+    check(classes.control->CreateInstance(nullptr, IID_PPV_ARGS(object_.GetAddressOf())), L"Making the control");
+    check(object_.As(&control_), L"Asking the control for its own interface");
+    try {
+        site_->setRect(rect);
+        // The site first: a control may ask for ambient properties while it starts.
+        check(object_->SetClientSite(site_.Get()), L"Giving the control its site");
+        ComPtr<IPersistStreamInit> start;
+        if (SUCCEEDED(object_.As(&start))) {
+            check(start->InitNew(), L"Starting the control");
+        }
+        SIZEL extent = himetricOf({rect.right - rect.left, rect.bottom - rect.top});
+        object_->SetExtent(DVASPECT_CONTENT, &extent);  // a wish; the rectangle below decides
+        check(object_.As(&inPlace_), L"Asking the control for its window");
+        site_->setInPlaceObject(inPlace_);
+        check(object_->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site_.Get(), 0, parent, &rect),
+              L"Activating the control");
+        place(rect);
+        events_ = std::make_unique<EventConnection>(object_.Get(), events);
+    } catch (...) {
+        close();
+        throw;
+    }
+}
+
+Spectrum::~Spectrum() {
+    close();
+}
+
+void Spectrum::close() noexcept {
+    events_.reset();
+    object_->Close(OLECLOSE_NOSAVE);
+    object_->SetClientSite(nullptr);
+    site_->setInPlaceObject(nullptr);  // control and site hold each other
+}
+
+void Spectrum::place(const RECT& rect) {
+    site_->setRect(rect);
+    check(inPlace_->SetObjectRects(&rect, &rect), L"Placing the control");
+}
+
+void Spectrum::focus() {
+    HWND window = nullptr;
+    if (SUCCEEDED(inPlace_->GetWindow(&window))) {
+        SetFocus(window);
+    }
+}
+
+SIZE Spectrum::smallestSize() const {
+    SHORT width = 0;
+    SHORT height = 0;
+    check(control_->get_MinWid(&width), L"Reading MinWid");
+    check(control_->get_MinHgt(&height), L"Reading MinHgt");
+    return {pixelsOfTwips(width), pixelsOfTwips(height)};
+}
+
+int pixelsOfTwips(int twips) {
+    constexpr int kTwipsPerInch = 1440;
+    const HDC screen = GetDC(nullptr);
+    const int pixels = MulDiv(twips, GetDeviceCaps(screen, LOGPIXELSY), kTwipsPerInch);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
+}  // namespace kv::host

@@ -1,0 +1,41 @@
+// The control inside a window of the host: made, placed, sized and closed.
+#pragma once
+
+#include <memory>
+
+#include "host/ControlClasses.h"
+#include "host/ControlSite.h"
+#include "host/EventSink.h"
+#include "kvBandscope.h"
+
+namespace kv::host {
+
+class Spectrum {
+  public:
+    /// Makes the control, activates it in place at rect (pixels of the parent's client area) and connects its events.
+    Spectrum(const ControlClasses& classes, HWND parent, const RECT& rect, ControlEvents& events);
+    Spectrum(const Spectrum&) = delete;
+    Spectrum& operator=(const Spectrum&) = delete;
+    ~Spectrum();
+
+    [[nodiscard]] _kvBandscope& control() const noexcept { return *control_.Get(); }
+    void place(const RECT& rect);
+    [[nodiscard]] bool translate(MSG& message) { return site_->translate(message); }
+    void focus();
+    /// The smallest size that the control takes, in pixels.
+    [[nodiscard]] SIZE smallestSize() const;
+
+  private:
+    void close() noexcept;
+
+    ComPtr<ControlSite> site_;
+    ComPtr<IOleObject> object_;
+    ComPtr<IOleInPlaceObject> inPlace_;
+    ComPtr<_kvBandscope> control_;
+    std::unique_ptr<EventConnection> events_;
+};
+
+/// Twips, the unit of the control's heights and widths, to pixels.
+[[nodiscard]] int pixelsOfTwips(int twips);
+
+}  // namespace kv::host

@@ -1,0 +1,66 @@
+// BandscopeHost: opens a channel plan, computes its intermodulation products and shows both in the kvBandscope control,
+// which it knows by its automation interface only.
+//
+// Exit codes: 0 all is well; 1 another failure; 2 the command line is wrong or asks for too many products; 3 the plan
+// cannot be read; 4 the control is missing; 5 the picture cannot be saved.
+#include <windows.h>
+
+#include <ole2.h>
+#include <shellapi.h>
+
+#include <algorithm>
+
+#include "host/Dialogs.h"
+#include "host/MainWindow.h"
+
+namespace {
+
+using kv::host::Failure;
+
+/// OLE for as long as this lives.
+class Ole {
+  public:
+    Ole() { kv::host::check(OleInitialize(nullptr), L"Starting OLE"); }
+    Ole(const Ole&) = delete;
+    Ole& operator=(const Ole&) = delete;
+    ~Ole() { OleUninitialize(); }
+};
+
+std::vector<std::wstring> arguments() {
+    int count = 0;
+    wchar_t** const values = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::wstring> result;
+    for (int i = 1; values != nullptr && i < count; ++i) {
+        result.emplace_back(values[i]);
+    }
+    LocalFree(values);
+    return result;
+}
+
+int hostMain(const std::vector<std::wstring>& options) {
+    try {
+        const Ole ole;
+        kv::host::MainWindow window(kv::host::parseCommandLine(options));
+        return window.run();
+    } catch (const kv::host::UsageError& error) {
+        throw Failure{kv::host::kExitUsage, error.text + L"\n\n" + kv::host::kUsage};
+    } catch (const std::exception&) {
+        throw Failure{kv::host::kExitOther, L"There is not enough memory."};
+    }
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
+    const std::vector<std::wstring> options = arguments();
+    try {
+        return hostMain(options);
+    } catch (const Failure& failure) {
+        if (std::find(options.begin(), options.end(), L"--quit") != options.end()) {
+            kv::host::writeFailure(failure);
+        } else {
+            kv::host::showFailure(nullptr, failure);
+        }
+        return failure.code;
+    }
+}

@@ -1,0 +1,337 @@
+#include "host/plan/Plan.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cwctype>
+#include <fstream>
+#include <iterator>
+#include <unordered_map>
+
+#include "host/plan/Csv.h"
+
+namespace kv::host {
+
+namespace {
+
+enum Column : std::size_t {
+    kKind,
+    kKey,
+    kLabel,
+    kFrequency,
+    kBandwidth,
+    kFrequencyUnit,
+    kBandwidthUnit,
+    kPower,
+    kBoxColour,
+    kLineColour,
+    kColumnCount
+};
+
+struct ColumnName {
+    const wchar_t* name;
+    bool needed;
+};
+
+constexpr std::array<ColumnName, kColumnCount> kColumns = {{{L"kind", true},
+                                                            {L"key", true},
+                                                            {L"label", false},
+                                                            {L"frequency", true},
+                                                            {L"bandwidth", true},
+                                                            {L"frequency unit", false},
+                                                            {L"bandwidth unit", false},
+                                                            {L"power", false},
+                                                            {L"box colour", false},
+                                                            {L"line colour", false}}};
+
+// What radio is: above 1 kHz, where a frequency in the wrong unit usually falls below, to the 3,000 GHz at which the
+// Radio Regulations end it.
+constexpr double kLowestHz = 1e3;
+constexpr double kHighestHz = 3e12;
+constexpr double kLowestDbm = -200.0;
+constexpr double kHighestDbm = 120.0;
+constexpr const wchar_t* kProductPrefix = L"txim";
+
+std::wstring lowered(std::wstring text) {
+    for (wchar_t& c : text) {
+        c = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(c)));
+    }
+    return text;
+}
+
+std::wstring found(const std::wstring& text) {
+    return text.empty() ? L"nothing" : L"\"" + text + L"\"";
+}
+
+/// One file on its way to a plan: knows the columns and where the present field stands.
+class Reader {
+  public:
+    explicit Reader(std::wstring fileName) : fileName_(std::move(fileName)) { places_.fill(kAbsent); }
+
+    Plan read(std::string_view bytes) {
+        const std::vector<CsvLine> lines = cut(bytes);
+        if (lines.empty()) {
+            throw PlanError(fileName_, 0, 0, {}, L"expected a line that names the columns; the file has none");
+        }
+        readHeader(lines.front());
+        Plan plan;
+        plan.channels.reserve(lines.size() - 1);
+        for (std::size_t i = 1; i < lines.size(); ++i) {
+            plan.channels.push_back(readChannel(lines[i]));
+        }
+        if (plan.channels.empty()) {
+            throw PlanError(fileName_, 0, 0, {},
+                            L"expected at least one channel below the line that names the columns");
+        }
+        return plan;
+    }
+
+  private:
+    static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
+
+    std::vector<CsvLine> cut(std::string_view bytes) const {
+        try {
+            return readCsv(bytes);
+        } catch (const CsvFault& fault) {
+            throw PlanError(fileName_, fault.line, fault.column, {}, fault.message);
+        }
+    }
+
+    void readHeader(const CsvLine& line) {
+        for (std::size_t i = 0; i < line.fields.size(); ++i) {
+            const CsvField& field = line.fields[i];
+            const std::wstring name = lowered(field.text);
+            const auto known = std::find_if(kColumns.begin(), kColumns.end(),
+                                            [&](const ColumnName& column) { return name == column.name; });
+            if (known == kColumns.end()) {
+                throw PlanError(
+                    fileName_, line.number, field.column, field.text,
+                    L"expected the name of a column (kind, key, label, frequency, bandwidth, frequency unit, "
+                    L"bandwidth unit, power, box colour or line colour), found " +
+                        found(field.text));
+            }
+            std::size_t& place = places_[static_cast<std::size_t>(known - kColumns.begin())];
+            if (place != kAbsent) {
+                throw PlanError(fileName_, line.number, field.column, field.text, L"expected each column only once");
+            }
+            place = i;
+        }
+        for (std::size_t i = 0; i < kColumnCount; ++i) {
+            if (kColumns[i].needed && places_[i] == kAbsent) {
+                throw PlanError(fileName_, line.number, 1, kColumns[i].name,
+                                L"expected a column with this name, which every plan needs");
+            }
+        }
+        width_ = line.fields.size();
+    }
+
+    PlanChannel readChannel(const CsvLine& line) {
+        line_ = &line;
+        if (line.fields.size() != width_) {
+            const std::size_t column = line.fields[std::min(line.fields.size(), width_ + 1) - 1].column;
+            throw PlanError(fileName_, line.number, column, {},
+                            L"expected " + std::to_wstring(width_) +
+                                L" fields, as the line that names the columns has, found " +
+                                std::to_wstring(line.fields.size()));
+        }
+        PlanChannel channel;
+        channel.transmits = kind();
+        channel.key = key(channel.transmits);
+        channel.label = text(kLabel).empty() ? channel.key : text(kLabel);
+        channel.frequencyHz = frequency();
+        channel.bandwidthHz = bandwidth(channel.frequencyHz);
+        channel.powerDbm = power();
+        channel.boxColour = colour(kBoxColour);
+        channel.lineColour = colour(kLineColour);
+        return channel;
+    }
+
+    bool kind() const {
+        const std::wstring name = lowered(text(kKind));
+        if (name != L"tx" && name != L"rx") {
+            fail(kKind, L"expected TX or RX, found " + found(text(kKind)));
+        }
+        return name == L"tx";
+    }
+
+    std::wstring key(bool transmits) {
+        const std::wstring& name = text(kKey);
+        const std::wstring folded = lowered(name);
+        const std::wstring prefix = transmits ? L"TX" : L"RX";
+        if (!folded.starts_with(lowered(prefix)) || folded.size() == prefix.size()) {
+            fail(kKey, L"expected a key that begins with " + prefix + L" and goes on, found " + found(name));
+        }
+        if (folded.starts_with(kProductPrefix)) {
+            fail(kKey, L"expected another key than " + found(name) +
+                           L": those that begin with TXIM are kept for intermodulation products");
+        }
+        const auto [other, fresh] = keys_.try_emplace(folded, line_->number);
+        if (!fresh) {
+            fail(kKey, L"expected a key of its own, found " + found(name) + L", which line " +
+                           std::to_wstring(other->second) + L" has already");
+        }
+        return name;
+    }
+
+    std::int64_t frequency() const {
+        const double hertz = number(kFrequency) * unit(kFrequencyUnit, 1e6);
+        if (!(hertz >= kLowestHz && hertz <= kHighestHz)) {
+            fail(kFrequency, L"expected a frequency between 1 kHz and 3000 GHz, found " + found(text(kFrequency)) +
+                                 L" " + unitName(kFrequencyUnit, L"MHz"));
+        }
+        return std::llround(hertz);
+    }
+
+    std::int64_t bandwidth(std::int64_t frequencyHz) const {
+        const double hertz = number(kBandwidth) * unit(kBandwidthUnit, 1e3);
+        // A channel whose lower edge is not above 0 is no channel; one narrower than a hertz is a wrong unit.
+        if (!(hertz >= 1.0 && hertz / 2.0 < static_cast<double>(frequencyHz))) {
+            fail(kBandwidth, L"expected a bandwidth of at least 1 Hz and less than twice the frequency, found " +
+                                 found(text(kBandwidth)) + L" " + unitName(kBandwidthUnit, L"KHz"));
+        }
+        return std::llround(hertz);
+    }
+
+    double power() const {
+        if (text(kPower).empty()) {
+            return 0.0;
+        }
+        const double dbm = number(kPower);
+        if (!(dbm >= kLowestDbm && dbm <= kHighestDbm)) {
+            fail(kPower, L"expected a power between -200 and 120 dBm, found " + found(text(kPower)));
+        }
+        return dbm;
+    }
+
+    std::optional<Colour> colour(Column column) const {
+        const std::wstring& value = text(column);
+        if (value.empty()) {
+            return std::nullopt;
+        }
+        std::uint32_t rgb = 0;
+        bool good = value.size() == 7 && value.front() == L'#';
+        for (std::size_t i = 1; good && i < value.size(); ++i) {
+            static constexpr std::wstring_view kDigits = L"0123456789abcdef";
+            const std::size_t digit = kDigits.find(static_cast<wchar_t>(value[i] | (value[i] > L'9' ? 0x20 : 0)));
+            good = digit != std::wstring_view::npos;
+            rgb = rgb * 16 + static_cast<std::uint32_t>(good ? digit : 0);
+        }
+        if (!good) {
+            fail(column, L"expected a colour such as #1F5FA8, found " + found(value));
+        }
+        return (rgb & 0x0000FF00U) | (rgb >> 16) | ((rgb & 0xFFU) << 16);
+    }
+
+    double number(Column column) const {
+        const std::wstring& value = text(column);
+        std::string ascii;
+        for (const wchar_t c : value) {
+            ascii.push_back(c < 0x80 ? static_cast<char>(c) : '?');
+        }
+        const char* begin = ascii.data();
+        const char* const end = begin + ascii.size();
+        if (ascii.size() > 1 && ascii[0] == '+' && ascii[1] != '-') {
+            ++begin;
+        }
+        double result = 0.0;
+        const auto [stop, error] = std::from_chars(begin, end, result);
+        if (error != std::errc() || stop != end || !std::isfinite(result)) {
+            fail(column, L"expected a number such as 462.55, found " + found(value));
+        }
+        return result;
+    }
+
+    /// Hertz in the unit that the column names.
+    double unit(Column column, double otherwise) const {
+        const std::wstring name = lowered(text(column));
+        if (name.empty()) {
+            return otherwise;
+        }
+        if (name == L"hz") {
+            return 1.0;
+        }
+        if (name == L"khz") {
+            return 1e3;
+        }
+        if (name == L"mhz") {
+            return 1e6;
+        }
+        if (name == L"ghz") {
+            return 1e9;
+        }
+        fail(column, L"expected Hz, KHz, MHz or GHz, found " + found(text(column)));
+    }
+
+    std::wstring unitName(Column column, const wchar_t* otherwise) const {
+        return text(column).empty() ? otherwise : text(column);
+    }
+
+    const std::wstring& text(Column column) const {
+        static const std::wstring kNothing;
+        return places_[column] == kAbsent ? kNothing : line_->fields[places_[column]].text;
+    }
+
+    [[noreturn]] void fail(Column column, std::wstring message) const {
+        const std::size_t at = places_[column] == kAbsent ? 1 : line_->fields[places_[column]].column;
+        throw PlanError(fileName_, line_->number, at, kColumns[column].name, std::move(message));
+    }
+
+    std::wstring fileName_;
+    std::array<std::size_t, kColumnCount> places_{};
+    std::size_t width_ = 0;
+    const CsvLine* line_ = nullptr;
+    std::unordered_map<std::wstring, std::size_t> keys_;
+};
+
+/// The file's name without its folder. path::wstring() goes by the locale where wide characters are not the native
+/// ones; UTF-32 does not.
+std::wstring wideName(const std::filesystem::path& file) {
+    if constexpr (sizeof(wchar_t) == 2) {
+        return file.filename().wstring();
+    } else {
+        const std::u32string name = file.filename().u32string();
+        return {name.begin(), name.end()};
+    }
+}
+
+}  // namespace
+
+std::size_t Plan::transmitterCount() const noexcept {
+    return static_cast<std::size_t>(
+        std::count_if(channels.begin(), channels.end(), [](const PlanChannel& channel) { return channel.transmits; }));
+}
+
+PlanError::PlanError(std::wstring file, std::size_t line, std::size_t column, std::wstring field, std::wstring message)
+    : file_(std::move(file)), line_(line), column_(column), field_(std::move(field)), message_(std::move(message)) {}
+
+std::wstring PlanError::text() const {
+    std::wstring result = file_;
+    if (line_ != 0) {
+        result += L", line " + std::to_wstring(line_) + L", column " + std::to_wstring(column_);
+    }
+    if (!field_.empty()) {
+        result += L" (" + field_ + L")";
+    }
+    return result + L": " + message_ + L".";
+}
+
+Plan parsePlan(std::string_view bytes, const std::wstring& fileName) {
+    return Reader(fileName).read(bytes);
+}
+
+Plan loadPlan(const std::filesystem::path& file) {
+    const std::wstring name = wideName(file);
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes;
+    std::array<char, 65536> block;
+    while (stream.read(block.data(), block.size()), stream.gcount() > 0) {
+        bytes.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+    }
+    if (!stream.is_open() || stream.bad()) {
+        throw PlanError(name, 0, 0, {}, L"expected a file that can be read");
+    }
+    return parsePlan(bytes, name);
+}
+
+}  // namespace kv::host

@@ -1,0 +1,33 @@
+#include "host/plan/TidyRange.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kv::host {
+
+TidyRange tidyRange(double lowest, double highest) {
+    constexpr double kMostDivisions = 24.0;
+    constexpr double kRoom = 0.01;  // of the span, on each side
+    constexpr double kSame = 1e-6;  // of a step
+    const double room = (highest - lowest) * kRoom;
+    const double from = std::max(lowest - room, 0.0);
+    const double to = highest + room;
+    double decade = std::pow(10.0, std::floor(std::log10((to - from) / kMostDivisions)));
+    for (;; decade *= 10.0) {
+        for (const double factor : {1.0, 2.0, 2.5, 5.0}) {
+            const double step = factor * decade;
+            double first = std::floor(from / step);
+            double last = std::ceil(to / step);
+            if (std::fmod(last - first, 2.0) != 0.0) {
+                // One more on the side with less room; above when both have the same.
+                const bool below = first > 0.0 && from - first * step < last * step - to - step * kSame;
+                (below ? first : last) += below ? -1.0 : 1.0;
+            }
+            if (last - first <= kMostDivisions) {
+                return {first * step, last * step, static_cast<int>(last - first)};
+            }
+        }
+    }
+}
+
+}  // namespace kv::host

@@ -1,0 +1,16 @@
+// Numbers shared by the program and its resources.
+#pragma once
+
+#define IDI_BANDSCOPE 1
+#define IDM_MENU 10
+#define IDA_KEYS 11
+
+#define IDC_OPEN 100
+#define IDC_SAVE 101
+#define IDC_EXIT 102
+#define IDC_SHOW_ALL 110
+#define IDC_REDRAW 111
+#define IDC_SECOND 122
+#define IDC_THIRD 123
+#define IDC_FIFTH 125
+#define IDC_EVERY_FORM 126

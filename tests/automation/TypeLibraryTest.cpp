@@ -1,0 +1,359 @@
+// The type library that hosts compile against: members, order, kinds, types and help.
+#include <gmock/gmock.h>
+
+#include "tests/automation/Module.h"
+
+namespace kv::test {
+namespace {
+
+enum Kind { kFunction = INVOKE_FUNC, kGet = INVOKE_PROPERTYGET, kLet = INVOKE_PROPERTYPUT };
+
+struct Expected {
+    const char* name;
+    Kind kind;
+    const char* parameters;  ///< types with commas between; "[...]": optional
+    const char* result;      ///< "" for none
+};
+
+// double, int16, int32, bool, color, string, FreqSlot; "&" for what is given back through a parameter.
+const Expected kControl[] = {
+    {"AddTXChnl", kFunction, "FreqSlot", "int32"},
+    {"AddRXChnl", kFunction, "FreqSlot", "int32"},
+    {"GetTXChnl", kFunction, "int32", "FreqSlot"},
+    {"GetRXChnl", kFunction, "int32", "FreqSlot"},
+    {"dTXFreqMin", kGet, "", "double"},
+    {"dTXFreqMax", kGet, "", "double"},
+    {"dRXFreqMin", kGet, "", "double"},
+    {"dRXFreqMax", kGet, "", "double"},
+    {"dTXPwrDBMMin", kGet, "", "double"},
+    {"dTXPwrDBMMax", kGet, "", "double"},
+    {"NumTX", kGet, "", "int32"},
+    {"NumRX", kGet, "", "int32"},
+    {"dFreqMin", kGet, "", "double"},
+    {"dFreqMax", kGet, "", "double"},
+    {"dPwrMin", kGet, "", "double"},
+    {"dPwrMax", kGet, "", "double"},
+    {"DrawDisplay", kFunction, "", "bool"},
+    {"bXLog", kLet, "bool", ""},
+    {"bXLog", kGet, "", "bool"},
+    {"ReDrawChnl", kFunction, "FreqSlot", "bool"},
+    {"ClearDisplay", kFunction, "", ""},
+    {"ClearDisplayLabels", kFunction, "", ""},
+    {"ClearAllChnls", kFunction, "", ""},
+    {"ClearTXChnls", kFunction, "", ""},
+    {"ClearRXChnls", kFunction, "", ""},
+    {"nGridX", kLet, "int16", ""},
+    {"nGridX", kGet, "", "int16"},
+    {"DisplayCenterFreq", kGet, "", "double"},
+    {"DisplayCenterFreq", kLet, "double", ""},
+    {"DisplayMinFreq", kGet, "", "double"},
+    {"DisplayMaxFreq", kGet, "", "double"},
+    {"DisplayMinPwr", kLet, "double", ""},
+    {"DisplayMinPwr", kGet, "", "double"},
+    {"DisplayMaxPwr", kLet, "double", ""},
+    {"DisplayMaxPwr", kGet, "", "double"},
+    {"GridColor", kLet, "color", ""},
+    {"GridColor", kGet, "", "color"},
+    {"FreqEndBuffer", kLet, "double", ""},
+    {"FreqEndBuffer", kGet, "", "double"},
+    {"ReScaleChannels", kFunction, "", "bool"},
+    {"DrawInitialDisplay", kFunction, "", ""},
+    {"JustDrawIt", kFunction, "", ""},
+    {"DrawAll", kFunction, "", ""},
+    {"RescaleAll", kFunction, "", ""},
+    {"nFindMatchRX", kFunction, "FreqSlot", "int32"},
+    {"MinHgt", kGet, "", "int16"},
+    {"MinWid", kGet, "", "int16"},
+    {"CursorVal", kLet, "double", ""},
+    {"CursorVal", kGet, "", "double"},
+    {"lCursorColor", kLet, "color", ""},
+    {"lCursorColor", kGet, "", "color"},
+    {"DisplayToBMP", kFunction, "double&,double&,[string&]", "string"},
+    {"CopyDisplayToClipboard", kFunction, "", ""},
+    {"bMouseInfo", kLet, "bool", ""},
+    {"bChkVisMouseInfo", kLet, "bool", ""},
+    {"ShowAll", kGet, "", "bool"},
+    {"ShowAll", kLet, "bool", ""},
+    {"ShowAll_REPLACED_20070521_1637", kLet, "bool", ""},
+    {"bChkVisShowAll", kLet, "bool", ""},
+    {"bLoadingAll", kGet, "", "bool"},
+    {"bLoadingAll", kLet, "bool", ""},
+    {"GetTXbyKey", kFunction, "string", "FreqSlot"},
+    {"GetRXbyKey", kFunction, "string", "FreqSlot"},
+    {"GetChnlByKey", kFunction, "string", "FreqSlot"},
+    {"Refresh", kFunction, "", ""},
+    {"DrawByRange", kFunction, "[double],[double]", ""},
+    {"DrawNewCenterFreq", kFunction, "", ""},
+    {"RemoveChnlByKey", kFunction, "string", ""},
+    {"lColorLblBack", kLet, "color", ""},
+    {"lColorLblFore", kLet, "color", ""},
+    {"lColorSpecBack", kLet, "color", ""},
+};
+static_assert(std::size(kControl) == 71);
+
+const Expected kEvents[] = {
+    {"ChgGridRange", kFunction, "", ""},
+    {"ChgHeight", kFunction, "int16", ""},
+    {"ChgFreqRange", kFunction, "double,double", ""},
+};
+
+// A property's set comes before its get.
+const std::pair<const char*, const char*> kChannel[] = {
+    {"dFreq", "double"},    {"dFreqAlt", "double"},    {"dBW", "double"},          {"dFreqHi", "double"},
+    {"dFreqLo", "double"},  {"dPwrDBM", "double"},     {"sLabel", "string"},       {"sFreqUnits", "string"},
+    {"sBWUnits", "string"}, {"lColorLine", "color"},   {"lColor", "color"},        {"nIMComps", "int16"},
+    {"nIMComp", "int16"},   {"dIMCompFreq", "double"}, {"sIMCompLabel", "string"}, {"sKey", "string"},
+    {"bVisible", "bool"},   {"bDrawn", "bool"},        {"iFillStyle", "int16"},
+};
+
+std::string narrow(const Text& text) {
+    std::string result;
+    for (const wchar_t c : text.str())
+        result += static_cast<char>(c);
+    return result;
+}
+
+std::string named(ITypeInfo* info, HREFTYPE reference) {
+    ComPtr<ITypeInfo> type;
+    TYPEATTR* attr = nullptr;
+    if (FAILED(info->GetRefTypeInfo(reference, type.GetAddressOf())) || FAILED(type->GetTypeAttr(&attr)))
+        return "unreadable";
+    std::string result = attr->guid == IID__FreqSlot ? "FreqSlot" : "unknown";
+    if (attr->typekind == TKIND_ALIAS) {
+        Text name;
+        type->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
+        result = name.str() == L"OLE_COLOR" && attr->tdescAlias.vt == VT_UI4 ? "color" : narrow(name);
+    }
+    type->ReleaseTypeAttr(attr);
+    return result;
+}
+
+std::string typeName(ITypeInfo* info, const TYPEDESC& type) {
+    switch (type.vt) {
+        case VT_R8:
+            return "double";
+        case VT_I2:
+            return "int16";
+        case VT_I4:
+            return "int32";
+        case VT_BOOL:
+            return "bool";
+        case VT_UI4:
+            return "color";
+        case VT_BSTR:
+            return "string";
+        case VT_VOID:
+        case VT_HRESULT:
+            return "";
+        case VT_USERDEFINED:
+            return named(info, type.hreftype);
+        case VT_PTR: {
+            const std::string inner = typeName(info, *type.lptdesc);
+            return inner == "FreqSlot" && type.lptdesc->vt == VT_USERDEFINED ? inner : inner + "&";
+        }
+        default:
+            return "type " + std::to_string(type.vt);
+    }
+}
+
+struct Found {
+    std::string name;
+    int kind = 0;
+    std::string parameters;
+    std::string result;
+    std::string help;
+    DISPID id = 0;
+    WORD flags = 0;
+    std::size_t vtableOffset = 0;  ///< bytes
+};
+
+Found describe(ITypeInfo* info, const FUNCDESC& func) {
+    Found found;
+    Text name;
+    Text help;
+    EXPECT_EQ(info->GetDocumentation(func.memid, name.put(), nullptr, nullptr, nullptr), S_OK);
+    found.name = narrow(name);
+    found.kind = func.invkind;
+    found.id = func.memid;
+    found.flags = func.wFuncFlags;
+    found.vtableOffset = static_cast<std::size_t>(func.oVft);
+    found.result = typeName(info, func.elemdescFunc.tdesc);
+    for (SHORT i = 0; i < func.cParams; ++i) {
+        const ELEMDESC& element = func.lprgelemdescParam[i];
+        std::string type = typeName(info, element.tdesc);
+        if (element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) {
+            if (type.back() == '&')
+                type.pop_back();
+            found.result = type;
+            continue;
+        }
+        if (element.paramdesc.wParamFlags & PARAMFLAG_FOPT)
+            type = "[" + type + "]";
+        found.parameters += (found.parameters.empty() ? "" : ",") + type;
+    }
+    return found;
+}
+
+/// The members of an interface. A dual one is read as its vtable has it; help stands at each of its functions.
+std::vector<Found> membersOf(ITypeLib* library, REFIID iid, bool isDual) {
+    ComPtr<ITypeInfo> info;
+    EXPECT_EQ(library->GetTypeInfoOfGuid(iid, info.GetAddressOf()), S_OK);
+    if (isDual) {
+        HREFTYPE reference = 0;
+        ComPtr<ITypeInfo> vtable;
+        EXPECT_EQ(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+        EXPECT_EQ(info->GetRefTypeInfo(reference, vtable.GetAddressOf()), S_OK);
+        info = vtable;
+    }
+    ComPtr<ITypeInfo2> info2;
+    EXPECT_EQ(info.As(&info2), S_OK);
+    TYPEATTR* attr = nullptr;
+    EXPECT_EQ(info->GetTypeAttr(&attr), S_OK);
+    std::vector<Found> members;
+    for (UINT i = 0; i < attr->cFuncs; ++i) {
+        FUNCDESC* func = nullptr;
+        EXPECT_EQ(info->GetFuncDesc(i, &func), S_OK);
+        Found found = describe(info.Get(), *func);
+        Text help;
+        EXPECT_EQ(info->GetDocumentation(func->memid, nullptr, help.put(), nullptr, nullptr), S_OK);
+        found.help = narrow(help);
+        info->ReleaseFuncDesc(func);
+        members.push_back(found);
+    }
+    info->ReleaseTypeAttr(attr);
+    return members;
+}
+
+class TypeLibraryTest : public testing::Test {
+  protected:
+    ComPtr<ITypeLib> library;
+    void SetUp() override {
+        ASSERT_EQ(LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, library.GetAddressOf()), S_OK);
+    }
+};
+
+void expectMember(const Found& found, const Expected& expected) {
+    SCOPED_TRACE(expected.name);
+    EXPECT_EQ(found.name, expected.name);
+    EXPECT_EQ(found.kind, expected.kind);
+    EXPECT_EQ(found.parameters, expected.parameters);
+    EXPECT_EQ(found.result, expected.result);
+    EXPECT_NE(found.help, "");
+    EXPECT_EQ(found.flags & (FUNCFLAG_FHIDDEN | FUNCFLAG_FRESTRICTED), 0);
+}
+
+TEST_F(TypeLibraryTest, ControlHasItsMembersInOrder) {
+    const std::vector<Found> members = membersOf(library.Get(), IID__kvBandscope, true);
+    ASSERT_EQ(members.size(), std::size(kControl));
+    for (std::size_t i = 0; i < members.size(); ++i)
+        expectMember(members[i], kControl[i]);
+}
+
+TEST_F(TypeLibraryTest, VtableBeginsBehindIDispatch) {
+    constexpr std::size_t kInherited = 7;
+    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
+        const std::vector<Found> members = membersOf(library.Get(), *iid, true);
+        for (std::size_t i = 0; i < members.size(); ++i)
+            EXPECT_EQ(members[i].vtableOffset, (kInherited + i) * sizeof(void*)) << members[i].name;
+    }
+}
+
+TEST_F(TypeLibraryTest, PropertiesShareTheirNumberAndNothingElseDoes) {
+    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
+        const std::vector<Found> members = membersOf(library.Get(), *iid, true);
+        for (std::size_t i = 0; i < members.size(); ++i)
+            for (std::size_t j = 0; j < i; ++j)
+                EXPECT_EQ(members[i].id == members[j].id, members[i].name == members[j].name)
+                    << members[i].name << " and " << members[j].name;
+    }
+}
+
+TEST_F(TypeLibraryTest, ChannelHasItsMembersInOrder) {
+    const std::vector<Found> members = membersOf(library.Get(), IID__FreqSlot, true);
+    ASSERT_EQ(members.size(), 2 * std::size(kChannel));
+    for (std::size_t i = 0; i < std::size(kChannel); ++i) {
+        const auto& [name, type] = kChannel[i];
+        const std::string text = name;
+        const bool isIndexed = text == "nIMComp" || text == "dIMCompFreq" || text == "sIMCompLabel";
+        const std::string index = isIndexed ? "int32" : "";
+        const std::string put = (isIndexed ? index + "," : "") + type;
+        expectMember(members[2 * i], {name, kLet, put.c_str(), ""});
+        expectMember(members[2 * i + 1], {name, kGet, index.c_str(), type});
+    }
+}
+
+TEST_F(TypeLibraryTest, EventsInOrder) {
+    const std::vector<Found> members = membersOf(library.Get(), DIID___kvBandscope, false);
+    ASSERT_EQ(members.size(), std::size(kEvents));
+    for (std::size_t i = 0; i < members.size(); ++i)
+        expectMember(members[i], kEvents[i]);
+}
+
+struct Implemented {
+    IID iid{};
+    int flags = 0;
+};
+
+std::vector<Implemented> implementedBy(ITypeInfo* coclass) {
+    TYPEATTR* attr = nullptr;
+    EXPECT_EQ(coclass->GetTypeAttr(&attr), S_OK);
+    const UINT count = attr->cImplTypes;
+    coclass->ReleaseTypeAttr(attr);
+    std::vector<Implemented> result(count);
+    for (UINT i = 0; i < count; ++i) {
+        HREFTYPE reference = 0;
+        ComPtr<ITypeInfo> info;
+        EXPECT_EQ(coclass->GetRefTypeOfImplType(i, &reference), S_OK);
+        EXPECT_EQ(coclass->GetRefTypeInfo(reference, info.GetAddressOf()), S_OK);
+        EXPECT_EQ(info->GetTypeAttr(&attr), S_OK);
+        result[i].iid = attr->guid;
+        info->ReleaseTypeAttr(attr);
+        EXPECT_EQ(coclass->GetImplTypeFlags(i, &result[i].flags), S_OK);
+    }
+    return result;
+}
+
+TEST_F(TypeLibraryTest, TwoClassesThatCanBeMade) {
+    int classes = 0;
+    for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
+        TYPEKIND kind{};
+        EXPECT_EQ(library->GetTypeInfoType(i, &kind), S_OK);
+        if (kind != TKIND_COCLASS)
+            continue;
+        ++classes;
+        ComPtr<ITypeInfo> info;
+        TYPEATTR* attr = nullptr;
+        EXPECT_EQ(library->GetTypeInfo(i, info.GetAddressOf()), S_OK);
+        EXPECT_EQ(info->GetTypeAttr(&attr), S_OK);
+        const bool isControl = attr->guid == CLSID_kvBandscope;
+        EXPECT_TRUE(isControl || attr->guid == CLSID_FreqSlot);
+        EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FCANCREATE);
+        EXPECT_EQ((attr->wTypeFlags & TYPEFLAG_FCONTROL) != 0, isControl);
+        info->ReleaseTypeAttr(attr);
+        const std::vector<Implemented> interfaces = implementedBy(info.Get());
+        ASSERT_EQ(interfaces.size(), isControl ? 2U : 1U);
+        EXPECT_TRUE(interfaces[0].iid == (isControl ? IID__kvBandscope : IID__FreqSlot));
+        EXPECT_EQ(interfaces[0].flags, IMPLTYPEFLAG_FDEFAULT);
+        if (isControl) {
+            EXPECT_TRUE(interfaces[1].iid == DIID___kvBandscope);
+            EXPECT_EQ(interfaces[1].flags, IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE);
+        }
+    }
+    EXPECT_EQ(classes, 2);
+}
+
+TEST_F(TypeLibraryTest, NameVersionAndArchitecture) {
+    Text name;
+    EXPECT_EQ(library->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr), S_OK);
+    EXPECT_EQ(name.str(), L"kvBandscope");
+    TLIBATTR* attr = nullptr;
+    ASSERT_EQ(library->GetLibAttr(&attr), S_OK);
+    EXPECT_TRUE(attr->guid == LIBID_kvBandscope);
+    EXPECT_EQ(attr->wMajorVerNum, 1);
+    EXPECT_EQ(attr->wMinorVerNum, 0);
+    EXPECT_EQ(attr->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
+    library->ReleaseTLibAttr(attr);
+}
+
+}  // namespace
+}  // namespace kv::test

@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# The built files need libraries of the system only, and the module exports what a control's module has to export.
+# Prints "PASS name" or "FAIL name: why" lines.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
+
+system_libraries=' kernel32 msvcrt user32 gdi32 ole32 oleaut32 advapi32 shell32 comctl32 comdlg32 shlwapi version msimg32 '
+exports='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer'
+
+dump() { x86_64-w64-mingw32-objdump -p "$1"; }
+
+imports_of() { dump "$1" | sed -nE 's/^\s*DLL Name: (.*)$/\1/p'; }
+
+# The names in the export table, sorted, on one line.
+exports_of() {
+    dump "$1" | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' | sed -nE 's/^\s*\[ *[0-9]+\] (\S+).*$/\1/p' |
+        sort | paste -sd ' '
+}
+
+check_imports() {
+    local name=imports-$1-$2 file=$ROOT/build/$1/$2 library short count=0 strange=''
+    if [[ ! -f $file ]]; then
+        say "FAIL $name: there is no build/$1/$2"
+        return
+    fi
+    while read -r library; do
+        short=${library,,}
+        [[ $system_libraries == *" ${short%.dll} "* ]] || strange+=" $library"
+        ((count += 1))
+    done < <(imports_of "$file")
+    if ((count == 0)); then
+        say "FAIL $name: no import table can be read"
+    elif [[ -n $strange ]]; then
+        say "FAIL $name: imports from outside of the system:$strange"
+    else
+        say "PASS $name"
+    fi
+}
+
+check_exports() {
+    local name=exports-$1 file=$ROOT/build/$1/kvBandscope.ocx found
+    if [[ ! -f $file ]]; then
+        say "FAIL $name: there is no build/$1/kvBandscope.ocx"
+        return
+    fi
+    found=$(exports_of "$file")
+    if [[ $found == "$exports" ]]; then
+        say "PASS $name"
+    else
+        say "FAIL $name: exports \"$found\", not \"$exports\""
+    fi
+}
+
+for arch in x64 x86; do
+    check_imports "$arch" kvBandscope.ocx
+    check_imports "$arch" BandscopeHost.exe
+    check_exports "$arch"
+done

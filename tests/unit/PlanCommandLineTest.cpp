@@ -1,0 +1,84 @@
+// The command line of the sample host.
+#include "host/plan/CommandLine.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using kv::host::CommandLine;
+using kv::host::parseCommandLine;
+using kv::host::UsageError;
+
+TEST(CommandLine, EmptyMeansAWindowAndThirdOrder) {
+    const CommandLine line = parseCommandLine({});
+    EXPECT_TRUE(line.planFile.empty());
+    EXPECT_TRUE(line.saveFile.empty());
+    EXPECT_FALSE(line.quit);
+    EXPECT_FALSE(line.range.has_value());
+    EXPECT_FALSE(line.size.has_value());
+    EXPECT_FALSE(line.products.second);
+    EXPECT_TRUE(line.products.third);
+    EXPECT_FALSE(line.products.fifth);
+}
+
+TEST(CommandLine, AllOptions) {
+    const CommandLine line =
+        parseCommandLine({L"--plan", L"a b.csv", L"--orders", L"2,5", L"--every-form", L"--range", L"462.3,462.95",
+                          L"--size", L"1100x760", L"--save", L"out.bmp", L"--quit"});
+    EXPECT_EQ(line.planFile, L"a b.csv");
+    EXPECT_TRUE(line.products.second);
+    EXPECT_FALSE(line.products.third);
+    EXPECT_TRUE(line.products.fifth);
+    EXPECT_TRUE(line.products.everyFifthForm);
+    EXPECT_EQ(line.range.value().lowest, 462.3);
+    EXPECT_EQ(line.range.value().highest, 462.95);
+    EXPECT_EQ(line.products.lowestHz, 462'300'000);
+    EXPECT_EQ(line.products.highestHz, 462'950'000);
+    EXPECT_EQ(line.size.value().width, 1100);
+    EXPECT_EQ(line.size.value().height, 760);
+    EXPECT_EQ(line.saveFile, L"out.bmp");
+    EXPECT_TRUE(line.quit);
+}
+
+TEST(CommandLine, OrderZeroMeansNone) {
+    const CommandLine line = parseCommandLine({L"--orders", L"0"});
+    EXPECT_FALSE(line.products.second || line.products.third || line.products.fifth);
+}
+
+TEST(CommandLine, WhatIsWrongIsNamed) {
+    const std::vector<std::pair<std::vector<std::wstring>, std::wstring>> cases = {
+        {{L"--plan"}, L"--plan"},
+        {{L"--plan", L""}, L"--plan"},
+        {{L"gmrs.csv"}, L"gmrs.csv"},
+        {{L"--Quit"}, L"--Quit"},
+        {{L"--orders", L"4"}, L"--orders"},
+        {{L"--orders", L"35"}, L"--orders"},
+        {{L"--orders", L"3,"}, L"--orders"},
+        {{L"--orders", L",3"}, L"--orders"},
+        {{L"--orders", L"3,,5"}, L"--orders"},
+        {{L"--range", L"462"}, L"--range"},
+        {{L"--range", L"462,461"}, L"--range"},
+        {{L"--range", L"462,462"}, L"--range"},
+        {{L"--range", L"0,462"}, L"--range"},
+        {{L"--range", L"nan,462"}, L"--range"},
+        {{L"--range", L"1,1e300"}, L"--range"},
+        {{L"--range", L"1,2,3"}, L"--range"},
+        {{L"--size", L"1100"}, L"--size"},
+        {{L"--size", L"1100X760"}, L"--size"},
+        {{L"--size", L"1100x76"}, L"--size"},
+        {{L"--size", L"1100.5x760"}, L"--size"},
+        {{L"--size", L"1100x760px"}, L"--size"},
+        {{L"--size", L"1e9x760"}, L"--size"},
+    };
+    for (const auto& [arguments, name] : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        try {
+            (void)parseCommandLine(arguments);
+            ADD_FAILURE() << "accepted";
+        } catch (const UsageError& error) {
+            EXPECT_THAT(error.text, testing::HasSubstr(name));
+        }
+    }
+}
+
+}  // namespace

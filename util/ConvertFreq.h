@@ -1,0 +1,19 @@
+// Conversion of frequencies and bandwidths between the four units that channels are given in.
+#pragma once
+
+#include <string_view>
+
+namespace kv::util {
+
+/// What ConvertFreq gives for a unit it does not know; the control's general value for "invalid".
+inline constexpr double kInvalidFreq = -88.0;
+
+/// Converts `dValue` from one unit to another. Units are "Hz", "KHz", "MHz" and "GHz", written exactly so.
+///
+/// Two equal texts return the value unchanged, even when they name no known unit. An unknown unit gives
+/// kInvalidFreq and sets `bErr`, which is false in every other case. The value passes through MHz, by the constant
+/// 1000 one step at a time, so that results agree to the last bit with those that hosts have stored.
+/// Throws RuntimeError 6 (Overflow) when a finite value has no finite result; NaN and infinities pass through.
+[[nodiscard]] double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, double dValue, bool& bErr);
+
+}  // namespace kv::util

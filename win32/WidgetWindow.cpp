@@ -1,0 +1,105 @@
+#include <algorithm>
+
+#include "formenv/Twips.h"
+#include "win32/WindowTree.h"
+
+namespace kv::win32 {
+
+using formenv::Change;
+using formenv::WidgetKind;
+
+WidgetWindow::WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND window)
+    : tree_(tree), widget_(widget), window_(window) {
+    widget_.setPeer(this);
+    if (widget_.kind() == WidgetKind::PictureBox)
+        static_cast<formenv::PictureBox&>(widget_).shown();
+    const WPARAM font = reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font()));
+    SendMessageW(window_, WM_SETFONT, font, FALSE);
+    if (widget_.kind() == WidgetKind::ComboBox)
+        fillItems();
+    if (widget_.kind() == WidgetKind::CheckBox)
+        changed(Change::Value);
+}
+
+WidgetWindow::~WidgetWindow() {
+    widget_.setPeer(nullptr);
+}
+
+void WidgetWindow::changed(Change what) {
+    switch (what) {
+        case Change::Place:
+            place();
+            break;
+        case Change::Visible:
+        case Change::Caption:
+            // Both change with every channel while a host loads: the window follows once, when events run again.
+            if (!stale_) {
+                stale_ = true;
+                tree_.noteStale(*this);
+            }
+            break;
+        case Change::Enabled:
+            EnableWindow(window_, widget_.enabled());
+            break;
+        case Change::Items:
+            fillItems();
+            break;
+        case Change::Value:
+            if (widget_.kind() == WidgetKind::CheckBox)
+                SendMessageW(window_, BM_SETCHECK,
+                             static_cast<WPARAM>(static_cast<formenv::CheckBox&>(widget_).value()), 0);
+            else if (widget_.kind() == WidgetKind::ComboBox)
+                SendMessageW(window_, CB_SETCURSEL,
+                             static_cast<WPARAM>(static_cast<formenv::ComboBox&>(widget_).listIndex()), 0);
+            break;
+        case Change::Font:
+            SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font())),
+                         TRUE);
+            break;
+        case Change::Colors:
+        case Change::Picture:
+            InvalidateRect(window_, nullptr, FALSE);
+            break;
+        case Change::ToolTip:
+            break;
+    }
+}
+
+void WidgetWindow::sync() {
+    stale_ = false;
+    if (widget_.kind() == WidgetKind::Frame)
+        InvalidateRect(window_, nullptr, FALSE);
+    if (widget_.kind() != WidgetKind::PictureBox && widget_.kind() != WidgetKind::UserControl)
+        SetWindowTextW(window_, widget_.caption().c_str());
+    const bool shown = (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (shown != widget_.visible())
+        ShowWindow(window_, widget_.visible() ? SW_SHOWNA : SW_HIDE);
+}
+
+void WidgetWindow::place() {
+    const int dpi = tree_.platform().dpi();
+    const int left = formenv::twipsToPixels(widget_.left(), dpi);
+    const int top = formenv::twipsToPixels(widget_.top(), dpi);
+    const int width = formenv::twipsToPixels(widget_.left() + widget_.width(), dpi) - left;
+    const int height = formenv::twipsToPixels(widget_.top() + widget_.height(), dpi) - top;
+    if (widget_.kind() == WidgetKind::UserControl) {
+        RECT now{};
+        GetClientRect(window_, &now);
+        if ((now.right != width || now.bottom != height) && tree_.callbacks_.resizedByControl)
+            tree_.callbacks_.resizedByControl({width, height});
+        return;
+    }
+    SetWindowPos(window_, nullptr, left, top, std::max(width, 0), std::max(height, 0), SWP_NOZORDER | SWP_NOACTIVATE);
+    if (widget_.kind() == WidgetKind::Frame || widget_.kind() == WidgetKind::PictureBox)
+        InvalidateRect(window_, nullptr, FALSE);
+}
+
+void WidgetWindow::fillItems() {
+    const auto& combo = static_cast<formenv::ComboBox&>(widget_);
+    SendMessageW(window_, CB_RESETCONTENT, 0, 0);
+    for (const std::wstring& item : combo.items())
+        SendMessageW(window_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
+    SendMessageW(window_, CB_SETCURSEL, static_cast<WPARAM>(combo.listIndex()), 0);
+}
+
+}  // namespace kv::win32

@@ -1,0 +1,132 @@
+// How widgets look: one way for windows and for pictures of the whole control.
+#include <algorithm>
+
+#include "formenv/Twips.h"
+#include "win32/DibSurface.h"
+#include "win32/WindowTree.h"
+
+namespace kv::win32 {
+
+using formenv::Widget;
+using formenv::WidgetKind;
+
+namespace {
+
+constexpr int kCaptionInset = 9;  // pixels at 96 dpi
+
+void fill(HDC dc, const RECT& area, formenv::Rgb color) {
+    SetDCBrushColor(dc, color);
+    FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+}
+
+void drawText(HDC dc, RECT area, const Widget& widget, WinPlatform& platform, UINT format) {
+    const Selected font(dc, platform.fonts().get(widget.font()));
+    SetTextColor(dc, platform.resolve(widget.foreColor()));
+    SetBkMode(dc, TRANSPARENT);
+    DrawTextW(dc, widget.caption().c_str(), static_cast<int>(widget.caption().size()), &area,
+              format | DT_NOPREFIX | DT_SINGLELINE);
+}
+
+RECT placeOf(const Widget& widget, POINT origin, int dpi) {
+    return {origin.x + formenv::twipsToPixels(widget.left(), dpi), origin.y + formenv::twipsToPixels(widget.top(), dpi),
+            origin.x + formenv::twipsToPixels(widget.left() + widget.width(), dpi),
+            origin.y + formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
+}
+
+}  // namespace
+
+void paintFrame(HDC dc, const RECT& bounds, const Widget& frame, WinPlatform& platform) {
+    fill(dc, bounds, platform.resolve(frame.backColor()));
+    const int scale = std::max(1, platform.dpi() / 96);
+    const formenv::PixelSize text = platform.textSize(L"+", frame.font());
+    // The border runs through the middle of the caption's line, as on any group of controls.
+    RECT border = bounds;
+    border.top += frame.caption().empty() ? 0 : text.height / 2;
+    SetDCBrushColor(dc, platform.resolve(formenv::system_color::kButtonShadow));
+    for (int i = 0; i < scale; ++i) {
+        FrameRect(dc, &border, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+        InflateRect(&border, -1, -1);
+    }
+    if (frame.caption().empty())
+        return;
+    const formenv::PixelSize caption = platform.textSize(frame.caption(), frame.font());
+    const int left = bounds.left + kCaptionInset * platform.dpi() / 96;
+    RECT gap{left - 2 * scale, bounds.top, left + caption.width + 2 * scale, bounds.top + caption.height};
+    fill(dc, gap, platform.resolve(frame.backColor()));
+    gap.left = left;
+    drawText(dc, gap, frame, platform, DT_LEFT | DT_TOP);
+}
+
+void WindowTree::paintWindow(WidgetWindow& target) {
+    PAINTSTRUCT paint{};
+    const HDC dc = BeginPaint(target.window(), &paint);
+    if (dc)
+        paintWidget(target.widget(), dc, {0, 0});
+    EndPaint(target.window(), &paint);
+}
+
+/// One widget without its children, its upper left corner at `origin`.
+void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
+    const RECT at = placeOf(widget, origin, platform_.dpi());
+    RECT bounds{origin.x, origin.y, origin.x + at.right - at.left, origin.y + at.bottom - at.top};
+    switch (widget.kind()) {
+        case WidgetKind::UserControl:
+            fill(dc, bounds, platform_.resolve(widget.backColor()));
+            break;
+        case WidgetKind::Frame:
+            paintFrame(dc, bounds, widget, platform_);
+            break;
+        case WidgetKind::PictureBox: {
+            auto& picture = static_cast<formenv::PictureBox&>(widget);
+            auto& surface = static_cast<DibSurface&>(picture.surface());
+            BitBlt(dc, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, surface.dc(), 0,
+                   0, SRCCOPY);
+            picture.shown();
+            break;
+        }
+        case WidgetKind::Button:
+            DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH);
+            drawText(dc, bounds, widget, platform_, DT_CENTER | DT_VCENTER);
+            break;
+        case WidgetKind::CheckBox: {
+            const int size = bounds.bottom - bounds.top;
+            RECT tick{bounds.left, bounds.top, bounds.left + size, bounds.bottom};
+            InflateRect(&tick, -2, -2);
+            const bool ticked = static_cast<formenv::CheckBox&>(widget).value() != 0;
+            DrawFrameControl(dc, &tick, DFC_BUTTON, DFCS_BUTTONCHECK | (ticked ? DFCS_CHECKED : 0U));
+            bounds.left += size;
+            drawText(dc, bounds, widget, platform_, DT_LEFT | DT_VCENTER);
+            break;
+        }
+        case WidgetKind::Label:
+            fill(dc, bounds, platform_.resolve(widget.backColor()));
+            drawText(dc, bounds, widget, platform_, DT_LEFT | DT_TOP);
+            break;
+        case WidgetKind::ComboBox:
+            bounds.bottom = std::min(bounds.bottom, bounds.top + platform_.textSize(L"X", widget.font()).height + 8L);
+            fill(dc, bounds, platform_.resolve(widget.backColor()));
+            DrawEdge(dc, &bounds, EDGE_SUNKEN, BF_RECT);
+            break;
+        case WidgetKind::TextBox:
+        case WidgetKind::Custom:
+            break;
+    }
+}
+
+void WindowTree::paint(HDC dc, const RECT& bounds) {
+    const int saved = SaveDC(dc);
+    IntersectClipRect(dc, bounds.left, bounds.top, bounds.right, bounds.bottom);
+    const std::function<void(Widget&, POINT)> paintAll = [&](Widget& widget, POINT origin) {
+        paintWidget(widget, dc, origin);
+        for (Widget* child : widget.children()) {
+            if (!child->visible())
+                continue;
+            const RECT place = placeOf(*child, origin, platform_.dpi());
+            paintAll(*child, {place.left, place.top});
+        }
+    };
+    paintAll(rootWidget_, {bounds.left, bounds.top});
+    RestoreDC(dc, saved);
+}
+
+}  // namespace kv::win32

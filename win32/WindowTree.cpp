@@ -1,0 +1,325 @@
+#include "win32/WindowTree.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "formenv/Twips.h"
+
+namespace kv::win32 {
+
+using formenv::Widget;
+using formenv::WidgetKind;
+
+namespace {
+
+constexpr wchar_t kRootClass[] = L"kvBandscope";
+constexpr wchar_t kFrameClass[] = L"kvFrame";
+constexpr wchar_t kPictureClass[] = L"kvPictureBox";
+constexpr UINT kSync = WM_APP + 1;
+
+/// The module that this code stands in, whichever that is.
+HINSTANCE ownModule() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCWSTR>(&kSync), &module);
+    return module;
+}
+
+struct WindowSort {
+    const wchar_t* className;
+    DWORD style;
+    DWORD exStyle;
+};
+
+/// Which window stands for a kind of widget; a null class for none.
+WindowSort sortOf(WidgetKind kind) {
+    switch (kind) {
+        case WidgetKind::Frame:
+            return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
+        case WidgetKind::PictureBox:
+            return {kPictureClass, WS_CLIPCHILDREN, 0};
+        case WidgetKind::Label:
+            return {L"STATIC", SS_LEFT | SS_NOPREFIX, 0};
+        case WidgetKind::Button:
+            return {L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0};
+        case WidgetKind::CheckBox:
+            return {L"BUTTON", BS_AUTOCHECKBOX | WS_TABSTOP, 0};
+        case WidgetKind::ComboBox:
+            return {L"COMBOBOX", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0};
+        case WidgetKind::TextBox:
+            return {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE};
+        case WidgetKind::UserControl:
+        case WidgetKind::Custom:
+            break;
+    }
+    return {nullptr, 0, 0};
+}
+
+const std::wstring& windowTextOf(const Widget& widget) {
+    return widget.kind() == WidgetKind::PictureBox ? widget.name() : widget.caption();
+}
+
+RECT pixelRect(const Widget& widget, int dpi) {
+    return {formenv::twipsToPixels(widget.left(), dpi), formenv::twipsToPixels(widget.top(), dpi),
+            formenv::twipsToPixels(widget.left() + widget.width(), dpi),
+            formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
+}
+
+class Held {
+  public:
+    explicit Held(IUnknown* object) noexcept : object_(object) {
+        if (object_)
+            object_->AddRef();
+    }
+    ~Held() {
+        if (object_)
+            object_->Release();
+    }
+    Held(const Held&) = delete;
+    Held& operator=(const Held&) = delete;
+
+  private:
+    IUnknown* object_;
+};
+
+/// The mouse buttons that are down, added up as events number them.
+int buttonsDown(WPARAM keys) {
+    return ((keys & MK_LBUTTON) ? formenv::mouse_button::kLeft : 0) |
+           ((keys & MK_RBUTTON) ? formenv::mouse_button::kRight : 0) |
+           ((keys & MK_MBUTTON) ? formenv::mouse_button::kMiddle : 0);
+}
+
+int shiftState(WPARAM keys) {
+    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+}
+
+}  // namespace
+
+bool WindowTree::registerClasses() noexcept {
+    WNDCLASSEXW info{};
+    info.cbSize = sizeof info;
+    info.lpfnWndProc = &WindowTree::windowProcedure;
+    info.hInstance = ownModule();
+    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    for (const wchar_t* name : {kRootClass, kFrameClass, kPictureClass}) {
+        info.lpszClassName = name;
+        info.style = CS_DBLCLKS;
+        if (!RegisterClassExW(&info) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
+            return false;
+    }
+    return true;
+}
+
+void unregisterWindowClasses() noexcept {
+    for (const wchar_t* name : {kRootClass, kFrameClass, kPictureClass})
+        UnregisterClassW(name, ownModule());
+}
+
+WindowTree::WindowTree(Widget& root, WinPlatform& platform, Callbacks callbacks)
+    : rootWidget_(root), platform_(platform), callbacks_(std::move(callbacks)) {}
+
+WindowTree::~WindowTree() {
+    callbacks_ = {};
+    destroy();
+}
+
+bool WindowTree::create(HWND parent, const RECT& place) {
+    if (root_)
+        return true;
+    if (!registerClasses())
+        return false;
+    root_ = CreateWindowExW(WS_EX_CONTROLPARENT, kRootClass, L"", WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
+                            place.left, place.top, place.right - place.left, place.bottom - place.top, parent, nullptr,
+                            ownModule(), this);
+    if (!root_)
+        return false;
+    windows_.emplace(root_, std::make_unique<WidgetWindow>(*this, rootWidget_, root_));
+    createChildren(rootWidget_, root_);
+    platform_.setOwner(root_);
+    return true;
+}
+
+void WindowTree::createChildren(Widget& parent, HWND window) {
+    for (Widget* child : parent.children()) {
+        const WindowSort sort = sortOf(child->kind());
+        if (!sort.className)
+            continue;
+        const RECT place = pixelRect(*child, platform_.dpi());
+        const DWORD visible = child->visible() ? WS_VISIBLE : 0U;
+        const HWND made =
+            CreateWindowExW(sort.exStyle, sort.className, windowTextOf(*child).c_str(),
+                            WS_CHILD | WS_CLIPSIBLINGS | visible | sort.style, place.left, place.top,
+                            place.right - place.left, place.bottom - place.top, window, nullptr, ownModule(), this);
+        if (!made)
+            continue;
+        windows_.emplace(made, std::make_unique<WidgetWindow>(*this, *child, made));
+        createChildren(*child, made);
+    }
+}
+
+void WindowTree::destroy() noexcept {
+    if (root_)
+        DestroyWindow(root_);
+}
+
+void WindowTree::rootDestroyed() noexcept {
+    root_ = nullptr;
+    stale_.clear();
+    windows_.clear();
+    platform_.setOwner(nullptr);
+    if (callbacks_.destroyed)
+        callbacks_.destroyed();
+}
+
+WidgetWindow* WindowTree::find(HWND window) const noexcept {
+    const auto found = windows_.find(window);
+    return found == windows_.end() ? nullptr : found->second.get();
+}
+
+void WindowTree::noteStale(WidgetWindow& window) {
+    if (stale_.empty())
+        PostMessageW(root_, kSync, 0, 0);
+    stale_.push_back(window.window());
+}
+
+LRESULT CALLBACK WindowTree::windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(create->lpCreateParams));
+    }
+    auto* tree = reinterpret_cast<WindowTree*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (!tree)
+        return DefWindowProcW(window, message, wParam, lParam);
+    const Held held(tree->callbacks_.owner);
+    try {
+        return tree->handle(window, message, wParam, lParam);
+    } catch (...) {
+        // A window procedure is called by the system: nothing may leave it.
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        if (window == root_)
+            rootDestroyed();
+        return 0;
+    }
+    WidgetWindow* target = find(window);
+    if (!target)
+        return DefWindowProcW(window, message, wParam, lParam);
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            paintWindow(*target);
+            return 0;
+        case WM_PRINTCLIENT:
+            paintWidget(target->widget(), reinterpret_cast<HDC>(wParam), {0, 0});
+            return 0;
+        case WM_COMMAND:
+            return lParam ? handleCommand(reinterpret_cast<HWND>(lParam), HIWORD(wParam)) : 0;
+        case WM_CTLCOLORSTATIC:
+        case WM_CTLCOLORBTN:
+            return colorOf(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+        case kSync: {
+            const std::vector<HWND> stale = std::exchange(stale_, {});
+            for (const HWND changed : stale) {
+                if (WidgetWindow* found = find(changed))
+                    found->sync();
+            }
+            return 0;
+        }
+        default:
+            if (handleMouse(*target, message, wParam, lParam))
+                return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+LRESULT WindowTree::handleCommand(HWND child, UINT code) {
+    WidgetWindow* source = find(child);
+    if (!source)
+        return 0;
+    Widget& widget = source->widget();
+    if (widget.kind() == WidgetKind::ComboBox) {
+        if (code != CBN_SELCHANGE)
+            return 0;
+        static_cast<formenv::ComboBox&>(widget).setListIndex(static_cast<int>(SendMessageW(child, CB_GETCURSEL, 0, 0)));
+    } else if (code != BN_CLICKED || (widget.kind() != WidgetKind::Button && widget.kind() != WidgetKind::CheckBox)) {
+        return 0;
+    } else if (widget.kind() == WidgetKind::CheckBox) {
+        static_cast<formenv::CheckBox&>(widget).setValue(SendMessageW(child, BM_GETCHECK, 0, 0) == BST_CHECKED ? 1 : 0);
+    }
+    if (const formenv::Handler handler = widget.onClick)
+        handler();
+    return 0;
+}
+
+LRESULT WindowTree::colorOf(HDC dc, HWND child) {
+    const WidgetWindow* source = find(child);
+    if (!source)
+        return 0;
+    const Widget& widget = const_cast<WidgetWindow*>(source)->widget();
+    SetTextColor(dc, platform_.resolve(widget.foreColor()));
+    const formenv::Rgb back = platform_.resolve(widget.backColor());
+    SetBkColor(dc, back);
+    SetDCBrushColor(dc, back);
+    return reinterpret_cast<LRESULT>(GetStockObject(DC_BRUSH));
+}
+
+bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message < WM_MOUSEFIRST || message > WM_MBUTTONDBLCLK)
+        return false;
+    Widget& widget = target.widget();
+    const int px = GET_X_LPARAM(lParam);
+    const int py = GET_Y_LPARAM(lParam);
+    const bool picture = widget.kind() == WidgetKind::PictureBox;
+    const auto* box = picture ? static_cast<const formenv::PictureBox*>(&widget) : nullptr;
+    const double x = box ? box->userX(px) : formenv::pixelsToTwips(px, platform_.dpi());
+    const double y = box ? box->userY(py) : formenv::pixelsToTwips(py, platform_.dpi());
+    const int shift = shiftState(wParam);
+    // Copies of the handlers: one of them may take the windows away.
+    const auto call = [&](const formenv::MouseHandler& handler, int button) {
+        if (const formenv::MouseHandler copy = handler)
+            copy(button, shift, x, y);
+    };
+    const HWND window = target.window();
+    switch (message) {
+        case WM_MOUSEMOVE:
+            call(widget.onMouseMove, buttonsDown(wParam));
+            return true;
+        case WM_LBUTTONDOWN:
+            SetCapture(window);
+            call(widget.onMouseDown, formenv::mouse_button::kLeft);
+            return true;
+        case WM_RBUTTONDOWN:
+            call(widget.onMouseDown, formenv::mouse_button::kRight);
+            return true;
+        case WM_LBUTTONUP: {
+            if (GetCapture() == window)
+                ReleaseCapture();
+            RECT client{};
+            GetClientRect(window, &client);
+            const formenv::Handler click = PtInRect(&client, {px, py}) ? widget.onClick : formenv::Handler();
+            call(widget.onMouseUp, formenv::mouse_button::kLeft);
+            if (click)
+                click();
+            return true;
+        }
+        case WM_RBUTTONUP:
+            call(widget.onMouseUp, formenv::mouse_button::kRight);
+            return true;
+        case WM_LBUTTONDBLCLK:
+            if (const formenv::Handler handler = widget.onDblClick)
+                handler();
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace kv::win32

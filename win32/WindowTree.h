@@ -1,0 +1,102 @@
+// Real windows for the widgets of a control: one child window a widget, told of every change and passing on what the
+// user does.
+#pragma once
+
+#include <windows.h>
+
+#include <unknwn.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "formenv/PictureBox.h"
+#include "formenv/Widget.h"
+#include "win32/WinPlatform.h"
+
+namespace kv::win32 {
+
+class WindowTree;
+
+/// The window of one widget.
+class WidgetWindow final : public formenv::Peer {
+  public:
+    WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND window);
+    ~WidgetWindow() override;
+    WidgetWindow(const WidgetWindow&) = delete;
+    WidgetWindow& operator=(const WidgetWindow&) = delete;
+
+    void changed(formenv::Change what) override;
+    [[nodiscard]] formenv::Widget& widget() noexcept { return widget_; }
+    [[nodiscard]] HWND window() const noexcept { return window_; }
+    /// Brings caption and visibility up to date after a burst of changes.
+    void sync();
+
+  private:
+    void place();
+    void fillItems();
+
+    WindowTree& tree_;
+    formenv::Widget& widget_;
+    HWND window_;
+    bool stale_ = false;
+};
+
+class WindowTree {
+  public:
+    struct Callbacks {
+        /// The control changed its own size, in pixels.
+        std::function<void(formenv::PixelSize)> resizedByControl;
+        /// The root window is gone, whoever destroyed it.
+        std::function<void()> destroyed;
+        /// Held through every message: an event may make the host let go of the control.
+        IUnknown* owner = nullptr;
+    };
+
+    WindowTree(formenv::Widget& root, WinPlatform& platform, Callbacks callbacks);
+    ~WindowTree();
+    WindowTree(const WindowTree&) = delete;
+    WindowTree& operator=(const WindowTree&) = delete;
+
+    /// Makes the windows inside `parent` at `place` (pixels). False when the system refuses.
+    [[nodiscard]] bool create(HWND parent, const RECT& place);
+    /// Safe at any time and more than once.
+    void destroy() noexcept;
+    [[nodiscard]] HWND root() const noexcept { return root_; }
+
+    /// Paints the whole control into a device context at `bounds`, windows or not.
+    void paint(HDC dc, const RECT& bounds);
+
+    [[nodiscard]] WinPlatform& platform() noexcept { return platform_; }
+    [[nodiscard]] WidgetWindow* find(HWND window) const noexcept;
+
+  private:
+    friend class WidgetWindow;
+    static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT handleCommand(HWND child, UINT code);
+    LRESULT colorOf(HDC dc, HWND child);
+    bool handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam);
+    void paintWindow(WidgetWindow& target);
+    void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
+    void createChildren(formenv::Widget& parent, HWND window);
+    void noteStale(WidgetWindow& window);
+    void rootDestroyed() noexcept;
+    [[nodiscard]] static bool registerClasses() noexcept;
+
+    formenv::Widget& rootWidget_;
+    WinPlatform& platform_;
+    Callbacks callbacks_;
+    HWND root_ = nullptr;
+    std::map<HWND, std::unique_ptr<WidgetWindow>> windows_;
+    std::vector<HWND> stale_;
+};
+
+/// Takes the window classes back when the module goes.
+void unregisterWindowClasses() noexcept;
+
+/// Background, border and caption of a frame, filling `bounds`.
+void paintFrame(HDC dc, const RECT& bounds, const formenv::Widget& frame, WinPlatform& platform);
+
+}  // namespace kv::win32
