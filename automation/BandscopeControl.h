@@ -229,6 +229,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
 
     HRESULT activate(IOleClientSite* site, bool withUi) noexcept;
     HRESULT activateInPlace();
+    HRESULT makeWindows(const Microsoft::WRL::ComPtr<IOleInPlaceSite>& inPlaceSite);
     void deactivate() noexcept;
     void windowGone() noexcept;
     void followSize(formenv::PixelSize size);

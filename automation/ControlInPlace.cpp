@@ -34,28 +34,44 @@ HRESULT BandscopeControl::activate(IOleClientSite* site, bool withUi) noexcept {
     const HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(); });
     if (FAILED(result) || !withUi || uiActive_ || !inPlaceSite_)
         return result;
-    if (SUCCEEDED(inPlaceSite_->OnUIActivate())) {
-        uiActive_ = true;
-        if (frame_)
-            frame_->SetActiveObject(this, L"kvBandscope");
-        if (windows_ && windows_->root())
-            SetFocus(windows_->root());
-    }
+    // The container may take the control down again in any of these calls.
+    const ComPtr<IOleInPlaceSite> inPlaceSite = inPlaceSite_;
+    const ComPtr<IOleInPlaceFrame> frame = frame_;
+    uiActive_ = SUCCEEDED(inPlaceSite->OnUIActivate()) && inPlaceActive_;
+    if (uiActive_ && frame)
+        frame->SetActiveObject(this, L"kvBandscope");
+    if (uiActive_ && windows_ && windows_->root())
+        SetFocus(windows_->root());
     return S_OK;
 }
 
 HRESULT BandscopeControl::activateInPlace() {
     if (inPlaceActive_)
         return S_OK;
-    if (!site_)
+    const ComPtr<IOleClientSite> site = site_;
+    if (!site)
         return E_UNEXPECTED;
     ComPtr<IOleInPlaceSite> inPlaceSite;
-    HRESULT result = site_.As(&inPlaceSite);
+    HRESULT result = site.As(&inPlaceSite);
     if (FAILED(result))
         return result;
     if (inPlaceSite->CanInPlaceActivate() != S_OK)
         return E_FAIL;
     inPlaceSite->OnInPlaceActivate();
+    result = makeWindows(inPlaceSite);
+    if (FAILED(result)) {
+        inPlaceSite->OnInPlaceDeactivate();
+        return result;
+    }
+    // Placing the children lets events run: the container may have taken the control down again meanwhile.
+    if (!inPlaceActive_)
+        return E_ABORT;
+    ShowWindow(windows_->root(), SW_SHOWNA);
+    site->ShowObject();
+    return S_OK;
+}
+
+HRESULT BandscopeControl::makeWindows(const ComPtr<IOleInPlaceSite>& inPlaceSite) {
     HWND parent = nullptr;
     ComPtr<IOleInPlaceFrame> frame;
     ComPtr<IOleInPlaceUIWindow> document;
@@ -63,7 +79,7 @@ HRESULT BandscopeControl::activateInPlace() {
     RECT clip{};
     OLEINPLACEFRAMEINFO info{};
     info.cb = sizeof info;
-    result = inPlaceSite->GetWindowContext(&frame, &document, &place, &clip, &info);
+    HRESULT result = inPlaceSite->GetWindowContext(&frame, &document, &place, &clip, &info);
     if (SUCCEEDED(result))
         result = inPlaceSite->GetWindow(&parent);
     if (FAILED(result))
@@ -79,8 +95,6 @@ HRESULT BandscopeControl::activateInPlace() {
     inPlaceSite_ = inPlaceSite;
     frame_ = frame;
     adoptPixelSize(place.right - place.left, place.bottom - place.top);
-    ShowWindow(windows_->root(), SW_SHOWNA);
-    site_->ShowObject();
     return S_OK;
 }
 
@@ -148,10 +162,12 @@ HRESULT BandscopeControl::UIDeactivate() {
     if (!uiActive_)
         return S_OK;
     uiActive_ = false;
-    if (frame_)
-        frame_->SetActiveObject(nullptr, nullptr);
-    if (inPlaceSite_)
-        inPlaceSite_->OnUIDeactivate(FALSE);
+    const ComPtr<IOleInPlaceSite> inPlaceSite = inPlaceSite_;
+    const ComPtr<IOleInPlaceFrame> frame = frame_;
+    if (frame)
+        frame->SetActiveObject(nullptr, nullptr);
+    if (inPlaceSite)
+        inPlaceSite->OnUIDeactivate(FALSE);
     return S_OK;
 }
 
@@ -159,6 +175,8 @@ void BandscopeControl::deactivate() noexcept {
     if (!inPlaceActive_)
         return;
     UIDeactivate();
+    if (!inPlaceActive_)
+        return;
     inPlaceActive_ = false;
     if (windows_)
         windows_->destroy();

@@ -26,6 +26,7 @@ double himetricToTwips(LONG himetric) {
 }  // namespace
 
 HRESULT BandscopeControl::SetClientSite(IOleClientSite* site) {
+    const ComPtr<IOleObject> alive(this);
     return firewall(IID_IOleObject, [&] {
         if (!site)
             deactivate();

@@ -29,6 +29,9 @@ HRESULT BandscopeControl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*
         SetWindowExtEx(dc, width, height, nullptr);
         SetViewportOrgEx(dc, corners[0].x, corners[0].y, nullptr);
         SetViewportExtEx(dc, corners[1].x - corners[0].x, corners[1].y - corners[0].y, nullptr);
+        // The mode that a device context starts with darkens a reduced picture until thin lines are gone.
+        SetStretchBltMode(dc, HALFTONE);
+        SetBrushOrgEx(dc, 0, 0, nullptr);
         windows_->paint(dc, {0, 0, width, height});
         RestoreDC(dc, saved);
     });

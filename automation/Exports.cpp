@@ -7,13 +7,17 @@
 #include "automation/Module.h"
 #include "automation/Registration.h"
 #include "automation/TypeLib.h"
+#include "win32/WindowTree.h"
 
 using kv::automation::Module;
 using kv::automation::RegistrationScope;
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_ATTACH)
         Module::setInstance(instance);
+    // A window class outlives the module that registered it, window procedure and all, unless it is taken back.
+    else if (reason == DLL_PROCESS_DETACH && !processEnds)
+        kv::win32::unregisterWindowClasses();
     return TRUE;
 }
 

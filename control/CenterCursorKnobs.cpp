@@ -100,7 +100,10 @@ double Bandscope::CursorVal() const noexcept {
 }
 
 void Bandscope::setCursorVal(double value) {
-    if (!hasUsableRange() || !(value >= DisplayMinFreq() && value <= DisplayMaxFreq()))
+    // The getters first: they make the range of channels that have not been drawn yet.
+    const double minimum = DisplayMinFreq();
+    const double maximum = DisplayMaxFreq();
+    if (!hasUsableRange() || !(value >= minimum && value <= maximum))
         return;
     setShownCursor(value);
 }

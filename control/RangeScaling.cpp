@@ -15,6 +15,10 @@ namespace {
 
 constexpr double kUsualEndBuffer = 100.0;  // MHz
 
+// Centers closer than this part of half the span are one and the same: the last digits of a sum must not make the
+// range creep from drawing to drawing.
+constexpr double kSameCenter = 1e-9;
+
 /// Passes a sum on, or raises "Overflow" as the arithmetic of the day would.
 double checked(double value) {
     if (!std::isfinite(value))
@@ -108,7 +112,7 @@ void Bandscope::shiftRangeOntoCenter() {
         return;
     const double halfSpan = checked(range_.maxFreq - range_.minFreq) / 2.0;
     const double middle = range_.minFreq + halfSpan;
-    if (middle != range_.center)
+    if (std::abs(middle - range_.center) > halfSpan * kSameCenter)
         showAround(range_.center, halfSpan);
 }
 

@@ -19,6 +19,8 @@ WidgetWindow::WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND windo
         fillItems();
     if (widget_.kind() == WidgetKind::CheckBox)
         changed(Change::Value);
+    if (!widget_.toolTip().empty())
+        changed(Change::ToolTip);
 }
 
 WidgetWindow::~WidgetWindow() {
@@ -61,6 +63,7 @@ void WidgetWindow::changed(Change what) {
             InvalidateRect(window_, nullptr, FALSE);
             break;
         case Change::ToolTip:
+            tree_.toolTips_.set(tree_.root_, window_, widget_.toolTip());
             break;
     }
 }

@@ -19,12 +19,29 @@ void fill(HDC dc, const RECT& area, formenv::Rgb color) {
     FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
-void drawText(HDC dc, RECT area, const Widget& widget, WinPlatform& platform, UINT format) {
+void drawText(HDC dc, RECT area, const std::wstring& text, const Widget& widget, WinPlatform& platform, UINT format) {
     const Selected font(dc, platform.fonts().get(widget.font()));
     SetTextColor(dc, platform.resolve(widget.foreColor()));
     SetBkMode(dc, TRANSPARENT);
-    DrawTextW(dc, widget.caption().c_str(), static_cast<int>(widget.caption().size()), &area,
-              format | DT_NOPREFIX | DT_SINGLELINE);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, format | DT_NOPREFIX | DT_SINGLELINE);
+}
+
+void drawCaption(HDC dc, const RECT& area, const Widget& widget, WinPlatform& platform, UINT format) {
+    drawText(dc, area, widget.caption(), widget, platform, format);
+}
+
+/// A closed drop-down list with its chosen item, as its window shows it.
+void paintComboBox(HDC dc, RECT bounds, const formenv::ComboBox& combo, WinPlatform& platform) {
+    constexpr int kFrame = 4;  // pixels of border above and below the text
+    bounds.bottom = std::min(bounds.bottom, bounds.top + platform.textSize(L"X", combo.font()).height + 2L * kFrame);
+    fill(dc, bounds, platform.resolve(combo.backColor()));
+    DrawEdge(dc, &bounds, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
+    RECT arrow = bounds;
+    arrow.left = std::max(arrow.left, arrow.right - GetSystemMetrics(SM_CXVSCROLL));
+    DrawFrameControl(dc, &arrow, DFC_SCROLL, DFCS_SCROLLCOMBOBOX);
+    bounds.right = arrow.left;
+    bounds.left += kFrame / 2;
+    drawText(dc, bounds, combo.text(), combo, platform, DT_LEFT | DT_VCENTER);
 }
 
 RECT placeOf(const Widget& widget, POINT origin, int dpi) {
@@ -54,7 +71,7 @@ void paintFrame(HDC dc, const RECT& bounds, const Widget& frame, WinPlatform& pl
     RECT gap{left - 2 * scale, bounds.top, left + caption.width + 2 * scale, bounds.top + caption.height};
     fill(dc, gap, platform.resolve(frame.backColor()));
     gap.left = left;
-    drawText(dc, gap, frame, platform, DT_LEFT | DT_TOP);
+    drawCaption(dc, gap, frame, platform, DT_LEFT | DT_TOP);
 }
 
 void WindowTree::paintWindow(WidgetWindow& target) {
@@ -86,7 +103,7 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
         }
         case WidgetKind::Button:
             DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH);
-            drawText(dc, bounds, widget, platform_, DT_CENTER | DT_VCENTER);
+            drawCaption(dc, bounds, widget, platform_, DT_CENTER | DT_VCENTER);
             break;
         case WidgetKind::CheckBox: {
             const int size = bounds.bottom - bounds.top;
@@ -95,17 +112,15 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
             const bool ticked = static_cast<formenv::CheckBox&>(widget).value() != 0;
             DrawFrameControl(dc, &tick, DFC_BUTTON, DFCS_BUTTONCHECK | (ticked ? DFCS_CHECKED : 0U));
             bounds.left += size;
-            drawText(dc, bounds, widget, platform_, DT_LEFT | DT_VCENTER);
+            drawCaption(dc, bounds, widget, platform_, DT_LEFT | DT_VCENTER);
             break;
         }
         case WidgetKind::Label:
             fill(dc, bounds, platform_.resolve(widget.backColor()));
-            drawText(dc, bounds, widget, platform_, DT_LEFT | DT_TOP);
+            drawCaption(dc, bounds, widget, platform_, DT_LEFT | DT_TOP);
             break;
         case WidgetKind::ComboBox:
-            bounds.bottom = std::min(bounds.bottom, bounds.top + platform_.textSize(L"X", widget.font()).height + 8L);
-            fill(dc, bounds, platform_.resolve(widget.backColor()));
-            DrawEdge(dc, &bounds, EDGE_SUNKEN, BF_RECT);
+            paintComboBox(dc, bounds, static_cast<formenv::ComboBox&>(widget), platform_);
             break;
         case WidgetKind::TextBox:
         case WidgetKind::Custom:

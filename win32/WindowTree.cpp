@@ -166,6 +166,7 @@ void WindowTree::destroy() noexcept {
 
 void WindowTree::rootDestroyed() noexcept {
     root_ = nullptr;
+    toolTips_.close();
     stale_.clear();
     windows_.clear();
     platform_.setOwner(nullptr);
@@ -206,7 +207,7 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         if (window == root_)
             rootDestroyed();
-        return 0;
+        return DefWindowProcW(window, message, wParam, lParam);
     }
     WidgetWindow* target = find(window);
     if (!target)

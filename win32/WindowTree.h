@@ -13,6 +13,7 @@
 
 #include "formenv/PictureBox.h"
 #include "formenv/Widget.h"
+#include "win32/ToolTips.h"
 #include "win32/WinPlatform.h"
 
 namespace kv::win32 {
@@ -91,6 +92,7 @@ class WindowTree {
     HWND root_ = nullptr;
     std::map<HWND, std::unique_ptr<WidgetWindow>> windows_;
     std::vector<HWND> stale_;
+    ToolTips toolTips_;
 };
 
 /// Takes the window classes back when the module goes.

@@ -1,4 +1,8 @@
 // The grid knob, the grid-range box and the step between two grid lines.
+#include <algorithm>
+#include <limits>
+#include <utility>
+
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -58,8 +62,8 @@ TEST_F(GridStepTest, KnobIsSetUpForTheMHzSlice) {
     EXPECT_EQ(ui.tdKnGrid.dMinVal, 0.5);
     EXPECT_EQ(ui.tdKnGrid.dMaxVal, 1000.0);
     EXPECT_EQ(ui.tdKnGrid.dVal(), 0.5);
-    EXPECT_THAT(labels(), ElementsAre(L"500K", L"1M", L"2M", L"5M", L"10M", L"20M", L"50M", L"100M", L"200M", L"500M",
-                                      L"1G"));
+    EXPECT_THAT(labels(),
+                ElementsAre(L"500K", L"1M", L"2M", L"5M", L"10M", L"20M", L"50M", L"100M", L"200M", L"500M", L"1G"));
     EXPECT_THAT(steps(), ElementsAre(0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 50.0, 100.0, 200.0, 500.0, 1000.0));
 }
 
@@ -76,8 +80,8 @@ TEST_F(GridStepTest, GHzHasItsGapsAfterTenAndAHundred) {
     choose(2);
     EXPECT_EQ(ui.tdKnGrid.dMinVal, 500.0);
     EXPECT_EQ(ui.tdKnGrid.dMaxVal, 10000000.0);
-    EXPECT_THAT(labels(), ElementsAre(L"500M", L"1G", L"2G", L"5G", L"10G", L"50G", L"100G", L"1T", L"2T", L"5T",
-                                      L"10T"));
+    EXPECT_THAT(labels(),
+                ElementsAre(L"500M", L"1G", L"2G", L"5G", L"10G", L"50G", L"100G", L"1T", L"2T", L"5T", L"10T"));
     EXPECT_THAT(steps(), ElementsAre(500.0, 1000.0, 2000.0, 5000.0, 10000.0, 50000.0, 100000.0, 1000000.0, 2000000.0,
                                      5000000.0, 10000000.0));
 }
@@ -127,7 +131,7 @@ TEST_F(GridStepTest, AChoiceRedrawsWithoutRecentring) {
     // The chosen step stands around the center that was set.
     EXPECT_EQ(scope.DisplayMinFreq(), 360.0);
     EXPECT_EQ(scope.DisplayMaxFreq(), 560.0);
-    EXPECT_EQ(canvas.lines().front(), "clear ffffff");
+    EXPECT_EQ(canvas.lines().at(0), "clear ffffff");
 }
 
 TEST_F(GridStepTest, AChoiceIsToldAlsoWhenItsRedrawFails) {

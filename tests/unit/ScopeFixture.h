@@ -172,8 +172,7 @@ class ScopeTest : public ::testing::Test {
     RecordingEvents events;
     RecordingErrors errors;
     MemoryFiles files;
-    Bandscope scope{
-        Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+    Bandscope scope{Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
     Children& ui = scope.children();
 
   private:

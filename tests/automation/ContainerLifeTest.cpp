@@ -1,0 +1,256 @@
+// Every way in which a container may let go of the control: nothing is left behind, whoever goes first.
+#include <gmock/gmock.h>
+
+#include "tests/automation/MockSite.h"
+
+namespace kv::test {
+namespace {
+
+class ContainerLife : public testing::Test {
+  protected:
+    Container container;
+    ComPtr<EventSink> sink;
+
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(container.activate());
+        sink = new EventSink;
+        container.connect(sink.Get());
+        container.addTx({.freq = 400.0, .power = 30.0, .key = L"TX1"});
+        EXPECT_TRUE(container.draw());
+    }
+    void TearDown() override {
+        EXPECT_FALSE(container.control) << "the test lets the control go itself";
+        EXPECT_EQ(canUnloadNow(), S_OK);
+        EXPECT_EQ(container.site->references(), 1U);
+        EXPECT_EQ(container.site->frame->references(), 1U);
+        EXPECT_EQ(sink->references(), 1U);
+        EXPECT_EQ(container.site->count("OnInPlaceActivate"), activations);
+        EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), deactivations);
+        EXPECT_EQ(windowsLeft(), 0);
+    }
+    int activations = 1;
+    int deactivations = 1;
+
+    int windowsLeft() const {
+        int left = 0;
+        if (container.host.get())
+            EnumChildWindows(container.host.get(), &ContainerLife::countOne, reinterpret_cast<LPARAM>(&left));
+        return left;
+    }
+    static BOOL CALLBACK countOne(HWND, LPARAM parameter) {
+        ++*reinterpret_cast<int*>(parameter);
+        return TRUE;
+    }
+    /// Drops the test's reference, which has to be the last one.
+    void releaseLast() { EXPECT_EQ(container.control.Reset(), 0U); }
+    /// Drops the last reference while the control is at work: it has to stay until that work is done.
+    void releaseAtWork() {
+        container.control.Reset();
+        EXPECT_EQ(canUnloadNow(), S_FALSE);
+    }
+    ComPtr<IOleObject> object() const { return container.as<IOleObject>(); }
+    void close() const { EXPECT_EQ(object()->Close(OLECLOSE_NOSAVE), S_OK); }
+    void unsite() const { EXPECT_EQ(object()->SetClientSite(nullptr), S_OK); }
+    /// The control without a counted reference: what is left of it is the control's own care.
+    _kvBandscope* raw() const { return container.control.Get(); }
+    /// `action` runs when the control next lets events run.
+    void meanwhile(std::function<void()> action) {
+        container.host.onMessage = std::move(action);
+        PostMessageW(container.host.get(), WM_APP, 0, 0);
+    }
+    void chooseGridRange() const {
+        const HWND box = container.children(L"ComboBox").at(0);
+        SendMessageW(box, CB_SETCURSEL, 2, 0);
+        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
+    }
+};
+
+TEST_F(ContainerLife, ClosedThenUnsitedThenReleased) {
+    close();
+    EXPECT_EQ(windowsLeft(), 0);
+    HWND window = container.host.get();
+    EXPECT_EQ(container.as<IOleInPlaceObject>()->GetWindow(&window), E_FAIL);
+    EXPECT_EQ(window, nullptr);
+    unsite();
+    releaseLast();
+}
+
+TEST_F(ContainerLife, UnsitedFirst) {
+    unsite();
+    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 1);
+    EXPECT_EQ(container.site->references(), 1U);
+    close();
+    releaseLast();
+}
+
+TEST_F(ContainerLife, DeactivatedAndActivatedAgain) {
+    EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(windowsLeft(), 0);
+    EXPECT_TRUE(container.draw());
+    ASSERT_EQ(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, container.host.get(), nullptr), S_OK);
+    EXPECT_TRUE(IsWindow(container.pictureBox(L"picSpectrum")));
+    EXPECT_EQ(object()->DoVerb(OLEIVERB_HIDE, nullptr, nullptr, 0, nullptr, nullptr), S_OK);
+    EXPECT_EQ(windowsLeft(), 0);
+    activations = 2;
+    deactivations = 2;
+    unsite();
+    releaseLast();
+}
+
+TEST_F(ContainerLife, TheWindowGoesFirst) {
+    container.host.destroy();
+    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 1);
+    EXPECT_TRUE(container.draw());
+    container.addTx({.freq = 410.0, .key = L"TX2"});
+    close();
+    unsite();
+    releaseLast();
+}
+
+TEST_F(ContainerLife, ReleasedWhileActive) {
+    // Nobody is called back by an object that is going.
+    deactivations = 0;
+    releaseLast();
+}
+
+TEST_F(ContainerLife, ActiveInItsInterfaceWhenTheWindowGoes) {
+    EXPECT_EQ(object()->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0, container.host.get(), nullptr),
+              S_OK);
+    close();
+    EXPECT_EQ(container.site->count("OnUIDeactivate"), 1);
+    unsite();
+    releaseLast();
+}
+
+TEST_F(ContainerLife, TheLastReleaseInsideAnEvent) {
+    deactivations = 0;
+    sink->onEvent = [&](DISPID) { releaseAtWork(); };
+    chooseGridRange();
+    EXPECT_FALSE(container.control);
+    EXPECT_FALSE(sink->heard.empty());
+}
+
+TEST_F(ContainerLife, ClosedInsideAnEvent) {
+    sink->onEvent = [&](DISPID) {
+        close();
+        unsite();
+        releaseAtWork();
+        sink->onEvent = nullptr;
+    };
+    chooseGridRange();
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, ClosedInsideADoubleClick) {
+    sink->onEvent = [&](DISPID id) {
+        EXPECT_EQ(id, kChgFreqRange);
+        close();
+        unsite();
+        releaseAtWork();
+    };
+    const HWND spectrum = container.pictureBox(L"picSpectrum");
+    PostMessageW(spectrum, WM_MOUSEMOVE, 0, MAKELPARAM(50, 50));
+    PostMessageW(spectrum, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(50, 50));
+    pump();
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, ClosedInsideTheCollapse) {
+    sink->onEvent = [&](DISPID id) {
+        EXPECT_EQ(id, kChgHeight);
+        close();
+        unsite();
+        releaseAtWork();
+    };
+    postRightClick(container.panel(), 3, 3);
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, ReleasedInTheMiddleOfARepaint) {
+    deactivations = 0;
+    _kvBandscope* const control = raw();
+    meanwhile([&] { releaseAtWork(); });
+    VARIANT_BOOL drawn = VARIANT_FALSE;
+    EXPECT_EQ(control->DrawDisplay(&drawn), S_OK);
+    EXPECT_EQ(drawn, VARIANT_TRUE);
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, ClosedInTheMiddleOfARepaint) {
+    _kvBandscope* const control = raw();
+    meanwhile([&] {
+        close();
+        unsite();
+        releaseAtWork();
+    });
+    VARIANT_BOOL drawn = VARIANT_FALSE;
+    EXPECT_EQ(control->DrawDisplay(&drawn), S_OK);
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, TheWindowGoesInTheMiddleOfARepaint) {
+    meanwhile([&] { container.host.destroy(); });
+    EXPECT_TRUE(container.draw());
+    EXPECT_EQ(container.host.get(), nullptr);
+    unsite();
+    releaseLast();
+}
+
+TEST_F(ContainerLife, ClosedInTheMiddleOfAResize) {
+    const auto place = container.as<IOleInPlaceObject>();
+    IOleInPlaceObject* const inPlace = place.Get();
+    meanwhile([&] {
+        close();
+        unsite();
+        releaseAtWork();
+    });
+    const RECT wider{0, 0, 760, 500};
+    EXPECT_EQ(inPlace->SetObjectRects(&wider, &wider), S_OK);
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, ClosedInTheMiddleOfActivation) {
+    close();
+    activations = 2;
+    deactivations = 2;
+    IOleObject* const plain = object().Get();
+    meanwhile([&] {
+        close();
+        unsite();
+        releaseAtWork();
+    });
+    plain->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0, container.host.get(), nullptr);
+    EXPECT_FALSE(container.control);
+    EXPECT_EQ(container.site->count("OnUIActivate"), container.site->count("OnUIDeactivate"));
+}
+
+TEST_F(ContainerLife, TheLastReleaseWhenTheSiteHearsOfTheEnd) {
+    IOleObject* const plain = object().Get();
+    container.site->onDeactivate = [&] { releaseAtWork(); };
+    EXPECT_EQ(plain->SetClientSite(nullptr), S_OK);
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, TheLastReleaseWhenTheWindowGoes) {
+    container.site->onDeactivate = [&] { releaseAtWork(); };
+    container.host.destroy();
+    EXPECT_FALSE(container.control);
+}
+
+TEST_F(ContainerLife, AnActivationThatFailsLeavesNothing) {
+    close();
+    deactivations = 2;
+    activations = 2;
+    container.site->hasContext = false;
+    EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, nullptr, nullptr)));
+    EXPECT_EQ(windowsLeft(), 0);
+    container.site->canActivate = false;
+    EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, nullptr, nullptr)));
+    unsite();
+    EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, nullptr)));
+    releaseLast();
+}
+
+}  // namespace
+}  // namespace kv::test

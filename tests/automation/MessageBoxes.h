@@ -1,0 +1,40 @@
+// Answers the message boxes of its thread, and keeps what they said.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace kv::test {
+
+struct SeenBox {
+    std::wstring title;
+    std::wstring text;
+    std::vector<std::wstring> buttons;
+};
+
+/// While it lives every message box of the thread is answered with OK as soon as it shows. One at a time.
+class MessageBoxes {
+  public:
+    MessageBoxes();
+    ~MessageBoxes();
+    MessageBoxes(const MessageBoxes&) = delete;
+    MessageBoxes& operator=(const MessageBoxes&) = delete;
+
+    [[nodiscard]] const std::vector<SeenBox>& seen() const noexcept { return seen_; }
+
+  private:
+    static LRESULT CALLBACK hook(int code, WPARAM window, LPARAM details);
+    void answer(HWND box);
+
+    HHOOK hook_;
+    HWND last_ = nullptr;
+    std::vector<SeenBox> seen_;
+};
+
+/// The text of a window of this process.
+[[nodiscard]] std::wstring windowText(HWND window);
+[[nodiscard]] std::wstring windowClass(HWND window);
+
+}  // namespace kv::test
