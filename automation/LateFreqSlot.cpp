@@ -63,10 +63,16 @@ DISPID LateFreqSlot::idOf(Name name) {
 
 void LateFreqSlot::invoke(DISPID id, WORD flags, DISPPARAMS& params, VARIANT* value) {
     EXCEPINFO exception{};
-    UINT argError = 0;
-    const HRESULT hr =
-        extended_ ? extended_->InvokeEx(id, LOCALE_USER_DEFAULT, flags, &params, value, &exception, nullptr)
-                  : object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, value, &exception, &argError);
+    const auto attempt = [&](WORD how) {
+        UINT argError = 0;
+        return extended_
+                   ? extended_->InvokeEx(id, LOCALE_USER_DEFAULT, how, &params, value, &exception, nullptr)
+                   : object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &params, value, &exception, &argError);
+    };
+    HRESULT hr = attempt(flags);
+    // Some engines take "method or property" for a method and refuse it for plain data.
+    if (FAILED(hr) && hr != DISP_E_EXCEPTION && (flags & DISPATCH_METHOD) != 0)
+        hr = attempt(DISPATCH_PROPERTYGET);
     if (FAILED(hr))
         throwHostException(hr, exception);
 }

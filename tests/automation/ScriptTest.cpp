@@ -187,5 +187,10 @@ TEST_F(Script, ObjectsOfAScriptsOwnClassAreChannels) {
                                    "fill style 5", "drawn True", "found 450", "removed 0"});
 }
 
+TEST_F(Script, ObjectsOfAnotherScriptLanguageAreChannels) {
+    expectLines(L"own-object.js", {"index 0", "same object true", "edges 449.9875 450.0125", "units MHz KHz",
+                                   "fill style 5", "drawn true", "found 450"});
+}
+
 }  // namespace
 }  // namespace kv::test
