@@ -107,6 +107,8 @@ class Bandscope {
     void resize(double width, double height);
     void UserControl_Click();
     void ToggleControlsSection();
+    /// True while the panel is the strip that a right-click leaves of it.
+    [[nodiscard]] bool isCollapsed() const noexcept;
     /// True while the panel changes the control's height by itself.
     [[nodiscard]] bool bSizing() const noexcept { return layout_.bSizing; }
 

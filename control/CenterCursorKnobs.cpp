@@ -7,7 +7,8 @@ namespace kv::control {
 
 namespace {
 
-constexpr double kNudge = 10.0;  // nudges to a grid division
+constexpr double kNudge = 10.0;        // nudges to a grid division
+constexpr double kBesideMover = 30.0;  // twips
 
 /// Half to even, as the conversion to a whole number does.
 std::int16_t halfOf(std::int16_t divisions) {
@@ -26,8 +27,8 @@ void Bandscope::SetCenterFreqKnob() {
     turndial::tdKnMover& mover = ui_.tdKnMovCenter;
     turndial::tdKnob& knob = ui_.tdKnCenter;
     const bool movers = look_.bUseMovers;
-    mover.setVisible(movers);
-    knob.setVisible(!movers);
+    mover.setVisible(movers && !isCollapsed());
+    knob.setVisible(!movers && !isCollapsed());
     if (movers) {
         mover.setSCaption(L"Center Freq (MHz)");
         mover.bShowValue = true;
@@ -54,13 +55,14 @@ void Bandscope::setUpCursorKnob() {
     turndial::tdKnMover& mover = ui_.tdKnMovCursor;
     turndial::tdKnob& knob = ui_.tdKnCursor;
     const bool movers = look_.bUseMovers;
-    mover.setVisible(movers);
-    knob.setVisible(!movers);
+    mover.setVisible(movers && !isCollapsed());
+    knob.setVisible(!movers && !isCollapsed());
     if (movers) {
         mover.setSCaption(L"Cursor Freq (MHz)");
         mover.bShowValue = true;
         mover.sFormat = knobFormat();
         mover.Refresh();
+        ui_.cmdCenterCursor.setLeft(mover.left() + mover.width() + kBesideMover);
         return;
     }
     knob.setSCaption(L"Cursor (MHz)");

@@ -22,20 +22,80 @@ constexpr double kSpectrumTop = 60.0;
 constexpr double kSpectrumBottomAllowance = 300.0;
 constexpr double kLabelHalfWidthFallback = 60.0;
 
-constexpr double kStartWidth = 9000.0;
-constexpr double kStartHeight = 6600.0;
-constexpr double kPanelHeight = 1470.0;
+constexpr double kStartWidth = 10800.0;
+constexpr double kStartHeight = 7200.0;
+constexpr double kPanelHeight = 2280.0;
 
-// The panel is composed on a raster of 15 twips, one pixel at 96 dpi.
+// The panel is composed on a raster of 15 twips, one pixel at 96 dpi. Nothing stands in the strip that is left of it
+// when it is collapsed.
 constexpr double kUnit = 15.0;
+constexpr double kTextHeight = 15.0;
+constexpr double kKnobTop = 21.0;
+constexpr double kKnobHeight = 122.0;
+
+/// Half to even, as the conversion to a whole number does; throws RuntimeError 6 beyond 16 bits.
+std::int16_t toInteger16(double value) {
+    const double whole = std::nearbyint(value);
+    if (!(whole >= -32768.0 && whole <= 32767.0))
+        throw util::RuntimeError(util::error_number::kOverflow);
+    return static_cast<std::int16_t>(whole);
+}
 
 void put(formenv::Widget& widget, double left, double top, double width, double height) {
     widget.move({left * kUnit, top * kUnit, width * kUnit, height * kUnit});
 }
 
-void putButton(formenv::Button& button, const wchar_t* caption, double top) {
+void putButton(formenv::Button& button, const wchar_t* caption, double left, double top) {
     button.setCaption(caption);
-    put(button, 508, top, 72, 22);
+    put(button, left, top, 54, 23);
+}
+
+void putCheck(formenv::CheckBox& box, const wchar_t* caption, double left, double top, double width) {
+    box.setCaption(caption);
+    put(box, left, top, width, 17);
+}
+
+/// What is there, then what the pointer reads out.
+void arrangeReadouts(Children& ui) {
+    constexpr double kLeft = 14.0;
+    constexpr double kWidth = 160.0;
+    put(ui.lblNumTX, kLeft, 25, kWidth, kTextHeight);
+    put(ui.lblTXRange, kLeft, 40, kWidth, kTextHeight);
+    put(ui.lblNumRX, kLeft, 59, kWidth, kTextHeight);
+    put(ui.lblRXRange, kLeft, 74, kWidth, kTextHeight);
+    put(ui.lblFMHz, kLeft, 95, kWidth, kTextHeight);
+    put(ui.lblFromCenter, kLeft, 110, kWidth, kTextHeight);
+    put(ui.lblPwrdBm, kLeft, 125, 100, kTextHeight);
+    put(ui.lblNumOther, kLeft + 104, 125, 56, kTextHeight);
+    for (formenv::Label* label : {&ui.lblTXRange, &ui.lblRXRange, &ui.lblNumTX, &ui.lblNumRX})
+        label->setVisible(false);
+}
+
+void arrangeKnobs(Children& ui) {
+    // Each kind of a pair stands in the same place; one of the two is shown.
+    for (formenv::Widget* knob : std::initializer_list<formenv::Widget*>{&ui.tdKnMovCenter, &ui.tdKnCenter})
+        put(*knob, 180, kKnobTop, 114, kKnobHeight);
+    for (formenv::Widget* knob : std::initializer_list<formenv::Widget*>{&ui.tdKnMovCursor, &ui.tdKnCursor})
+        put(*knob, 300, kKnobTop, 114, kKnobHeight);
+    put(ui.tdKnGrid, 446, kKnobTop, 138, kKnobHeight);
+    put(ui.cmdCenterCursor, 416, 70, 22, 22);
+    ui.cmdCenterCursor.glyph = formenv::Glyph::ToCenter;
+    ui.cmdCenterCursor.setToolTip(L"Move cursor to center frequency");
+}
+
+void arrangeChoices(Children& ui) {
+    constexpr double kLeft = 594.0;
+    constexpr double kSecond = 652.0;
+    ui.lblGridRange.setCaption(L"Grid Step");
+    put(ui.lblGridRange, kLeft, 28, 52, kTextHeight);
+    put(ui.cboGridRange, kSecond, 24, 54, 120);
+    putCheck(ui.chkShowMouse, L"Show Mouse Info", kLeft, 50, 112);
+    putCheck(ui.chkViewAllxx, L"View All", kLeft, 69, 58);
+    ui.chkViewAllxx.setToolTip(L"View entire range of frequencies");
+    putCheck(ui.chkOrder, L"Order", kSecond + 3, 69, 51);
+    putButton(ui.cmdDrawTX, L"Draw TX", kLeft, 92);
+    putButton(ui.cmdDrawRX, L"DrawRX", kSecond, 92);
+    putButton(ui.cmdClear, L"Clear", kSecond, 119);
 }
 
 }  // namespace
@@ -50,32 +110,9 @@ void Bandscope::arrangePanel() {
     // Ticks and rubber band: a grey that shows on light and on dark backgrounds.
     ui_.picSpectrum.setForeColor(0x00808080);
 
-    put(ui_.lblNumTX, 14, 24, 180, 15);
-    put(ui_.lblTXRange, 14, 40, 180, 15);
-    put(ui_.lblNumRX, 14, 60, 180, 15);
-    put(ui_.lblRXRange, 14, 76, 180, 15);
-    put(ui_.lblFMHz, 204, 24, 180, 15);
-    put(ui_.lblFromCenter, 204, 40, 180, 15);
-    put(ui_.lblPwrdBm, 204, 60, 180, 15);
-    put(ui_.lblNumOther, 204, 76, 180, 15);
-    for (formenv::Label* label : {&ui_.lblTXRange, &ui_.lblRXRange, &ui_.lblNumTX, &ui_.lblNumRX})
-        label->setVisible(false);
-
-    ui_.lblGridRange.setCaption(L"Grid Step");
-    put(ui_.lblGridRange, 394, 24, 48, 15);
-    put(ui_.cboGridRange, 444, 20, 54, 120);
-    ui_.chkShowMouse.setCaption(L"Show Mouse Info");
-    put(ui_.chkShowMouse, 394, 48, 106, 17);
-    ui_.chkViewAllxx.setCaption(L"View All");
-    ui_.chkViewAllxx.setToolTip(L"View entire range of frequencies");
-    put(ui_.chkViewAllxx, 394, 71, 58, 17);
-    ui_.chkOrder.setCaption(L"Order");
-    put(ui_.chkOrder, 454, 71, 50, 17);
-    putButton(ui_.cmdDrawTX, L"Draw TX", 18);
-    putButton(ui_.cmdDrawRX, L"DrawRX", 43);
-    putButton(ui_.cmdClear, L"Clear", 68);
-    ui_.cmdCenterCursor.setToolTip(L"Move cursor to center frequency");
-    ui_.cmdCenterCursor.setVisible(false);
+    arrangeReadouts(ui_);
+    arrangeKnobs(ui_);
+    arrangeChoices(ui_);
 
     ui_.Label1.setCaption(L"2175 x 2535 kn FOR DEBUGGING");
     ui_.Command1.setCaption(L"Resize Test");
@@ -146,9 +183,13 @@ void Bandscope::placeChildren(std::uint64_t generation) {
         DisplayMaxFreq();
 }
 
+bool Bandscope::isCollapsed() const noexcept {
+    return ui_.fraControl.height() <= kCollapsedHeight;
+}
+
 void Bandscope::ToggleControlsSection() {
     formenv::Frame& panel = ui_.fraControl;
-    const bool expand = panel.height() <= kCollapsedHeight;
+    const bool expand = isCollapsed();
     panel.setHeight(expand ? layout_.nCtlFullHgt : kCollapsedHeight);
     panel.setCaption(expand ? L"-" : L"+");
     if (look_.bUseMovers) {
@@ -166,7 +207,7 @@ void Bandscope::ToggleControlsSection() {
     layout_.bSizing = false;
     services_.platform.pumpEvents();
     services_.platform.pumpEvents();
-    services_.events.ChgHeight(static_cast<std::int16_t>(std::lround(ui_.userControl.height())));
+    services_.events.ChgHeight(toInteger16(ui_.userControl.height()));
 }
 
 void Bandscope::fraControl_MouseDown(int button, double x, double y) {

@@ -127,9 +127,14 @@ class Label : public Widget {
     Label(Widget* parent, std::wstring name) : Widget(WidgetKind::Label, parent, std::move(name)) {}
 };
 
+/// What a button shows when it has no caption.
+enum class Glyph { None, ToCenter };
+
 class Button : public Widget {
   public:
     Button(Widget* parent, std::wstring name) : Widget(WidgetKind::Button, parent, std::move(name)) {}
+    /// To be chosen before a window stands for the button.
+    Glyph glyph = Glyph::None;
 };
 
 class TextBox : public Widget {

@@ -50,6 +50,34 @@ RECT placeOf(const Widget& widget, POINT origin, int dpi) {
             origin.y + formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
 }
 
+/// Two arrow heads that point at a line between them.
+void paintGlyph(HDC dc, const RECT& bounds, formenv::Rgb color, int dpi) {
+    const LONG middle = (bounds.left + bounds.right) / 2;
+    const LONG centre = (bounds.top + bounds.bottom) / 2;
+    const LONG reach = 4L * dpi / 96;
+    const LONG gap = 2L * dpi / 96;
+    const GdiObject<HPEN> pen(CreatePen(PS_SOLID, 1, color));
+    const GdiObject<HBRUSH> brush(CreateSolidBrush(color));
+    const Selected withPen(dc, pen.get());
+    const Selected withBrush(dc, brush.get());
+    MoveToEx(dc, middle, centre - reach - gap, nullptr);
+    LineTo(dc, middle, centre + reach + gap + 1);
+    for (const LONG side : {-1L, 1L}) {
+        const LONG tip = middle + side * gap;
+        const POINT head[3] = {
+            {tip, centre}, {tip + side * reach, centre - reach}, {tip + side * reach, centre + reach}};
+        Polygon(dc, head, 3);
+    }
+}
+
+void paintButton(HDC dc, RECT bounds, const formenv::Button& button, WinPlatform& platform, UINT pushed) {
+    DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH | pushed);
+    if (button.glyph == formenv::Glyph::None)
+        drawText(dc, bounds, button.caption(), button, platform, DT_CENTER | DT_VCENTER);
+    else
+        paintGlyph(dc, bounds, platform.resolve(button.foreColor()), platform.dpi());
+}
+
 }  // namespace
 
 void paintFrame(HDC dc, const RECT& bounds, const Widget& frame, WinPlatform& platform) {
@@ -72,6 +100,19 @@ void paintFrame(HDC dc, const RECT& bounds, const Widget& frame, WinPlatform& pl
     fill(dc, gap, platform.resolve(frame.backColor()));
     gap.left = left;
     drawCaption(dc, gap, frame, platform, DT_LEFT | DT_TOP);
+}
+
+void WindowTree::drawItem(const DRAWITEMSTRUCT& item) {
+    WidgetWindow* target = find(item.hwndItem);
+    if (!target || target->widget().kind() != WidgetKind::Button)
+        return;
+    const auto& button = static_cast<const formenv::Button&>(target->widget());
+    paintButton(item.hDC, item.rcItem, button, platform_, (item.itemState & ODS_SELECTED) ? DFCS_PUSHED : 0U);
+    if (!(item.itemState & ODS_FOCUS))
+        return;
+    RECT focus = item.rcItem;
+    InflateRect(&focus, -3, -3);
+    DrawFocusRect(item.hDC, &focus);
 }
 
 void WindowTree::paintWindow(WidgetWindow& target) {

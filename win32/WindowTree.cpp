@@ -34,8 +34,8 @@ struct WindowSort {
 };
 
 /// Which window stands for a kind of widget; a null class for none.
-WindowSort sortOf(WidgetKind kind) {
-    switch (kind) {
+WindowSort sortOf(const Widget& widget) {
+    switch (widget.kind()) {
         case WidgetKind::Frame:
             return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
         case WidgetKind::PictureBox:
@@ -43,6 +43,8 @@ WindowSort sortOf(WidgetKind kind) {
         case WidgetKind::Label:
             return {L"STATIC", SS_LEFT | SS_NOPREFIX, 0};
         case WidgetKind::Button:
+            if (static_cast<const formenv::Button&>(widget).glyph != formenv::Glyph::None)
+                return {L"BUTTON", BS_OWNERDRAW | WS_TABSTOP, 0};
             return {L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0};
         case WidgetKind::CheckBox:
             return {L"BUTTON", BS_AUTOCHECKBOX | WS_TABSTOP, 0};
@@ -143,7 +145,7 @@ bool WindowTree::create(HWND parent, const RECT& place) {
 
 void WindowTree::createChildren(Widget& parent, HWND window) {
     for (Widget* child : parent.children()) {
-        const WindowSort sort = sortOf(child->kind());
+        const WindowSort sort = sortOf(*child);
         if (!sort.className)
             continue;
         const RECT place = pixelRect(*child, platform_.dpi());
@@ -226,6 +228,9 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
             return colorOf(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+        case WM_DRAWITEM:
+            drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+            return TRUE;
         case kSync: {
             const std::vector<HWND> stale = std::exchange(stale_, {});
             for (const HWND changed : stale) {

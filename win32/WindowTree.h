@@ -80,6 +80,7 @@ class WindowTree {
     LRESULT colorOf(HDC dc, HWND child);
     bool handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam);
     void paintWindow(WidgetWindow& target);
+    void drawItem(const DRAWITEMSTRUCT& item);
     void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
     void createChildren(formenv::Widget& parent, HWND window);
     void noteStale(WidgetWindow& window);

@@ -90,7 +90,7 @@ TEST_F(ContainerInput, AClickOnItsBackgroundLoadsTheDemonstration) {
 }
 
 TEST_F(ContainerInput, AClickElsewhereLoadsNothing) {
-    postClick(container.panel(), 300, 90);
+    postClick(container.panel(), 430, 140);
     postClick(spectrum(), 50, 50);
     postClick(container.pictureBox(L"picUnits"), 2, 2);
     // Pressed on the background and let go outside is no click.

@@ -159,19 +159,19 @@ class DrawnByContainer : public testing::Test {
 };
 
 TEST_F(DrawnByContainer, AnUnsitedControlShowsItsPicture) {
-    GdiPicture paper(700, 520, RGB(1, 2, 3));
-    ASSERT_EQ(draw(paper.dc(), {50, 30, 650, 470}), S_OK);
+    GdiPicture paper(820, 560, RGB(1, 2, 3));
+    ASSERT_EQ(draw(paper.dc(), {50, 30, 770, 510}), S_OK);
     const Picture all = paper.read();
     const Picture file = fileOf(control.Get());
     // fraPic stands 4 pixels from the left, picUnits at 5, 11 inside it.
     EXPECT_EQ(cut(all, 50 + 4 + 5, 30 + 11, file.width, file.height), file);
-    EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 699, 29}), 700 * 30);
-    EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 49, 519}), 50 * 520);
-    EXPECT_EQ(all.count(RGB(1, 2, 3), {650, 0, 699, 519}), 50 * 520);
-    EXPECT_EQ(all.count(RGB(1, 2, 3), {50, 30, 649, 469}), 0);
+    EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 819, 29}), 820 * 30);
+    EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 49, 559}), 50 * 560);
+    EXPECT_EQ(all.count(RGB(1, 2, 3), {770, 0, 819, 559}), 50 * 560);
+    EXPECT_EQ(all.count(RGB(1, 2, 3), {50, 30, 769, 509}), 0);
     RECT frame{};
     EXPECT_EQ(GetClipBox(paper.dc(), &frame), SIMPLEREGION);
-    EXPECT_EQ(frame.right, 700);
+    EXPECT_EQ(frame.right, 820);
     EXPECT_EQ(GetMapMode(paper.dc()), MM_TEXT);
 }
 
@@ -188,8 +188,8 @@ TEST_F(DrawnByContainer, FillsAnyBounds) {
 TEST_F(DrawnByContainer, TellsItsSizeAndRefusesWhatItCannotShow) {
     SIZEL size{};
     EXPECT_EQ(view->GetExtent(DVASPECT_CONTENT, -1, nullptr, &size), S_OK);
-    EXPECT_EQ(size.cx, 15875);
-    EXPECT_EQ(size.cy, 11642);
+    EXPECT_EQ(size.cx, 19050);
+    EXPECT_EQ(size.cy, 12700);
     EXPECT_EQ(view->GetExtent(DVASPECT_ICON, -1, nullptr, &size), DV_E_DVASPECT);
     GdiPicture paper(10, 10, 0);
     RECTL bounds{0, 0, 10, 10};
@@ -237,7 +237,7 @@ BOOL CALLBACK findSpectrum(HWND window, LPARAM parameter) {
 TEST_P(HostedByLibrary, ShowsAndHearsAndGoes) {
     HostWindow host;
     const HWND outer = CreateWindowExW(0, GetParam().windowClass, L"kvBandscope.kvBandscope", WS_CHILD | WS_VISIBLE, 10,
-                                       10, 700, 500, host.get(), nullptr, nullptr, nullptr);
+                                       10, 800, 500, host.get(), nullptr, nullptr, nullptr);
     ASSERT_TRUE(outer);
     pump();
     {
@@ -250,7 +250,7 @@ TEST_P(HostedByLibrary, ShowsAndHearsAndGoes) {
         EnumChildWindows(outer, &findSpectrum, reinterpret_cast<LPARAM>(&spectrum));
         ASSERT_TRUE(spectrum);
         EXPECT_TRUE(IsWindowVisible(spectrum));
-        const OracleLayout layout = oracleLayout(700 * 15.0, 500 * 15.0, 98 * 15.0);
+        const OracleLayout layout = oracleLayout(800 * 15.0, 500 * 15.0, 152 * 15.0);
         const RECT place = placeOf(spectrum);
         EXPECT_TRUE(EqualRect(&place, &layout.spectrum)) << place.right << " " << place.bottom;
         fill(control.Get());

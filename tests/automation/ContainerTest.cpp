@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsSupersetOf;
 using testing::UnorderedElementsAre;
 
-constexpr int kPanelHeight = 98;  // pixels, as laid out
+constexpr int kPanelHeight = 152;  // pixels, as laid out
 
 class ContainerTest : public testing::Test {
   protected:
@@ -105,8 +105,8 @@ TEST_F(ContainerTest, DevelopmentAidsAreThereAndHidden) {
 }
 
 TEST_F(ContainerTest, PlacesItsChildrenBySize) {
-    expectLayout(600, 440);
-    for (const SIZE& size : {SIZE{731, 533}, SIZE{600, 300}, SIZE{850, 600}, SIZE{601, 441}, SIZE{600, 440}}) {
+    expectLayout(720, 480);
+    for (const SIZE& size : {SIZE{731, 533}, SIZE{720, 300}, SIZE{850, 720}, SIZE{721, 481}, SIZE{720, 480}}) {
         container.resize(size.cx, size.cy);
         EXPECT_EQ(container.size().cx, size.cx);
         EXPECT_EQ(container.size().cy, size.cy);
@@ -123,44 +123,44 @@ TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
     };
     container.resize(450, 400);
     ASSERT_EQ(asked.size(), 1U);
-    const RECT expected{Container::kLeft, Container::kTop, Container::kLeft + 600, Container::kTop + 400};
+    const RECT expected{Container::kLeft, Container::kTop, Container::kLeft + 720, Container::kTop + 400};
     EXPECT_TRUE(EqualRect(&asked[0], &expected)) << asked[0].right << " " << asked[0].bottom;
-    EXPECT_EQ(container.size().cx, 600);
-    expectLayout(600, 400);
+    EXPECT_EQ(container.size().cx, 720);
+    expectLayout(720, 400);
     container.resize(599, 400);
     EXPECT_EQ(asked.size(), 2U);
-    expectLayout(600, 400);
+    expectLayout(720, 400);
 }
 
 TEST_F(ContainerTest, IsWidenedAlsoWhenTheHostDoesNotAnswer) {
     container.resize(300, 410);
     EXPECT_EQ(container.site->count("OnPosRectChange"), 1);
-    EXPECT_EQ(container.size().cx, 600);
+    EXPECT_EQ(container.size().cx, 720);
     EXPECT_EQ(container.size().cy, 410);
-    expectLayout(600, 410);
+    expectLayout(720, 410);
 }
 
 TEST_F(ContainerTest, AcceptsALowerHeight) {
-    container.resize(600, 200);
-    EXPECT_EQ(container.size().cy, 200);
-    expectLayout(600, 200);
+    container.resize(720, 300);
+    EXPECT_EQ(container.size().cy, 300);
+    expectLayout(720, 300);
     EXPECT_EQ(container.site->count("OnPosRectChange"), 0);
     // Too low for the frames: the children stay where they got, and the next size puts all of them right.
-    container.resize(600, 40);
+    container.resize(720, 40);
     EXPECT_EQ(container.size().cy, 40);
-    container.resize(640, 440);
-    expectLayout(640, 440);
+    container.resize(760, 480);
+    expectLayout(760, 480);
 }
 
 TEST_F(ContainerTest, ReportsTheSizeItStartedWith) {
     short width = 0;
     short height = 0;
-    for (const SIZE& size : {SIZE{600, 440}, SIZE{800, 240}}) {
+    for (const SIZE& size : {SIZE{720, 480}, SIZE{800, 240}}) {
         container.resize(size.cx, size.cy);
         EXPECT_EQ(container.control->get_MinWid(&width), S_OK);
         EXPECT_EQ(container.control->get_MinHgt(&height), S_OK);
-        EXPECT_EQ(width, 9000);
-        EXPECT_EQ(height, 6600);
+        EXPECT_EQ(width, 10800);
+        EXPECT_EQ(height, 7200);
     }
 }
 
@@ -178,7 +178,7 @@ TEST_F(ContainerTest, TellsItsSizeToTheHost) {
 }
 
 TEST_F(ContainerTest, ShowsOnlyWhatTheContainerLeavesOfIt) {
-    const RECT place{Container::kLeft, Container::kTop, Container::kLeft + 600, Container::kTop + 440};
+    const RECT place{Container::kLeft, Container::kTop, Container::kLeft + 720, Container::kTop + 480};
     const RECT clip{Container::kLeft + 100, 0, Container::kLeft + 300, Container::kTop + 50};
     const auto object = container.as<IOleInPlaceObject>();
     EXPECT_EQ(object->SetObjectRects(&place, &clip), S_OK);
@@ -198,7 +198,7 @@ TEST_F(ContainerTest, CollapsesAndExpands) {
     ComPtr<EventSink> sink;
     sink = new EventSink;
     container.connect(sink.Get());
-    container.resize(700, 500);
+    container.resize(740, 500);
     container.site->onPosRectChange = [&](const RECT& wanted) {
         EXPECT_EQ(container.as<IOleInPlaceObject>()->SetObjectRects(&wanted, &wanted), S_OK);
     };
@@ -212,12 +212,12 @@ TEST_F(ContainerTest, CollapsesAndExpands) {
         postRightClick(container.panel(), 26, 21);
         EXPECT_EQ(windowText(container.panel()), L"+");
         EXPECT_EQ(container.size().cy, kCollapsed);
-        EXPECT_EQ(container.size().cx, 700);
-        expectLayout(700, kCollapsed, 21);
+        EXPECT_EQ(container.size().cx, 740);
+        expectLayout(740, kCollapsed, 21);
         postRightClick(container.panel(), 0, 0);
         EXPECT_EQ(windowText(container.panel()), L"-");
         EXPECT_EQ(container.size().cy, 500);
-        expectLayout(700, 500);
+        expectLayout(740, 500);
     }
     const HeardEvent collapsed{kChgHeight, {kCollapsed * 15.0}, {VT_I2}};
     const HeardEvent expanded{kChgHeight, {500 * 15.0}, {VT_I2}};

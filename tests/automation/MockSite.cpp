@@ -84,7 +84,7 @@ HRESULT MockFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR /*
 }
 
 MockSite::MockSite(HWND window)
-    : place{Container::kLeft, Container::kTop, Container::kLeft + 600, Container::kTop + 440}, window_(window) {
+    : place{Container::kLeft, Container::kTop, Container::kLeft + 720, Container::kTop + 480}, window_(window) {
     frame = new MockFrame(window);
 }
 

@@ -102,7 +102,7 @@ class Scene {
         ComPtr<IOleObject> object;
         ASSERT_EQ(scope_.get()->QueryInterface(IID_PPV_ARGS(object.GetAddressOf())), S_OK);
         display_.panelHeight = panelHeight();
-        SIZEL size{dice_.whole(15876, 19000), dice_.whole(6800, 12500)};
+        SIZEL size{dice_.whole(19051, 22000), dice_.whole(8400, 14000)};
         if (dice_.oneIn(8))
             size.cx = 5000;
         ASSERT_EQ(object->SetExtent(DVASPECT_CONTENT, &size), S_OK);

@@ -147,8 +147,8 @@ TEST_F(ControlStateTest, ColorsOfTheSurfacesRedrawAtOnce) {
 TEST_F(ControlStateTest, SmallestSizeStaysThatOfTheStart) {
     const std::int16_t width = scope.MinWid();
     const std::int16_t height = scope.MinHgt();
-    EXPECT_EQ(width, 9000);
-    EXPECT_EQ(height, 6600);
+    EXPECT_EQ(width, 10800);
+    EXPECT_EQ(height, 7200);
     scope.resize(20000.0, 15000.0);
     scope.resize(12000.0, 5000.0);
     EXPECT_EQ(scope.MinWid(), width);
@@ -232,12 +232,12 @@ TEST_F(ControlStateTest, RedrawingOneChannelIgnoresItsErrors) {
 }
 
 TEST_F(ControlStateTest, SizesThatAreNoSizesAreReportedAndKeepTheOldOne) {
-    scope.resize(-1.0, 6600.0);
+    scope.resize(-1.0, 7200.0);
     EXPECT_EQ(takeReport().number, util::error_number::kInvalidPropertyValue);
-    scope.resize(9000.0, std::numeric_limits<double>::infinity());
+    scope.resize(10800.0, std::numeric_limits<double>::infinity());
     EXPECT_EQ(takeReport().number, util::error_number::kOverflow);
-    EXPECT_EQ(ui.userControl.width(), 9000.0);
-    EXPECT_EQ(ui.userControl.height(), 6600.0);
+    EXPECT_EQ(ui.userControl.width(), 10800.0);
+    EXPECT_EQ(ui.userControl.height(), 7200.0);
 }
 
 TEST_F(ControlStateTest, ControlGivesBackItsChannelsAtTheEnd) {

@@ -301,7 +301,7 @@ TEST_F(SpectrumDrawingTest, LabelsStandUnderEverySecondGridLine) {
 }
 
 TEST_F(SpectrumDrawingTest, LabelsStandUnderThePictureWithinTheStrip) {
-    scope.resize(9000.0, 6600.0);
+    scope.resize(10800.0, 7200.0);
     divert();
     scope.DrawDisplay();
     const double bottom = (ui.picSpectrum.top() + ui.picSpectrum.height()) / 15.0;
