@@ -59,7 +59,11 @@ void Bandscope::connectHandlers() {
     ui_.tdKnGrid.onValueChanged = [this](double d) { tdKnGrid_ValueChanged(d); };
     ui_.tdKnGrid.onTurnEnd = [this] { tdKnGrid_TurnEnd(); };
     ui_.tdKnCenter.onValueChanged = [this](double d) { applyNewCenter(d); };
-    ui_.tdKnCenter.onTurnEnd = [this] { tellRangeChanged(); };
+    ui_.tdKnCenter.onTurnEnd = [this] {
+        // Each new center gave the knob its start range; under the hand it could not be rescaled.
+        rescaleKnobsToRange();
+        tellRangeChanged();
+    };
     ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
     ui_.tdKnMovCenter.onTurnEnd = [this] { applyNewCenter(ui_.tdKnMovCenter.dVal()); };
     ui_.tdKnCursor.onValueChanged = [this](double d) { setShownCursor(d); };

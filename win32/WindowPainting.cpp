@@ -163,8 +163,12 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
         case WidgetKind::ComboBox:
             paintComboBox(dc, bounds, static_cast<formenv::ComboBox&>(widget), platform_);
             break;
-        case WidgetKind::TextBox:
         case WidgetKind::Custom:
+            if (auto* knob = dynamic_cast<turndial::KnobBase*>(&widget))
+                KnobWindow::paint(*knob, platform_, dc, origin,
+                                  {static_cast<int>(at.right - at.left), static_cast<int>(at.bottom - at.top)});
+            break;
+        case WidgetKind::TextBox:
             break;
     }
 }

@@ -117,6 +117,7 @@ bool WindowTree::registerClasses() noexcept {
 void unregisterWindowClasses() noexcept {
     for (const wchar_t* name : {kRootClass, kFrameClass, kPictureClass})
         UnregisterClassW(name, ownModule());
+    KnobWindow::unregisterClasses();
 }
 
 WindowTree::WindowTree(Widget& root, WinPlatform& platform, Callbacks callbacks)
@@ -124,6 +125,8 @@ WindowTree::WindowTree(Widget& root, WinPlatform& platform, Callbacks callbacks)
 
 WindowTree::~WindowTree() {
     callbacks_ = {};
+    // They would hold the owner, which may be on its way out, through the messages of their end.
+    knobs_.clear();
     destroy();
 }
 
@@ -145,6 +148,11 @@ bool WindowTree::create(HWND parent, const RECT& place) {
 
 void WindowTree::createChildren(Widget& parent, HWND window) {
     for (Widget* child : parent.children()) {
+        if (auto* knob = dynamic_cast<turndial::KnobBase*>(child)) {
+            if (std::unique_ptr<KnobWindow> made = KnobWindow::create(*knob, platform_, window, callbacks_.owner))
+                knobs_.push_back(std::move(made));
+            continue;
+        }
         const WindowSort sort = sortOf(*child);
         if (!sort.className)
             continue;
@@ -170,6 +178,7 @@ void WindowTree::rootDestroyed() noexcept {
     root_ = nullptr;
     toolTips_.close();
     stale_.clear();
+    knobs_.clear();
     windows_.clear();
     platform_.setOwner(nullptr);
     if (callbacks_.destroyed)

@@ -13,6 +13,7 @@
 
 #include "formenv/PictureBox.h"
 #include "formenv/Widget.h"
+#include "win32/KnobWindow.h"
 #include "win32/ToolTips.h"
 #include "win32/WinPlatform.h"
 
@@ -92,6 +93,7 @@ class WindowTree {
     Callbacks callbacks_;
     HWND root_ = nullptr;
     std::map<HWND, std::unique_ptr<WidgetWindow>> windows_;
+    std::vector<std::unique_ptr<KnobWindow>> knobs_;
     std::vector<HWND> stale_;
     ToolTips toolTips_;
 };

@@ -1,0 +1,154 @@
+// The nudge knob: it reports detents and leaves the value to its program.
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <stdexcept>
+
+#include "KnobFixture.h"
+
+namespace {
+
+using namespace kv::turndial;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class KnobMover : public testing::Test {
+  protected:
+    KnobMover() {
+        mover.setDVal(437.5);
+        listen(mover, heard);
+        image.paint(mover);
+    }
+    void take(int x, int y) {
+        mover.mouseDown(x - 3, y, kPlain);
+        mover.mouseMove(x, y, kPlain);
+    }
+
+    tdKnMover mover{nullptr, L"tdKnMov"};
+    Heard heard;
+    KnobImage image{120, 60};
+};
+
+TEST_F(KnobMover, PushingRightOrUpReportsDetents) {
+    take(50, 30);
+    mover.mouseMove(61, 30, kPlain);
+    EXPECT_THAT(taken(heard), IsEmpty());
+    mover.mouseMove(62, 30, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v 1"));
+    mover.mouseMove(62, 18, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v 1"));
+    mover.mouseMove(38, 18, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v -1", "v -1"));
+    mover.mouseUp(38, 18, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("end"));
+    EXPECT_EQ(mover.dVal(), 437.5);
+}
+
+TEST_F(KnobMover, ControlTakesTenTimesTheWay) {
+    take(50, 30);
+    mover.mouseMove(169, 30, kControl);
+    EXPECT_THAT(taken(heard), IsEmpty());
+    mover.mouseMove(171, 30, kControl);
+    EXPECT_THAT(taken(heard), ElementsAre("v 1"));
+}
+
+TEST_F(KnobMover, AClickOnAnArrowIsOneDetent) {
+    mover.mouseDown(8, 35, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v -1"));
+    mover.mouseMove(80, 35, kPlain);
+    mover.mouseMove(100, 35, kPlain);
+    EXPECT_THAT(taken(heard), IsEmpty());
+    mover.mouseUp(100, 35, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("end"));
+    mover.mouseDown(112, 35, kPlain);
+    mover.mouseUp(112, 35, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v 1", "end"));
+}
+
+TEST_F(KnobMover, AClickOnTheWheelTellsNothing) {
+    mover.mouseDown(60, 35, kPlain);
+    mover.mouseUp(61, 35, kPlain);
+    EXPECT_THAT(heard, IsEmpty());
+}
+
+TEST_F(KnobMover, NotchesAndKeys) {
+    mover.wheel(240, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v 1", "v 1", "end"));
+    mover.wheel(-60, kPlain);
+    mover.wheel(-60, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v -1", "end"));
+    mover.keyDown(Key::Left, kPlain);
+    mover.keyDown(Key::Left, kPlain);
+    mover.keyUp(Key::Left);
+    EXPECT_THAT(taken(heard), ElementsAre("v -1", "v -1", "end"));
+    mover.keyDown(Key::PageUp, kPlain);
+    EXPECT_THAT(heard, SizeIs(10));
+    EXPECT_THAT(taken(heard), Each("v 1"));
+    mover.keyUp(Key::PageUp);
+    EXPECT_THAT(taken(heard), ElementsAre("end"));
+}
+
+TEST_F(KnobMover, ItHasNoEnds) {
+    EXPECT_FALSE(mover.wantsKey(Key::Home));
+    EXPECT_FALSE(mover.wantsKey(Key::End));
+    EXPECT_FALSE(mover.keyDown(Key::Home, kPlain));
+    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_TRUE(mover.wantsKey(Key::Left));
+    EXPECT_FALSE(mover.wantsKey(Key::Escape));
+}
+
+TEST_F(KnobMover, EscapeTakesTheDetentsBack) {
+    take(50, 30);
+    mover.mouseMove(90, 30, kPlain);
+    mover.mouseMove(70, 30, kPlain);
+    EXPECT_THAT(taken(heard), ElementsAre("v 1", "v 1", "v 1", "v -1"));
+    EXPECT_TRUE(mover.keyDown(Key::Escape, kPlain));
+    EXPECT_THAT(taken(heard), ElementsAre("v -1", "v -1"));
+    mover.mouseUp(70, 30, kPlain);
+    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_FALSE(mover.holdsMouse());
+}
+
+TEST_F(KnobMover, OneMovementIsBounded) {
+    take(50, 30);
+    mover.mouseMove(2000000000, 30, kPlain);
+    EXPECT_THAT(heard, SizeIs(100));
+    taken(heard);
+    mover.wheel(std::numeric_limits<int>::max(), kPlain);
+    EXPECT_THAT(heard, IsEmpty());
+    mover.captureLost();
+    EXPECT_THAT(taken(heard), ElementsAre("end"));
+    mover.wheel(std::numeric_limits<int>::min(), kPlain);
+    EXPECT_THAT(heard, SizeIs(101));
+    EXPECT_EQ(heard.back(), "end");
+}
+
+TEST_F(KnobMover, ATurnThatEndsInsideOfAHandlerReportsNoFurtherDetents) {
+    mover.onValueChanged = [this](double) {
+        heard.emplace_back("v");
+        mover.captureLost();
+    };
+    take(50, 30);
+    mover.mouseMove(110, 30, kPlain);
+    EXPECT_THAT(heard, ElementsAre("v", "end"));
+}
+
+TEST_F(KnobMover, AThrowingHandlerDoesNotKeepItHeld) {
+    mover.onValueChanged = [](double) { throw std::runtime_error("program's fault"); };
+    EXPECT_THROW(mover.mouseDown(112, 35, kPlain), std::runtime_error);
+    EXPECT_FALSE(mover.holdsMouse());
+    mover.mouseUp(112, 35, kPlain);
+    EXPECT_THAT(heard, IsEmpty());
+}
+
+TEST_F(KnobMover, TheProgramsValueIsShown) {
+    mover.sFormat = L"##0.00000";
+    EXPECT_EQ(mover.sValText(), L"437.50000");
+    mover.onValueChanged = [this](double amount) { mover.setDVal(mover.dVal() + amount * 0.25); };
+    mover.wheel(120, kPlain);
+    EXPECT_EQ(mover.sValText(), L"437.75000");
+}
+
+}  // namespace

@@ -1,0 +1,308 @@
+// What knobs look like: that whatever matters can be seen, and that nothing else is touched.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <set>
+
+#include "KnobFixture.h"
+#include "formenv/HeadlessPlatform.h"
+
+namespace {
+
+using namespace kv::turndial;
+using kv::formenv::PixelBuffer;
+using Pixels = std::vector<std::uint32_t>;
+
+std::unique_ptr<KnobBase> dial() {
+    auto knob = std::make_unique<tdKnob>(nullptr, L"");
+    knob->dMinVal = 430.0;
+    knob->dMaxVal = 450.0;
+    knob->bOption1 = true;
+    knob->setDVal(437.5);
+    return knob;
+}
+std::unique_ptr<KnobBase> selector() {
+    auto knob = std::make_unique<tdKnob>(nullptr, L"");
+    addDecades(*knob);
+    knob->setDVal(2.0);
+    return knob;
+}
+std::unique_ptr<KnobBase> mover() {
+    return std::make_unique<tdKnMover>(nullptr, L"");
+}
+
+class KnobPainting : public testing::TestWithParam<std::unique_ptr<KnobBase> (*)()> {
+  protected:
+    KnobPainting() {
+        knob->setSCaption(L"Center Freq (MHz)");
+        knob->bShowValue = true;
+    }
+    std::unique_ptr<KnobBase> knob = GetParam()();
+};
+
+TEST_P(KnobPainting, IsTheSameEveryTime) {
+    KnobImage first(120, 110);
+    KnobImage second(120, 110);
+    const Pixels before = first.paint(*knob);
+    EXPECT_EQ(before, first.paint(*knob));
+    EXPECT_EQ(before, second.paint(*knob));
+}
+
+TEST_P(KnobPainting, WhatMattersCanBeSeen) {
+    KnobImage image(120, 110);
+    std::set<Pixels> seen;
+    const auto isNew = [&](const char* what) { EXPECT_TRUE(seen.insert(image.paint(*knob)).second) << what; };
+    isNew("start");
+    knob->hover(true);
+    isNew("hover");
+    knob->focus(true);
+    isNew("focus and hover");
+    knob->hover(false);
+    isNew("focus");
+    knob->setEnabled(false);
+    isNew("disabled");
+    knob->setEnabled(true);
+    knob->focus(false);
+    knob->setSCaption(L"Other");
+    isNew("caption");
+    knob->bShowValue = false;
+    isNew("no read-out");
+    knob->sFormat = L"0.000";
+    knob->bShowValue = true;
+    isNew("format");
+    knob->setDVal(442.75);
+    isNew("value");
+    knob->mouseDown(1, 1, kPlain);
+    isNew("held");
+}
+
+TEST_P(KnobPainting, TurningShowsInTheBody) {
+    knob->bShowValue = false;
+    KnobImage image(120, 110);
+    Pixels last = image.paint(*knob);
+    for (int i = 0; i < 5; ++i) {
+        knob->wheel(120, kPlain);
+        const Pixels now = image.paint(*knob);
+        EXPECT_NE(now, last);
+        last = now;
+    }
+}
+
+TEST_P(KnobPainting, NothingOutsideIsTouchedAtAnySize) {
+    for (const int dpi : {96, 120, 144, 192, 600, 1}) {
+        for (int width = 1; width <= 41; width += 5) {
+            for (int height = 1; height <= 41; height += 4) {
+                KnobImage image(width, height);
+                for (const bool focus : {false, true}) {
+                    knob->focus(focus);
+                    image.paint(*knob, dpi);
+                }
+                EXPECT_TRUE(image.guardsStand()) << width << 'x' << height << " at " << dpi;
+            }
+        }
+    }
+    for (const auto& [width, height] : {std::pair{1, 300}, {300, 1}, {150, 130}, {700, 500}, {60, 200}}) {
+        KnobImage image(width, height);
+        image.paint(*knob);
+        EXPECT_TRUE(image.guardsStand()) << width << 'x' << height;
+    }
+}
+
+TEST_P(KnobPainting, ASurfaceWithoutPixelsIsLeftAlone) {
+    kv::formenv::BlockTextPainter letters;
+    knob->paint(PixelBuffer{}, letters, 96, KnobPalette{});
+    knob->mouseDown(3, 3, kPlain);
+    knob->mouseMove(30, 30, kPlain);
+    EXPECT_TRUE(knob->holdsMouse());
+}
+
+TEST_P(KnobPainting, TheWholePictureIsPainted) {
+    KnobPalette palette;
+    palette.face = 0x123456;
+    KnobImage image(120, 110);
+    image.paint(*knob, 96, palette);
+    for (const auto& [x, y] : {std::pair{0, 0}, {119, 0}, {0, 109}, {119, 109}})
+        EXPECT_EQ(image.buffer.row(y)[x], 0x563412U);
+}
+
+TEST_P(KnobPainting, HighContrastKeepsToItsColours) {
+    KnobPalette palette;
+    palette.face = 0x000000;
+    palette.text = 0xFFFFFF;
+    palette.accent = 0x00FFFF;
+    palette.shadow = 0x123456;
+    palette.highlight = 0x654321;
+    palette.highContrast = true;
+    KnobImage image(120, 110);
+    knob->hover(true);
+    image.paint(*knob, 96, palette);
+    for (int y = 0; y < image.buffer.height; ++y) {
+        for (int x = 0; x < image.buffer.width; ++x) {
+            // Black, white and yellow and what smooth edges make of them: red and green stay the same.
+            const std::uint32_t pixel = image.buffer.row(y)[x];
+            ASSERT_EQ((pixel >> 16) & 0xFFU, (pixel >> 8) & 0xFFU) << x << ' ' << y;
+        }
+    }
+}
+
+TEST_P(KnobPainting, FinerScreensShowAFinerPicture) {
+    KnobImage coarse(120, 110);
+    KnobImage fine(240, 220);
+    coarse.paint(*knob, 96);
+    fine.paint(*knob, 192);
+    const auto inked = [](const KnobImage& image) {
+        int count = 0;
+        for (int y = 0; y < image.buffer.height; ++y) {
+            for (int x = 0; x < image.buffer.width; ++x)
+                count += image.buffer.row(y)[x] != 0xF0F0F0U ? 1 : 0;
+        }
+        return count;
+    };
+    const double ratio = inked(fine) / static_cast<double>(inked(coarse));
+    // Four times the pixels; the letters of this test do not grow, which leaves the body more room.
+    EXPECT_GT(ratio, 3.0);
+    EXPECT_LT(ratio, 6.5);
+}
+
+std::string nameOf(const testing::TestParamInfo<std::unique_ptr<KnobBase> (*)()>& kind) {
+    return std::array<const char*, 3>{"Dial", "Selector", "Mover"}.at(kind.index);
+}
+INSTANTIATE_TEST_SUITE_P(All, KnobPainting, testing::Values(&dial, &selector, &mover), &nameOf);
+
+TEST(KnobPaintingDial, EveryStyleShowsTheValueInItsWay) {
+    tdKnob knob(nullptr, L"");
+    knob.setDVal(70.0);
+    KnobImage image(120, 110);
+    std::set<Pixels> seen;
+    for (const auto style : {std::int16_t{0}, std::int16_t{1}, std::int16_t{2}}) {
+        knob.iKnobStyle = style;
+        EXPECT_TRUE(seen.insert(image.paint(knob)).second);
+    }
+    knob.iKnobStyle = 77;
+    EXPECT_FALSE(seen.insert(image.paint(knob)).second);
+}
+
+TEST(KnobPaintingDial, ValuesOffTheScaleAndNoNumbersArePainted) {
+    tdKnob knob(nullptr, L"");
+    knob.bShowValue = true;
+    KnobImage image(120, 110);
+    for (const double value : {-5.0, 1e300, std::nan("")}) {
+        knob.setDVal(value);
+        image.paint(knob);
+        EXPECT_TRUE(image.guardsStand());
+    }
+    knob.dMinVal = std::nan("");
+    image.paint(knob);
+    EXPECT_TRUE(image.guardsStand());
+}
+
+/// Writes down where texts were painted.
+class NotingLetters final : public kv::formenv::BlockTextPainter {
+  public:
+    void draw(const PixelBuffer& buffer, kv::formenv::PixelPoint at, std::wstring_view text,
+              const kv::formenv::Font& font, kv::formenv::Rgb color) override {
+        const kv::formenv::PixelSize size = textSize(text, font);
+        boxes.push_back({at.x, at.y, at.x + size.width, at.y + size.height});
+        texts.emplace_back(text);
+        BlockTextPainter::draw(buffer, at, text, font, color);
+    }
+    std::vector<kv::formenv::PixelRect> boxes;
+    std::vector<std::wstring> texts;
+};
+
+TEST_P(KnobPainting, NoTwoTextsOverlap) {
+    for (int width = 20; width <= 200; width += 10) {
+        for (int height = 20; height <= 200; height += 10) {
+            KnobImage image(width, height);
+            NotingLetters letters;
+            knob->paint(image.buffer, letters, 96, KnobPalette{});
+            for (std::size_t i = 0; i < letters.boxes.size(); ++i) {
+                const auto& a = letters.boxes[i];
+                EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.right <= width && a.bottom <= height);
+                for (std::size_t j = 0; j < i; ++j) {
+                    const auto& b = letters.boxes[j];
+                    EXPECT_TRUE(a.right <= b.left || b.right <= a.left || a.bottom <= b.top || b.bottom <= a.top)
+                        << width << 'x' << height;
+                }
+            }
+        }
+    }
+}
+
+TEST_P(KnobPainting, LongCaptionsEndInAnEllipsis) {
+    knob->setSCaption(std::wstring(500, L'W'));
+    KnobImage image(120, 110);
+    NotingLetters letters;
+    knob->paint(image.buffer, letters, 96, KnobPalette{});
+    ASSERT_FALSE(letters.texts.empty());
+    const auto caption = std::find_if(letters.texts.begin(), letters.texts.end(),
+                                      [](const std::wstring& text) { return text.starts_with(L"WWW"); });
+    ASSERT_NE(caption, letters.texts.end());
+    EXPECT_EQ(caption->back(), L'\u2026');
+    EXPECT_LT(caption->size(), 25U);
+}
+
+TEST_P(KnobPainting, TheValueOutlastsTheCaptionInASmallPlace) {
+    KnobImage image(80, 52);
+    NotingLetters letters;
+    knob->setSCaption(L"Name");
+    knob->setSValText(L"12345");
+    knob->paint(image.buffer, letters, 96, KnobPalette{});
+    EXPECT_THAT(letters.texts, testing::Contains(L"12345"));
+    EXPECT_THAT(letters.texts, testing::Not(testing::Contains(L"Name")));
+    KnobImage smaller(80, 47);
+    NotingLetters none;
+    knob->paint(smaller.buffer, none, 96, KnobPalette{});
+    EXPECT_THAT(none.texts, testing::Not(testing::Contains(L"12345")));
+    EXPECT_THAT(none.texts, testing::Not(testing::Contains(L"Name")));
+}
+
+TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
+    kv::formenv::HeadlessPlatform platform;
+    tdKnob knob(nullptr, L"");
+    KnobPalette palette = systemPalette(platform, knob);
+    EXPECT_EQ(palette.face, 0xF0F0F0U);
+    EXPECT_EQ(palette.text, 0x000000U);
+    EXPECT_EQ(palette.shadow, 0xA0A0A0U);
+    EXPECT_FALSE(palette.highContrast);
+    knob.setBackColor(0x0000FF);
+    knob.setForeColor(0x00FF00);
+    palette = systemPalette(platform, knob);
+    EXPECT_EQ(palette.face, 0x0000FFU);
+    EXPECT_EQ(palette.text, 0x00FF00U);
+    knob.setBackColor(0x000000);
+    knob.setForeColor(0xFFFFFF);
+    EXPECT_TRUE(systemPalette(platform, knob).highContrast);
+}
+
+/// The window's side of the widget: counts what it is told.
+class CountingPeer final : public kv::formenv::Peer {
+  public:
+    void changed(kv::formenv::Change what) override { (what == kv::formenv::Change::Value ? values : others) += 1; }
+    int values = 0;
+    int others = 0;
+};
+
+TEST_P(KnobPainting, TheWindowIsToldToPaintAgain) {
+    CountingPeer peer;
+    knob->setPeer(&peer);
+    knob->setDVal(433.0);
+    knob->setDVal(433.0);
+    knob->setSValText(L"x");
+    knob->setSValText(L"x");
+    EXPECT_EQ(peer.values, 2);
+    for (const std::function<void()>& action : std::initializer_list<std::function<void()>>{
+             [&] { knob->Refresh(); }, [&] { knob->hover(true); }, [&] { knob->focus(true); },
+             [&] { knob->mouseDown(5, 5, kPlain); }, [&] { knob->cancel(); }, [&] { knob->wheel(120, kPlain); }}) {
+        const int before = peer.values + peer.others;
+        action();
+        EXPECT_GT(peer.values + peer.others, before);
+    }
+    knob->setPeer(nullptr);
+}
+
+}  // namespace

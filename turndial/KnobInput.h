@@ -1,0 +1,63 @@
+// A knob as the window that stands for it sees it: what the user does goes in, a picture comes out.
+#pragma once
+
+#include "formenv/PixelBuffer.h"
+#include "formenv/TextPainter.h"
+#include "turndial/KnobPalette.h"
+
+namespace kv::turndial {
+
+/// The keys that mean something to a knob, and those that it must leave to its form.
+enum class Key { Left, Right, Up, Down, PageUp, PageDown, Home, End, Escape, Tab, Enter, Other };
+
+/// The keys held beside a mouse button, a wheel notch or a key.
+struct Modifiers {
+    bool control = false;  ///< fine turning
+};
+
+/// How a hand turns a knob:
+/// - By the mouse. Taken by its rim, a dial turns with the hand round its middle; taken anywhere else, pushing up or
+///   to the right turns it up. The first two pixels (at 96 dots an inch) turn nothing, so that a click never does.
+///   Pushed past an end it stays there and turns back at once. A nudge knob's arrows give one detent a click.
+/// - By the wheel, one detent a notch; the parts of a notch that fine wheels report add up.
+/// - By keys: right and up turn up by one detent, left and down turn down, the page keys by several, Home and End go
+///   to the ends of the scale. Tab and Enter belong to the form, and so does Escape while nothing is being turned.
+/// - Control makes each of these finer, ten times where the scale allows it.
+///
+/// What the program hears: ValueChanged whenever the value changes under the hand, TurnEnd once when the hand lets go,
+/// provided that the turn has changed anything. A wheel movement is a whole turn of its own; a key's turn lasts from
+/// the first press to the release, repeats included. Losing the capture or the focus lets go. Escape and the right
+/// button give a running turn up: the value goes back to where it was, which ValueChanged tells, and no TurnEnd
+/// follows. When a handler throws, the turn is over and the exception goes on to the caller.
+///
+/// The scale under a held mouse button stays the one it was at the press, whatever the program sets meanwhile.
+///
+/// Places are pixels from the widget's upper left corner, as in the last picture painted.
+class KnobControl {
+  public:
+    virtual ~KnobControl() = default;
+
+    virtual void mouseDown(int x, int y, Modifiers modifiers) = 0;
+    virtual void mouseMove(int x, int y, Modifiers modifiers) = 0;
+    virtual void mouseUp(int x, int y, Modifiers modifiers) = 0;
+    /// `delta` is 120 for a notch away from the user.
+    virtual void wheel(int delta, Modifiers modifiers) = 0;
+    /// True when the key was for the knob.
+    virtual bool keyDown(Key key, Modifiers modifiers) = 0;
+    virtual void keyUp(Key key) = 0;
+    [[nodiscard]] virtual bool wantsKey(Key key) const = 0;
+    virtual void focus(bool has) = 0;
+    virtual void hover(bool over) = 0;
+    /// Another window took the mouse.
+    virtual void captureLost() = 0;
+    /// Gives a running turn up.
+    virtual void cancel() = 0;
+    /// While true the window keeps the mouse.
+    [[nodiscard]] virtual bool holdsMouse() const = 0;
+
+    /// Paints the whole buffer. `text` must measure and paint for the same dots an inch.
+    virtual void paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& text, int dpi,
+                       const KnobPalette& palette) = 0;
+};
+
+}  // namespace kv::turndial

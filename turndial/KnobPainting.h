@@ -1,0 +1,70 @@
+// How knobs look: the panel around them with caption and read-out, the dial and the nudge wheel.
+#pragma once
+
+#include <numbers>
+#include <string>
+
+#include "formenv/Smooth.h"
+#include "formenv/TextPainter.h"
+#include "turndial/DialLayout.h"
+#include "turndial/KnobPalette.h"
+#include "turndial/KnobScale.h"
+
+namespace kv::turndial {
+
+/// All that a part of a knob is painted with.
+struct KnobPicture {
+    KnobPicture(const formenv::PixelBuffer& buffer, formenv::TextPainter& textPainter, int dpi, const KnobInk& colors,
+                const KnobLook& present, const formenv::Font& captionFont)
+        : shapes(buffer), text(textPainter), unit(dpi / 96.0), ink(colors), look(present), font(captionFont) {
+        labelFont = captionFont;
+        labelFont.points *= 0.9;
+    }
+
+    formenv::SmoothPainter shapes;
+    formenv::TextPainter& text;
+    double unit;  ///< pixels that stand for one at 96 dots an inch
+    KnobInk ink;
+    KnobLook look;
+    formenv::Font font;
+    formenv::Font labelFont;
+};
+
+/// Clears the picture and paints caption and read-out, each left out when it is empty or when there is no room for it
+/// beside a body of a useful size. Returns the room for the body.
+[[nodiscard]] formenv::SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption,
+                                            const std::wstring& readOut);
+
+/// Marks the knob that the keyboard turns.
+void paintFocus(const KnobPicture& picture);
+
+/// Where a hand takes a dial by its rim.
+struct DialPlace {
+    formenv::SmoothPoint center;
+    double rimInside = 0.0;
+    double rimOutside = 0.0;
+
+    [[nodiscard]] bool onRim(formenv::SmoothPoint at) const noexcept;
+};
+
+/// A dial that shows `value` on `scale`; `style` is a knob's iKnobStyle.
+DialPlace paintDial(const KnobPicture& picture, const formenv::SmoothBox& area, const KnobScale& scale, double value,
+                    int style);
+
+/// After so many detents, from rib to rib, a nudge wheel looks the same again. With less than three a single one would
+/// not show its direction.
+inline constexpr int kWheelDetents = 3;
+
+/// The arrows at the sides of a nudge wheel.
+struct WheelPlace {
+    formenv::SmoothBox left;
+    formenv::SmoothBox right;
+
+    /// -1 on the left arrow, 1 on the right one, 0 elsewhere.
+    [[nodiscard]] int arrowAt(formenv::SmoothPoint at) const noexcept;
+};
+
+/// A ribbed wheel seen from its edge, turned by `roll` detents; `pointed` is the arrow under the pointer.
+WheelPlace paintWheel(const KnobPicture& picture, const formenv::SmoothBox& area, double roll, int pointed);
+
+}  // namespace kv::turndial

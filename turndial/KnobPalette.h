@@ -1,0 +1,49 @@
+// The colours that a knob is painted with.
+#pragma once
+
+#include "formenv/Platform.h"
+#include "formenv/Widget.h"
+
+namespace kv::turndial {
+
+struct KnobPalette {
+    formenv::Rgb face = 0xF0F0F0;       ///< what the knob stands on
+    formenv::Rgb text = 0x000000;       ///< caption, read-out, labels
+    formenv::Rgb shadow = 0xA0A0A0;     ///< edges and grooves
+    formenv::Rgb highlight = 0xFFFFFF;  ///< lit surfaces
+    formenv::Rgb accent = 0xD77800;     ///< the value and the focus
+    formenv::Rgb grayText = 0x6D6D6D;   ///< text that is out of use
+    bool highContrast = false;          ///< lines instead of shading, these colours and no mixture of them
+
+    friend bool operator==(const KnobPalette&, const KnobPalette&) = default;
+};
+
+/// The system's present colours with the widget's own background and text. High contrast is taken for what only its
+/// schemes have: text and background as far apart as black and white.
+[[nodiscard]] KnobPalette systemPalette(const formenv::Platform& platform, const formenv::Widget& widget) noexcept;
+
+/// How a knob stands at the moment.
+struct KnobLook {
+    bool enabled = true;
+    bool hover = false;
+    bool focus = false;
+    bool held = false;
+
+    friend bool operator==(const KnobLook&, const KnobLook&) = default;
+};
+
+/// What the parts of a knob are painted with, worked out from a palette for one look.
+struct KnobInk {
+    formenv::Rgb face, text, label;
+    formenv::Rgb bodyTop, bodyBottom, bodyEdge;  ///< the part that turns
+    formenv::Rgb groove;                         ///< lines cut into it
+    formenv::Rgb track, tick;                    ///< the scale
+    formenv::Rgb value, pointer;
+    formenv::Rgb field, fieldEdge;  ///< behind the read-out
+    formenv::Rgb focus;
+    double shadow;  ///< opacity of the body's shadow
+};
+
+[[nodiscard]] KnobInk inkFor(const KnobPalette& palette, const KnobLook& look) noexcept;
+
+}  // namespace kv::turndial

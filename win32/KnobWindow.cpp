@@ -1,0 +1,406 @@
+#include "win32/KnobWindow.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+#include "formenv/Twips.h"
+#include "win32/DibSurface.h"
+
+namespace kv::win32 {
+
+using formenv::Change;
+using turndial::Key;
+using turndial::KnobBase;
+using turndial::KnobPalette;
+
+namespace {
+
+constexpr const wchar_t* kClasses[] = {L"tdKnob", L"tdKnMover"};
+
+/// The module that this code stands in, whichever that is.
+HINSTANCE ownModule() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<LPCWSTR>(&kClasses), &module);
+    return module;
+}
+
+bool registerClasses(WNDPROC procedure) noexcept {
+    WNDCLASSEXW info{};
+    info.cbSize = sizeof info;
+    info.lpfnWndProc = procedure;
+    info.hInstance = ownModule();
+    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    for (const wchar_t* name : kClasses) {
+        // No double clicks: the second press of a quick hand turns like the first.
+        info.lpszClassName = name;
+        if (!RegisterClassExW(&info) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
+            return false;
+    }
+    return true;
+}
+
+struct ReleaseUnknown {
+    void operator()(IUnknown* object) const noexcept { object->Release(); }
+};
+using Held = std::unique_ptr<IUnknown, ReleaseUnknown>;
+
+Held hold(IUnknown* object) {
+    if (object)
+        object->AddRef();
+    return Held(object);
+}
+
+class Painting {
+  public:
+    explicit Painting(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
+    ~Painting() { EndPaint(window_, &paint_); }
+    Painting(const Painting&) = delete;
+    Painting& operator=(const Painting&) = delete;
+    [[nodiscard]] HDC dc() const noexcept { return dc_; }
+
+  private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    HDC dc_;
+};
+
+/// Letters for a knob, painted by the surface that it stands on.
+class SurfaceLetters final : public formenv::TextPainter {
+  public:
+    explicit SurfaceLetters(formenv::Canvas& canvas) : canvas_(canvas) {}
+    formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override {
+        return canvas_.textSize(text, font);
+    }
+    void draw(const formenv::PixelBuffer& /*buffer*/, formenv::PixelPoint at, std::wstring_view text,
+              const formenv::Font& font, formenv::Rgb color) override {
+        canvas_.text(at, text, font, color);
+    }
+
+  private:
+    formenv::Canvas& canvas_;
+};
+
+KnobPalette presentPalette(const KnobBase& knob, const WinPlatform& platform) {
+    KnobPalette palette = turndial::systemPalette(platform, knob);
+    HIGHCONTRASTW contrast{};
+    contrast.cbSize = sizeof contrast;
+    if (SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
+        (contrast.dwFlags & HCF_HIGHCONTRASTON))
+        palette.highContrast = true;
+    return palette;
+}
+
+void paintInto(formenv::Surface& surface, KnobBase& knob, WinPlatform& platform, const KnobPalette& palette) {
+    SurfaceLetters letters(surface.canvas());
+    // Stores follow: nothing of GDI's may still be on its way into the same pixels.
+    GdiFlush();
+    knob.paint(surface.pixels(), letters, platform.dpi(), palette);
+}
+
+void copyTo(HDC dc, POINT origin, formenv::Surface& surface) {
+    const formenv::PixelBuffer pixels = surface.pixels();
+    BitBlt(dc, origin.x, origin.y, pixels.width, pixels.height, static_cast<DibSurface&>(surface).dc(), 0, 0, SRCCOPY);
+}
+
+Key keyOf(WPARAM code) {
+    switch (code) {
+        case VK_LEFT:
+            return Key::Left;
+        case VK_RIGHT:
+            return Key::Right;
+        case VK_UP:
+            return Key::Up;
+        case VK_DOWN:
+            return Key::Down;
+        case VK_PRIOR:
+            return Key::PageUp;
+        case VK_NEXT:
+            return Key::PageDown;
+        case VK_HOME:
+            return Key::Home;
+        case VK_END:
+            return Key::End;
+        case VK_ESCAPE:
+            return Key::Escape;
+        case VK_TAB:
+            return Key::Tab;
+        case VK_RETURN:
+            return Key::Enter;
+        default:
+            return Key::Other;
+    }
+}
+
+turndial::Modifiers presentModifiers() {
+    return {GetKeyState(VK_CONTROL) < 0};
+}
+
+/// Keeps the mouse exactly as long as the knob is held by it.
+void followHold(HWND window, const KnobBase& knob) {
+    if (knob.holdsMouse() && GetCapture() != window)
+        SetCapture(window);
+    else if (!knob.holdsMouse() && GetCapture() == window)
+        ReleaseCapture();
+}
+
+}  // namespace
+
+void KnobWindow::unregisterClasses() noexcept {
+    for (const wchar_t* name : kClasses)
+        UnregisterClassW(name, ownModule());
+}
+
+KnobWindow::KnobWindow(KnobBase& knob, WinPlatform& platform, IUnknown* owner)
+    : knob_(knob), platform_(platform), owner_(owner) {}
+
+std::unique_ptr<KnobWindow> KnobWindow::create(KnobBase& knob, WinPlatform& platform, HWND parent, IUnknown* owner) {
+    if (!registerClasses(&KnobWindow::procedure))
+        return nullptr;
+    std::unique_ptr<KnobWindow> made(new KnobWindow(knob, platform, owner));
+    const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | (knob.visible() ? WS_VISIBLE : 0U) |
+                        (knob.enabled() ? 0U : WS_DISABLED);
+    const HWND window = CreateWindowExW(0, knob.className(), knob.sCaption().c_str(), style, 0, 0, 0, 0, parent,
+                                        nullptr, ownModule(), made.get());
+    if (!window)
+        return nullptr;
+    made->place();
+    knob.setPeer(made.get());
+    return made;
+}
+
+KnobWindow::~KnobWindow() {
+    *alive_ = false;
+    if (knob_.peer() == this)
+        knob_.setPeer(nullptr);
+    if (!window_)
+        return;
+    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+    DestroyWindow(window_);
+}
+
+void KnobWindow::changed(Change what) {
+    switch (what) {
+        case Change::Place:
+            place();
+            break;
+        case Change::Visible:
+            ShowWindow(window_, knob_.visible() ? SW_SHOWNA : SW_HIDE);
+            break;
+        case Change::Enabled:
+            EnableWindow(window_, knob_.enabled());
+            invalidate();
+            break;
+        case Change::Caption:
+            SetWindowTextW(window_, knob_.sCaption().c_str());
+            invalidate();
+            break;
+        case Change::ToolTip:
+        case Change::Items:
+            break;
+        case Change::Colors:
+        case Change::Font:
+        case Change::Value:
+        case Change::Picture:
+            invalidate();
+            break;
+    }
+}
+
+void KnobWindow::place() {
+    const int dpi = platform_.dpi();
+    const int left = formenv::twipsToPixels(knob_.left(), dpi);
+    const int top = formenv::twipsToPixels(knob_.top(), dpi);
+    const int width = formenv::twipsToPixels(knob_.left() + knob_.width(), dpi) - left;
+    const int height = formenv::twipsToPixels(knob_.top() + knob_.height(), dpi) - top;
+    SetWindowPos(window_, nullptr, left, top, std::max(width, 0), std::max(height, 0), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void KnobWindow::invalidate() {
+    painted_ = false;
+    if (window_)
+        InvalidateRect(window_, nullptr, FALSE);
+}
+
+void KnobWindow::paint(KnobBase& knob, WinPlatform& platform, HDC dc, POINT origin, formenv::PixelSize size) {
+    if (size.width < 1 || size.height < 1)
+        return;
+    const std::unique_ptr<formenv::Surface> surface = platform.createSurface(size);
+    paintInto(*surface, knob, platform, presentPalette(knob, platform));
+    copyTo(dc, origin, *surface);
+}
+
+void KnobWindow::paintTo(HDC dc) {
+    RECT client{};
+    GetClientRect(window_, &client);
+    if (client.right < 1 || client.bottom < 1)
+        return;
+    if (!surface_ || surface_->pixels().width != client.right || surface_->pixels().height != client.bottom) {
+        surface_ = platform_.createSurface({client.right, client.bottom});
+        painted_ = false;
+    }
+    const KnobPalette palette = presentPalette(knob_, platform_);
+    if (!painted_ || palette != paintedWith_) {
+        paintInto(*surface_, knob_, platform_, palette);
+        paintedWith_ = palette;
+        painted_ = true;
+    }
+    copyTo(dc, {0, 0}, *surface_);
+}
+
+LRESULT CALLBACK KnobWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+        auto* made = static_cast<KnobWindow*>(reinterpret_cast<const CREATESTRUCTW*>(lParam)->lpCreateParams);
+        made->window_ = window;
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(made));
+    }
+    auto* self = reinterpret_cast<KnobWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (!self)
+        return DefWindowProcW(window, message, wParam, lParam);
+    const Held held = hold(self->owner_);
+    const std::shared_ptr<bool> alive = self->alive_;
+    try {
+        return self->handle(message, wParam, lParam);
+    } catch (...) {
+        // A window procedure is called by the system: nothing may leave it.
+        if (*alive && self->window_)
+            followHold(self->window_, self->knob_);
+        return 0;
+    }
+}
+
+LRESULT KnobWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    const HWND window = window_;
+    switch (message) {
+        case WM_NCDESTROY:
+            SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+            window_ = nullptr;
+            break;
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT: {
+            const Painting painting(window);
+            if (painting.dc())
+                paintTo(painting.dc());
+            return 0;
+        }
+        case WM_PRINTCLIENT:
+            paintTo(reinterpret_cast<HDC>(wParam));
+            return 0;
+        case WM_SIZE:
+            invalidate();
+            return 0;
+        case WM_SYSCOLORCHANGE:
+        case WM_SETTINGCHANGE:
+            invalidate();
+            break;
+        case WM_GETDLGCODE:
+            return dialogCode(lParam);
+        default:
+            if (handleInput(message, wParam, lParam))
+                return 0;
+            break;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+/// The arrows always; Escape, and whatever else turning takes, while something is being turned. Tab and Enter stay the
+/// form's.
+LRESULT KnobWindow::dialogCode(LPARAM lParam) const {
+    const auto* asked = reinterpret_cast<const MSG*>(lParam);
+    const bool wanted = asked && (asked->message == WM_KEYDOWN || asked->message == WM_KEYUP)
+                            ? knob_.wantsKey(keyOf(asked->wParam))
+                            : !asked && knob_.wantsKey(Key::Escape);
+    return DLGC_WANTARROWS | (wanted ? DLGC_WANTALLKEYS : 0);
+}
+
+void KnobWindow::pointerMoved(HWND window) {
+    if (tracking_)
+        return;
+    TRACKMOUSEEVENT track{};
+    track.cbSize = sizeof track;
+    track.dwFlags = TME_LEAVE;
+    track.hwndTrack = window;
+    tracking_ = TrackMouseEvent(&track) != 0;
+    knob_.hover(true);
+}
+
+bool KnobWindow::handleMouse(UINT message, LPARAM lParam) {
+    const HWND window = window_;
+    KnobBase& knob = knob_;
+    const int x = GET_X_LPARAM(lParam);
+    const int y = GET_Y_LPARAM(lParam);
+    const turndial::Modifiers modifiers = presentModifiers();
+    switch (message) {
+        case WM_MOUSEMOVE:
+            pointerMoved(window);
+            knob.mouseMove(x, y, modifiers);
+            return true;
+        case WM_MOUSELEAVE:
+            tracking_ = false;
+            knob.hover(false);
+            return true;
+        case WM_LBUTTONDOWN: {
+            const std::shared_ptr<bool> alive = alive_;
+            SetFocus(window);
+            // A host may have taken the window away when the focus came.
+            if (!*alive || !IsWindow(window))
+                return true;
+            // Before the knob tells anyone, so that the release is heard whatever the program does meanwhile.
+            SetCapture(window);
+            knob.mouseDown(x, y, modifiers);
+            return true;
+        }
+        case WM_LBUTTONUP:
+            knob.mouseUp(x, y, modifiers);
+            return true;
+        case WM_RBUTTONDOWN:
+            if (!knob.holdsMouse())
+                return false;
+            knob.cancel();
+            return true;
+        case WM_CAPTURECHANGED:
+        case WM_CANCELMODE:
+            knob.captureLost();
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool KnobWindow::handleInput(UINT message, WPARAM wParam, LPARAM lParam) {
+    // From the first call into the knob on, this object may be gone: only these are used.
+    const HWND window = window_;
+    KnobBase& knob = knob_;
+    switch (message) {
+        case WM_MOUSEWHEEL:
+            knob.wheel(GET_WHEEL_DELTA_WPARAM(wParam), presentModifiers());
+            break;
+        case WM_KEYDOWN:
+            if (!knob.keyDown(keyOf(wParam), presentModifiers()))
+                return false;
+            break;
+        case WM_KEYUP:
+            knob.keyUp(keyOf(wParam));
+            break;
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+            knob.focus(message == WM_SETFOCUS);
+            break;
+        case WM_SHOWWINDOW:
+            if (wParam)
+                return false;
+            knob.captureLost();
+            break;
+        default:
+            if (!handleMouse(message, lParam))
+                return false;
+            break;
+    }
+    if (IsWindow(window))
+        followHold(window, knob);
+    return true;
+}
+
+}  // namespace kv::win32
