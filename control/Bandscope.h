@@ -177,6 +177,10 @@ class Bandscope {
     void drawFreqLabel(double x);
     void DrawCursorLine(double frequency, formenv::OleColor color, bool removeOld);
     void strokeCursor(double frequency, formenv::OleColor color);
+    /// Leaves the picture without a cursor line.
+    void takeCursorLineOff();
+    /// Draws while the cursor line is off the picture.
+    void underCursorLine(const std::function<void()>& draw);
     const std::wstring& FreqLblFormat();
 
     // Layout.cpp
@@ -218,6 +222,7 @@ class Bandscope {
     };
     struct Drawing {  // SpectrumDrawing.cpp
         bool bDrawing = false;
+        bool bAgain = false;                    ///< a step was chosen under a running drawing, which ends outdated
         double dCursorLineFreq = -FREQ_UNSET;   ///< MHz; where the cursor line stands on the picture
         formenv::OleColor cursorLineColor = 0;  ///< and its colour, needed to take it away again
         std::wstring FreqLblFormat;

@@ -93,7 +93,9 @@ void Bandscope::deriveGridStep() {
 
 void Bandscope::stepChosenByHand() {
     applyChosenStep();
-    if (!drawing_.bDrawing)
+    if (drawing_.bDrawing)
+        drawing_.bAgain = true;
+    else
         JustDrawIt();
 }
 

@@ -57,8 +57,9 @@ void putCheck(formenv::CheckBox& box, const wchar_t* caption, double left, doubl
 
 /// What is there, then what the pointer reads out.
 void arrangeReadouts(Children& ui) {
-    constexpr double kLeft = 14.0;
-    constexpr double kWidth = 160.0;
+    // Wide enough for a range of two frequencies with seven digits before the point.
+    constexpr double kLeft = 11.0;
+    constexpr double kWidth = 169.0;
     put(ui.lblNumTX, kLeft, 25, kWidth, kTextHeight);
     put(ui.lblTXRange, kLeft, 40, kWidth, kTextHeight);
     put(ui.lblNumRX, kLeft, 59, kWidth, kTextHeight);
@@ -92,7 +93,7 @@ void arrangeChoices(Children& ui) {
     putCheck(ui.chkShowMouse, L"Show Mouse Info", kLeft, 50, 112);
     putCheck(ui.chkViewAllxx, L"View All", kLeft, 69, 58);
     ui.chkViewAllxx.setToolTip(L"View entire range of frequencies");
-    putCheck(ui.chkOrder, L"Order", kSecond + 3, 69, 51);
+    putCheck(ui.chkOrder, L"Order", kSecond + 7, 69, 51);
     putButton(ui.cmdDrawTX, L"Draw TX", kLeft, 92);
     putButton(ui.cmdDrawRX, L"DrawRX", kSecond, 92);
     putButton(ui.cmdClear, L"Clear", kSecond, 119);

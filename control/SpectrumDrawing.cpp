@@ -1,6 +1,7 @@
 // Paints channels, grid, labels and cursor line. Everything is in user units of the picture, MHz and dBm; the picture
 // box turns them into pixels.
 #include <string>
+#include <utility>
 
 #include "control/Bandscope.h"
 #include "util/NumberFormat.h"
@@ -59,18 +60,21 @@ bool Bandscope::DrawDisplay() {
         flag = 1200;
         DrawDisplayTX();
         platform.pumpEvents();
+        takeCursorLineOff();
         flag = 1300;
         DrawDisplayRX();
         platform.pumpEvents();
         platform.pumpEvents();
+        takeCursorLineOff();
         flag = 1400;
         DrawGrid();
         platform.pumpEvents();
+        takeCursorLineOff();
         flag = 1500;
         DrawFreqLbls();
         platform.pumpEvents();
         flag = 1600;
-        drawing_.dCursorLineFreq = -FREQ_UNSET;
+        takeCursorLineOff();
         return true;
     } catch (...) {
         services_.errors.ErrHand(flag, L"DrawDisplay", L"kvBandscope.DrawDisplay Flag " + number(flag),
@@ -96,12 +100,16 @@ void Bandscope::JustDrawIt() {
         flag = 500;
         DrawGrid();
         flag = 600;
+        // An event may have drawn the line; a second stroke would take it away.
+        takeCursorLineOff();
         DrawFreqLbls();
         flag = 700;
         const double cursor = CursorVal();
         if (cursor >= range_.minFreq && cursor <= range_.maxFreq)
             DrawCursorLine(cursor, look_.lCursorColor, false);
     });
+    if (!drawing_.bDrawing && std::exchange(drawing_.bAgain, false))
+        JustDrawIt();
 }
 
 void Bandscope::DrawInitialDisplay() {
@@ -143,7 +151,7 @@ void Bandscope::Refresh() {
 bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
     try {
         if (chnl)
-            DrawChnl(*chnl);
+            underCursorLine([&] { DrawChnl(*chnl); });
     } catch (...) {
         // A host redraws single channels at will; one that cannot be drawn is simply not there.
         return true;
@@ -300,9 +308,30 @@ void Bandscope::DrawCursorLine(double frequency, formenv::OleColor color, bool r
     drawing_.cursorLineColor = color;
 }
 
+void Bandscope::takeCursorLineOff() {
+    strokeCursor(drawing_.dCursorLineFreq, drawing_.cursorLineColor);
+    drawing_.dCursorLineFreq = -FREQ_UNSET;
+}
+
+// What is painted over a part of the line would turn into a trace of it when the line moves on.
+void Bandscope::underCursorLine(const std::function<void()>& draw) {
+    const double frequency = drawing_.dCursorLineFreq;
+    takeCursorLineOff();
+    try {
+        draw();
+    } catch (...) {
+        DrawCursorLine(frequency, drawing_.cursorLineColor, true);
+        throw;
+    }
+    DrawCursorLine(frequency, drawing_.cursorLineColor, true);
+}
+
 // Not-XOR: the same stroke once more takes the line away again.
 void Bandscope::strokeCursor(double frequency, formenv::OleColor color) {
     PictureBox& picture = ui_.picSpectrum;
+    // Before the first range the picture's scale means no frequencies.
+    if (!(range_.maxFreq > range_.minFreq))
+        return;
     if (!(frequency >= picture.scaleLeft() && frequency <= picture.scaleLeft() + picture.scaleWidth()))
         return;
     const KeepDrawing keep(picture);

@@ -8,6 +8,17 @@ namespace kv::win32 {
 using formenv::Change;
 using formenv::WidgetKind;
 
+namespace {
+
+/// The system gives a closed list the height of its text and a border that it does not scale: moved down by half of
+/// what is missing, the text stays level with the label beside it. Pixels.
+int closedListShift(int dpi) {
+    constexpr int kBorder = 4;  // pixels above and below the text
+    return kBorder * (dpi - 96) / 96;
+}
+
+}  // namespace
+
 WidgetWindow::WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND window)
     : tree_(tree), widget_(widget), window_(window) {
     widget_.setPeer(this);
@@ -15,8 +26,10 @@ WidgetWindow::WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND windo
         static_cast<formenv::PictureBox&>(widget_).shown();
     const WPARAM font = reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font()));
     SendMessageW(window_, WM_SETFONT, font, FALSE);
-    if (widget_.kind() == WidgetKind::ComboBox)
+    if (widget_.kind() == WidgetKind::ComboBox) {
+        place();
         fillItems();
+    }
     if (widget_.kind() == WidgetKind::CheckBox)
         changed(Change::Value);
     if (!widget_.toolTip().empty())
@@ -82,7 +95,7 @@ void WidgetWindow::sync() {
 void WidgetWindow::place() {
     const int dpi = tree_.platform().dpi();
     const int left = formenv::twipsToPixels(widget_.left(), dpi);
-    const int top = formenv::twipsToPixels(widget_.top(), dpi);
+    int top = formenv::twipsToPixels(widget_.top(), dpi);
     const int width = formenv::twipsToPixels(widget_.left() + widget_.width(), dpi) - left;
     const int height = formenv::twipsToPixels(widget_.top() + widget_.height(), dpi) - top;
     if (widget_.kind() == WidgetKind::UserControl) {
@@ -92,6 +105,8 @@ void WidgetWindow::place() {
             tree_.callbacks_.resizedByControl({width, height});
         return;
     }
+    if (widget_.kind() == WidgetKind::ComboBox)
+        top += closedListShift(dpi);
     SetWindowPos(window_, nullptr, left, top, std::max(width, 0), std::max(height, 0), SWP_NOZORDER | SWP_NOACTIVATE);
     if (widget_.kind() == WidgetKind::Frame || widget_.kind() == WidgetKind::PictureBox)
         InvalidateRect(window_, nullptr, FALSE);

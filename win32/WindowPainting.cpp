@@ -1,4 +1,9 @@
 // How widgets look: one way for windows and for pictures of the whole control.
+#include <windows.h>
+
+#include <uxtheme.h>
+#include <vssym32.h>
+
 #include <algorithm>
 
 #include "formenv/Twips.h"
@@ -32,15 +37,15 @@ void drawCaption(HDC dc, const RECT& area, const Widget& widget, WinPlatform& pl
 
 /// A closed drop-down list with its chosen item, as its window shows it.
 void paintComboBox(HDC dc, RECT bounds, const formenv::ComboBox& combo, WinPlatform& platform) {
-    constexpr int kFrame = 4;  // pixels of border above and below the text
-    bounds.bottom = std::min(bounds.bottom, bounds.top + platform.textSize(L"X", combo.font()).height + 2L * kFrame);
+    const LONG frame = 4L * platform.dpi() / 96;  // border above and below the text
+    bounds.bottom = std::min(bounds.bottom, bounds.top + platform.textSize(L"X", combo.font()).height + 2 * frame);
     fill(dc, bounds, platform.resolve(combo.backColor()));
     DrawEdge(dc, &bounds, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
     RECT arrow = bounds;
     arrow.left = std::max(arrow.left, arrow.right - GetSystemMetrics(SM_CXVSCROLL));
     DrawFrameControl(dc, &arrow, DFC_SCROLL, DFCS_SCROLLCOMBOBOX);
     bounds.right = arrow.left;
-    bounds.left += kFrame / 2;
+    bounds.left += frame / 2;
     drawText(dc, bounds, combo.text(), combo, platform, DT_LEFT | DT_VCENTER);
 }
 
@@ -70,8 +75,13 @@ void paintGlyph(HDC dc, const RECT& bounds, formenv::Rgb color, int dpi) {
     }
 }
 
-void paintButton(HDC dc, RECT bounds, const formenv::Button& button, WinPlatform& platform, UINT pushed) {
-    DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH | pushed);
+/// `theme` is the one that the system gave the button's window, if any: the button then looks as its neighbours do.
+void paintButton(HDC dc, RECT bounds, const formenv::Button& button, WinPlatform& platform, bool pushed,
+                 HTHEME theme = nullptr) {
+    fill(dc, bounds, platform.resolve(button.backColor()));
+    if (!theme ||
+        FAILED(DrawThemeBackground(theme, dc, BP_PUSHBUTTON, pushed ? PBS_PRESSED : PBS_NORMAL, &bounds, nullptr)))
+        DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH | (pushed ? DFCS_PUSHED : 0U));
     if (button.glyph == formenv::Glyph::None)
         drawText(dc, bounds, button.caption(), button, platform, DT_CENTER | DT_VCENTER);
     else
@@ -107,7 +117,8 @@ void WindowTree::drawItem(const DRAWITEMSTRUCT& item) {
     if (!target || target->widget().kind() != WidgetKind::Button)
         return;
     const auto& button = static_cast<const formenv::Button&>(target->widget());
-    paintButton(item.hDC, item.rcItem, button, platform_, (item.itemState & ODS_SELECTED) ? DFCS_PUSHED : 0U);
+    paintButton(item.hDC, item.rcItem, button, platform_, (item.itemState & ODS_SELECTED) != 0,
+                GetWindowTheme(item.hwndItem));
     if (!(item.itemState & ODS_FOCUS))
         return;
     RECT focus = item.rcItem;
@@ -143,8 +154,7 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
             break;
         }
         case WidgetKind::Button:
-            DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH);
-            drawCaption(dc, bounds, widget, platform_, DT_CENTER | DT_VCENTER);
+            paintButton(dc, bounds, static_cast<const formenv::Button&>(widget), platform_, false);
             break;
         case WidgetKind::CheckBox: {
             const int size = bounds.bottom - bounds.top;

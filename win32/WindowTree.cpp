@@ -41,7 +41,7 @@ WindowSort sortOf(const Widget& widget) {
         case WidgetKind::PictureBox:
             return {kPictureClass, WS_CLIPCHILDREN, 0};
         case WidgetKind::Label:
-            return {L"STATIC", SS_LEFT | SS_NOPREFIX, 0};
+            return {L"STATIC", SS_LEFTNOWORDWRAP | SS_NOPREFIX, 0};
         case WidgetKind::Button:
             if (static_cast<const formenv::Button&>(widget).glyph != formenv::Glyph::None)
                 return {L"BUTTON", BS_OWNERDRAW | WS_TABSTOP, 0};

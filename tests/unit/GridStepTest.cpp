@@ -143,19 +143,22 @@ TEST_F(GridStepTest, AChoiceIsToldAlsoWhenItsRedrawFails) {
     EXPECT_EQ(events.heard.back(), "ChgGridRange");
 }
 
-TEST_F(GridStepTest, AChoiceDuringADrawingStartsNoSecondOne) {
+TEST_F(GridStepTest, AChoiceDuringADrawingIsDrawnAfterIt) {
     showOneChannel();
     formenv::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     bool chosen = false;
+    const auto drawings = [&] { return std::count(canvas.lines().begin(), canvas.lines().end(), "clear ffffff"); };
     platform.onPump = [&] {
-        if (!std::exchange(chosen, true))
-            choose(2);
+        if (std::exchange(chosen, true))
+            return;
+        choose(2);
+        EXPECT_EQ(drawings(), 1);
     };
     scope.JustDrawIt();
     platform.onPump = nullptr;
     EXPECT_TRUE(chosen);
-    EXPECT_EQ(std::count(canvas.lines().begin(), canvas.lines().end(), "clear ffffff"), 1);
+    EXPECT_EQ(drawings(), 2);
     EXPECT_EQ(events.heard.back(), "ChgGridRange");
 }
 
@@ -173,7 +176,8 @@ TEST_F(GridStepTest, ADrawingInsideADrawingLeavesTheOuterOneMarked) {
     };
     scope.JustDrawIt();
     platform.onPump = nullptr;
-    EXPECT_EQ(depth, 2);
+    // The outer one, the one inside and the one for the choice.
+    EXPECT_EQ(depth, 3);
     // The outer drawing still runs: no other one may be started.
     EXPECT_THAT(canvas.lines(), IsEmpty());
 }

@@ -1,0 +1,346 @@
+// The center and the cursor under the user's hand, as the host and the screen see it.
+#include <limits>
+
+#include "tests/automation/KnobHand.h"
+
+namespace kv::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double kStep = 5.0;
+constexpr double kNudge = kStep / 10.0;
+// A place on the nudge knob's wheel, away from its arrows, and one detent of pixels.
+constexpr int kWheelX = 57;
+constexpr int kWheelY = 60;
+constexpr int kDetent = 12;
+
+class KnobInput : public KnobHand {
+  protected:
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(KnobHand::SetUp());
+        fill();
+    }
+    void setCursor(double value) const {
+        EXPECT_EQ(container.control->put_CursorVal(value), S_OK);
+        pump();
+    }
+    [[nodiscard]] HWND centerButton() const {
+        // The only button without a text that is shown.
+        for (const HWND button : container.children(L"Button")) {
+            if (windowText(button).empty() && isShown(button))
+                return button;
+        }
+        ADD_FAILURE() << "no button that centers the cursor";
+        return nullptr;
+    }
+};
+
+TEST_F(KnobInput, TheWheelNudgesTheCenterAgainstItsSense) {
+    wheel(centerMover(), 1);
+    EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
+    expectRange(380.0 - kNudge, 480.0 - kNudge);
+    wheel(centerMover(), -3);
+    EXPECT_DOUBLE_EQ(center(), 430.0 + 2 * kNudge);
+    expectRange(380.0 + 2 * kNudge, 480.0 + 2 * kNudge);
+    EXPECT_THAT(sink->ids(), IsEmpty());
+}
+
+TEST_F(KnobInput, ADragNudgesTheCenterAgainstItsSense) {
+    const Picture before = shown();
+    take(centerMover(), kWheelX, kWheelY);
+    EXPECT_EQ(GetCapture(), centerMover());
+    EXPECT_EQ(center(), 430.0);
+    drag(centerMover(), kWheelX, kWheelY - kDetent);
+    EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
+    EXPECT_NE(shown(), before);
+    drag(centerMover(), kWheelX - 2 * kDetent, kWheelY - kDetent);
+    EXPECT_DOUBLE_EQ(center(), 430.0 + kNudge);
+    release(centerMover(), kWheelX - 2 * kDetent, kWheelY - kDetent);
+    EXPECT_DOUBLE_EQ(center(), 430.0 + kNudge);
+    EXPECT_EQ(GetCapture(), nullptr);
+    expectRange(380.0 + kNudge, 480.0 + kNudge);
+}
+
+TEST_F(KnobInput, KeysNudgeTheCenterAgainstItsSense) {
+    key(centerMover(), VK_RIGHT);
+    EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
+    key(centerMover(), VK_UP);
+    EXPECT_DOUBLE_EQ(center(), 430.0 - 2 * kNudge);
+    key(centerMover(), VK_LEFT);
+    key(centerMover(), VK_DOWN);
+    EXPECT_DOUBLE_EQ(center(), 430.0);
+    key(centerMover(), VK_PRIOR);
+    EXPECT_DOUBLE_EQ(center(), 430.0 - 10 * kNudge);
+    keyDown(centerMover(), VK_DOWN);
+    keyDown(centerMover(), VK_DOWN);
+    keyUp(centerMover(), VK_DOWN);
+    EXPECT_DOUBLE_EQ(center(), 430.0 - 8 * kNudge);
+    expectRange(380.0 - 8 * kNudge, 480.0 - 8 * kNudge);
+}
+
+TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInItsSense) {
+    // A full repaint has put the cursor nowhere; it starts from the center.
+    wheel(cursorMover(), 1);
+    EXPECT_DOUBLE_EQ(cursor(), 430.0 + kNudge);
+    wheel(cursorMover(), -2);
+    EXPECT_DOUBLE_EQ(cursor(), 430.0 - kNudge);
+    take(cursorMover(), kWheelX, kWheelY);
+    drag(cursorMover(), kWheelX, kWheelY - 3 * kDetent);
+    EXPECT_DOUBLE_EQ(cursor(), 430.0 + 2 * kNudge);
+    release(cursorMover(), kWheelX, kWheelY - 3 * kDetent);
+    key(cursorMover(), VK_LEFT);
+    EXPECT_DOUBLE_EQ(cursor(), 430.0 + kNudge);
+    key(cursorMover(), VK_UP);
+    EXPECT_DOUBLE_EQ(cursor(), 430.0 + 2 * kNudge);
+    EXPECT_EQ(center(), 430.0);
+    expectRange(380.0, 480.0);
+    EXPECT_THAT(sink->ids(), IsEmpty());
+}
+
+TEST_F(KnobInput, AnArrowOfTheNudgeKnobIsOneNudge) {
+    setCursor(420.0);
+    RECT area{};
+    GetClientRect(cursorMover(), &area);
+    postClick(cursorMover(), 8, kWheelY);
+    EXPECT_DOUBLE_EQ(cursor(), 420.0 - kNudge);
+    postClick(cursorMover(), area.right - 8, kWheelY);
+    postClick(cursorMover(), area.right - 8, kWheelY);
+    EXPECT_DOUBLE_EQ(cursor(), 420.0 + kNudge);
+}
+
+TEST_F(KnobInput, AClickOnTheWheelMovesNothing) {
+    setCursor(420.0);
+    const Picture before = shown();
+    postClick(cursorMover(), kWheelX, kWheelY);
+    postClick(centerMover(), kWheelX, kWheelY);
+    // Half a notch is none yet.
+    PostMessageW(centerMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 60), 0);
+    pump();
+    EXPECT_EQ(center(), 430.0);
+    EXPECT_EQ(cursor(), 420.0);
+    expectSame(shown(), before);
+}
+
+TEST_F(KnobInput, NudgesFollowTheGridStep) {
+    EXPECT_EQ(container.control->RescaleAll(), S_OK);
+    wheel(gridKnob(), 1);
+    expectRange(330.0, 530.0);
+    wheel(centerMover(), 1);
+    EXPECT_DOUBLE_EQ(center(), 429.0);
+    wheel(cursorMover(), 1);
+    EXPECT_DOUBLE_EQ(cursor(), 431.0);
+}
+
+TEST_F(KnobInput, NudgesOfAnEmptyControlMoveNothing) {
+    Container empty;
+    ASSERT_NO_FATAL_FAILURE(empty.activate());
+    const Picture before = windowPicture(empty.pictureBox(L"picSpectrum"));
+    for (const wchar_t* name : {L"Center Freq (MHz)", L"Cursor Freq (MHz)"}) {
+        wheel(empty.child(L"tdKnMover", name), 2);
+        wheel(empty.child(L"tdKnMover", name), -1);
+    }
+    for (const HWND button : empty.children(L"Button")) {
+        if (windowText(button).empty() && isShown(button))
+            SendMessageW(button, BM_CLICK, 0, 0);
+    }
+    pump();
+    double value = -1.0;
+    EXPECT_EQ(empty.control->get_CursorVal(&value), S_OK);
+    EXPECT_EQ(value, 0.0);
+    expectSame(windowPicture(empty.pictureBox(L"picSpectrum")), before);
+    // They have left nothing behind that counts in the first drawing.
+    empty.addTx({.freq = 450.0, .key = L"TX1"});
+    EXPECT_TRUE(empty.draw());
+    EXPECT_EQ(empty.control->get_DisplayCenterFreq(&value), S_OK);
+    EXPECT_EQ(value, 450.0);
+}
+
+TEST_F(KnobInput, TheCursorIsSetAndReadAndIgnoredOutside) {
+    setCursor(455.25);
+    EXPECT_EQ(cursor(), 455.25);
+    const Picture before = shown();
+    for (const double outside : {379.999, 480.001, -455.0, std::numeric_limits<double>::infinity(),
+                                 std::numeric_limits<double>::quiet_NaN()}) {
+        setCursor(outside);
+        EXPECT_EQ(cursor(), 455.25) << outside;
+    }
+    expectSame(shown(), before);
+    for (const double bound : {380.0, 480.0}) {
+        setCursor(bound);
+        EXPECT_EQ(cursor(), bound);
+    }
+    EXPECT_THAT(sink->ids(), IsEmpty());
+}
+
+TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
+    const Picture without = shown();
+    EXPECT_EQ(container.control->put_lCursorColor(0x000000FF), S_OK);
+    setCursor(413.0);
+    const Picture first = shown();
+    const int column = columnOf(413.0);
+    ASSERT_THAT(changedColumns(without, first), ElementsAre(column));
+    // From the floor of the powers to their top, in its colour over white.
+    for (int y = 1; y < first.height - 1; ++y)
+        ASSERT_NE(first.at(column, y), without.at(column, y)) << y;
+    ASSERT_EQ(without.at(column, 10), 0x00FFFFFFU);
+    EXPECT_EQ(first.at(column, 10), 0x000000FFU);
+    // Over a channel, a grid line and the background, by program and by hand, and in another colour.
+    for (const double place : {400.5, 430.0, 459.5, 380.0, 480.0}) {
+        setCursor(place);
+        EXPECT_LE(changedColumns(without, shown()).size(), 1U) << place;
+    }
+    EXPECT_EQ(container.control->put_lCursorColor(0x0000FF00), S_OK);
+    setCursor(444.0);
+    wheel(cursorMover(), 3);
+    key(cursorMover(), VK_PRIOR);
+    key(cursorMover(), VK_NEXT);
+    wheel(cursorMover(), -3);
+    EXPECT_DOUBLE_EQ(cursor(), 444.0);
+    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(444.0)));
+    EXPECT_EQ(container.control->put_lCursorColor(0x000000FF), S_OK);
+    setCursor(413.0);
+    expectSame(shown(), first);
+}
+
+TEST_F(KnobInput, AFullRepaintTakesTheCursorLineAndTheNextOneStandsAlone) {
+    const Picture without = shown();
+    setCursor(413.0);
+    EXPECT_TRUE(container.draw());
+    expectSame(shown(), without);
+    setCursor(444.0);
+    EXPECT_EQ(changedColumns(without, shown()).size(), 1U);
+}
+
+TEST_F(KnobInput, TheCursorLineGoesWithAMovedPictureAndLeavesNoTrace) {
+    const Picture without = shown();
+    setCursor(413.0);
+    const Picture with = shown();
+    wheel(centerMover(), 4);
+    wheel(centerMover(), -4);
+    EXPECT_DOUBLE_EQ(center(), 430.0);
+    EXPECT_EQ(cursor(), 413.0);
+    expectSame(shown(), with);
+    // Out of the picture and in again.
+    for (int i = 0; i < 8; ++i)
+        key(centerMover(), VK_NEXT);
+    EXPECT_DOUBLE_EQ(center(), 470.0);
+    for (int i = 0; i < 8; ++i)
+        key(centerMover(), VK_PRIOR);
+    expectSame(shown(), with);
+    setCursor(444.0);
+    EXPECT_EQ(changedColumns(without, shown()).size(), 1U);
+}
+
+TEST_F(KnobInput, WhatIsDrawnOverTheCursorLineLeavesNoTraceOfIt) {
+    const auto drawChannels = [this] {
+        for (const wchar_t* button : {L"DrawRX", L"Draw TX"})
+            SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
+    };
+    drawChannels();
+    const Picture without = shown();
+    ComPtr<_FreqSlot> slot;
+    EXPECT_EQ(container.control->GetRXChnl(0, slot.GetAddressOf()), S_OK);
+    setCursor(459.5);
+    const Picture with = shown();
+    drawChannels();
+    expectSame(shown(), with);
+    VARIANT_BOOL drawn = VARIANT_FALSE;
+    EXPECT_EQ(container.control->ReDrawChnl(slot.Get(), &drawn), S_OK);
+    expectSame(shown(), with);
+    setCursor(413.0);
+    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(413.0)));
+}
+
+TEST_F(KnobInput, ACursorThatMovesWhileThePictureIsDrawnLeavesNoTrace) {
+    const Picture without = shown();
+    setCursor(430.0);
+    // The wheel's messages wait until a drawing lets events run.
+    PostMessageW(cursorMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
+    EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
+    EXPECT_DOUBLE_EQ(cursor(), 430.5);
+    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(430.5)));
+    PostMessageW(cursorMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
+    EXPECT_TRUE(container.draw());
+    setCursor(444.0);
+    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(444.0)));
+}
+
+TEST_F(KnobInput, AClickOnItsButtonPutsTheCursorOnTheCenter) {
+    const Picture without = shown();
+    setCursor(413.0);
+    wheel(centerMover(), -1);
+    const double moved = center();
+    SetFocus(nullptr);
+    RECT area{};
+    GetClientRect(centerButton(), &area);
+    postClick(centerButton(), area.right / 2, area.bottom / 2);
+    EXPECT_EQ(cursor(), moved);
+    wheel(centerMover(), 1);
+    const std::vector<int> columns = changedColumns(without, shown());
+    EXPECT_THAT(columns, ElementsAre(columnOf(moved)));
+    EXPECT_THAT(sink->ids(), IsEmpty());
+}
+
+TEST_F(KnobInput, EscapeTakesNudgesBack) {
+    setCursor(413.0);
+    const Picture before = shown();
+    for (const HWND mover : {centerMover(), cursorMover()}) {
+        take(mover, kWheelX, kWheelY);
+        drag(mover, kWheelX, kWheelY - 5 * kDetent);
+        EXPECT_NE(shown(), before);
+        keyDown(mover, VK_ESCAPE);
+        EXPECT_EQ(GetCapture(), nullptr);
+        EXPECT_DOUBLE_EQ(center(), 430.0);
+        EXPECT_DOUBLE_EQ(cursor(), 413.0);
+        expectSame(shown(), before);
+        // The button is still down, but the turn is over.
+        drag(mover, kWheelX, kWheelY - 9 * kDetent);
+        release(mover, kWheelX, kWheelY - 9 * kDetent);
+        expectSame(shown(), before);
+    }
+}
+
+TEST_F(KnobInput, AProgramsValuesRaiseNothing) {
+    setCursor(413.0);
+    EXPECT_EQ(container.control->put_DisplayCenterFreq(440.0), S_OK);
+    EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
+    EXPECT_EQ(container.control->RescaleAll(), S_OK);
+    pump();
+    expectRange(390.0, 490.0);
+    EXPECT_THAT(sink->ids(), IsEmpty());
+}
+
+TEST_F(KnobInput, TheFormKeepsItsKeys) {
+    const auto wants = [](HWND knob, WPARAM code) {
+        MSG message{};
+        message.hwnd = knob;
+        message.message = WM_KEYDOWN;
+        message.wParam = code;
+        const LRESULT answer = SendMessageW(knob, WM_GETDLGCODE, code, reinterpret_cast<LPARAM>(&message));
+        return (answer & (DLGC_WANTALLKEYS | DLGC_WANTTAB)) != 0;
+    };
+    const auto active = container.as<IOleInPlaceActiveObject>();
+    for (const HWND knob : {centerMover(), cursorMover(), gridKnob()}) {
+        SetFocus(knob);
+        for (const WPARAM code : {VK_TAB, VK_RETURN, VK_ESCAPE}) {
+            EXPECT_FALSE(wants(knob, code)) << code;
+            MSG message{};
+            message.hwnd = knob;
+            message.message = WM_KEYDOWN;
+            message.wParam = code;
+            EXPECT_EQ(active->TranslateAccelerator(&message), S_FALSE) << code;
+        }
+        EXPECT_TRUE(wants(knob, VK_LEFT));
+        keyDown(knob, VK_UP);
+        EXPECT_TRUE(wants(knob, VK_ESCAPE));
+        EXPECT_FALSE(wants(knob, VK_TAB));
+        EXPECT_FALSE(wants(knob, VK_RETURN));
+        keyUp(knob, VK_UP);
+        EXPECT_FALSE(wants(knob, VK_ESCAPE));
+    }
+}
+
+}  // namespace
+}  // namespace kv::test
