@@ -17,18 +17,6 @@ constexpr DISPID kChgFreqRange = 3;
 
 }  // namespace
 
-void DebugErrorReporter::ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
-                                 const util::RuntimeError& error) noexcept {
-    try {
-        const std::wstring record = L"kvBandscope: error " + std::to_wstring(error.number()) + L"  " + error.text() +
-                                    L"; procedure " + sProc + L"; flag " + std::to_wstring(flag) +
-                                    (sDetail.empty() ? L"" : L"; ") + sDetail + L"\r\n";
-        OutputDebugStringW(record.c_str());
-    } catch (...) {
-        OutputDebugStringW(L"kvBandscope: an error could not be noted\r\n");
-    }
-}
-
 BandscopeControl::BandscopeControl() {
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});

@@ -15,20 +15,15 @@
 #include "automation/Firewall.h"
 #include "automation/Module.h"
 #include "control/Bandscope.h"
+#include "formenv/PlatformPrompt.h"
 #include "kvBandscope.h"
-#include "util/ErrHand.h"
+#include "util/ErrorHandler.h"
 #include "win32/WinFiles.h"
 #include "win32/WinPlatform.h"
+#include "win32/WinSystem.h"
 #include "win32/WindowTree.h"
 
 namespace kv::automation {
-
-/// Notes errors for whoever watches the program with a debugger; tells the user nothing.
-class DebugErrorReporter final : public util::ErrorReporter {
-  public:
-    void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
-                 const util::RuntimeError& error) noexcept override;
-};
 
 // The interfaces stand in one class; each group is implemented in a source file of its own:
 // BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events), ControlOle.cpp (IOleObject,
@@ -241,7 +236,9 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     ModuleRef module_;
     win32::WinPlatform platform_;
     win32::WinFiles files_;
-    DebugErrorReporter errors_;
+    // Without a container, as in a script, there may be nobody who would close a message box.
+    formenv::PlatformPrompt prompt_{platform_, [this] { return site_.Get() != nullptr; }};
+    util::ErrorHandler errors_{win32::techSupportLog(), prompt_};
     std::unique_ptr<control::Bandscope> scope_;
     std::unique_ptr<win32::WindowTree> windows_;
 

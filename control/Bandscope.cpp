@@ -15,7 +15,7 @@ Bandscope::Bandscope(const Services& services) : services_(services), ui_(servic
     std::int16_t flag = 100;
     reported(L"UserControl_Initialize", L"", flag, [&] { UserControl_Initialize(); });
     connectHandlers();
-    reported(L"UserControl_Resize", L"", flag, [&] { UserControl_Resize(); });
+    noted(L"UserControl_Resize", flag, [&] { UserControl_Resize(); });
 }
 
 Bandscope::~Bandscope() = default;
@@ -27,6 +27,16 @@ bool Bandscope::reported(const wchar_t* procedure, const std::wstring& detail, s
         return true;
     } catch (...) {
         services_.errors.ErrHand(flag, procedure, detail, util::currentError());
+        return false;
+    }
+}
+
+bool Bandscope::noted(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body) {
+    try {
+        body();
+        return true;
+    } catch (...) {
+        services_.errors.ErrNote(flag, procedure, L"", util::currentError());
         return false;
     }
 }
@@ -87,7 +97,7 @@ void Bandscope::connectHandlers() {
 void Bandscope::DrawAll() {
     services_.platform.messageBox(
         L"DrawAll function no longer supported.\r\n\r\nPlease email the KVTechSup.TXT file to:\r\n\r\n" +
-            std::wstring(util::product::kSupportContact) +
+            util::product::supportContact() +
             L" along with a description of what you were trying to do when this error occurred.",
         L"Incorrect Function Call", MessageIcon::Information, MessageButtons::Ok);
 }

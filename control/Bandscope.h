@@ -199,6 +199,9 @@ class Bandscope {
     /// Runs `body`; an error in it goes to the error reporter with the procedure's name, context text and step flag.
     bool reported(const wchar_t* procedure, const std::wstring& detail, std::int16_t& flag,
                   const std::function<void()>& body);
+    /// The same without a message to the user: for an export, whose result tells the host, and for a resize, which the
+    /// host or a dragging user repeats and which no message box may hold up.
+    bool noted(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body);
 
     struct Look {  // Bandscope.cpp
         bool bXLog = true;

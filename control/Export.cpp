@@ -63,7 +63,7 @@ Composed compose(formenv::PictureBox& outer, formenv::PictureBox& inner) {
 
 std::wstring Bandscope::DisplayToBMP(double& dHgt, double& dWid, std::wstring& sFName) {
     std::int16_t flag = 100;
-    const bool written = reported(L"DisplayToBMP", L"", flag, [&] {
+    const bool written = noted(L"DisplayToBMP", flag, [&] {
         if (sFName.empty())
             sFName = util::setPathName(services_.files.scratchFolder(), L"NXBandscope.BMP");
         flag = 200;

@@ -132,7 +132,7 @@ void Bandscope::arrangePanel() {
 
 void Bandscope::resize(double width, double height) {
     std::int16_t flag = 100;
-    reported(L"UserControl_Resize", L"", flag, [&] {
+    noted(L"UserControl_Resize", flag, [&] {
         ui_.userControl.move({ui_.userControl.left(), ui_.userControl.top(), width, height});
         UserControl_Resize();
     });

@@ -41,6 +41,9 @@ class Platform {
     /// Lets pending events of the user interface run; returns when none is left.
     virtual void pumpEvents() = 0;
 
+    /// Somebody can see and answer message boxes; not so where programs run as services.
+    [[nodiscard]] virtual bool hasUser() const noexcept { return true; }
+
     virtual MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
                                      MessageButtons buttons) = 0;
 

@@ -12,10 +12,17 @@ class ErrorReporter {
   public:
     virtual ~ErrorReporter() = default;
 
-    /// `flag`: how far the procedure got (100, 200, ...); `sProc`: its name; `sDetail`: its context text, may be empty.
-    /// Never throws: a reporter that fails must not bring down the host.
+    /// `flag`: how far the procedure got (100, 200, ...); `sProc`: its name; `sDetail`: its context text, may be empty;
+    /// `error`: the error in force. Never throws: a reporter that fails must not bring down the host.
     virtual void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
                          const RuntimeError& error) noexcept = 0;
+
+    /// The same for a procedure whose caller learns of the failure by its result: the record without a message to the
+    /// user. Reporters that show nothing anyway need not tell the two apart.
+    virtual void ErrNote(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+                         const RuntimeError& error) noexcept {
+        ErrHand(flag, sProc, sDetail, error);
+    }
 };
 
 }  // namespace kv::util

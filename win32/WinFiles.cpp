@@ -3,8 +3,8 @@
 #include <string>
 
 #include "util/RuntimeError.h"
-#include "util/Text.h"
 #include "win32/Gdi.h"
+#include "win32/WinSystem.h"
 
 namespace kv::win32 {
 
@@ -66,14 +66,7 @@ bool writeAll(HANDLE file, const std::string& bytes) {
 }  // namespace
 
 std::wstring WinFiles::scratchFolder() {
-    std::wstring folder(MAX_PATH + 1, L'\0');
-    const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
-    if (length == 0 || length > folder.size())
-        return {};
-    folder.resize(length);
-    folder = util::setPathName(folder, L"TEMP");
-    CreateDirectoryW(folder.c_str(), nullptr);
-    return folder;
+    return configuration().getScratchFolder();
 }
 
 void WinFiles::writeFile(const std::wstring& path, const std::string& bytes) {

@@ -57,6 +57,12 @@ void WinPlatform::pumpEvents() {
     }
 }
 
+bool WinPlatform::hasUser() const noexcept {
+    USEROBJECTFLAGS flags{};
+    return GetUserObjectInformationW(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) &&
+           (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
 formenv::MessageAnswer WinPlatform::messageBox(const std::wstring& text, const std::wstring& title,
                                                formenv::MessageIcon icon, formenv::MessageButtons buttons) {
     const UINT kind = buttons == formenv::MessageButtons::Ok ? MB_OK : MB_YESNO | MB_DEFBUTTON2;

@@ -18,6 +18,7 @@ class WinPlatform final : public formenv::Platform {
     [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(formenv::PixelSize size) override;
     [[nodiscard]] formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override;
     void pumpEvents() override;
+    [[nodiscard]] bool hasUser() const noexcept override;
     formenv::MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, formenv::MessageIcon icon,
                                       formenv::MessageButtons buttons) override;
 

@@ -13,6 +13,10 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    // The control's error log goes to the current folder where no maker's folder is to be found.
+    wchar_t temp[MAX_PATH + 1] = L"";
+    if (GetTempPathW(MAX_PATH + 1, temp) != 0)
+        SetCurrentDirectoryW(temp);
     const HRESULT started = OleInitialize(nullptr);
     const int result = RUN_ALL_TESTS();
     if (SUCCEEDED(started))

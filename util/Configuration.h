@@ -1,0 +1,83 @@
+// The folder and the INI files that the maker's programs share, and the folders named in them.
+#pragma once
+
+#include <functional>
+#include <mutex>
+#include <string>
+
+#include "util/RuntimeError.h"
+#include "util/System.h"
+#include "util/UserPrompt.h"
+
+namespace kv::util {
+
+/// Each value is computed at its first use and kept; one that came out blank is computed again at the next.
+///
+/// No member raises an error: a failure leaves the value empty and a note in "KVTecSup.Txt" in the host program's
+/// folder. Without a maker's directory the other paths are relative ones, beginning with the file or folder itself.
+/// Safe to call from any thread.
+class Configuration {
+  public:
+    /// `system` has to live longer.
+    explicit Configuration(System& system) : system_(system) {}
+    Configuration(const Configuration&) = delete;
+    Configuration& operator=(const Configuration&) = delete;
+
+    /// The folder of the first program of the family that is installed; else the one that "KVRegistry.INI" beside the
+    /// host names; else empty. From a program it ends in a backslash.
+    [[nodiscard]] std::wstring getKorvaneDirectoryAny() noexcept;
+    /// The directory for this host: no host has one of its own.
+    [[nodiscard]] std::wstring getKorvaneDirectory() noexcept { return getKorvaneDirectoryAny(); }
+    [[nodiscard]] std::wstring getDefaultsINI() noexcept;
+    [[nodiscard]] std::wstring getProductINI() noexcept;
+    [[nodiscard]] std::wstring getSystemFolder() noexcept;
+    [[nodiscard]] std::wstring getWorkFolder() noexcept;
+    /// TEMP in the system folder. The first call asks whether to create it when it does not exist; the path comes back
+    /// whatever the answer.
+    [[nodiscard]] std::wstring getTempFolder(UserPrompt& user) noexcept;
+    /// TEMP in the maker's directory, created without asking, for files that come and go with one call. With no such
+    /// directory, or none that lets it be created, TEMP in the user's temporary folder.
+    [[nodiscard]] std::wstring getScratchFolder() noexcept;
+
+    /// Is there such a folder, or is there now? An empty path becomes the work folder. `bCreate`: offer to make it;
+    /// with nobody to ask nothing is made.
+    bool getPathExist(std::wstring& sPath, bool bCreate, UserPrompt& user) noexcept;
+
+  private:
+    class Kept {
+      public:
+        [[nodiscard]] std::wstring get() const {
+            const std::lock_guard lock(mutex_);
+            return text_;
+        }
+        void set(const std::wstring& text) {
+            const std::lock_guard lock(mutex_);
+            text_ = text;
+        }
+
+      private:
+        mutable std::mutex mutex_;
+        std::wstring text_;
+    };
+
+    std::wstring once(Kept& kept, const wchar_t* procedure, const std::function<std::wstring()>& compute) noexcept;
+    std::wstring directoryFromRegistry(std::wstring& key, const std::function<void(const RuntimeError&)>& failed);
+    std::wstring findDirectory();
+    std::wstring folderSetting(const wchar_t* key, const wchar_t* usual);
+    void createPath(const std::wstring& path);
+    bool createScratch(const std::wstring& folder);
+    bool offerToCreate(const std::wstring& path, UserPrompt& user);
+    void note(const std::wstring& text) noexcept;
+    void noteError(const wchar_t* procedure, const RuntimeError& error) noexcept;
+
+    System& system_;
+    Kept directory_;
+    Kept defaultsINI_;
+    Kept productINI_;
+    Kept systemFolder_;
+    Kept workFolder_;
+    Kept tempFolder_;
+    Kept scratchFolder_;
+};
+
+}  // namespace kv::util

@@ -1,0 +1,32 @@
+// The reporter of run-time errors: a record in the tech-support log, and a message that asks the user to send it.
+#pragma once
+
+#include "util/ErrHand.h"
+#include "util/TechSupportLog.h"
+#include "util/UserPrompt.h"
+
+namespace kv::util {
+
+/// The record comes first, so that it is there whatever becomes of the message. One message at a time stands in the
+/// whole process: events run while it is open, and what fails meanwhile is only recorded. With nobody to read it
+/// nothing is shown.
+class ErrorHandler final : public ErrorReporter {
+  public:
+    /// Both have to live longer.
+    ErrorHandler(TechSupportLog& log, UserPrompt& user) : log_(log), user_(user) {}
+
+    void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+                 const RuntimeError& error) noexcept override;
+    void ErrNote(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+                 const RuntimeError& error) noexcept override;
+
+  private:
+    struct Record;
+    void write(const Record& record);
+    void show(const Record& record);
+
+    TechSupportLog& log_;
+    UserPrompt& user_;
+};
+
+}  // namespace kv::util

@@ -1,0 +1,28 @@
+#include "util/TechSupportLog.h"
+
+#include "util/LogLine.h"
+#include "util/Text.h"
+
+namespace kv::util {
+
+void TechSupportLog::wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept {
+    try {
+        const std::wstring host = L"  (" + system_.host.name + L" " + system_.host.version + L")";
+        system_.files.append(getTechSupPath(), logLine(system_.now(), bStamp ? sMsg + host : sMsg) + L" \r\n");
+    } catch (...) {
+        // A log that cannot be written is no trouble of the caller's.
+    }
+}
+
+std::wstring TechSupportLog::getTechSupPath() noexcept {
+    try {
+        const std::lock_guard lock(mutex_);
+        if (path_.empty())
+            path_ = setPathName(configuration_.getKorvaneDirectory(), L"KVTECSUP.TXT");
+        return path_;
+    } catch (...) {
+        return {};
+    }
+}
+
+}  // namespace kv::util

@@ -1,0 +1,233 @@
+#include "win32/WinSystem.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+#include "util/RuntimeError.h"
+
+namespace kv::win32 {
+
+using util::RuntimeError;
+using util::error_number::kPathFileAccess;
+
+namespace {
+
+// No INI file has it as a value, so it tells a missing key from every other.
+constexpr char kMissing[] = "\x01";
+constexpr DWORD kFirstLength = 1024;
+constexpr DWORD kMostLength = 65536;
+
+struct KeyCloser {
+    void operator()(HKEY key) const noexcept { RegCloseKey(key); }
+};
+using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
+
+struct HandleCloser {
+    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
+};
+using FileHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
+
+[[noreturn]] void throwRegistryError(LSTATUS status) {
+    throw RuntimeError(kPathFileAccess, L"Registry error " + std::to_wstring(status));
+}
+
+bool isMissing(LSTATUS status) {
+    return status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND;
+}
+
+std::wstring expanded(const std::wstring& text) {
+    const DWORD length = ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
+    std::wstring result(length, L'\0');
+    if (length == 0 || ExpandEnvironmentStringsW(text.c_str(), result.data(), length) != length)
+        return text;
+    result.resize(length - 1);
+    return result;
+}
+
+std::optional<std::wstring> defaultValueIn(const std::wstring& path, REGSAM view) {
+    HKEY opened = nullptr;
+    const LSTATUS found = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE | view, &opened);
+    if (isMissing(found))
+        return std::nullopt;
+    if (found != ERROR_SUCCESS)
+        throwRegistryError(found);
+    const RegistryKey key(opened);
+    std::vector<wchar_t> text(MAX_PATH);
+    for (;;) {
+        DWORD type = 0;
+        auto bytes = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+        const LSTATUS status =
+            RegQueryValueExW(key.get(), nullptr, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &bytes);
+        if (status == ERROR_MORE_DATA) {
+            text.resize(bytes / sizeof(wchar_t) + 1);
+            continue;
+        }
+        if (isMissing(status) || (status == ERROR_SUCCESS && type != REG_SZ && type != REG_EXPAND_SZ))
+            return std::nullopt;
+        if (status != ERROR_SUCCESS)
+            throwRegistryError(status);
+        // The terminator is stored by most writers, not by all.
+        std::wstring value(text.data(), bytes / sizeof(wchar_t));
+        value.erase(std::min(value.find(L'\0'), value.size()));
+        return type == REG_EXPAND_SZ ? expanded(value) : value;
+    }
+}
+
+/// Nothing for a text with letters that the code page lacks.
+std::optional<std::string> toAnsi(std::wstring_view text) {
+    if (text.empty())
+        return std::string();
+    const auto length = static_cast<int>(text.size());
+    BOOL lossy = FALSE;
+    const int size =
+        WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), length, nullptr, 0, nullptr, &lossy);
+    if (size <= 0 || lossy)
+        return std::nullopt;
+    std::string result(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), length, result.data(), size, nullptr, &lossy);
+    if (lossy)
+        return std::nullopt;
+    return result;
+}
+
+std::optional<std::string> pathToAnsi(std::wstring_view path) {
+    if (std::optional<std::string> plain = toAnsi(path))
+        return plain;
+    const std::wstring full(path);
+    std::wstring shortened(MAX_PATH + 1, L'\0');
+    const DWORD length = GetShortPathNameW(full.c_str(), shortened.data(), static_cast<DWORD>(shortened.size()));
+    if (length == 0 || length >= shortened.size())
+        return std::nullopt;
+    return toAnsi(std::wstring_view(shortened).substr(0, length));
+}
+
+std::wstring fromAnsi(const std::string& text) {
+    const auto length = static_cast<int>(text.size());
+    std::wstring result(text.size(), L'\0');
+    result.resize(static_cast<std::size_t>(
+        MultiByteToWideChar(CP_ACP, 0, text.data(), length, result.data(), static_cast<int>(result.size()))));
+    return result;
+}
+
+std::string toUtf8(const std::wstring& text) {
+    const auto length = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, result.data(), size, nullptr, nullptr);
+    return result;
+}
+
+struct Shared {
+    WinRegistry registry;
+    WinIni ini;
+    WinFileStore files;
+    util::System system{registry, ini, files, hostProgram(), &localTime};
+    util::Configuration configuration{system};
+    util::TechSupportLog log{configuration, system};
+};
+
+Shared& shared() {
+    static Shared instance;
+    return instance;
+}
+
+}  // namespace
+
+std::optional<std::wstring> WinRegistry::defaultValue(const std::wstring& key) {
+    std::optional<std::wstring> value = defaultValueIn(key, KEY_WOW64_64KEY);
+    return value ? value : defaultValueIn(key, KEY_WOW64_32KEY);
+}
+
+std::optional<std::wstring> WinIni::read(std::wstring_view key, std::wstring_view section, std::wstring_view file) {
+    const std::optional<std::string> path = pathToAnsi(file);
+    const std::optional<std::string> inSection = toAnsi(section);
+    const std::optional<std::string> name = toAnsi(key);
+    if (!path || !inSection || !name)
+        return std::nullopt;
+    for (DWORD size = kFirstLength;; size *= 2) {
+        std::string value(size, '\0');
+        const DWORD length =
+            GetPrivateProfileStringA(inSection->c_str(), name->c_str(), kMissing, value.data(), size, path->c_str());
+        // A value that fills the buffer may have been cut.
+        if (length + 1 >= size && size < kMostLength)
+            continue;
+        value.resize(length);
+        if (value == kMissing)
+            return std::nullopt;
+        return fromAnsi(value);
+    }
+}
+
+bool WinFileStore::folderExists(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+void WinFileStore::createFolder(const std::wstring& path) {
+    // Another program may have been quicker.
+    if (!CreateDirectoryW(path.c_str(), nullptr) && !folderExists(path))
+        throw RuntimeError(kPathFileAccess);
+}
+
+std::wstring WinFileStore::userTempFolder() {
+    std::wstring folder(MAX_PATH + 1, L'\0');
+    const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
+    folder.resize(length > folder.size() ? 0 : length);
+    return folder;
+}
+
+void WinFileStore::append(const std::wstring& path, const std::wstring& text) {
+    const HANDLE opened =
+        CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE)
+        throw RuntimeError(kPathFileAccess);
+    const FileHandle file(opened);
+    const std::string bytes = toUtf8(text);
+    DWORD written = 0;
+    if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
+        written != bytes.size())
+        throw RuntimeError(kPathFileAccess);
+}
+
+util::HostProgram hostProgram() {
+    constexpr std::size_t kLongestPath = 32768;
+    std::wstring path(kLongestPath, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    const std::size_t name = path.find_last_of(L'\\') + 1;
+    return {path.substr(0, name), path.substr(name), fileVersion(path)};
+}
+
+std::wstring fileVersion(const std::wstring& path) {
+    std::wstring result = L"0.0.0";
+    DWORD ignored = 0;
+    std::vector<char> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
+    VS_FIXEDFILEINFO* fixed = nullptr;
+    UINT length = 0;
+    if (!block.empty() && GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) &&
+        VerQueryValueW(block.data(), L"\\", reinterpret_cast<void**>(&fixed), &length) && length >= sizeof *fixed)
+        // The revision is the last of the four numbers; the third is not shown.
+        result = std::to_wstring(HIWORD(fixed->dwFileVersionMS)) + L"." +
+                 std::to_wstring(LOWORD(fixed->dwFileVersionMS)) + L"." +
+                 std::to_wstring(LOWORD(fixed->dwFileVersionLS));
+    return result;
+}
+
+util::DateTime localTime() {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond};
+}
+
+util::Configuration& configuration() {
+    return shared().configuration;
+}
+
+util::TechSupportLog& techSupportLog() {
+    return shared().log;
+}
+
+}  // namespace kv::win32
