@@ -68,6 +68,8 @@ void Bandscope::connectHandlers() {
     ui_.cboGridRange.onClick = [this] { cboGridRange_Click(); };
     ui_.tdKnGrid.onValueChanged = [this](double d) { tdKnGrid_ValueChanged(d); };
     ui_.tdKnGrid.onTurnEnd = [this] { tdKnGrid_TurnEnd(); };
+    ui_.tdKnGrid.onTurnBegin = [this] { rememberBeforeTurn(); };
+    ui_.tdKnGrid.onGivenUp = [this] { takeGridTurnBack(); };
     ui_.tdKnCenter.onValueChanged = [this](double d) { applyNewCenter(d); };
     ui_.tdKnCenter.onTurnEnd = [this] {
         // Each new center gave the knob its start range; under the hand it could not be rescaled.

@@ -152,6 +152,8 @@ class Bandscope {
     void cboGridRange_Click();
     void tdKnGrid_ValueChanged(double dNewVal);
     void tdKnGrid_TurnEnd();
+    void rememberBeforeTurn() noexcept;
+    void takeGridTurnBack();
 
     // CenterCursorKnobs.cpp
     void setUpCursorKnob();
@@ -222,6 +224,13 @@ class Bandscope {
     struct Grid {                 // GridStep.cpp
         std::int16_t nGridX = 0;  ///< divisions; below 1 means the usual 20
         double step = 0.0;        ///< MHz; not above 0: to be derived from the range
+        /// The display as a turn of the grid knob found it.
+        struct Before {
+            double minFreq = FREQ_UNSET;
+            double maxFreq = -FREQ_UNSET;
+            double step = 0.0;
+        };
+        Before beforeTurn;
     };
     struct Drawing {  // SpectrumDrawing.cpp
         bool bDrawing = false;

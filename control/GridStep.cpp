@@ -141,4 +141,23 @@ void Bandscope::tdKnGrid_TurnEnd() {
     tellRangeChanged();
 }
 
+// A derived step stands on no stop of the knob: the knob's value alone would not bring the display back.
+void Bandscope::rememberBeforeTurn() noexcept {
+    grid_.beforeTurn = {range_.minFreq, range_.maxFreq, grid_.step};
+}
+
+void Bandscope::takeGridTurnBack() {
+    std::int16_t flag = 100;
+    reported(L"tdKnGrid_GivenUp", L"", flag, [&] {
+        range_.minFreq = grid_.beforeTurn.minFreq;
+        range_.maxFreq = grid_.beforeTurn.maxFreq;
+        setGridStepX(grid_.beforeTurn.step);
+        flag = 200;
+        if (drawing_.bDrawing)
+            drawing_.bAgain = true;
+        else
+            JustDrawIt();
+    });
+}
+
 }  // namespace kv::control

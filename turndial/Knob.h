@@ -44,6 +44,10 @@ class KnobBase : public formenv::Widget, public KnobControl {
     std::function<void(double dNewVal)> onValueChanged;
     /// Once at the end of a turn.
     std::function<void()> onTurnEnd;
+    /// When a hand takes the knob, and when it has given its turn up and everything is back: for programs whose own
+    /// state did not agree with the knob before the turn.
+    std::function<void()> onTurnBegin;
+    std::function<void()> onGivenUp;
 
     void mouseDown(int x, int y, Modifiers modifiers) final;
     void mouseMove(int x, int y, Modifiers modifiers) final;

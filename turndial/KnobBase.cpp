@@ -66,6 +66,8 @@ void KnobBase::begin(Hold hold) {
     told_ = false;
     moved_ = false;
     turnBegins();
+    if (const std::function<void()> handler = onTurnBegin)
+        handler();
     Refresh();
 }
 
@@ -214,8 +216,11 @@ void KnobBase::cancel() {
         return;
     const bool told = told_;
     letGo();
-    if (told)
-        takeBack();
+    if (!told)
+        return;
+    takeBack();
+    if (const std::function<void()> handler = onGivenUp)
+        handler();
 }
 
 void KnobBase::paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& text, int dpi,

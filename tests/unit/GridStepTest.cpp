@@ -281,5 +281,21 @@ TEST_F(GridStepTest, AStepTooSmallForTheCenterIsAnErrorAndKeepsTheRange) {
     EXPECT_EQ(scope.DisplayMaxFreq(), 550.0);
 }
 
+TEST_F(GridStepTest, EscapeBringsBackTheDisplayOfADerivedStep) {
+    addTX(450.0, 1.0, 2.0);
+    scope.DrawByRange(400.0, 500.0);
+    const double minimum = scope.DisplayMinFreq();
+    const double maximum = scope.DisplayMaxFreq();
+    const std::vector<std::uint32_t> before = pixelsOf(ui.picSpectrum);
+    ui.tdKnGrid.keyDown(turndial::Key::Up, {});
+    EXPECT_NE(scope.DisplayMaxFreq(), maximum);
+    ui.tdKnGrid.keyDown(turndial::Key::Escape, {});
+    EXPECT_EQ(scope.DisplayMinFreq(), minimum);
+    EXPECT_EQ(scope.DisplayMaxFreq(), maximum);
+    EXPECT_EQ(ui.tdKnGrid.dVal(), 0.5);
+    EXPECT_EQ(pixelsOf(ui.picSpectrum), before);
+    EXPECT_THAT(events.heard, IsEmpty());
+}
+
 }  // namespace
 }  // namespace kv::control
