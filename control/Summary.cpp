@@ -3,6 +3,7 @@
 #include <string>
 
 #include "control/Bandscope.h"
+#include "control/Intermodulation.h"
 #include "util/NumberFormat.h"
 
 namespace kv::control {
@@ -65,9 +66,7 @@ std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
 void Bandscope::chooseNoun(const std::wstring& sLabel) {
     if (!sTXNoun_.empty())
         return;
-    const bool product = sLabel.find(L"order product]") != std::wstring::npos &&
-                         sLabel.find(L"Intermod Product [") != std::wstring::npos;
-    sTXNoun_ = product ? L" IM Products" : L" TX Channels";
+    sTXNoun_ = isIntermodProduct(sLabel) ? L" IM Products" : L" TX Channels";
 }
 
 void Bandscope::ShowTXLabels(const std::wstring& sLabel) {
