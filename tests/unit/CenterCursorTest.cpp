@@ -1,7 +1,7 @@
 // Center and cursor: setting, nudging and turning them.
 #include <limits>
 
-#include "tests/unit/ScopeFixture.h"
+#include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
 namespace {
@@ -9,20 +9,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class CenterCursorTest : public ScopeTest {
-  protected:
-    void expectRange(double minimum, double maximum) {
-        EXPECT_DOUBLE_EQ(scope.DisplayMinFreq(), minimum);
-        EXPECT_DOUBLE_EQ(scope.DisplayMaxFreq(), maximum);
-    }
-    void expectScale(const formenv::UserScale& expected) {
-        const formenv::UserScale scale = ui.picSpectrum.scale();
-        EXPECT_DOUBLE_EQ(scale.left, expected.left);
-        EXPECT_DOUBLE_EQ(scale.top, expected.top);
-        EXPECT_DOUBLE_EQ(scale.width, expected.width);
-        EXPECT_DOUBLE_EQ(scale.height, expected.height);
-    }
-};
+using CenterCursorTest = RangeTest;
 
 TEST_F(CenterCursorTest, CenterOfZeroOrBelowRecentresOnTheMiddle) {
     addTX(450.0);

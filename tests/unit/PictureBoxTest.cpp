@@ -10,28 +10,13 @@
 
 #include "formenv/HeadlessPlatform.h"
 #include "formenv/RecordingCanvas.h"
+#include "tests/unit/WidgetFixture.h"
 #include "util/RuntimeError.h"
 
 namespace kv::formenv {
 namespace {
 
 using ::testing::ElementsAre;
-
-class RecordingPeer final : public Peer {
-  public:
-    void changed(Change what) override { changes.push_back(what); }
-    std::vector<Change> changes;
-};
-
-template <class F>
-int errorOf(F&& body) {
-    try {
-        body();
-    } catch (const util::RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 /// 100 by 50 pixels.
 class PictureBoxTest : public ::testing::Test {

@@ -1,7 +1,7 @@
 // The range that the picture shows: derived from the channels, set by the host, shifted onto a center.
 #include <limits>
 
-#include "tests/unit/ScopeFixture.h"
+#include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
 namespace {
@@ -11,20 +11,7 @@ using ::testing::IsEmpty;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-class RangeScalingTest : public ScopeTest {
-  protected:
-    void expectRange(double minimum, double maximum) {
-        EXPECT_DOUBLE_EQ(scope.DisplayMinFreq(), minimum);
-        EXPECT_DOUBLE_EQ(scope.DisplayMaxFreq(), maximum);
-    }
-    void expectScale(const formenv::UserScale& expected) {
-        const formenv::UserScale scale = ui.picSpectrum.scale();
-        EXPECT_DOUBLE_EQ(scale.left, expected.left);
-        EXPECT_DOUBLE_EQ(scale.top, expected.top);
-        EXPECT_DOUBLE_EQ(scale.width, expected.width);
-        EXPECT_DOUBLE_EQ(scale.height, expected.height);
-    }
-};
+using RangeScalingTest = RangeTest;
 
 TEST_F(RangeScalingTest, WithoutChannelsTheRangeStaysUnsetAndNoScaleIsApplied) {
     const formenv::UserScale before = ui.picSpectrum.scale();

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 
+#include "tests/unit/WidgetFixture.h"
 #include "turndial/Knob.h"
 #include "util/RuntimeError.h"
 
@@ -15,22 +16,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-class RecordingPeer final : public Peer {
-  public:
-    void changed(Change what) override { changes.push_back(what); }
-    std::vector<Change> changes;
-};
-
-template <class F>
-int errorOf(F&& body) {
-    try {
-        body();
-    } catch (const util::RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 class WidgetTest : public ::testing::Test {
   protected:
