@@ -1,6 +1,7 @@
-// Files and the clipboard, which the system provides.
+// Files, settings and the clipboard, which the system provides.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace kv::formenv {
@@ -21,6 +22,21 @@ class FileServices {
     /// Empties the clipboard, then places the bitmap file on it unless `path` is empty. Throws RuntimeError 521 when
     /// the clipboard stays busy and 481 for a file that is no bitmap.
     virtual void bitmapFileToClipboard(const std::wstring& path) = 0;
+
+    /// The value of `key` in `section` of the INI file at path `file`; nothing when the file, the section or the key is
+    /// missing.
+    [[nodiscard]] virtual std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
+                                                                  const std::wstring& file) = 0;
+
+    /// Writes a setting, into a new file when there is none; throws RuntimeError 75 when it cannot.
+    virtual void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                              const std::wstring& value) = 0;
+
+    /// The folder for the files that users work with; it need not exist.
+    [[nodiscard]] virtual std::wstring workFolder() = 0;
+
+    /// The INI file that keeps the places of windows; it need not exist. Empty when there is none to be had.
+    [[nodiscard]] virtual std::wstring placementFile() = 0;
 };
 
 }  // namespace kv::formenv

@@ -1,5 +1,10 @@
 #include "formenv/HeadlessPlatform.h"
 
+#include <algorithm>
+
+#include "formenv/Form.h"
+#include "util/RuntimeError.h"
+
 namespace kv::formenv {
 
 namespace {
@@ -51,8 +56,66 @@ void HeadlessPlatform::pumpEvents() {
 
 MessageAnswer HeadlessPlatform::messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
                                            MessageButtons buttons) {
-    messages.push_back({text, title, icon, buttons});
+    return messageBoxBefore(0, text, title, icon, buttons);
+}
+
+MessageAnswer HeadlessPlatform::messageBoxBefore(std::intptr_t window, const std::wstring& text,
+                                                 const std::wstring& title, MessageIcon icon, MessageButtons buttons) {
+    messages.push_back({text, title, icon, buttons, window});
+    if (const std::function<void()> during = onMessage)
+        during();
     return answer;
+}
+
+/// Writes down what it is told and gives the form the room inside its border.
+class HeadlessPlatform::RecordedFormWindow final : public FormWindow, public Peer {
+  public:
+    RecordedFormWindow(HeadlessPlatform& platform, Form& form)
+        : platform_(platform), form_(form), handle_(++platform.lastHandle_) {
+        note("create");
+        form_.setPeer(this);
+        tellSize();
+    }
+    ~RecordedFormWindow() override {
+        form_.setPeer(nullptr);
+        note("destroy");
+    }
+    RecordedFormWindow(const RecordedFormWindow&) = delete;
+    RecordedFormWindow& operator=(const RecordedFormWindow&) = delete;
+
+    [[nodiscard]] std::intptr_t handle() const noexcept override { return handle_; }
+    void show() override { note("show"); }
+    void hide() override { note("hide"); }
+    void setState(WindowState state) override { note("state " + std::to_string(static_cast<int>(state))); }
+    void changed(Change what) override {
+        if (what != Change::Place)
+            return;
+        note("place");
+        tellSize();
+    }
+
+  private:
+    void note(std::string call) { platform_.formCalls.push_back(std::move(call)); }
+    void tellSize() {
+        const FormBorder border = platform_.formBorder();
+        form_.clientResized(std::max(form_.width() - border.width, 0.0), std::max(form_.height() - border.height, 0.0));
+    }
+
+    HeadlessPlatform& platform_;
+    Form& form_;
+    std::intptr_t handle_;
+};
+
+std::unique_ptr<FormWindow> HeadlessPlatform::createFormWindow(Form& form) {
+    if (formsFail)
+        throw util::RuntimeError(util::error_number::kOutOfMemory);
+    return std::make_unique<RecordedFormWindow>(*this, form);
+}
+
+void HeadlessPlatform::startProgram(const std::wstring& command) {
+    if (programsFail)
+        throw util::RuntimeError(util::error_number::kFileNotFound);
+    programs.push_back(command);
 }
 
 }  // namespace kv::formenv

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "formenv/BlockTextPainter.h"
+#include "formenv/HeadlessDesktop.h"
 #include "formenv/Platform.h"
 
 namespace kv::formenv {
@@ -18,6 +19,7 @@ class HeadlessPlatform final : public Platform {
         std::wstring title;
         MessageIcon icon;
         MessageButtons buttons;
+        std::intptr_t before = 0;  ///< handle of the form's window that it stands before; 0 for the control's
     };
 
     [[nodiscard]] int dpi() const noexcept override { return dots; }
@@ -27,6 +29,17 @@ class HeadlessPlatform final : public Platform {
     void pumpEvents() override;
     MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
                              MessageButtons buttons) override;
+    MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
+                                   MessageIcon icon, MessageButtons buttons) override;
+    [[nodiscard]] std::unique_ptr<FormWindow> createFormWindow(Form& form) override;
+    /// Six pixels on each side and 24 more for the title, at 96 dots per inch.
+    [[nodiscard]] FormBorder formBorder() const noexcept override { return {180.0, 540.0}; }
+    void startProgram(const std::wstring& command) override;
+    /// Its dots per inch follow those of the platform.
+    [[nodiscard]] HeadlessDesktop& desktop() override {
+        desktop_.dots = dots;
+        return desktop_;
+    }
 
     int dots = 96;
     std::vector<Message> messages;
@@ -34,9 +47,20 @@ class HeadlessPlatform final : public Platform {
     /// What happens when the control lets events run.
     std::function<void()> onPump;
     MessageAnswer answer = MessageAnswer::Ok;
+    /// What happens while a message box is open.
+    std::function<void()> onMessage;
+    /// What the windows of forms were told, in order: "create", "show", "hide", "place", "state 2", "destroy".
+    std::vector<std::string> formCalls;
+    bool formsFail = false;
+    std::vector<std::wstring> programs;
+    bool programsFail = false;
 
   private:
+    class RecordedFormWindow;
+
+    std::intptr_t lastHandle_ = 0;
     BlockTextPainter letters_;
+    HeadlessDesktop desktop_;
 };
 
 }  // namespace kv::formenv

@@ -1,14 +1,25 @@
 // What the form environment needs of the system it runs on.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
 #include "formenv/Canvas.h"
 #include "formenv/Color.h"
+#include "formenv/Desktop.h"
 #include "formenv/RasterCanvas.h"
 
 namespace kv::formenv {
+
+class Form;
+class FormWindow;
+
+/// What the frame of a resizable form takes of its size, twips.
+struct FormBorder {
+    double width = 0.0;
+    double height = 0.0;
+};
 
 /// An off-screen 32-bit picture: the pixels behind a picture box.
 class Surface {
@@ -46,6 +57,23 @@ class Platform {
 
     virtual MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
                                      MessageButtons buttons) = 0;
+
+    /// The same before the window with this handle, which cannot be used until there is an answer.
+    virtual MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
+                                           MessageIcon icon, MessageButtons buttons) = 0;
+
+    /// The window of a form, not yet shown, which tells its client area before this returns. Throws RuntimeError 7 when
+    /// the system refuses one. The form has to live longer.
+    [[nodiscard]] virtual std::unique_ptr<FormWindow> createFormWindow(Form& form) = 0;
+    [[nodiscard]] virtual FormBorder formBorder() const noexcept = 0;
+    /// The handle of the window that forms loaded now belong to; 0 for none.
+    [[nodiscard]] virtual std::intptr_t formOwner() const noexcept { return 0; }
+
+    /// Starts a program in a normal window and does not wait for it; throws RuntimeError 53 when it cannot.
+    virtual void startProgram(const std::wstring& command) = 0;
+
+    /// The screens that top-level windows stand on.
+    [[nodiscard]] virtual Desktop& desktop() = 0;
 
     [[nodiscard]] Rgb resolve(OleColor color) const noexcept {
         return isSystemColor(color) ? systemColor(systemColorIndex(color)) : color & 0x00FFFFFFU;

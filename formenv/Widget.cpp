@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "util/RuntimeError.h"
+#include "util/Text.h"
 
 namespace kv::formenv {
 
@@ -41,6 +42,13 @@ void Widget::move(const Place& place) {
     place_ = place;
     placed();
     tellPeer(Change::Place);
+}
+
+void Widget::adoptPlace(const Place& place) {
+    if (place == place_)
+        return;
+    place_ = place;
+    placed();
 }
 
 void Widget::setVisible(bool visible) {
@@ -91,6 +99,42 @@ void Widget::setFont(const Font& font) {
 void Widget::tellPeer(Change what) {
     if (peer_)
         peer_->changed(what);
+}
+
+wchar_t accessKey(std::wstring_view caption) noexcept {
+    for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
+        if (caption[i] != L'&')
+            continue;
+        if (caption[i + 1] != L'&')
+            return util::upperCase(caption[i + 1]);
+        ++i;
+    }
+    return L'\0';
+}
+
+void TextBox::setText(std::wstring text) {
+    if (text == text_)
+        return;
+    text_ = std::move(text);
+    tellPeer(Change::Text);
+    // A copy: the handler may take the box away.
+    if (const Handler handler = onChange)
+        handler();
+}
+
+void TextBox::setLocked(bool locked) {
+    if (locked_ == locked)
+        return;
+    locked_ = locked;
+    tellPeer(Change::Locked);
+}
+
+void TextBox::typed(std::wstring text) {
+    if (text == text_)
+        return;
+    text_ = std::move(text);
+    if (const Handler handler = onChange)
+        handler();
 }
 
 void CheckBox::setValue(int value) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "formenv/Canvas.h"
@@ -15,9 +16,9 @@ namespace kv::formenv {
 class Widget;
 
 /// Shown instead of a caption's text size: which kind of window stands for a widget.
-enum class WidgetKind { UserControl, Frame, PictureBox, Label, Button, CheckBox, ComboBox, TextBox, Custom };
+enum class WidgetKind { UserControl, Form, Frame, PictureBox, Label, Button, CheckBox, ComboBox, TextBox, Custom };
 
-enum class Change { Place, Visible, Enabled, Caption, ToolTip, Colors, Font, Items, Value, Picture };
+enum class Change { Place, Visible, Enabled, Caption, ToolTip, Colors, Font, Items, Value, Picture, Text, Locked };
 
 /// The window that stands for a widget. It is told of every change and never keeps state of its own.
 class Peer {
@@ -98,6 +99,8 @@ class Widget {
 
   protected:
     void tellPeer(Change what);
+    /// Takes over a place that the window has already.
+    void adoptPlace(const Place& place);
     /// Called after the place has changed, before the window is told.
     virtual void placed() {}
 
@@ -125,7 +128,13 @@ class Frame : public Widget {
 class Label : public Widget {
   public:
     Label(Widget* parent, std::wstring name) : Widget(WidgetKind::Label, parent, std::move(name)) {}
+    /// Puts the line into the middle of the label's height. To be chosen before a window stands for it.
+    bool middle = false;
 };
+
+/// The letter that works a button or check box together with Alt, as a capital: the one behind the first single "&" of
+/// the caption; 0 for none. "&&" is an ampersand to be shown.
+[[nodiscard]] wchar_t accessKey(std::wstring_view caption) noexcept;
 
 /// What a button shows when it has no caption.
 enum class Glyph { None, ToCenter };
@@ -143,6 +152,24 @@ class TextBox : public Widget {
         setBackColor(system_color::kWindowBackground);
         setForeColor(system_color::kWindowText);
     }
+    /// Any letters, any length.
+    [[nodiscard]] const std::wstring& text() const noexcept { return text_; }
+    /// Raises `onChange` when the text differs, as a user's edit does.
+    void setText(std::wstring text);
+    /// A locked text can be selected and copied, not edited by the user.
+    [[nodiscard]] bool locked() const noexcept { return locked_; }
+    void setLocked(bool locked);
+
+    /// To be chosen before a window stands for the box.
+    bool multiLine = false;
+    Handler onChange;
+
+    /// The window tells what the user's edit has left in it.
+    void typed(std::wstring text);
+
+  private:
+    std::wstring text_;
+    bool locked_ = false;
 };
 
 class CheckBox : public Widget {

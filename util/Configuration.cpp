@@ -157,6 +157,41 @@ std::wstring Configuration::getScratchFolder() noexcept {
     });
 }
 
+/// For files that have no maker's directory to be in; empty when the system knows no folder for them.
+std::wstring Configuration::ownFolder() {
+    const std::wstring parent = system_.files.userDataFolder();
+    return isBlank(parent) ? std::wstring() : setPathName(parent, product::kOwnFolder);
+}
+
+std::wstring Configuration::getPlacementINI() noexcept {
+    return once(placementINI_, L"getPlacementINI", [this]() -> std::wstring {
+        if (!isBlank(getKorvaneDirectory()))
+            return getProductINI();
+        const std::wstring folder = ownFolder();
+        return folder.empty() ? folder : setPathName(folder, product::kOwnINI);
+    });
+}
+
+std::optional<std::wstring> Configuration::readSetting(const std::wstring& key, const std::wstring& section,
+                                                       const std::wstring& file) noexcept {
+    try {
+        return isBlank(file) ? std::nullopt : system_.ini.read(key, section, file);
+    } catch (...) {
+        noteError(L"readSetting", currentError());
+        return std::nullopt;
+    }
+}
+
+void Configuration::writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                                 const std::wstring& value) {
+    if (isBlank(file))
+        throw RuntimeError(error_number::kPathFileAccess);
+    const std::wstring folder = ownFolder();
+    if (!folder.empty() && file == setPathName(folder, product::kOwnINI) && !system_.files.folderExists(folder))
+        system_.files.createFolder(folder);
+    system_.ini.write(key, section, file, value);
+}
+
 /// Makes the folders above as well.
 void Configuration::createPath(const std::wstring& path) {
     const std::size_t end = path.find_last_not_of(L'\\');

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "util/RuntimeError.h"
@@ -13,7 +14,7 @@ namespace kv::util {
 
 /// Each value is computed at its first use and kept; one that came out blank is computed again at the next.
 ///
-/// No member raises an error: a failure leaves the value empty and a note in "KVTecSup.Txt" in the host program's
+/// No getter raises an error: a failure leaves the value empty and a note in "KVTecSup.Txt" in the host program's
 /// folder. Without a maker's directory the other paths are relative ones, beginning with the file or folder itself.
 /// Safe to call from any thread.
 class Configuration {
@@ -39,6 +40,17 @@ class Configuration {
     /// directory, or none that lets it be created, TEMP in the user's temporary folder.
     [[nodiscard]] std::wstring getScratchFolder() noexcept;
 
+    /// The INI file that keeps the places of windows: the product INI; without a maker's directory "kvBandscope.INI" in
+    /// a folder of the user's own. Empty when there is neither.
+    [[nodiscard]] std::wstring getPlacementINI() noexcept;
+
+    /// A setting of any INI file; nothing when it is missing or cannot be read, and for an empty path.
+    [[nodiscard]] std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
+                                                          const std::wstring& file) noexcept;
+    /// Throws RuntimeError 75 when it cannot. Of folders only the one of our own that holds the placement INI is made.
+    void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                      const std::wstring& value);
+
     /// Is there such a folder, or is there now? An empty path becomes the work folder. `bCreate`: offer to make it;
     /// with nobody to ask nothing is made.
     bool getPathExist(std::wstring& sPath, bool bCreate, UserPrompt& user) noexcept;
@@ -63,6 +75,7 @@ class Configuration {
     std::wstring once(Kept& kept, const wchar_t* procedure, const std::function<std::wstring()>& compute) noexcept;
     std::wstring directoryFromRegistry(std::wstring& key, const std::function<void(const RuntimeError&)>& failed);
     std::wstring findDirectory();
+    std::wstring ownFolder();
     std::wstring folderSetting(const wchar_t* key, const wchar_t* usual);
     void createPath(const std::wstring& path);
     bool createScratch(const std::wstring& folder);
@@ -78,6 +91,7 @@ class Configuration {
     Kept workFolder_;
     Kept tempFolder_;
     Kept scratchFolder_;
+    Kept placementINI_;
 };
 
 }  // namespace kv::util

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "util/RuntimeError.h"
 #include "util/Text.h"
 
 namespace kv::util {
@@ -38,6 +39,28 @@ std::wstring getINI(IniSource& source, std::wstring_view key, std::wstring_view 
     return value ? *std::move(value) : std::wstring(defaultValue);
 }
 
+void IniSource::write(std::wstring_view, std::wstring_view, std::wstring_view, std::wstring_view) {
+    throw RuntimeError(error_number::kPathFileAccess);
+}
+
+void IniSource::demandWritable(std::wstring_view key, std::wstring_view section, std::wstring_view value) {
+    constexpr std::wstring_view kLineBreakers(L"\r\n\0\x1A", 4);
+    const auto holds = [](std::wstring_view text, std::wstring_view letters) {
+        return text.find_first_of(letters) != std::wstring_view::npos;
+    };
+    const std::wstring_view name = trimBlanks(key);
+    if (name.empty() || name != key || name[0] == L';' || name[0] == L'[' || holds(key, L"=") ||
+        holds(key, kLineBreakers) || trimBlanks(section) != section || section.empty() || holds(section, L"[]") ||
+        holds(section, kLineBreakers) || holds(value, kLineBreakers))
+        throw RuntimeError(error_number::kPathFileAccess);
+}
+
+std::wstring IniSource::written(std::wstring_view value) {
+    if (trimBlanks(value) == value && withoutQuotes(value) == value)
+        return std::wstring(value);
+    return L'"' + std::wstring(value) + L'"';
+}
+
 IniText::IniText(std::wstring_view text) {
     if (text.starts_with(kByteOrderMark))
         text.remove_prefix(1);
@@ -69,6 +92,10 @@ std::optional<std::wstring> IniText::find(std::wstring_view key, std::wstring_vi
     return found->second;
 }
 
+void IniText::set(std::wstring_view key, std::wstring_view section, std::wstring_view value) {
+    values_.insert_or_assign({nameOf(section), nameOf(key)}, std::wstring(value));
+}
+
 void TextIniSource::setFile(std::wstring_view path, std::wstring_view text) {
     files_.insert_or_assign(foldCase(path), IniText(text));
 }
@@ -77,6 +104,12 @@ std::optional<std::wstring> TextIniSource::read(std::wstring_view key, std::wstr
                                                 std::wstring_view file) {
     const auto found = files_.find(foldCase(file));
     return found == files_.end() ? std::nullopt : found->second.find(key, section);
+}
+
+void TextIniSource::write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
+                          std::wstring_view value) {
+    demandWritable(key, section, value);
+    files_[foldCase(file)].set(key, section, value);
 }
 
 }  // namespace kv::util

@@ -21,6 +21,18 @@ class IniSource {
     /// is missing. A key that is there without a value gives an empty text.
     [[nodiscard]] virtual std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
                                                            std::wstring_view file) = 0;
+
+    /// Sets `key` in `section` of the INI file at the full path `file`, which is made when it does not exist. Throws
+    /// RuntimeError 75 when it cannot, also for names and values that would not read back; a source that is only
+    /// there to be read always does.
+    virtual void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
+                       std::wstring_view value);
+
+  protected:
+    /// Throws RuntimeError 75 for a name or a value that would end its line early or turn it into another one.
+    static void demandWritable(std::wstring_view key, std::wstring_view section, std::wstring_view value);
+    /// The value with quotes around it when it would lose blanks or quotes of its own without them.
+    [[nodiscard]] static std::wstring written(std::wstring_view value);
 };
 
 /// The value of `key` in `section` of `file`, or `defaultValue` when the key, the section or the file is missing.
@@ -43,6 +55,8 @@ class IniText {
     /// The value of `key` in `section`, if there is one.
     [[nodiscard]] std::optional<std::wstring> find(std::wstring_view key, std::wstring_view section) const;
 
+    void set(std::wstring_view key, std::wstring_view section, std::wstring_view value);
+
   private:
     std::map<std::pair<std::wstring, std::wstring>, std::wstring> values_;  // By folded section and key.
 };
@@ -55,6 +69,8 @@ class TextIniSource : public IniSource {
 
     [[nodiscard]] std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
                                                    std::wstring_view file) override;
+    void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
+               std::wstring_view value) override;
 
   private:
     std::map<std::wstring, IniText> files_;

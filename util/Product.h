@@ -18,6 +18,10 @@ inline constexpr wchar_t kSupportEmail[] = L"";
 inline constexpr wchar_t kSupportTelephone[] = L"";
 inline constexpr wchar_t kSalesContact[] = L"";
 
+/// Where settings go that have no maker's directory to be in: a folder among the user's data, and the file in it.
+inline constexpr wchar_t kOwnFolder[] = L"kvBandscope";
+inline constexpr wchar_t kOwnINI[] = L"kvBandscope.INI";
+
 /// The program that shows text files for printing.
 inline constexpr wchar_t kTextViewer[] = L"NOTEPAD";
 

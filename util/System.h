@@ -51,6 +51,8 @@ class FileStore {
     virtual void createFolder(const std::wstring& path) = 0;
     /// The user's folder for temporary files; empty when the system knows none.
     [[nodiscard]] virtual std::wstring userTempFolder() = 0;
+    /// The user's folder for what programs keep on this machine; empty when the system knows none.
+    [[nodiscard]] virtual std::wstring userDataFolder() = 0;
     /// Adds text at the end of a file, which is made when it does not exist, and closes it again. Throws RuntimeError
     /// 75 when it cannot.
     virtual void append(const std::wstring& path, const std::wstring& text) = 0;

@@ -198,6 +198,8 @@ void KnobWindow::changed(Change what) {
             break;
         case Change::ToolTip:
         case Change::Items:
+        case Change::Text:
+        case Change::Locked:
             break;
         case Change::Colors:
         case Change::Font:

@@ -90,6 +90,24 @@ void WinFiles::deleteFile(const std::wstring& path) noexcept {
     DeleteFileW(path.c_str());
 }
 
+std::optional<std::wstring> WinFiles::readSetting(const std::wstring& key, const std::wstring& section,
+                                                  const std::wstring& file) {
+    return configuration().readSetting(key, section, file);
+}
+
+void WinFiles::writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                            const std::wstring& value) {
+    configuration().writeSetting(key, section, file, value);
+}
+
+std::wstring WinFiles::workFolder() {
+    return configuration().getWorkFolder();
+}
+
+std::wstring WinFiles::placementFile() {
+    return configuration().getPlacementINI();
+}
+
 void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
     const OwnerWindow owner;
     const OpenedClipboard clipboard(owner.get());

@@ -1,4 +1,4 @@
-// Files and the clipboard on Windows.
+// Files, settings and the clipboard on Windows.
 #pragma once
 
 #include <windows.h>
@@ -13,6 +13,12 @@ class WinFiles final : public formenv::FileServices {
     void writeFile(const std::wstring& path, const std::string& bytes) override;
     void deleteFile(const std::wstring& path) noexcept override;
     void bitmapFileToClipboard(const std::wstring& path) override;
+    [[nodiscard]] std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
+                                                          const std::wstring& file) override;
+    void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                      const std::wstring& value) override;
+    [[nodiscard]] std::wstring workFolder() override;
+    [[nodiscard]] std::wstring placementFile() override;
 };
 
 }  // namespace kv::win32

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "util/RuntimeError.h"
 #include "win32/DibSurface.h"
+#include "win32/FormWindow.h"
 
 namespace kv::win32 {
 
@@ -31,9 +33,13 @@ UINT iconFlag(formenv::MessageIcon icon) {
     return 0;
 }
 
+HWND rootOf(HWND window) {
+    return window ? GetAncestor(window, GA_ROOT) : nullptr;
+}
+
 }  // namespace
 
-WinPlatform::WinPlatform() : dpi_(screenDpi()), fonts_(dpi_), tiles_(systemHatchTiles()) {}
+WinPlatform::WinPlatform() : dpi_(screenDpi()), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(dpi_) {}
 
 std::unique_ptr<formenv::Surface> WinPlatform::createSurface(formenv::PixelSize size) {
     return std::make_unique<DibSurface>(size, fonts_, tiles_);
@@ -65,12 +71,42 @@ bool WinPlatform::hasUser() const noexcept {
 
 formenv::MessageAnswer WinPlatform::messageBox(const std::wstring& text, const std::wstring& title,
                                                formenv::MessageIcon icon, formenv::MessageButtons buttons) {
+    return messageBoxBefore(formOwner(), text, title, icon, buttons);
+}
+
+formenv::MessageAnswer WinPlatform::messageBoxBefore(std::intptr_t window, const std::wstring& text,
+                                                     const std::wstring& title, formenv::MessageIcon icon,
+                                                     formenv::MessageButtons buttons) {
     const UINT kind = buttons == formenv::MessageButtons::Ok ? MB_OK : MB_YESNO | MB_DEFBUTTON2;
-    const HWND owner = owner_ ? GetAncestor(owner_, GA_ROOT) : nullptr;
-    const int answer = MessageBoxW(owner, text.c_str(), title.c_str(), kind | iconFlag(icon));
+    const int answer = MessageBoxW(reinterpret_cast<HWND>(window), text.c_str(), title.c_str(), kind | iconFlag(icon));
     if (answer == IDYES)
         return formenv::MessageAnswer::Yes;
     return answer == IDNO ? formenv::MessageAnswer::No : formenv::MessageAnswer::Ok;
+}
+
+std::unique_ptr<formenv::FormWindow> WinPlatform::createFormWindow(formenv::Form& form) {
+    return std::make_unique<FormWindow>(form, *this, rootOf(owner_), keeper_);
+}
+
+formenv::FormBorder WinPlatform::formBorder() const noexcept {
+    return FormWindow::border(dpi_);
+}
+
+std::intptr_t WinPlatform::formOwner() const noexcept {
+    return reinterpret_cast<std::intptr_t>(rootOf(owner_));
+}
+
+void WinPlatform::startProgram(const std::wstring& command) {
+    std::wstring line = command;  // the system writes into it
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESHOWWINDOW;
+    start.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+        throw util::RuntimeError(util::error_number::kFileNotFound);
+    CloseHandle(started.hThread);
+    CloseHandle(started.hProcess);
 }
 
 }  // namespace kv::win32

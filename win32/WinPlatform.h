@@ -3,9 +3,12 @@
 
 #include <windows.h>
 
+#include <unknwn.h>
+
 #include "formenv/HatchTiles.h"
 #include "formenv/Platform.h"
 #include "win32/Gdi.h"
+#include "win32/WinDesktop.h"
 
 namespace kv::win32 {
 
@@ -21,16 +24,29 @@ class WinPlatform final : public formenv::Platform {
     [[nodiscard]] bool hasUser() const noexcept override;
     formenv::MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, formenv::MessageIcon icon,
                                       formenv::MessageButtons buttons) override;
+    formenv::MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
+                                            formenv::MessageIcon icon, formenv::MessageButtons buttons) override;
+    /// Belongs to the window that the owner stands in, and goes with it.
+    [[nodiscard]] std::unique_ptr<formenv::FormWindow> createFormWindow(formenv::Form& form) override;
+    [[nodiscard]] formenv::FormBorder formBorder() const noexcept override;
+    [[nodiscard]] std::intptr_t formOwner() const noexcept override;
+    void startProgram(const std::wstring& command) override;
+    [[nodiscard]] formenv::Desktop& desktop() override { return desktop_; }
 
     /// The window that message boxes stand before; nullptr for none.
     void setOwner(HWND owner) noexcept { owner_ = owner; }
+    /// Held through every message of a form: its handlers may make the host let go of the control. To be set before a
+    /// form is loaded; must live as long as the forms.
+    void setKeeper(IUnknown* keeper) noexcept { keeper_ = keeper; }
     [[nodiscard]] FontCache& fonts() noexcept { return fonts_; }
 
   private:
     int dpi_;
     FontCache fonts_;
     formenv::HatchTiles tiles_;
+    WinDesktop desktop_;
     HWND owner_ = nullptr;
+    IUnknown* keeper_ = nullptr;
 };
 
 }  // namespace kv::win32

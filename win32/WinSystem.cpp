@@ -1,5 +1,7 @@
 #include "win32/WinSystem.h"
 
+#include <shlobj.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <memory>
@@ -104,6 +106,38 @@ std::optional<std::string> pathToAnsi(std::wstring_view path) {
     return toAnsi(std::wstring_view(shortened).substr(0, length));
 }
 
+/// Begins at a drive's root or with a server's name.
+bool isFullPath(std::wstring_view path) {
+    const auto isSlash = [](wchar_t letter) { return letter == L'\\' || letter == L'/'; };
+    return path.size() > 2 &&
+           ((isSlash(path[0]) && isSlash(path[1])) || (path.size() > 3 && path[1] == L':' && isSlash(path[2])));
+}
+
+/// A file that is there and lets itself be written; one that it had to make goes again unless it is kept.
+class WritableFile {
+  public:
+    explicit WritableFile(std::wstring path) : path_(std::move(path)) {
+        const HANDLE opened = CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (opened == INVALID_HANDLE_VALUE)
+            throw RuntimeError(kPathFileAccess);
+        fresh_ = GetLastError() != ERROR_ALREADY_EXISTS;
+        CloseHandle(opened);
+    }
+    ~WritableFile() {
+        if (fresh_)
+            DeleteFileW(path_.c_str());
+    }
+    WritableFile(const WritableFile&) = delete;
+    WritableFile& operator=(const WritableFile&) = delete;
+    void keep() noexcept { fresh_ = false; }
+
+  private:
+    std::wstring path_;
+    bool fresh_ = false;
+};
+
 std::wstring fromAnsi(const std::string& text) {
     const auto length = static_cast<int>(text.size());
     std::wstring result(text.size(), L'\0');
@@ -161,6 +195,22 @@ std::optional<std::wstring> WinIni::read(std::wstring_view key, std::wstring_vie
     }
 }
 
+void WinIni::write(std::wstring_view key, std::wstring_view section, std::wstring_view file, std::wstring_view value) {
+    demandWritable(key, section, value);
+    if (!isFullPath(file))
+        throw RuntimeError(kPathFileAccess);
+    WritableFile target{std::wstring(file)};
+    // Only a file that exists has the short name by which a path beyond the code page is reached.
+    const std::optional<std::string> path = pathToAnsi(file);
+    const std::optional<std::string> inSection = toAnsi(section);
+    const std::optional<std::string> name = toAnsi(key);
+    const std::optional<std::string> text = toAnsi(written(value));
+    if (!path || !inSection || !name || !text ||
+        !WritePrivateProfileStringA(inSection->c_str(), name->c_str(), text->c_str(), path->c_str()))
+        throw RuntimeError(kPathFileAccess);
+    target.keep();
+}
+
 bool WinFileStore::folderExists(const std::wstring& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -176,6 +226,13 @@ std::wstring WinFileStore::userTempFolder() {
     std::wstring folder(MAX_PATH + 1, L'\0');
     const DWORD length = GetTempPathW(static_cast<DWORD>(folder.size()), folder.data());
     folder.resize(length > folder.size() ? 0 : length);
+    return folder;
+}
+
+std::wstring WinFileStore::userDataFolder() {
+    wchar_t folder[MAX_PATH + 1] = L"";
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder)))
+        return {};
     return folder;
 }
 

@@ -29,6 +29,9 @@ class WinIni final : public util::IniSource {
   public:
     [[nodiscard]] std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
                                                    std::wstring_view file) override;
+    /// Names and values that the code page lacks throw, and a path that is not a full one.
+    void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
+               std::wstring_view value) override;
 };
 
 class WinFileStore final : public util::FileStore {
@@ -36,6 +39,7 @@ class WinFileStore final : public util::FileStore {
     [[nodiscard]] bool folderExists(const std::wstring& path) override;
     void createFolder(const std::wstring& path) override;
     [[nodiscard]] std::wstring userTempFolder() override;
+    [[nodiscard]] std::wstring userDataFolder() override;
     /// Text is written in UTF-8. Other programs may read and write the file at the same time.
     void append(const std::wstring& path, const std::wstring& text) override;
 };

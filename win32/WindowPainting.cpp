@@ -28,11 +28,12 @@ void drawText(HDC dc, RECT area, const std::wstring& text, const Widget& widget,
     const Selected font(dc, platform.fonts().get(widget.font()));
     SetTextColor(dc, platform.resolve(widget.foreColor()));
     SetBkMode(dc, TRANSPARENT);
-    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, format | DT_NOPREFIX | DT_SINGLELINE);
+    DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &area, format | DT_SINGLELINE);
 }
 
 void drawCaption(HDC dc, const RECT& area, const Widget& widget, WinPlatform& platform, UINT format) {
-    drawText(dc, area, widget.caption(), widget, platform, format);
+    const bool hasKey = widget.kind() == WidgetKind::Button || widget.kind() == WidgetKind::CheckBox;
+    drawText(dc, area, widget.caption(), widget, platform, format | (hasKey ? 0U : DT_NOPREFIX));
 }
 
 /// A closed drop-down list with its chosen item, as its window shows it.
@@ -46,7 +47,7 @@ void paintComboBox(HDC dc, RECT bounds, const formenv::ComboBox& combo, WinPlatf
     DrawFrameControl(dc, &arrow, DFC_SCROLL, DFCS_SCROLLCOMBOBOX);
     bounds.right = arrow.left;
     bounds.left += frame / 2;
-    drawText(dc, bounds, combo.text(), combo, platform, DT_LEFT | DT_VCENTER);
+    drawText(dc, bounds, combo.text(), combo, platform, DT_LEFT | DT_VCENTER | DT_NOPREFIX);
 }
 
 RECT placeOf(const Widget& widget, POINT origin, int dpi) {
@@ -83,7 +84,7 @@ void paintButton(HDC dc, RECT bounds, const formenv::Button& button, WinPlatform
         FAILED(DrawThemeBackground(theme, dc, BP_PUSHBUTTON, pushed ? PBS_PRESSED : PBS_NORMAL, &bounds, nullptr)))
         DrawFrameControl(dc, &bounds, DFC_BUTTON, DFCS_BUTTONPUSH | (pushed ? DFCS_PUSHED : 0U));
     if (button.glyph == formenv::Glyph::None)
-        drawText(dc, bounds, button.caption(), button, platform, DT_CENTER | DT_VCENTER);
+        drawCaption(dc, bounds, button, platform, DT_CENTER | DT_VCENTER);
     else
         paintGlyph(dc, bounds, platform.resolve(button.foreColor()), platform.dpi());
 }
@@ -140,6 +141,7 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
     RECT bounds{origin.x, origin.y, origin.x + at.right - at.left, origin.y + at.bottom - at.top};
     switch (widget.kind()) {
         case WidgetKind::UserControl:
+        case WidgetKind::Form:
             fill(dc, bounds, platform_.resolve(widget.backColor()));
             break;
         case WidgetKind::Frame:

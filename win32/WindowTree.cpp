@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "formenv/Twips.h"
+#include "win32/Held.h"
 
 namespace kv::win32 {
 
@@ -15,6 +16,7 @@ using formenv::WidgetKind;
 namespace {
 
 constexpr wchar_t kRootClass[] = L"kvBandscope";
+constexpr wchar_t kFormClass[] = L"kvForm";
 constexpr wchar_t kFrameClass[] = L"kvFrame";
 constexpr wchar_t kPictureClass[] = L"kvPictureBox";
 constexpr UINT kSync = WM_APP + 1;
@@ -41,7 +43,10 @@ WindowSort sortOf(const Widget& widget) {
         case WidgetKind::PictureBox:
             return {kPictureClass, WS_CLIPCHILDREN, 0};
         case WidgetKind::Label:
-            return {L"STATIC", SS_LEFTNOWORDWRAP | SS_NOPREFIX, 0};
+            return {L"STATIC",
+                    SS_LEFTNOWORDWRAP | SS_NOPREFIX |
+                        (static_cast<const formenv::Label&>(widget).middle ? static_cast<DWORD>(SS_CENTERIMAGE) : 0U),
+                    0};
         case WidgetKind::Button:
             if (static_cast<const formenv::Button&>(widget).glyph != formenv::Glyph::None)
                 return {L"BUTTON", BS_OWNERDRAW | WS_TABSTOP, 0};
@@ -51,8 +56,12 @@ WindowSort sortOf(const Widget& widget) {
         case WidgetKind::ComboBox:
             return {L"COMBOBOX", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0};
         case WidgetKind::TextBox:
+            if (static_cast<const formenv::TextBox&>(widget).multiLine)
+                return {L"EDIT", ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL | WS_TABSTOP,
+                        WS_EX_CLIENTEDGE};
             return {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE};
         case WidgetKind::UserControl:
+        case WidgetKind::Form:
         case WidgetKind::Custom:
             break;
     }
@@ -60,31 +69,10 @@ WindowSort sortOf(const Widget& widget) {
 }
 
 const std::wstring& windowTextOf(const Widget& widget) {
+    if (widget.kind() == WidgetKind::TextBox)
+        return static_cast<const formenv::TextBox&>(widget).text();
     return widget.kind() == WidgetKind::PictureBox ? widget.name() : widget.caption();
 }
-
-RECT pixelRect(const Widget& widget, int dpi) {
-    return {formenv::twipsToPixels(widget.left(), dpi), formenv::twipsToPixels(widget.top(), dpi),
-            formenv::twipsToPixels(widget.left() + widget.width(), dpi),
-            formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
-}
-
-class Held {
-  public:
-    explicit Held(IUnknown* object) noexcept : object_(object) {
-        if (object_)
-            object_->AddRef();
-    }
-    ~Held() {
-        if (object_)
-            object_->Release();
-    }
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-
-  private:
-    IUnknown* object_;
-};
 
 /// The mouse buttons that are down, added up as events number them.
 int buttonsDown(WPARAM keys) {
@@ -99,13 +87,19 @@ int shiftState(WPARAM keys) {
 
 }  // namespace
 
+RECT pixelRect(const Widget& widget, int dpi) noexcept {
+    return {formenv::twipsToPixels(widget.left(), dpi), formenv::twipsToPixels(widget.top(), dpi),
+            formenv::twipsToPixels(widget.left() + widget.width(), dpi),
+            formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
+}
+
 bool WindowTree::registerClasses() noexcept {
     WNDCLASSEXW info{};
     info.cbSize = sizeof info;
     info.lpfnWndProc = &WindowTree::windowProcedure;
     info.hInstance = ownModule();
     info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    for (const wchar_t* name : {kRootClass, kFrameClass, kPictureClass}) {
+    for (const wchar_t* name : {kRootClass, kFormClass, kFrameClass, kPictureClass}) {
         info.lpszClassName = name;
         info.style = CS_DBLCLKS;
         if (!RegisterClassExW(&info) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
@@ -115,7 +109,7 @@ bool WindowTree::registerClasses() noexcept {
 }
 
 void unregisterWindowClasses() noexcept {
-    for (const wchar_t* name : {kRootClass, kFrameClass, kPictureClass})
+    for (const wchar_t* name : {kRootClass, kFormClass, kFrameClass, kPictureClass})
         UnregisterClassW(name, ownModule());
     KnobWindow::unregisterClasses();
 }
@@ -133,16 +127,25 @@ WindowTree::~WindowTree() {
 bool WindowTree::create(HWND parent, const RECT& place) {
     if (root_)
         return true;
+    if (!createRoot(kRootClass, WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, WS_EX_CONTROLPARENT, parent, place))
+        return false;
+    platform_.setOwner(root_);
+    return true;
+}
+
+bool WindowTree::createTopLevel(HWND owner, DWORD style, DWORD exStyle, const RECT& place) {
+    return root_ || createRoot(kFormClass, style, exStyle, owner, place);
+}
+
+bool WindowTree::createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place) {
     if (!registerClasses())
         return false;
-    root_ = CreateWindowExW(WS_EX_CONTROLPARENT, kRootClass, L"", WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
-                            place.left, place.top, place.right - place.left, place.bottom - place.top, parent, nullptr,
-                            ownModule(), this);
+    root_ = CreateWindowExW(exStyle, className, rootWidget_.caption().c_str(), style, place.left, place.top,
+                            place.right - place.left, place.bottom - place.top, parent, nullptr, ownModule(), this);
     if (!root_)
         return false;
     windows_.emplace(root_, std::make_unique<WidgetWindow>(*this, rootWidget_, root_));
     createChildren(rootWidget_, root_);
-    platform_.setOwner(root_);
     return true;
 }
 
@@ -180,7 +183,8 @@ void WindowTree::rootDestroyed() noexcept {
     stale_.clear();
     knobs_.clear();
     windows_.clear();
-    platform_.setOwner(nullptr);
+    if (!callbacks_.topLevel)
+        platform_.setOwner(nullptr);
     if (callbacks_.destroyed)
         callbacks_.destroyed();
 }
@@ -205,6 +209,7 @@ LRESULT CALLBACK WindowTree::windowProcedure(HWND window, UINT message, WPARAM w
     if (!tree)
         return DefWindowProcW(window, message, wParam, lParam);
     const Held held(tree->callbacks_.owner);
+    const std::shared_ptr<void> kept = tree->callbacks_.keep.lock();
     try {
         return tree->handle(window, message, wParam, lParam);
     } catch (...) {
@@ -219,6 +224,10 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         if (window == root_)
             rootDestroyed();
         return DefWindowProcW(window, message, wParam, lParam);
+    }
+    if (callbacks_.topLevel && window == root_) {
+        if (const std::optional<LRESULT> answer = callbacks_.topLevel->rootMessage(window, message, wParam, lParam))
+            return *answer;
     }
     WidgetWindow* target = find(window);
     if (!target)
@@ -236,6 +245,7 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
             return lParam ? handleCommand(reinterpret_cast<HWND>(lParam), HIWORD(wParam)) : 0;
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLORBTN:
+        case WM_CTLCOLOREDIT:
             return colorOf(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
         case WM_DRAWITEM:
             drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
@@ -260,6 +270,11 @@ LRESULT WindowTree::handleCommand(HWND child, UINT code) {
     if (!source)
         return 0;
     Widget& widget = source->widget();
+    if (widget.kind() == WidgetKind::TextBox) {
+        if (code == EN_CHANGE && !source->filling())
+            static_cast<formenv::TextBox&>(widget).typed(source->editedText());
+        return 0;
+    }
     if (widget.kind() == WidgetKind::ComboBox) {
         if (code != CBN_SELCHANGE)
             return 0;

@@ -9,6 +9,8 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "formenv/PictureBox.h"
@@ -34,15 +36,35 @@ class WidgetWindow final : public formenv::Peer {
     [[nodiscard]] HWND window() const noexcept { return window_; }
     /// Brings caption and visibility up to date after a burst of changes.
     void sync();
+    /// What the user's edit has left in a text box.
+    [[nodiscard]] std::wstring editedText() const;
+    /// The text of the box is being set from the program.
+    [[nodiscard]] bool filling() const noexcept { return filling_; }
 
   private:
     void place();
+    void showText();
     void fillItems();
 
     WindowTree& tree_;
     formenv::Widget& widget_;
     HWND window_;
     bool stale_ = false;
+    bool filling_ = false;
+};
+
+/// Answers for a root that is a window of its own: where it stands, and what its messages mean.
+class TopLevelRoot {
+  public:
+    TopLevelRoot() = default;
+    TopLevelRoot(const TopLevelRoot&) = delete;
+    TopLevelRoot& operator=(const TopLevelRoot&) = delete;
+    virtual ~TopLevelRoot() = default;
+
+    /// First at every message of the root but its last; nothing leaves the message to the tree.
+    virtual std::optional<LRESULT> rootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) = 0;
+    /// The root widget has another place.
+    virtual void placeRoot() = 0;
 };
 
 class WindowTree {
@@ -54,6 +76,10 @@ class WindowTree {
         std::function<void()> destroyed;
         /// Held through every message: an event may make the host let go of the control.
         IUnknown* owner = nullptr;
+        /// Of a tree that is made by `createTopLevel`.
+        TopLevelRoot* topLevel = nullptr;
+        /// What owns the tree, if it can go in the middle of a message: it is kept to the message's end.
+        std::weak_ptr<void> keep;
     };
 
     WindowTree(formenv::Widget& root, WinPlatform& platform, Callbacks callbacks);
@@ -63,6 +89,8 @@ class WindowTree {
 
     /// Makes the windows inside `parent` at `place` (pixels). False when the system refuses.
     [[nodiscard]] bool create(HWND parent, const RECT& place);
+    /// Makes the root a window of its own, of the class "kvForm", with the root widget's caption; not shown.
+    [[nodiscard]] bool createTopLevel(HWND owner, DWORD style, DWORD exStyle, const RECT& place);
     /// Safe at any time and more than once.
     void destroy() noexcept;
     [[nodiscard]] HWND root() const noexcept { return root_; }
@@ -83,6 +111,7 @@ class WindowTree {
     void paintWindow(WidgetWindow& target);
     void drawItem(const DRAWITEMSTRUCT& item);
     void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
+    bool createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place);
     void createChildren(formenv::Widget& parent, HWND window);
     void noteStale(WidgetWindow& window);
     void rootDestroyed() noexcept;
@@ -97,6 +126,9 @@ class WindowTree {
     std::vector<HWND> stale_;
     ToolTips toolTips_;
 };
+
+/// The pixels of a widget in its parent's client area, or of a form on the screen.
+[[nodiscard]] RECT pixelRect(const formenv::Widget& widget, int dpi) noexcept;
 
 /// Takes the window classes back when the module goes.
 void unregisterWindowClasses() noexcept;

@@ -248,6 +248,53 @@ TEST_F(ConfigurationTest, ScratchFolderThatCannotBeMadeIsInTheUsersTemporaryFold
     EXPECT_THAT(fake.notes(), ElementsAre(L"Error in getScratchFolder 75  Path/File access error"));
 }
 
+constexpr wchar_t kOwnFolder[] = L"C:\\Users\\me\\Data\\kvBandscope";
+constexpr wchar_t kOwnINI[] = L"C:\\Users\\me\\Data\\kvBandscope\\kvBandscope.INI";
+
+TEST_F(ConfigurationTest, PlacesOfWindowsAreKeptInTheProductINI) {
+    install();
+    EXPECT_EQ(configuration.getPlacementINI(), kProductINI);
+    configuration.writeSetting(L"Left", L"CONFIG", kProductINI, L"300");
+    EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", kProductINI), L"300");
+    EXPECT_THAT(fake.files.created, IsEmpty());
+}
+
+TEST_F(ConfigurationTest, WithoutADirectoryPlacesAreKeptAmongTheUsersData) {
+    EXPECT_EQ(configuration.getPlacementINI(), kOwnINI);
+    EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", kOwnINI), std::nullopt);
+    // Made when it is first needed.
+    EXPECT_THAT(fake.files.created, IsEmpty());
+    configuration.writeSetting(L"Left", L"CONFIG", kOwnINI, L"300");
+    configuration.writeSetting(L"Top", L"CONFIG", kOwnINI, L"150");
+    EXPECT_THAT(fake.files.created, ElementsAre(kOwnFolder));
+    EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", kOwnINI), L"300");
+}
+
+TEST_F(ConfigurationTest, WithoutAnyFolderThereIsNoPlacementINI) {
+    fake.files.data = L" ";
+    EXPECT_EQ(configuration.getPlacementINI(), L"");
+    EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", L""), std::nullopt);
+    EXPECT_EQ(fake.ini.reads, 1);  // that of the directory, beside the host
+    EXPECT_THROW(configuration.writeSetting(L"Left", L"CONFIG", L"", L"300"), RuntimeError);
+    fake.files.data = L"C:\\Users\\me\\Data";
+    EXPECT_EQ(configuration.getPlacementINI(), kOwnINI);
+}
+
+TEST_F(ConfigurationTest, SettingThatCannotBeWrittenIsAnErrorOfTheCallers) {
+    fake.files.readOnly = true;
+    EXPECT_THROW(configuration.writeSetting(L"Left", L"CONFIG", kOwnINI, L"300"), RuntimeError);
+    fake.files.readOnly = false;
+    fake.ini.readOnly = true;
+    EXPECT_THROW(configuration.writeSetting(L"Left", L"CONFIG", L"C:\\a.ini", L"300"), RuntimeError);
+    EXPECT_THAT(fake.notes(), IsEmpty());
+}
+
+TEST_F(ConfigurationTest, SettingThatCannotBeReadIsMissingAndNoted) {
+    fake.ini.broken = true;
+    EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", kOwnINI), std::nullopt);
+    EXPECT_THAT(fake.notes(), ElementsAre(L"Error in readSetting 51  Internal error"));
+}
+
 TEST_F(ConfigurationTest, NoScratchFolderAtAllIsTriedAgain) {
     fake.files.temp.clear();
     EXPECT_EQ(configuration.getScratchFolder(), L"");

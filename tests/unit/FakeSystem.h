@@ -44,8 +44,15 @@ class FakeIni final : public IniSource {
             throw RuntimeError(error_number::kInternal);
         return texts.read(key, section, file);
     }
+    void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
+               std::wstring_view value) override {
+        if (readOnly)
+            throw RuntimeError(error_number::kPathFileAccess);
+        texts.write(key, section, file, value);
+    }
     TextIniSource texts;
     bool broken = false;
+    bool readOnly = false;
     int reads = 0;
 };
 
@@ -59,6 +66,7 @@ class FakeFiles final : public FileStore {
         folders.insert(path);
     }
     [[nodiscard]] std::wstring userTempFolder() override { return temp; }
+    [[nodiscard]] std::wstring userDataFolder() override { return data; }
     void append(const std::wstring& path, const std::wstring& text) override {
         if (onAppend)
             onAppend();
@@ -70,6 +78,7 @@ class FakeFiles final : public FileStore {
     std::vector<std::wstring> created;
     std::map<std::wstring, std::wstring> texts;
     std::wstring temp = L"C:\\Users\\me\\Temp\\";
+    std::wstring data = L"C:\\Users\\me\\Data";
     bool readOnly = false;
     bool unwritable = false;
     std::function<void()> onAppend;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "util/RuntimeError.h"
+
 namespace kv::util {
 namespace {
 
@@ -59,6 +61,49 @@ TEST(TextIniSourceTest, FilesAreApartAndReplaceable) {
     source.setFile(L"a.ini", L"[S]\nK=3");
     EXPECT_EQ(source.read(L"K", L"S", L"a.ini"), L"3");
     EXPECT_EQ(source.read(L"OLD", L"S", L"a.ini"), std::nullopt);
+}
+
+/// The number of the error that writing ends in; 0 for none.
+int errorOfWriting(IniSource& source, std::wstring_view key, std::wstring_view section, std::wstring_view value) {
+    try {
+        source.write(key, section, L"a.ini", value);
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+TEST(TextIniSourceTest, WrittenSettingsReplaceOldOnesAndLeaveTheRest) {
+    TextIniSource source;
+    source.setFile(L"a.ini", L"[CONFIG]\r\nLeft=1\r\nTop=2\r\n");
+    source.write(L"LEFT", L"config", L"A.INI", L"-300");
+    source.write(L"Width", L"NEW", L"a.ini", L"");
+    source.write(L"Left", L"CONFIG", L"b.ini", L"\"x\"");
+    EXPECT_EQ(source.read(L"Left", L"CONFIG", L"a.ini"), L"-300");
+    EXPECT_EQ(source.read(L"Top", L"CONFIG", L"a.ini"), L"2");
+    EXPECT_EQ(source.read(L"Width", L"NEW", L"a.ini"), L"");
+    EXPECT_EQ(source.read(L"Left", L"CONFIG", L"b.ini"), L"\"x\"");
+}
+
+TEST(TextIniSourceTest, NamesAndValuesThatWouldBreakTheirLineAreRefused) {
+    TextIniSource source;
+    for (const wchar_t* key : {L"", L" ", L"a=b", L";a", L"[a", L" a", L"a\t", L"a\nb"})
+        EXPECT_EQ(errorOfWriting(source, key, L"S", L"1"), error_number::kPathFileAccess)
+            << testing::PrintToString(key);
+    for (const wchar_t* section : {L"", L"a]", L"[a", L" a", L"a\r"})
+        EXPECT_EQ(errorOfWriting(source, L"K", section, L"1"), error_number::kPathFileAccess);
+    for (const std::wstring& value : {std::wstring(L"1\nb=2"), std::wstring(L"1\r"), std::wstring(1, L'\0')})
+        EXPECT_EQ(errorOfWriting(source, L"K", L"S", value), error_number::kPathFileAccess);
+    EXPECT_EQ(source.read(L"K", L"S", L"a.ini"), std::nullopt);
+    for (const wchar_t* key : {L"a b", L"a;b", L"a]", L"#a", L"\"a\""}) {
+        EXPECT_EQ(errorOfWriting(source, key, L"S", L"= [x]; y"), 0);
+        EXPECT_EQ(source.read(key, L"S", L"a.ini"), L"= [x]; y");
+    }
+}
+
+TEST(IniSourceTest, SourceThatIsOnlyReadRefusesEveryWriting) {
+    FakeSource source;
+    EXPECT_EQ(errorOfWriting(source, L"K", L"S", L"1"), error_number::kPathFileAccess);
 }
 
 TEST(IniTextTest, SectionsAndKeysWithoutRegardToCase) {

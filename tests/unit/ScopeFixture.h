@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -15,6 +16,8 @@
 #include "control/Bandscope.h"
 #include "formenv/HeadlessPlatform.h"
 #include "formenv/RecordingCanvas.h"
+#include "util/Ini.h"
+#include "util/RuntimeError.h"
 
 namespace kv::control {
 
@@ -115,6 +118,19 @@ class MemoryFiles final : public formenv::FileServices {
             throw util::RuntimeError(util::error_number::kCannotOpenClipboard);
         clipboard = path.empty() ? std::string() : files.at(path);
     }
+    std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
+                                            const std::wstring& file) override {
+        return settings.read(key, section, file);
+    }
+    void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                      const std::wstring& value) override {
+        if (readOnly)
+            throw util::RuntimeError(util::error_number::kPathFileAccess);
+        settings.write(key, section, file, value);
+    }
+    std::wstring workFolder() override { return L"C:\\Work"; }
+    std::wstring placementFile() override { return L"C:\\Places.INI"; }
+    util::TextIniSource settings;
     std::map<std::wstring, std::string> files;
     std::string clipboard = "what another program left";
     bool readOnly = false;

@@ -1,0 +1,58 @@
+#include "forms/WorkArea.h"
+
+#include <cmath>
+#include <limits>
+
+namespace kv::forms {
+
+TwipsPerPixel twipsPerPixel(formenv::Desktop& desktop) noexcept {
+    const auto sound = [](double value) { return std::isfinite(value) && value > 0.0; };
+    try {
+        const TwipsPerPixel scale{desktop.twipsPerPixelX(), desktop.twipsPerPixelY()};
+        return sound(scale.x) && sound(scale.y) ? scale : TwipsPerPixel{};
+    } catch (...) {
+        return {};
+    }
+}
+
+formenv::Place screenSize(formenv::Desktop& desktop) noexcept {
+    try {
+        const formenv::Place size{0.0, 0.0, desktop.screenWidth(), desktop.screenHeight()};
+        return std::isfinite(size.width) && std::isfinite(size.height) ? size : formenv::Place{};
+    } catch (...) {
+        return {};
+    }
+}
+
+std::optional<formenv::MonitorInfo> monitorInfo(formenv::Desktop& desktop, std::intptr_t monitor) noexcept {
+    try {
+        formenv::MonitorInfo info;
+        if (monitor != 0 && desktop.monitorInfo(monitor, info))
+            return info;
+    } catch (...) {
+        // Like a monitor that the system does not know.
+    }
+    return std::nullopt;
+}
+
+formenv::Place inTwips(const formenv::ScreenRect& rect, const TwipsPerPixel& scale) noexcept {
+    return {rect.left * scale.x, rect.top * scale.y, (double{1} * rect.right - rect.left) * scale.x,
+            (double{1} * rect.bottom - rect.top) * scale.y};
+}
+
+formenv::Place centeredIn(const formenv::Place& area, const formenv::Place& place) noexcept {
+    return {area.left + toInt32(area.width - place.width) / 2, area.top + toInt32(area.height - place.height) / 2,
+            place.width, place.height};
+}
+
+std::int32_t toInt32(double value) noexcept {
+    constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
+    constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
+    if (std::isnan(value))
+        return 0;
+    if (value <= kLeast)
+        return kLeast;
+    return value >= kMost ? kMost : static_cast<std::int32_t>(std::nearbyint(value));
+}
+
+}  // namespace kv::forms

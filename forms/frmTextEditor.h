@@ -1,0 +1,134 @@
+// A small window with a block of text, which the user may read, edit, hand back or print.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "formenv/FileServices.h"
+#include "formenv/Form.h"
+#include "formenv/Platform.h"
+#include "formenv/Widget.h"
+#include "forms/FormPlacement.h"
+#include "util/ErrHand.h"
+
+namespace kv::forms {
+
+/// What starts the text viewer on a file: program, blank, path, the path in quotes when it has a blank in it. Without a
+/// viewer it is "NOTEPAD".
+[[nodiscard]] std::wstring viewerCommand(std::wstring_view viewer, std::wstring_view path);
+
+/// Set up by `InitForm`, shown by its owner, left by Save or Cancel (hidden, `onHideMe` told) or by closing (unloaded
+/// after the question about changes, `onUnload` told). It can be set up and shown again after either.
+///
+/// The handlers may do anything, also destroy the form. No member throws but the constructor: errors go to the
+/// reporter.
+class frmTextEditor {
+  public:
+    /// All three have to live longer.
+    frmTextEditor(formenv::Platform& platform, formenv::FileServices& files, util::ErrorReporter& errors);
+    /// Asks nothing and tells nobody; the placement of a form that was shown is kept.
+    ~frmTextEditor();
+    frmTextEditor(const frmTextEditor&) = delete;
+    frmTextEditor& operator=(const frmTextEditor&) = delete;
+
+    void InitForm(const std::wstring& sMode, const std::wstring& sSaveCaption, bool bCancelVisible, bool bChkVisible,
+                  bool bLblVisible, const std::wstring& sText, bool bLocked, const std::wstring& sINIFile);
+    /// The text counts as unchanged from now on.
+    void ClearChange() noexcept;
+    /// Lays the controls out for the present size.
+    void FormResize();
+
+    /// The caller's name for the use of the form: its caption, and the key of its placement.
+    [[nodiscard]] const std::wstring& Mode() const noexcept { return sMode_; }
+    void setMode(const std::wstring& value);
+    /// The file that keeps the placement; while it is empty, the one that keeps the places of all windows.
+    [[nodiscard]] const std::wstring& sINI() const noexcept { return sINI_; }
+    void setSINI(const std::wstring& value) { sINI_ = value; }
+
+    /// Shows the form and does not take the focus from where it is.
+    void Show();
+    void Hide();
+    [[nodiscard]] bool isVisible() const noexcept { return form_.visible(); }
+    /// Closes the form as its close button does. False when the user goes on editing.
+    bool Unload();
+
+    [[nodiscard]] const std::wstring& text() const noexcept { return txtEdit.text(); }
+    /// A text equal to the one shown changes nothing. Another one keeps the place the user has scrolled to and the
+    /// selection as far as it can, and counts as a change like the user's own: see `ClearChange`.
+    void setText(const std::wstring& text);
+    /// The user left by Cancel or abandoned changes.
+    [[nodiscard]] bool cancelled() const noexcept { return bCancelled_; }
+    /// The text was changed since `ClearChange`; stays true after Save, so that the caller knows what Save was about.
+    [[nodiscard]] bool changed() const noexcept { return bChanged_; }
+    /// The same until Save: what closing asks about.
+    [[nodiscard]] bool unsaved() const noexcept { return bUnsaved_; }
+
+    /// What the check box was last set to by a user in any form of the process: 0 or 1.
+    [[nodiscard]] static std::int16_t nEditingEnabled() noexcept;
+
+    /// The user left by Save or Cancel: event `HideMe`. Told before the form hides.
+    formenv::Handler onHideMe;
+    /// The form is closed: by the user, or by the system together with the window it belongs to.
+    formenv::Handler onUnload;
+
+  private:
+    formenv::Form form_;
+
+  public:
+    // In the order of the Tab key.
+    formenv::TextBox txtEdit{&form_, L"txtEdit"};
+    formenv::Button cmdSave{&form_, L"cmdSave"};
+    formenv::Button cmdPrint{&form_, L"cmdPrint"};
+    formenv::Button cmdCancel{&form_, L"cmdCancel"};
+    formenv::CheckBox chkEnabled{&form_, L"chkEnabled"};
+    formenv::Label lblCntChar{&form_, L"lblCntChar"};
+
+    [[nodiscard]] formenv::Form& form() noexcept { return form_; }
+
+  private:
+    void design();
+    void connectHandlers();
+    void rememberMargins();
+    void restorePlacement();
+    void savePlacement() noexcept;
+    [[nodiscard]] PlacementStore placementStore(const std::wstring& key);
+    void txtEdit_Change();
+    void chkEnabled_Click();
+    void cmdSave_Click();
+    void cmdCancel_Click();
+    void cmdPrint_Click();
+    bool Form_QueryUnload();
+    void Form_Unload();
+    void setLeastSize();
+    void leave(const wchar_t* procedure);
+
+    /// Runs `body`; an error in it goes to the error reporter with the procedure's name and step flag.
+    bool reported(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body);
+
+    /// The design's distances, twips.
+    struct Margins {
+        double left = 0.0;
+        double top = 0.0;
+        double right = 0.0;
+        double bottom = 0.0;
+        double buttons = 0.0;  ///< top of cmdCancel from the form's bottom
+    };
+
+    formenv::Platform& platform_;
+    formenv::FileServices& files_;
+    util::ErrorReporter& errors_;
+    std::wstring sMode_;
+    std::wstring sINI_;
+    bool bChanged_ = false;
+    bool bUnsaved_ = false;
+    bool bCancelled_ = false;
+    bool bShown_ = false;  ///< since the placement was kept last
+    Margins margins_;
+    /// A handler may destroy the form under the procedure that called it.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+}  // namespace kv::forms

@@ -1,0 +1,370 @@
+// The monitors of a desktop and the middle of them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "forms/clsMonitors.h"
+#include "tests/unit/FakeForm.h"
+
+namespace kv::forms {
+namespace {
+
+using formenv::Place;
+using formenv::ScreenRect;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class MonitorsTest : public ::testing::Test {
+  protected:
+    /// Forgets the screen that a desktop has to begin with.
+    void arrange(const std::vector<ScreenRect>& screens, std::int32_t taskBar = 0) {
+        desktop.monitors.clear();
+        for (const ScreenRect& screen : screens)
+            desktop.add(screen, taskBar);
+    }
+    /// The points that were asked about, as the corners of one-pixel rectangles.
+    std::vector<std::pair<int, int>> points() const {
+        std::vector<std::pair<int, int>> result;
+        for (const AskedDesktop::Probe& probe : desktop.probes) {
+            EXPECT_EQ(probe.rect.right, probe.rect.left + 1);
+            EXPECT_EQ(probe.rect.bottom, probe.rect.top + 1);
+            result.emplace_back(probe.rect.left, probe.rect.top);
+        }
+        return result;
+    }
+    static std::vector<ScreenRect> rectsOf(const clsMonitors& monitors) {
+        std::vector<ScreenRect> result;
+        for (const clsMonitor& one : monitors.Monitors())
+            result.push_back({one.Left(), one.Top(), one.Right(), one.Bottom()});
+        return result;
+    }
+
+    AskedDesktop desktop;
+};
+
+TEST(MonitorTest, PropertiesStartAtZeroAndKeepWhatTheyAreGiven) {
+    clsMonitor monitor;
+    EXPECT_EQ(monitor.Handle(), 0);
+    EXPECT_EQ(monitor.Height() + monitor.Width() + monitor.Left() + monitor.Right() + monitor.Top(), 0);
+    EXPECT_EQ(monitor.Bottom() + monitor.WorkLeft() + monitor.WorkRight() + monitor.WorkTop() + monitor.WorkBottom(),
+              0);
+    monitor.setHandle(1);
+    monitor.setHeight(2);
+    monitor.setWidth(3);
+    monitor.setLeft(-4);
+    monitor.setRight(5);
+    monitor.setTop(-6);
+    monitor.setBottom(7);
+    monitor.setWorkLeft(8);
+    monitor.setWorkRight(9);
+    monitor.setWorkTop(10);
+    monitor.setWorkBottom(std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(monitor.Handle(), 1);
+    EXPECT_EQ(monitor.Height(), 2);
+    EXPECT_EQ(monitor.Width(), 3);
+    EXPECT_EQ(monitor.Left(), -4);
+    EXPECT_EQ(monitor.Right(), 5);
+    EXPECT_EQ(monitor.Top(), -6);
+    EXPECT_EQ(monitor.Bottom(), 7);
+    EXPECT_EQ(monitor.WorkLeft(), 8);
+    EXPECT_EQ(monitor.WorkRight(), 9);
+    EXPECT_EQ(monitor.WorkTop(), 10);
+    EXPECT_EQ(monitor.WorkBottom(), std::numeric_limits<std::int32_t>::max());
+}
+
+TEST_F(MonitorsTest, SingleScreenIsFoundAndProbedFromTheMiddleOfTheFirstCell) {
+    const clsMonitors monitors(desktop);
+    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{0, 0, 1920, 1080}));
+    EXPECT_THAT(points(),
+                ElementsAre(std::pair(320, 240), std::pair(960, 240), std::pair(1600, 240), std::pair(2240, 240),
+                            std::pair(320, 720), std::pair(960, 720), std::pair(1600, 720), std::pair(2240, 720),
+                            std::pair(320, 1200), std::pair(960, 1200), std::pair(1600, 1200), std::pair(2240, 1200)));
+    // A probe that hits nothing must not answer with the next best monitor.
+    for (const AskedDesktop::Probe& probe : desktop.probes)
+        EXPECT_EQ(probe.flags, monitor_flag::kNone);
+}
+
+TEST_F(MonitorsTest, MonitorCarriesItsHandleEdgesAndWorkArea) {
+    desktop.monitors.front() = {4711, {{0, 0, 1920, 1080}, {60, 30, 1900, 1040}, true}};
+    const clsMonitors monitors(desktop);
+    ASSERT_THAT(monitors.Monitors(), SizeIs(1));
+    const clsMonitor& one = monitors.Monitors().front();
+    EXPECT_EQ(one.Handle(), 4711);
+    EXPECT_EQ(one.Width(), 1920);
+    EXPECT_EQ(one.Height(), 1080);
+    EXPECT_EQ(one.WorkLeft(), 60);
+    EXPECT_EQ(one.WorkTop(), 30);
+    EXPECT_EQ(one.WorkRight(), 1900);
+    EXPECT_EQ(one.WorkBottom(), 1040);
+    EXPECT_EQ(monitors.Monitor(L"4711"), &one);
+    EXPECT_EQ(monitors.Monitor(L"4712"), nullptr);
+    EXPECT_EQ(monitors.Monitor(L""), nullptr);
+}
+
+TEST_F(MonitorsTest, MonitorToTheLeftOfThePrimaryIsFoundFromTheNegativeLeftOn) {
+    arrange({{0, 0, 1920, 1080}, {-1280, 0, 0, 1024}});
+    clsMonitors monitors(desktop);
+    EXPECT_EQ(monitors.DesktopLeft(), -1280);
+    EXPECT_EQ(monitors.DesktopWidth(), 3200);
+    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{-1280, 0, 0, 1024}, ScreenRect{0, 0, 1920, 1080}));
+    EXPECT_EQ(points().front(), std::pair(-960, 240));
+}
+
+TEST_F(MonitorsTest, MonitorAboveThePrimaryIsFound) {
+    arrange({{0, 0, 1920, 1080}, {200, -900, 1640, 0}});
+    clsMonitors monitors(desktop);
+    EXPECT_EQ(monitors.DesktopTop(), -900);
+    EXPECT_EQ(monitors.DesktopHeight(), 1980);
+    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{200, -900, 1640, 0}, ScreenRect{0, 0, 1920, 1080}));
+    EXPECT_EQ(points().front(), std::pair(320, -660));
+}
+
+TEST_F(MonitorsTest, WidthAndHeightThemselvesAreTheUpperBounds) {
+    // From left -1000 to 1000, which is the width and not the right edge 0: cells at -1000, -360, 280 and 920.
+    arrange({{-1000, -500, 0, 0}});
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
+    EXPECT_THAT(points(),
+                ElementsAre(std::pair(-680, -260), std::pair(-40, -260), std::pair(600, -260), std::pair(1240, -260),
+                            std::pair(-680, 220), std::pair(-40, 220), std::pair(600, 220), std::pair(1240, 220),
+                            std::pair(-680, 700), std::pair(-40, 700), std::pair(600, 700), std::pair(1240, 700)));
+    // From left 1000 to 1000: one cell, although the screen reaches to 2000.
+    desktop.probes.clear();
+    arrange({{1000, 400, 2000, 800}});
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
+    EXPECT_THAT(points(), ElementsAre(std::pair(1320, 640)));
+}
+
+TEST_F(MonitorsTest, CellThatBeginsAtTheBoundIsProbedAndTheOneAfterItIsNot) {
+    arrange({{0, 0, 1280, 960}});
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
+    EXPECT_EQ(points().back(), std::pair(1600, 1200));
+    EXPECT_THAT(points(), SizeIs(9));
+    desktop.probes.clear();
+    arrange({{0, 0, 1279, 959}});
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
+    EXPECT_EQ(points().back(), std::pair(960, 720));
+    EXPECT_THAT(points(), SizeIs(4));
+}
+
+TEST_F(MonitorsTest, MonitorSmallerThanACellCanBeMissed) {
+    arrange({{0, 0, 1920, 1080}, {1920, 0, 2200, 200}});
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(ScreenRect{0, 0, 1920, 1080}));
+    // The same one where the middle of a cell falls on it.
+    arrange({{0, 0, 1920, 1080}, {1920, 100, 2250, 300}});
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(2));
+}
+
+TEST_F(MonitorsTest, RefreshForgetsMonitorsThatAreGone) {
+    arrange({{0, 0, 1920, 1080}, {1920, 0, 3840, 1080}});
+    clsMonitors monitors(desktop);
+    EXPECT_THAT(monitors.Monitors(), SizeIs(2));
+    desktop.monitors.pop_back();
+    EXPECT_THAT(monitors.Monitors(), SizeIs(2));
+    monitors.Refresh();
+    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{0, 0, 1920, 1080}));
+    desktop.countsMonitors = false;
+    monitors.Refresh();
+    EXPECT_THAT(monitors.Monitors(), IsEmpty());
+}
+
+TEST_F(MonitorsTest, SystemThatCountsNoMonitorsHasOneScreenAtTheOrigin) {
+    arrange({{-800, -600, 0, 0}});
+    desktop.countsMonitors = false;
+    clsMonitors monitors(desktop);
+    EXPECT_THAT(monitors.Monitors(), IsEmpty());
+    EXPECT_THAT(desktop.probes, IsEmpty());
+    EXPECT_EQ(monitors.DesktopLeft(), 0);
+    EXPECT_EQ(monitors.DesktopTop(), 0);
+    EXPECT_EQ(monitors.DesktopWidth(), 800);
+    EXPECT_EQ(monitors.DesktopHeight(), 600);
+    // None but the number of monitors itself and the screen's size was asked for.
+    EXPECT_THAT(desktop.metrics, Each(::testing::AnyOf(80, 0, 1)));
+}
+
+TEST_F(MonitorsTest, TwipsFollowTheScreensResolution) {
+    arrange({{0, 0, 1000, 700}, {-301, -101, 0, 600}});
+    clsMonitors monitors(desktop);
+    EXPECT_EQ(monitors.DesktopLeftTwps(), -301 * 15);
+    EXPECT_EQ(monitors.DesktopTopTwps(), -101 * 15);
+    EXPECT_EQ(monitors.DesktopWidthTwps(), 1301 * 15);
+    EXPECT_EQ(monitors.DesktopHeightTwps(), 801 * 15);
+    desktop.dots = 168;  // 60/7 twips a pixel
+    EXPECT_EQ(monitors.DesktopLeftTwps(), -2580);
+    EXPECT_EQ(monitors.DesktopTopTwps(), -866);     // -865.71
+    EXPECT_EQ(monitors.DesktopWidthTwps(), 11151);  // 11151.43
+    EXPECT_EQ(monitors.DesktopHeightTwps(), 6866);  // 6865.71
+}
+
+TEST_F(MonitorsTest, PointIsAskedForAsOnePixelWithTheCallersFlags) {
+    arrange({{0, 0, 800, 600}, {800, 0, 1600, 600}});
+    clsMonitors monitors(desktop);
+    desktop.probes.clear();
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(799, 599, monitor_flag::kNone), desktop.monitors[0].handle);
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(800, 0, monitor_flag::kNone), desktop.monitors[1].handle);
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(1600, 0, monitor_flag::kNone), 0);
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(1600, 0, monitor_flag::kPrimary), desktop.monitors[0].handle);
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(1600, 0, monitor_flag::kNearest), desktop.monitors[1].handle);
+    EXPECT_EQ(desktop.probes.back(), (AskedDesktop::Probe{{1600, 0, 1601, 1}, monitor_flag::kNearest}));
+    EXPECT_THAT(points(), SizeIs(5));
+}
+
+TEST_F(MonitorsTest, FarthestPointThereIsIsOnNoMonitor) {
+    clsMonitors monitors(desktop);
+    constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
+    constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(kMost, kMost, monitor_flag::kNone), 0);
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(kLeast, kLeast, monitor_flag::kNone), 0);
+    EXPECT_NE(monitors.GetMonitorFromXYPoint(kMost, kLeast, monitor_flag::kNearest), 0);
+}
+
+TEST_F(MonitorsTest, WindowIsOnTheMonitorThatHoldsIt) {
+    arrange({{0, 0, 800, 600}, {800, 0, 1600, 600}});
+    desktop.windows[5] = {700, 0, 1000, 100};
+    clsMonitors monitors(desktop);
+    EXPECT_EQ(monitors.GetMonitorFromWindow(5, monitor_flag::kNone), desktop.monitors[1].handle);
+    EXPECT_EQ(monitors.GetMonitorFromWindow(6, monitor_flag::kNone), 0);
+    EXPECT_EQ(monitors.GetMonitorFromWindow(6, monitor_flag::kPrimary), desktop.monitors[0].handle);
+}
+
+TEST_F(MonitorsTest, FailingCallsGiveNoMonitor) {
+    clsMonitors monitors(desktop);
+    desktop.failing = "*";
+    EXPECT_EQ(monitors.GetMonitorFromWindow(1, monitor_flag::kNearest), 0);
+    EXPECT_EQ(monitors.GetMonitorFromXYPoint(1, 1, monitor_flag::kNearest), 0);
+    EXPECT_EQ(monitors.DesktopLeft(), 0);
+    EXPECT_EQ(monitors.DesktopWidth(), 0);
+    EXPECT_NO_THROW(monitors.Refresh());
+    EXPECT_THAT(monitors.Monitors(), IsEmpty());
+    EXPECT_NO_THROW(clsMonitors{desktop});
+}
+
+TEST_F(MonitorsTest, ProbeThatFailsIsSkippedAndTheRestGoesOn) {
+    arrange({{0, 0, 640, 480}, {640, 0, 1280, 480}});
+    desktop.onCall = [this](std::string_view) {
+        if (!desktop.probes.empty() && desktop.probes.back().rect.left == 320)
+            throw util::RuntimeError(util::error_number::kInternal);
+    };
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(ScreenRect{640, 0, 1280, 480}));
+}
+
+TEST_F(MonitorsTest, MonitorWhoseRecordCannotBeReadIsSkipped) {
+    desktop.failing = "monitorInfo";
+    EXPECT_THAT(clsMonitors(desktop).Monitors(), IsEmpty());
+    EXPECT_THAT(desktop.probes, SizeIs(12));
+}
+
+TEST_F(MonitorsTest, MonitorThatGoesBetweenProbeAndRecordIsSkipped) {
+    arrange({{0, 0, 640, 480}, {640, 0, 1280, 480}});
+    desktop.onCall = [this](std::string_view call) {
+        if (call == "monitorInfo" && desktop.probes.size() == 2)
+            desktop.monitors.resize(1);
+    };
+    EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(ScreenRect{0, 0, 640, 480}));
+}
+
+TEST_F(MonitorsTest, ScreenThatDoesNotTellItsResolutionHasTheUsualOne) {
+    clsMonitors monitors(desktop);
+    desktop.failing = "twipsPerPixelX";
+    EXPECT_EQ(monitors.DesktopWidthTwps(), 1920 * 15);
+    desktop.failing = {};
+    desktop.dots = 0;
+    EXPECT_EQ(monitors.DesktopHeightTwps(), 1080 * 15);
+}
+
+class CenteringTest : public MonitorsTest {
+  protected:
+    FakeForm form{{-88.0, -88.0, 6000.0, 3000.0}};
+};
+
+TEST_F(CenteringTest, FormGoesToTheMiddleOfTheWorkAreaOfItsMonitor) {
+    arrange({{0, 0, 1920, 1080}, {1920, 200, 2720, 800}}, 40);
+    desktop.windows[7] = {2000, 300, 2100, 400};
+    form.window = 7;
+    clsMonitors monitors(desktop);
+    monitors.CenterFormOnMonitor(&form);
+    // 800 by 560 pixels are 12000 by 8400 twips.
+    EXPECT_EQ(form.at, (Place{1920 * 15.0 + 3000.0, 200 * 15.0 + 2700.0, 6000.0, 3000.0}));
+    EXPECT_EQ(form.moves, 1);
+}
+
+TEST_F(CenteringTest, TaskBarAtTheLeftShiftsTheMiddle) {
+    desktop.monitors.front().info.work = {100, 0, 1920, 1080};
+    clsMonitors monitors(desktop);
+    monitors.CenterFormOnMonitor(&form);
+    EXPECT_EQ(form.at.left, 1500.0 + (1820 * 15.0 - 6000.0) / 2);
+    EXPECT_EQ(form.at.top, (1080 * 15.0 - 3000.0) / 2);
+}
+
+TEST_F(CenteringTest, FormLargerThanTheWorkAreaBeginsOutsideOfIt) {
+    arrange({{0, 0, 800, 600}});
+    form.at = {0.0, 0.0, 12003.0, 9001.0};
+    clsMonitors monitors(desktop);
+    monitors.CenterFormOnMonitor(&form);
+    // Half of -3 and of -1, as whole numbers.
+    EXPECT_EQ(form.at, (Place{-1.0, 0.0, 12003.0, 9001.0}));
+    form.at.width = 14000.0;
+    monitors.CenterFormOnMonitor(&form);
+    EXPECT_EQ(form.at.left, -1000.0);
+}
+
+TEST_F(CenteringTest, HalfOfAnOddRestIsAWholeNumber) {
+    arrange({{0, 0, 801, 601}});
+    form.at = {0.0, 0.0, 6000.0, 3000.4};
+    clsMonitors monitors(desktop);
+    monitors.CenterFormOnMonitor(&form);
+    EXPECT_EQ(form.at.left, 3007.0);  // 6015 / 2
+    EXPECT_EQ(form.at.top, 3007.0);   // 6014.6 is 6015 before it is divided
+}
+
+TEST_F(CenteringTest, WithoutAMonitorTheFormStays) {
+    clsMonitors monitors(desktop);
+    const Place before = form.at;
+    desktop.monitors.clear();
+    monitors.CenterFormOnMonitor(&form);
+    EXPECT_EQ(form.at, before);
+    EXPECT_EQ(form.moves, 0);
+}
+
+TEST_F(CenteringTest, WithoutAnAnswerTheFormStays) {
+    clsMonitors monitors(desktop);
+    for (const char* call : {"monitorFromWindow", "monitorInfo"}) {
+        desktop.failing = call;
+        monitors.CenterFormOnMonitor(&form);
+        EXPECT_EQ(form.moves, 0) << call;
+    }
+}
+
+TEST_F(CenteringTest, WithoutAFormThePrimaryMonitorIsAskedForAndNothingMoves) {
+    clsMonitors monitors(desktop);
+    desktop.probes.clear();
+    monitors.CenterFormOnMonitor();
+    EXPECT_THAT(desktop.probes, ElementsAre(AskedDesktop::Probe{{1, 1, 2, 2}, monitor_flag::kPrimary}));
+    desktop.failing = "*";
+    EXPECT_NO_THROW(monitors.CenterFormOnMonitor());
+}
+
+TEST_F(CenteringTest, ScreenCenteringTakesTheWholePrimaryScreenAndNoMonitor) {
+    arrange({{0, 0, 801, 600}, {801, 0, 2000, 600}}, 40);
+    setFormCenter(form, desktop);
+    EXPECT_EQ(form.at, (Place{3007.5, 3000.0, 6000.0, 3000.0}));
+    EXPECT_THAT(desktop.probes, IsEmpty());
+    desktop.countsMonitors = false;
+    form.at = {1.0, 1.0, 6000.0, 3000.0};
+    setFormCenter(form, desktop);
+    EXPECT_EQ(form.at.left, 3007.5);
+}
+
+TEST_F(CenteringTest, ScreenWithoutASizeLeavesTheFormWhereItIs) {
+    desktop.failing = "screenWidth";
+    EXPECT_NO_THROW(setFormCenter(form, desktop));
+    desktop.failing = {};
+    desktop.monitors.clear();
+    setFormCenter(form, desktop);
+    EXPECT_EQ(form.moves, 0);
+}
+
+}  // namespace
+}  // namespace kv::forms

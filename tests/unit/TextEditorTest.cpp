@@ -1,0 +1,571 @@
+// The window with a block of text, on a platform that shows nothing.
+#include "forms/frmTextEditor.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "tests/unit/ScopeFixture.h"
+
+namespace {
+
+using namespace kv;
+using formenv::MessageAnswer;
+using forms::frmTextEditor;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr wchar_t kIni[] = L"C:\\Editor.INI";
+
+/// Keeps the names of all settings that were written.
+class EditorFiles final : public control::MemoryFiles {
+  public:
+    void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                      const std::wstring& value) override {
+        MemoryFiles::writeSetting(key, section, file, value);
+        keys.push_back(key);
+    }
+    std::vector<std::wstring> keys;
+};
+
+class TextEditor : public testing::Test {
+  protected:
+    /// An editor as for notes, where everything is there.
+    void initNotes(const std::wstring& text = L"", const std::wstring& save = L"&Save") {
+        form->InitForm(L"Notes", save, true, true, true, text, false, kIni);
+    }
+    void type(const std::wstring& text) { form->txtEdit.typed(text); }
+    static void click(const formenv::Widget& widget) { widget.onClick(); }
+    std::wstring saved(const std::wstring& name, const std::wstring& file = kIni) {
+        return files.settings.read(name, L"CONFIG", file).value_or(L"(none)");
+    }
+    void note(const char* what) { heard.emplace_back(what); }
+    void listen() {
+        form->onHideMe = [this] { note(form->isVisible() ? "HideMe shown" : "HideMe hidden"); };
+        form->onUnload = [this] { note("Unload"); };
+    }
+    double rightSpace() { return form->form().scaleWidth() - form->txtEdit.left() - form->txtEdit.width(); }
+    double bottomSpace() { return form->form().scaleHeight() - form->txtEdit.top() - form->txtEdit.height(); }
+
+    void TearDown() override {
+        for (const auto& report : errors.reports)
+            ADD_FAILURE() << "error " << report.number << " in " << testing::PrintToString(report.procedure);
+    }
+
+    formenv::HeadlessPlatform platform;
+    EditorFiles files;
+    control::RecordingErrors errors;
+    std::unique_ptr<frmTextEditor> form = std::make_unique<frmTextEditor>(platform, files, errors);
+    std::vector<std::string> heard;
+};
+
+TEST_F(TextEditor, BeginsAsDesigned) {
+    EXPECT_EQ(form->cmdSave.caption(), L"&Save");
+    EXPECT_EQ(form->cmdPrint.caption(), L"&Print");
+    EXPECT_EQ(form->cmdCancel.caption(), L"&Cancel");
+    EXPECT_EQ(form->chkEnabled.caption(), L"Editing Enabled");
+    EXPECT_EQ(form->lblCntChar.caption(), L"0 characters");
+    EXPECT_TRUE(form->txtEdit.multiLine);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(form->changed());
+    EXPECT_FALSE(form->cancelled());
+    EXPECT_THAT(platform.formCalls, IsEmpty());
+}
+
+TEST_F(TextEditor, TheDesignHasEvenMarginsAndOneRowOfButtons) {
+    EXPECT_EQ(form->txtEdit.left(), form->txtEdit.top());
+    EXPECT_EQ(form->txtEdit.left(), rightSpace());
+    const double gap = form->cmdCancel.top() - form->txtEdit.top() - form->txtEdit.height();
+    EXPECT_EQ(gap, form->txtEdit.left());
+    EXPECT_EQ(form->form().scaleHeight() - form->cmdCancel.top() - form->cmdCancel.height(), gap);
+    const std::vector<formenv::Widget*> row{&form->cmdSave, &form->cmdPrint, &form->cmdCancel, &form->chkEnabled,
+                                            &form->lblCntChar};
+    double right = 0.0;
+    for (const formenv::Widget* widget : row) {
+        EXPECT_EQ(widget->top(), form->cmdCancel.top());
+        EXPECT_GT(widget->left(), right);
+        right = widget->left() + widget->width();
+    }
+    EXPECT_LE(right + form->txtEdit.left(), form->form().scaleWidth());
+}
+
+TEST_F(TextEditor, InitFormSetsEverythingUp) {
+    form->InitForm(L"Mouse Information", L"Close", false, false, false, L"two\r\nlines", true, kIni);
+    EXPECT_EQ(form->Mode(), L"Mouse Information");
+    EXPECT_EQ(form->sINI(), kIni);
+    EXPECT_EQ(form->form().caption(), L"Mouse Information");
+    EXPECT_EQ(form->cmdSave.caption(), L"Close");
+    EXPECT_TRUE(form->cmdSave.visible());
+    EXPECT_TRUE(form->cmdPrint.visible());
+    EXPECT_FALSE(form->cmdCancel.visible());
+    EXPECT_FALSE(form->chkEnabled.visible());
+    EXPECT_FALSE(form->lblCntChar.visible());
+    EXPECT_EQ(form->text(), L"two\r\nlines");
+    EXPECT_TRUE(form->txtEdit.locked());
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(form->changed());
+}
+
+TEST_F(TextEditor, InitFormShowsWhatTheLastOneHid) {
+    form->InitForm(L"A", L"Close", false, false, false, L"", true, kIni);
+    initNotes();
+    EXPECT_TRUE(form->cmdCancel.visible());
+    EXPECT_TRUE(form->chkEnabled.visible());
+    EXPECT_TRUE(form->lblCntChar.visible());
+    EXPECT_FALSE(form->txtEdit.locked());
+}
+
+TEST_F(TextEditor, InitFormPlacesTheFormLast) {
+    files.settings.setFile(kIni, L"[CONFIG]\nNotesLeft=3000\nNotesTop=1500\nNotesWidth=9000\nNotesHeight=6000\n");
+    form->txtEdit.onChange = [this] { note(form->form().width() == 9000.0 ? "placed" : "not placed"); };
+    initNotes(L"text");
+    EXPECT_THAT(heard, ElementsAre("not placed"));
+    EXPECT_EQ(form->form().place(), (formenv::Place{3000.0, 1500.0, 9000.0, 6000.0}));
+}
+
+TEST_F(TextEditor, AFormWithoutASavedPlaceStandsInTheMiddle) {
+    const double width = form->form().width();
+    initNotes();
+    EXPECT_EQ(form->form().width(), width);
+    EXPECT_NEAR(form->form().left() + width / 2.0, 1920.0 * 15.0 / 2.0, 15.0);
+}
+
+TEST_F(TextEditor, ResizingKeepsTheMargins) {
+    const double right = rightSpace();
+    const double bottom = bottomSpace();
+    const double cancel = form->form().scaleHeight() - form->cmdCancel.top();
+    initNotes();
+    for (const auto& [width, height] : {std::pair{12000.0, 9000.0}, std::pair{7000.0, 2500.0}}) {
+        form->form().move({100.0, 100.0, width, height});
+        EXPECT_NEAR(rightSpace(), right, 1e-9);
+        EXPECT_NEAR(bottomSpace(), bottom, 1e-9);
+        EXPECT_EQ(form->txtEdit.left(), 120.0);
+        EXPECT_EQ(form->form().scaleHeight() - form->cmdCancel.top(), cancel);
+        for (const formenv::Widget* widget : std::initializer_list<formenv::Widget*>{
+                 &form->cmdSave, &form->chkEnabled, &form->lblCntChar, &form->cmdPrint})
+            EXPECT_EQ(widget->top(), form->cmdCancel.top());
+    }
+}
+
+TEST_F(TextEditor, AFormSmallerThanItsMarginsHasNoTextLeft) {
+    initNotes();
+    form->form().move({0.0, 0.0, 200.0, 300.0});
+    EXPECT_EQ(form->txtEdit.width(), 0.0);
+    EXPECT_EQ(form->txtEdit.height(), 0.0);
+    form->form().move({0.0, 0.0, 6900.0, 4500.0});
+    EXPECT_GT(form->txtEdit.width(), 6000.0);
+}
+
+TEST_F(TextEditor, TheLeastSizeLeavesTheShownPartOfTheRowInSight) {
+    form->InitForm(L"A", L"Close", false, false, false, L"", true, kIni);
+    const double small = form->form().leastWidth();
+    EXPECT_GE(small, form->cmdPrint.left() + form->cmdPrint.width());
+    initNotes();
+    EXPECT_GT(form->form().leastWidth(), small);
+    EXPECT_GE(form->form().leastWidth(), form->lblCntChar.left() + form->lblCntChar.width());
+    EXPECT_GT(form->form().leastHeight(), 1000.0);
+}
+
+TEST_F(TextEditor, AnEditSetsTheFlagsAndCounts) {
+    initNotes();
+    EXPECT_EQ(form->lblCntChar.caption(), L"0 characters");
+    type(L"12345");
+    EXPECT_TRUE(form->changed());
+    EXPECT_TRUE(form->unsaved());
+    EXPECT_EQ(form->lblCntChar.caption(), L"5 chars");
+}
+
+TEST_F(TextEditor, TheCountLeavesBlanksAtTheEndsOut) {
+    initNotes();
+    type(L"  two words   ");
+    EXPECT_EQ(form->lblCntChar.caption(), L"9 chars");
+    type(L" \r\n ");
+    EXPECT_EQ(form->lblCntChar.caption(), L"2 chars");
+}
+
+TEST_F(TextEditor, ATextOfOnlySpacesCounts0Chars) {
+    initNotes();
+    type(L"     ");
+    EXPECT_EQ(form->lblCntChar.caption(), L"0 chars");
+    EXPECT_TRUE(form->changed());
+}
+
+TEST_F(TextEditor, ATextFromInitFormIsCountedAndIsNoChange) {
+    initNotes(L"seven ..");
+    EXPECT_EQ(form->lblCntChar.caption(), L"8 chars");
+    EXPECT_FALSE(form->changed());
+    EXPECT_FALSE(form->unsaved());
+}
+
+TEST_F(TextEditor, ATextSetByTheProgramIsAChangeUnlessItIsTheSame) {
+    initNotes(L"one");
+    form->setText(L"one");
+    EXPECT_FALSE(form->changed());
+    form->setText(L"other");
+    EXPECT_TRUE(form->changed());
+    EXPECT_EQ(form->text(), L"other");
+    EXPECT_EQ(form->lblCntChar.caption(), L"5 chars");
+    form->ClearChange();
+    EXPECT_FALSE(form->changed());
+    EXPECT_FALSE(form->unsaved());
+}
+
+TEST_F(TextEditor, SaveIsToldBeforeTheFormHides) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    type(L"text, and more");
+    click(form->cmdSave);
+    EXPECT_THAT(heard, ElementsAre("HideMe shown"));
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(form->cancelled());
+    EXPECT_TRUE(form->changed());
+    EXPECT_FALSE(form->unsaved());
+    EXPECT_EQ(form->text(), L"text, and more");
+    EXPECT_TRUE(form->Unload());
+    EXPECT_THAT(platform.messages, IsEmpty());
+}
+
+TEST_F(TextEditor, CancelIsRememberedUntilASave) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    click(form->cmdCancel);
+    EXPECT_THAT(heard, ElementsAre("HideMe shown"));
+    EXPECT_TRUE(form->cancelled());
+    EXPECT_FALSE(form->isVisible());
+    form->Show();
+    EXPECT_TRUE(form->isVisible());
+    click(form->cmdSave);
+    EXPECT_FALSE(form->cancelled());
+}
+
+TEST_F(TextEditor, EscapeActsAsCancelEvenWithoutAButton) {
+    form->InitForm(L"A", L"Close", false, false, false, L"", true, kIni);
+    listen();
+    form->Show();
+    EXPECT_FALSE(form->form().keyPressed(13, 0));
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_TRUE(form->form().keyPressed(27, 0));
+    EXPECT_THAT(heard, ElementsAre("HideMe shown"));
+    EXPECT_TRUE(form->cancelled());
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(TextEditor, TheCheckBoxSetsTheSettingOfAllFormsAndUnlocksNothing) {
+    form->InitForm(L"A", L"&Save", true, true, true, L"text", true, kIni);
+    form->chkEnabled.setValue(1);
+    EXPECT_EQ(frmTextEditor::nEditingEnabled(), 0) << "only a click counts";
+    click(form->chkEnabled);
+    EXPECT_EQ(frmTextEditor::nEditingEnabled(), 1);
+    EXPECT_TRUE(form->txtEdit.locked());
+    form.reset();
+    EXPECT_EQ(frmTextEditor::nEditingEnabled(), 1);
+    form = std::make_unique<frmTextEditor>(platform, files, errors);
+    click(form->chkEnabled);
+    EXPECT_EQ(frmTextEditor::nEditingEnabled(), 0);
+}
+
+TEST_F(TextEditor, PrintWritesTheTextAndStartsTheViewer) {
+    initNotes(L"Gr\u00F6\u00DFe \u0416 \u20AC\r\nline 2");
+    files.files[L"C:\\Work\\KVPrnFil.TXT"] = "something much longer from an earlier printing, to be replaced";
+    click(form->cmdPrint);
+    EXPECT_EQ(files.files.at(L"C:\\Work\\KVPrnFil.TXT"),
+              "\xEF\xBB\xBFGr\xC3\xB6\xC3\x9F"
+              "e \xD0\x96 \xE2\x82\xAC\r\nline 2");
+    EXPECT_THAT(platform.programs, ElementsAre(L"NOTEPAD C:\\Work\\KVPrnFil.TXT"));
+}
+
+TEST_F(TextEditor, TheViewersCommandQuotesAPathWithBlanks) {
+    EXPECT_EQ(forms::viewerCommand(L"WRITE", L"C:\\a\\b.txt"), L"WRITE C:\\a\\b.txt");
+    EXPECT_EQ(forms::viewerCommand(L"WRITE", L"C:\\my files\\b.txt"), L"WRITE \"C:\\my files\\b.txt\"");
+    EXPECT_EQ(forms::viewerCommand(L"", L"b.txt"), L"NOTEPAD b.txt");
+    EXPECT_EQ(forms::viewerCommand(L"  ", L"b.txt"), L"NOTEPAD b.txt");
+}
+
+TEST_F(TextEditor, PrintingThatFailsIsReported) {
+    initNotes(L"text");
+    files.readOnly = true;
+    click(form->cmdPrint);
+    ASSERT_EQ(errors.reports.size(), 1U);
+    EXPECT_EQ(errors.reports[0].number, 75);
+    EXPECT_EQ(errors.reports[0].flag, 200);
+    EXPECT_EQ(errors.reports[0].procedure, L"cmdPrint_Click");
+    EXPECT_THAT(platform.programs, IsEmpty()) << "an older print file must not be shown for this text";
+    errors.reports.clear();
+    files.readOnly = false;
+    platform.programsFail = true;
+    click(form->cmdPrint);
+    ASSERT_EQ(errors.reports.size(), 1U);
+    EXPECT_EQ(errors.reports[0].number, 53);
+    EXPECT_EQ(errors.reports[0].flag, 300);
+    errors.reports.clear();
+}
+
+TEST_F(TextEditor, ClosingWithoutAnyEditAsksNothing) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    EXPECT_TRUE(form->Unload());
+    EXPECT_THAT(platform.messages, IsEmpty());
+    EXPECT_THAT(heard, ElementsAre("Unload"));
+    EXPECT_FALSE(form->cancelled());
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(form->form().loaded());
+}
+
+TEST_F(TextEditor, ClosingAfterAnEditAsks) {
+    initNotes(L"text");
+    form->Show();
+    type(L"text!");
+    platform.answer = MessageAnswer::No;
+    EXPECT_FALSE(form->Unload());
+    ASSERT_EQ(platform.messages.size(), 1U);
+    const auto& question = platform.messages[0];
+    EXPECT_EQ(question.title, L"Abandon Changes?");
+    EXPECT_EQ(question.text,
+              L"You changed the text and have not saved the changes.\r\n\r\nDo you want to ABANDON the changes?\r\n\r\n"
+              L"Click YES to ABANDON the changes\r\nClick NO to return to editing the text");
+    EXPECT_EQ(question.icon, formenv::MessageIcon::Question);
+    EXPECT_EQ(question.buttons, formenv::MessageButtons::YesNoDefaultNo);
+    EXPECT_EQ(question.before, form->form().hWnd());
+    EXPECT_NE(question.before, 0);
+}
+
+TEST_F(TextEditor, AnyAnswerButYesKeepsTheFormWithItsText) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    type(L"text!");
+    for (const MessageAnswer answer : {MessageAnswer::No, MessageAnswer::Ok}) {
+        platform.answer = answer;
+        EXPECT_FALSE(form->Unload());
+        EXPECT_TRUE(form->isVisible());
+        EXPECT_EQ(form->text(), L"text!");
+        EXPECT_FALSE(form->cancelled());
+    }
+    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_EQ(saved(L"Left"), L"(none)");
+}
+
+TEST_F(TextEditor, YesAbandonsTheChanges) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    type(L"text!");
+    platform.answer = MessageAnswer::Yes;
+    EXPECT_TRUE(form->Unload());
+    EXPECT_TRUE(form->cancelled());
+    EXPECT_THAT(heard, ElementsAre("Unload"));
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(TextEditor, ASaveButtonCaptionedOtherwiseNeverAsks) {
+    for (const wchar_t* caption : {L"Close", L"Save as", L"S&ave", L""}) {
+        initNotes(L"", caption);
+        type(form->text() + L"x");
+        EXPECT_TRUE(form->Unload());
+    }
+    EXPECT_THAT(platform.messages, IsEmpty());
+}
+
+TEST_F(TextEditor, ASaveButtonInAnyCaseAsks) {
+    platform.answer = MessageAnswer::Yes;
+    for (const wchar_t* caption : {L"Save", L"&Save", L"SAVE", L"&sAvE"}) {
+        initNotes(L"", caption);
+        type(form->text() + L"x");
+        EXPECT_TRUE(form->Unload());
+    }
+    EXPECT_EQ(platform.messages.size(), 4U);
+}
+
+TEST_F(TextEditor, AHiddenSaveButtonNeverAsks) {
+    initNotes();
+    form->cmdSave.setVisible(false);
+    type(L"x");
+    EXPECT_TRUE(form->Unload());
+    EXPECT_THAT(platform.messages, IsEmpty());
+}
+
+TEST_F(TextEditor, ThePlacementIsSavedUnderBothKeys) {
+    initNotes();
+    form->Show();
+    form->form().movedByUser({1500.0, 900.0, 7500.0, 5100.0}, formenv::WindowState::Maximized);
+    form->Unload();
+    EXPECT_EQ(saved(L"Left"), L"1500");
+    EXPECT_EQ(saved(L"Width"), L"7500");
+    EXPECT_EQ(saved(L"NotesLeft"), L"1500");
+    EXPECT_EQ(saved(L"NotesWidth"), L"7500");
+    EXPECT_EQ(saved(L"NotesHeight"), L"5100");
+    EXPECT_EQ(saved(L"NotesWindowState"), L"2");
+}
+
+TEST_F(TextEditor, AnEmptyModeSavesUnderTheEmptyKeyOnly) {
+    form->InitForm(L"", L"&Save", true, true, true, L"", false, kIni);
+    form->form().movedByUser({1500.0, 900.0, 7500.0, 5100.0}, formenv::WindowState::Normal);
+    form->Unload();
+    EXPECT_EQ(saved(L"Left"), L"1500");
+    EXPECT_EQ(files.keys.size(), 6U) << "one set of settings";
+}
+
+TEST_F(TextEditor, WithoutAFileOfItsOwnThePlacementGoesWhereAllDo) {
+    form->InitForm(L"Notes", L"&Save", true, true, true, L"", false, L"");
+    form->Unload();
+    EXPECT_NE(saved(L"NotesLeft", L"C:\\Places.INI"), L"(none)");
+}
+
+TEST_F(TextEditor, APlaceThatCannotBeKeptIsRecordedAndTheFormCloses) {
+    initNotes();
+    form->Show();
+    files.readOnly = true;
+    EXPECT_TRUE(form->Unload());
+    ASSERT_EQ(errors.reports.size(), 1U);
+    EXPECT_EQ(errors.reports[0].number, 75);
+    EXPECT_EQ(errors.reports[0].procedure, L"Form_Unload");
+    errors.reports.clear();
+}
+
+TEST_F(TextEditor, TheFormThatIsDestroyedKeepsItsPlaceAndAsksNothing) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    type(L"text!");
+    form->form().movedByUser({1500.0, 900.0, 7500.0, 5100.0}, formenv::WindowState::Normal);
+    form.reset();
+    EXPECT_THAT(platform.messages, IsEmpty());
+    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_EQ(saved(L"NotesLeft"), L"1500");
+    EXPECT_EQ(platform.formCalls.back(), "destroy");
+}
+
+TEST_F(TextEditor, AFormThatWasNeverShownLeavesTheSettingsAlone) {
+    initNotes();
+    form.reset();
+    EXPECT_EQ(saved(L"Left"), L"(none)");
+}
+
+TEST_F(TextEditor, ShowingDoesNotRepeatItself) {
+    initNotes();
+    form->Show();
+    form->Show();
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_EQ(std::ranges::count(platform.formCalls, "show"), 1);
+    form->Hide();
+    form->Hide();
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(std::ranges::count(platform.formCalls, "hide"), 1);
+}
+
+TEST_F(TextEditor, CanBeShownAgainAfterItWasClosed) {
+    initNotes(L"text");
+    form->Show();
+    form->Unload();
+    form->Show();
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_EQ(form->text(), L"text");
+    EXPECT_EQ(std::ranges::count(platform.formCalls, "create"), 2);
+}
+
+TEST_F(TextEditor, AWindowThatTheSystemRefusesIsReported) {
+    platform.formsFail = true;
+    initNotes(L"text");
+    ASSERT_EQ(errors.reports.size(), 1U);
+    EXPECT_EQ(errors.reports[0].number, 7);
+    EXPECT_EQ(errors.reports[0].procedure, L"InitForm");
+    errors.reports.clear();
+    EXPECT_EQ(form->text(), L"text");
+    platform.formsFail = false;
+    form->Show();
+    EXPECT_TRUE(form->isVisible());
+}
+
+TEST_F(TextEditor, TheWindowThatTheSystemTakesIsToldAndAsksNothing) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    type(L"text!");
+    form->form().windowLost();
+    EXPECT_THAT(platform.messages, IsEmpty());
+    EXPECT_THAT(heard, ElementsAre("Unload"));
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(form->text(), L"text!");
+    EXPECT_NE(saved(L"NotesLeft"), L"(none)");
+}
+
+TEST_F(TextEditor, TheWindowMayGoUnderTheQuestion) {
+    initNotes(L"text");
+    listen();
+    form->Show();
+    type(L"text!");
+    platform.onMessage = [this] { form->form().windowLost(); };
+    platform.answer = MessageAnswer::Yes;
+    EXPECT_TRUE(form->Unload());
+    EXPECT_THAT(heard, ElementsAre("Unload"));
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(TextEditor, TheCloseButtonUnderTheQuestionDoesNothing) {
+    initNotes(L"text");
+    form->Show();
+    type(L"text!");
+    platform.onMessage = [this] { EXPECT_FALSE(form->Unload()); };
+    platform.answer = MessageAnswer::No;
+    EXPECT_FALSE(form->Unload());
+    EXPECT_EQ(platform.messages.size(), 1U);
+    platform.onMessage = nullptr;
+    EXPECT_FALSE(form->Unload()) << "and asks again afterwards";
+    EXPECT_EQ(platform.messages.size(), 2U);
+}
+
+// Each of these would be a use of freed memory, which the sanitizers see.
+TEST_F(TextEditor, AHandlerMayDestroyTheForm) {
+    initNotes();
+    form->Show();
+    form->onHideMe = [this] { form.reset(); };
+    form->form().keyPressed(27, 0);
+    EXPECT_FALSE(form);
+
+    form = std::make_unique<frmTextEditor>(platform, files, errors);
+    initNotes();
+    form->Show();
+    form->onUnload = [this] { form.reset(); };
+    form->Unload();
+    EXPECT_FALSE(form);
+
+    form = std::make_unique<frmTextEditor>(platform, files, errors);
+    initNotes();
+    form->Show();
+    type(L"x");
+    platform.onMessage = [this] { form.reset(); };
+    form->Unload();
+    EXPECT_FALSE(form);
+}
+
+TEST_F(TextEditor, AHandlerThatFailsIsReportedAndTheFormHidesAllTheSame) {
+    initNotes();
+    form->Show();
+    form->onHideMe = [] { throw std::runtime_error("host"); };
+    click(form->cmdSave);
+    ASSERT_EQ(errors.reports.size(), 1U);
+    EXPECT_EQ(errors.reports[0].number, 51);
+    EXPECT_EQ(errors.reports[0].procedure, L"cmdSave_Click");
+    errors.reports.clear();
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(TextEditor, SettingTheModeChangesTheCaption) {
+    initNotes();
+    form->setMode(L"Other");
+    EXPECT_EQ(form->form().caption(), L"Other");
+    form->setSINI(L"C:\\Second.INI");
+    form->Unload();
+    EXPECT_NE(saved(L"OtherLeft", L"C:\\Second.INI"), L"(none)");
+    EXPECT_EQ(saved(L"NotesLeft"), L"(none)");
+}
+
+}  // namespace

@@ -1,0 +1,178 @@
+#include "win32/FormKeys.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "util/Text.h"
+#include "win32/WindowTree.h"
+
+namespace kv::win32 {
+
+using formenv::Widget;
+using formenv::WidgetKind;
+
+namespace {
+
+constexpr WPARAM kSelectAll = 1;  // the letter that Ctrl+A makes
+constexpr WPARAM kEscapeLetter = 27;
+
+bool isDown(int key) {
+    return GetKeyState(key) < 0;
+}
+
+int shiftState() {
+    return (isDown(VK_SHIFT) ? 1 : 0) | (isDown(VK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
+}
+
+bool takesFocus(const Widget& widget) {
+    switch (widget.kind()) {
+        case WidgetKind::Button:
+        case WidgetKind::CheckBox:
+        case WidgetKind::ComboBox:
+        case WidgetKind::TextBox:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// The controls that take the focus now, in the order of the Tab key.
+void collectStops(const Widget& parent, std::vector<WidgetWindow*>& stops) {
+    for (Widget* child : parent.children()) {
+        if (!child->visible() || !child->enabled())
+            continue;
+        auto* window = dynamic_cast<WidgetWindow*>(child->peer());
+        if (window && takesFocus(*child))
+            stops.push_back(window);
+        collectStops(*child, stops);
+    }
+}
+
+std::vector<WidgetWindow*> stopsOf(const formenv::Form& form) {
+    std::vector<WidgetWindow*> stops;
+    collectStops(form, stops);
+    return stops;
+}
+
+WidgetWindow* stopAt(const std::vector<WidgetWindow*>& stops, HWND window) {
+    const auto found =
+        std::find_if(stops.begin(), stops.end(), [=](const WidgetWindow* stop) { return stop->window() == window; });
+    return found == stops.end() ? nullptr : *found;
+}
+
+void showCues(const formenv::Form& form, WORD cues) {
+    SendMessageW(reinterpret_cast<HWND>(form.hWnd()), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, cues), 0);
+}
+
+void moveFocus(const formenv::Form& form, HWND from, bool back) {
+    const std::vector<WidgetWindow*> stops = stopsOf(form);
+    if (stops.empty())
+        return;
+    const std::size_t count = stops.size();
+    std::size_t next = back ? count - 1 : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (stops[i]->window() == from)
+            next = (i + (back ? count - 1 : 1)) % count;
+    }
+    showCues(form, UISF_HIDEFOCUS);
+    SetFocus(stops[next]->window());
+}
+
+/// The form may be gone afterwards.
+void press(WidgetWindow& target) {
+    const HWND window = target.window();
+    SetFocus(window);
+    if (target.widget().kind() == WidgetKind::CheckBox) {
+        const bool ticked = SendMessageW(window, BM_GETCHECK, 0, 0) == BST_CHECKED;
+        SendMessageW(window, BM_SETCHECK, ticked ? BST_UNCHECKED : BST_CHECKED, 0);
+    }
+    SendMessageW(GetParent(window), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window), BN_CLICKED),
+                 reinterpret_cast<LPARAM>(window));
+}
+
+bool pressByLetter(const formenv::Form& form, wchar_t letter) {
+    const wchar_t key = util::upperCase(letter);
+    for (WidgetWindow* stop : stopsOf(form)) {
+        const WidgetKind kind = stop->widget().kind();
+        if ((kind == WidgetKind::Button || kind == WidgetKind::CheckBox) &&
+            formenv::accessKey(stop->widget().caption()) == key) {
+            press(*stop);
+            return true;
+        }
+    }
+    return false;
+}
+
+std::optional<LRESULT> keyDown(formenv::Form& form, HWND window, WPARAM key) {
+    const int shift = shiftState();
+    if (form.keyPressed(static_cast<int>(key), shift))
+        return 0;
+    WidgetWindow* const control = stopAt(stopsOf(form), window);
+    const bool isText = control && control->widget().kind() == WidgetKind::TextBox;
+    const bool withCtrl = (shift & 6) == 2;
+    if (key == VK_TAB) {
+        // The only way to a tab in a text whose Tab key leads on.
+        if (withCtrl && isText && static_cast<formenv::TextBox&>(control->widget()).multiLine &&
+            !static_cast<formenv::TextBox&>(control->widget()).locked())
+            SendMessageW(window, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\t"));
+        else
+            moveFocus(form, window, (shift & 1) != 0);
+        return 0;
+    }
+    if (key == VK_RETURN && control && control->widget().kind() == WidgetKind::Button) {
+        press(*control);
+        return 0;
+    }
+    if (key == 'A' && withCtrl && isText) {
+        SendMessageW(window, EM_SETSEL, 0, -1);
+        return 0;
+    }
+    return std::nullopt;
+}
+
+/// The letters that follow keys which have been dealt with.
+std::optional<LRESULT> letter(const formenv::Form& form, HWND window, WPARAM code) {
+    if (code == L'\t' || code == kEscapeLetter)
+        return 0;
+    if (code != kSelectAll)
+        return std::nullopt;
+    const WidgetWindow* control = stopAt(stopsOf(form), window);
+    if (control && const_cast<WidgetWindow*>(control)->widget().kind() == WidgetKind::TextBox)
+        SendMessageW(window, EM_SETSEL, 0, -1);
+    return 0;
+}
+
+}  // namespace
+
+bool isFormKey(UINT message) noexcept {
+    return message == WM_KEYDOWN || message == WM_CHAR || message == WM_SYSKEYDOWN || message == WM_SYSCHAR;
+}
+
+std::optional<LRESULT> formKey(formenv::Form& form, HWND window, UINT message, WPARAM wParam) {
+    switch (message) {
+        case WM_KEYDOWN:
+            return keyDown(form, window, wParam);
+        case WM_CHAR:
+            return letter(form, window, wParam);
+        case WM_SYSKEYDOWN:
+            if (wParam == VK_MENU)
+                showCues(form, UISF_HIDEACCEL | UISF_HIDEFOCUS);
+            return std::nullopt;
+        case WM_SYSCHAR:
+            if (pressByLetter(form, static_cast<wchar_t>(wParam)))
+                return 0;
+            return std::nullopt;
+        default:
+            return std::nullopt;
+    }
+}
+
+void focusControl(formenv::Form& form, HWND window) {
+    const std::vector<WidgetWindow*> stops = stopsOf(form);
+    if (const WidgetWindow* stop = stopAt(stops, window))
+        SetFocus(stop->window());
+    else if (!stops.empty())
+        SetFocus(stops.front()->window());
+}
+
+}  // namespace kv::win32

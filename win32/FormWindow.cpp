@@ -1,0 +1,277 @@
+#include "win32/FormWindow.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "formenv/Twips.h"
+#include "util/RuntimeError.h"
+#include "win32/FormKeys.h"
+#include "win32/Held.h"
+#include "win32/WindowTree.h"
+
+namespace kv::win32 {
+
+using formenv::WindowState;
+
+namespace {
+
+constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+// A resizable window with this frame has no small icon in its title.
+constexpr DWORD kExStyle = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
+constexpr UINT_PTR kSubclass = 1;
+
+/// From a point of the screen to what window placements count in, which leaves task bars out.
+POINT workspaceOffset(const RECT& place) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (!GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &info))
+        return {0, 0};
+    return {info.rcMonitor.left - info.rcWork.left, info.rcMonitor.top - info.rcWork.top};
+}
+
+/// Shows a window over the whole screen. The system makes it the active one: the one that was becomes it again.
+void showMaximized(HWND window) {
+    const HWND active = GetActiveWindow();
+    const HWND focus = GetFocus();
+    ShowWindow(window, SW_SHOWMAXIMIZED);
+    if (!active || active == window)
+        return;
+    SetActiveWindow(active);
+    if (focus)
+        SetFocus(focus);
+}
+
+void showAs(HWND window, WindowState state) {
+    switch (state) {
+        case WindowState::Normal:
+            ShowWindow(window, SW_SHOWNOACTIVATE);
+            break;
+        case WindowState::Minimized:
+            ShowWindow(window, SW_SHOWMINNOACTIVE);
+            break;
+        case WindowState::Maximized:
+            showMaximized(window);
+            break;
+    }
+}
+
+}  // namespace
+
+class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_from_this<Root> {
+  public:
+    Root(formenv::Form& form, WinPlatform& platform, IUnknown* keeper)
+        : form_(&form), platform_(platform), keeper_(keeper) {}
+
+    [[nodiscard]] bool create(HWND owner);
+    /// The window goes, and the form hears no more of it.
+    void close() noexcept;
+    [[nodiscard]] HWND window() const noexcept { return tree_ ? tree_->root() : nullptr; }
+    [[nodiscard]] WindowState state() const noexcept { return form_ ? form_->windowState() : WindowState::Normal; }
+
+    std::optional<LRESULT> rootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) override;
+    void placeRoot() override;
+
+  private:
+    static LRESULT CALLBACK childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                           DWORD_PTR self);
+    void listenTo(const formenv::Widget& parent);
+    void follow(HWND window);
+    void limit(MINMAXINFO& limits) const;
+    void lost();
+
+    formenv::Form* form_;
+    WinPlatform& platform_;
+    IUnknown* keeper_;
+    std::unique_ptr<WindowTree> tree_;
+    HWND focus_ = nullptr;  ///< while another window is active
+};
+
+bool FormWindow::Root::create(HWND owner) {
+    WindowTree::Callbacks callbacks;
+    callbacks.destroyed = [this] { lost(); };
+    callbacks.owner = keeper_;
+    callbacks.topLevel = this;
+    callbacks.keep = weak_from_this();
+    tree_ = std::make_unique<WindowTree>(*form_, platform_, std::move(callbacks));
+    if (!tree_->createTopLevel(owner, kStyle, kExStyle, pixelRect(*form_, platform_.dpi())))
+        return false;
+    listenTo(*form_);
+    follow(tree_->root());
+    return true;
+}
+
+void FormWindow::Root::close() noexcept {
+    form_ = nullptr;
+    if (tree_)
+        tree_->destroy();
+}
+
+void FormWindow::Root::lost() {
+    if (form_)
+        form_->windowLost();
+}
+
+/// Keys arrive at the control with the focus.
+void FormWindow::Root::listenTo(const formenv::Widget& parent) {
+    for (const formenv::Widget* child : parent.children()) {
+        if (auto* window = dynamic_cast<WidgetWindow*>(child->peer()))
+            SetWindowSubclass(window->window(), &Root::childProcedure, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+        listenTo(*child);
+    }
+}
+
+LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                                  DWORD_PTR self) {
+    if (message == WM_NCDESTROY)
+        RemoveWindowSubclass(window, &Root::childProcedure, id);
+    // A message loop for dialogs leaves all keys to the window.
+    if (message == WM_GETDLGCODE && lParam)
+        return DefSubclassProc(window, message, wParam, 0) | DLGC_WANTALLKEYS;
+    if (!isFormKey(message))
+        return DefSubclassProc(window, message, wParam, lParam);
+    auto* root = reinterpret_cast<Root*>(self);
+    const Held held(root->keeper_);
+    const std::shared_ptr<Root> kept = root->weak_from_this().lock();
+    try {
+        if (kept && kept->form_) {
+            if (const std::optional<LRESULT> answer = formKey(*kept->form_, window, message, wParam))
+                return *answer;
+        }
+    } catch (...) {
+        // A window procedure is called by the system: nothing may leave it.
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (!form_)
+        return std::nullopt;
+    switch (message) {
+        case WM_CLOSE:
+            form_->unload();
+            return 0;
+        case WM_QUERYENDSESSION:
+            return TRUE;
+        case WM_GETMINMAXINFO:
+            limit(*reinterpret_cast<MINMAXINFO*>(lParam));
+            return 0;
+        case WM_MOVE:
+        case WM_SIZE:
+            follow(window);
+            return 0;
+        case WM_ACTIVATE:
+            if (LOWORD(wParam) == WA_INACTIVE && IsChild(window, GetFocus()))
+                focus_ = GetFocus();
+            return std::nullopt;
+        case WM_SETFOCUS:
+            focusControl(*form_, focus_);
+            return 0;
+        case WM_COMMAND:
+            // From a message loop for dialogs.
+            if (!lParam && LOWORD(wParam) == IDCANCEL)
+                form_->keyPressed(VK_ESCAPE, 0);
+            return lParam ? std::nullopt : std::optional<LRESULT>(0);
+        default:
+            return isFormKey(message) ? formKey(*form_, window, message, wParam) : std::nullopt;
+    }
+}
+
+/// The form learns where its window stands. Whole pixels that mean the place it has leave it alone.
+void FormWindow::Root::follow(HWND window) {
+    const int dpi = platform_.dpi();
+    formenv::Place place = form_->place();
+    WindowState state = WindowState::Normal;
+    if (IsIconic(window)) {
+        state = WindowState::Minimized;
+    } else if (IsZoomed(window)) {
+        state = WindowState::Maximized;
+    } else {
+        const RECT known = pixelRect(*form_, dpi);
+        RECT now{};
+        GetWindowRect(window, &now);
+        if (!EqualRect(&now, &known))
+            place = {formenv::pixelsToTwips(now.left, dpi), formenv::pixelsToTwips(now.top, dpi),
+                     formenv::pixelsToTwips(now.right - now.left, dpi),
+                     formenv::pixelsToTwips(now.bottom - now.top, dpi)};
+    }
+    // What the state will be once the window is shown is not yet to be seen of it.
+    if (!form_->visible())
+        state = form_->windowState();
+    form_->movedByUser(place, state);
+    if (IsIconic(window))
+        return;
+    RECT client{};
+    GetClientRect(window, &client);
+    form_->clientResized(formenv::pixelsToTwips(client.right, dpi), formenv::pixelsToTwips(client.bottom, dpi));
+}
+
+void FormWindow::Root::placeRoot() {
+    const HWND root = window();
+    if (!root || !form_)
+        return;
+    RECT place = pixelRect(*form_, platform_.dpi());
+    if (!IsIconic(root) && !IsZoomed(root)) {
+        SetWindowPos(root, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+        return;
+    }
+    // It will stand there when it is normal again.
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    GetWindowPlacement(root, &placement);
+    const POINT offset = workspaceOffset(place);
+    OffsetRect(&place, offset.x, offset.y);
+    placement.rcNormalPosition = place;
+    if (!IsWindowVisible(root))
+        placement.showCmd = SW_HIDE;
+    SetWindowPlacement(root, &placement);
+}
+
+void FormWindow::Root::limit(MINMAXINFO& limits) const {
+    const int dpi = platform_.dpi();
+    limits.ptMinTrackSize.x =
+        std::max(limits.ptMinTrackSize.x, static_cast<LONG>(formenv::twipsToPixels(form_->leastWidth(), dpi)));
+    limits.ptMinTrackSize.y =
+        std::max(limits.ptMinTrackSize.y, static_cast<LONG>(formenv::twipsToPixels(form_->leastHeight(), dpi)));
+}
+
+FormWindow::FormWindow(formenv::Form& form, WinPlatform& platform, HWND owner, IUnknown* keeper)
+    : root_(std::make_shared<Root>(form, platform, keeper)) {
+    if (root_->create(owner))
+        return;
+    root_->close();
+    throw util::RuntimeError(util::error_number::kOutOfMemory);
+}
+
+FormWindow::~FormWindow() {
+    root_->close();
+}
+
+std::intptr_t FormWindow::handle() const noexcept {
+    return reinterpret_cast<std::intptr_t>(root_->window());
+}
+
+void FormWindow::show() {
+    const std::shared_ptr<Root> kept = root_;
+    showAs(kept->window(), kept->state());
+}
+
+void FormWindow::hide() {
+    const std::shared_ptr<Root> kept = root_;
+    ShowWindow(kept->window(), SW_HIDE);
+}
+
+void FormWindow::setState(WindowState state) {
+    const std::shared_ptr<Root> kept = root_;
+    showAs(kept->window(), state);
+}
+
+formenv::FormBorder FormWindow::border(int dpi) noexcept {
+    RECT frame{};
+    AdjustWindowRectEx(&frame, kStyle, FALSE, kExStyle);
+    return {formenv::pixelsToTwips(frame.right - frame.left, dpi),
+            formenv::pixelsToTwips(frame.bottom - frame.top, dpi)};
+}
+
+}  // namespace kv::win32
