@@ -19,8 +19,13 @@ class FileServices {
     /// Does nothing when there is no such file.
     virtual void deleteFile(const std::wstring& path) noexcept = 0;
 
-    /// Empties the clipboard, then places the bitmap file on it unless `path` is empty. Throws RuntimeError 521 when
-    /// the clipboard stays busy and 481 for a file that is no bitmap.
+    [[nodiscard]] virtual bool fileExists(const std::wstring& path) = 0;
+
+    /// Throws RuntimeError 521 when the clipboard stays busy.
+    virtual void clearClipboard() = 0;
+
+    /// Places the picture of a bitmap file on the clipboard, and nothing else. Throws RuntimeError 521 when the
+    /// clipboard stays busy and 481 for a file that is no bitmap.
     virtual void bitmapFileToClipboard(const std::wstring& path) = 0;
 
     /// The value of `key` in `section` of the INI file at path `file`; nothing when the file, the section or the key is

@@ -11,18 +11,26 @@ namespace {
 
 class MemorySurface final : public Surface {
   public:
-    MemorySurface(PixelSize size, TextPainter& letters)
+    MemorySurface(PixelSize size, TextPainter& letters, HeadlessBitmaps& bitmaps)
         : store_(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height)),
           buffer_{store_.data(), size.width, size.height, size.width},
-          canvas_(letters, buffer_) {}
+          canvas_(letters, buffer_),
+          bitmaps_(bitmaps),
+          context_(bitmaps.contextOf(buffer_)) {}
+    ~MemorySurface() override { bitmaps_.forget(context_); }
+    MemorySurface(const MemorySurface&) = delete;
+    MemorySurface& operator=(const MemorySurface&) = delete;
 
     PixelBuffer pixels() noexcept override { return buffer_; }
     Canvas& canvas() noexcept override { return canvas_; }
+    Handle deviceContext() const noexcept override { return context_; }
 
   private:
     std::vector<std::uint32_t> store_;
     PixelBuffer buffer_;
     RasterCanvas canvas_;
+    HeadlessBitmaps& bitmaps_;
+    Handle context_;
 };
 
 }  // namespace
@@ -41,7 +49,7 @@ Rgb HeadlessPlatform::systemColor(int index) const noexcept {
 }
 
 std::unique_ptr<Surface> HeadlessPlatform::createSurface(PixelSize size) {
-    return std::make_unique<MemorySurface>(size, letters_);
+    return std::make_unique<MemorySurface>(size, letters_, bitmaps);
 }
 
 PixelSize HeadlessPlatform::textSize(std::wstring_view text, const Font& font) {

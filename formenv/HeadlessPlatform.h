@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "formenv/BlockTextPainter.h"
+#include "formenv/HeadlessBitmaps.h"
 #include "formenv/HeadlessDesktop.h"
 #include "formenv/Platform.h"
 
@@ -25,6 +26,7 @@ class HeadlessPlatform final : public Platform {
     [[nodiscard]] int dpi() const noexcept override { return dots; }
     [[nodiscard]] Rgb systemColor(int index) const noexcept override;
     [[nodiscard]] std::unique_ptr<Surface> createSurface(PixelSize size) override;
+    [[nodiscard]] BitmapCalls& bitmapCalls() noexcept override { return bitmaps; }
     [[nodiscard]] PixelSize textSize(std::wstring_view text, const Font& font) override;
     void pumpEvents() override;
     MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
@@ -42,6 +44,7 @@ class HeadlessPlatform final : public Platform {
     }
 
     int dots = 96;
+    HeadlessBitmaps bitmaps;
     std::vector<Message> messages;
     int pumps = 0;
     /// What happens when the control lets events run.

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "formenv/BitmapCalls.h"
 #include "formenv/Canvas.h"
 #include "formenv/Color.h"
 #include "formenv/Desktop.h"
@@ -27,6 +28,8 @@ class Surface {
     virtual ~Surface() = default;
     [[nodiscard]] virtual PixelBuffer pixels() noexcept = 0;
     [[nodiscard]] virtual Canvas& canvas() noexcept = 0;
+    /// For the platform's bitmap calls; what was drawn is in it. Valid as long as the surface.
+    [[nodiscard]] virtual Handle deviceContext() const noexcept = 0;
 };
 
 enum class MessageIcon { None, Information, Question, Critical };
@@ -45,6 +48,9 @@ class Platform {
 
     /// A picture of the given size, at least one pixel each way; throws RuntimeError 7 when there is no memory for it.
     [[nodiscard]] virtual std::unique_ptr<Surface> createSurface(PixelSize size) = 0;
+
+    /// The system's calls on bitmaps.
+    [[nodiscard]] virtual BitmapCalls& bitmapCalls() noexcept = 0;
 
     /// Measures a line of text in pixels without a picture.
     [[nodiscard]] virtual PixelSize textSize(std::wstring_view text, const Font& font) = 0;

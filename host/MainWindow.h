@@ -37,8 +37,10 @@ class MainWindow final : public ControlEvents {
     void enableCommands(HMENU menu) const;
     void openPlan();
     void savePicture();
+    void copyPicture();
     void showAll();
     void redraw();
+    void toggleMouseReport();
     void toggleOrder(bool& order);
 
     void load(const std::wstring& file);
@@ -65,6 +67,8 @@ class MainWindow final : public ControlEvents {
     Plan plan_;
     std::wstring planName_;
     std::unique_ptr<Loading> loading_;
+    /// What the host asked for last; the control does not tell when its user closes the report.
+    bool mouseReport_ = false;
     bool ended_ = false;
     int exitCode_ = kExitOk;
 };

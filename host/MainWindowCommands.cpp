@@ -25,12 +25,16 @@ void MainWindow::command(int id) {
             return openPlan();
         case IDC_SAVE:
             return savePicture();
+        case IDC_COPY:
+            return copyPicture();
         case IDC_EXIT:
             return finish(kExitOk);
         case IDC_SHOW_ALL:
             return showAll();
         case IDC_REDRAW:
             return redraw();
+        case IDC_MOUSE_REPORT:
+            return toggleMouseReport();
         case IDC_SECOND:
             return toggleOrder(options_.products.second);
         case IDC_THIRD:
@@ -48,11 +52,13 @@ void MainWindow::enableCommands(HMENU menu) const {
     const auto check = [menu](UINT id, bool on) { CheckMenuItem(menu, id, on ? MF_CHECKED : MF_UNCHECKED); };
     const auto enable = [menu](UINT id, bool on) { EnableMenuItem(menu, id, on ? MF_ENABLED : MF_GRAYED); };
     const bool idle = loading_ == nullptr;
-    for (const UINT id : {IDC_OPEN, IDC_SAVE, IDC_REDRAW, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
+    for (const UINT id :
+         {IDC_OPEN, IDC_SAVE, IDC_COPY, IDC_REDRAW, IDC_MOUSE_REPORT, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
         enable(id, idle);
     }
     enable(IDC_SHOW_ALL, idle && !plan_.channels.empty());
     enable(IDC_EVERY_FORM, idle && options_.products.fifth);
+    check(IDC_MOUSE_REPORT, mouseReport_);
     check(IDC_SECOND, options_.products.second);
     check(IDC_THIRD, options_.products.third);
     check(IDC_FIFTH, options_.products.fifth);
@@ -77,6 +83,14 @@ void MainWindow::savePicture() {
     }
 }
 
+void MainWindow::copyPicture() {
+    const DWORD before = GetClipboardSequenceNumber();
+    check(spectrum_->control().CopyDisplayToClipboard(), L"Copying the picture");
+    // The member has no result: what became of the clipboard tells.
+    const bool copied = GetClipboardSequenceNumber() != before && IsClipboardFormatAvailable(CF_BITMAP);
+    status_->setMessage(copied ? L"Copied the picture." : L"The picture could not be copied.");
+}
+
 void MainWindow::showAll() {
     _kvBandscope& control = spectrum_->control();
     double lowest = 0.0;
@@ -93,6 +107,13 @@ void MainWindow::redraw() {
     if (loading_ == nullptr && !plan_.channels.empty()) {
         check(spectrum_->control().JustDrawIt(), L"Drawing");
     }
+}
+
+void MainWindow::toggleMouseReport() {
+    const bool on = !mouseReport_;
+    check(spectrum_->control().put_bMouseInfo(on ? VARIANT_TRUE : VARIANT_FALSE), L"Setting bMouseInfo");
+    mouseReport_ = on;
+    status_->setMessage(on ? L"The mouse report shows what is under the mouse." : L"");
 }
 
 void MainWindow::toggleOrder(bool& order) {

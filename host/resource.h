@@ -8,8 +8,10 @@
 #define IDC_OPEN 100
 #define IDC_SAVE 101
 #define IDC_EXIT 102
+#define IDC_COPY 103
 #define IDC_SHOW_ALL 110
 #define IDC_REDRAW 111
+#define IDC_MOUSE_REPORT 112
 #define IDC_SECOND 122
 #define IDC_THIRD 123
 #define IDC_FIFTH 125

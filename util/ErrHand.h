@@ -23,6 +23,9 @@ class ErrorReporter {
                          const RuntimeError& error) noexcept {
         ErrHand(flag, sProc, sDetail, error);
     }
+
+    /// A line for the tech-support log that is no error: how a procedure went on. Reporters without a log drop it.
+    virtual void wrtTechSupNoMak(const std::wstring& /*sMsg*/, bool /*bStamp*/) noexcept {}
 };
 
 }  // namespace kv::util

@@ -19,6 +19,9 @@ class ErrorHandler final : public ErrorReporter {
                  const RuntimeError& error) noexcept override;
     void ErrNote(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
                  const RuntimeError& error) noexcept override;
+    void wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept override {
+        log_.wrtTechSupNoMak(sMsg, bStamp);
+    }
 
   private:
     struct Record;

@@ -18,6 +18,9 @@ class DibSurface final : public formenv::Surface, private formenv::TextPainter {
 
     [[nodiscard]] formenv::PixelBuffer pixels() noexcept override { return buffer_; }
     [[nodiscard]] formenv::Canvas& canvas() noexcept override { return canvas_; }
+    [[nodiscard]] formenv::Handle deviceContext() const noexcept override {
+        return reinterpret_cast<formenv::Handle>(dc_.get());
+    }
 
     /// For copying to a window or another picture; whatever was drawn is in it.
     [[nodiscard]] HDC dc() const noexcept { return dc_.get(); }

@@ -1,5 +1,8 @@
 #include "win32/WinFiles.h"
 
+#include <atomic>
+#include <cwchar>
+#include <iterator>
 #include <string>
 
 #include "util/RuntimeError.h"
@@ -15,8 +18,20 @@ using util::error_number::kPathFileAccess;
 
 namespace {
 
-constexpr int kClipboardTries = 10;
-constexpr DWORD kClipboardPause = 20;  // milliseconds
+constexpr DWORD kClipboardPatience = 500;  // milliseconds, for another program that holds the clipboard
+constexpr DWORD kClipboardPause = 20;
+constexpr int kNameTries = 100;
+
+/// Lets time pass without leaving the windows of this thread deaf: whoever holds the clipboard may be waiting for an
+/// answer of theirs. Only what other threads have sent is handled; input and everything posted stays in the queue.
+void waitForClipboard() {
+    const ULONGLONG end = GetTickCount64() + kClipboardPause;
+    for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_SENDMESSAGE);
+        MSG message;
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    }
+}
 
 struct HandleCloser {
     void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
@@ -27,23 +42,20 @@ using FileHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
 class OpenedClipboard {
   public:
     explicit OpenedClipboard(HWND owner) {
-        for (int i = 0; i < kClipboardTries && !open_; ++i) {
-            open_ = OpenClipboard(owner) != FALSE;
-            if (!open_)
-                Sleep(kClipboardPause);
+        const ULONGLONG end = GetTickCount64() + kClipboardPatience;
+        while (!OpenClipboard(owner)) {
+            if (GetTickCount64() >= end)
+                throw RuntimeError(kCannotOpenClipboard);
+            waitForClipboard();
         }
-        if (!open_)
-            throw RuntimeError(kCannotOpenClipboard);
     }
     ~OpenedClipboard() { CloseClipboard(); }
     OpenedClipboard(const OpenedClipboard&) = delete;
     OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-
-  private:
-    bool open_ = false;
 };
 
-/// A hidden window that owns what lies on the clipboard while it is placed there.
+/// A hidden window that owns what lies on the clipboard while it is placed there; without an owner the system would
+/// not take it.
 class OwnerWindow {
   public:
     OwnerWindow() noexcept
@@ -63,6 +75,32 @@ bool writeAll(HANDLE file, const std::string& bytes) {
            written == bytes.size() && FlushFileBuffers(file);
 }
 
+/// A fresh file beside `path`. Its name is no longer than those that every folder has room for, so that it can be
+/// made wherever the file itself can.
+FileHandle createBeside(const std::wstring& path, std::wstring& name) {
+    static std::atomic<unsigned> count{0};
+    const std::wstring folder = path.substr(0, path.find_last_of(L"\\/:") + 1);
+    for (int i = 0; i < kNameTries; ++i) {
+        wchar_t file[] = L"kv000000.tmp";
+        swprintf(file, std::size(file), L"kv%06x.tmp", (GetCurrentProcessId() * 0x9E3779B1U + ++count) & 0xFFFFFFU);
+        name = folder + file;
+        const HANDLE made =
+            CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (made != INVALID_HANDLE_VALUE)
+            return FileHandle(made);
+        if (GetLastError() != ERROR_FILE_EXISTS)
+            break;
+    }
+    throw RuntimeError(kPathFileAccess);
+}
+
+/// Neither a folder nor protected. Not every system refuses to put another file in the place of a protected one.
+bool mayBeReplaced(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ||
+           (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0;
+}
+
 }  // namespace
 
 std::wstring WinFiles::scratchFolder() {
@@ -70,14 +108,11 @@ std::wstring WinFiles::scratchFolder() {
 }
 
 void WinFiles::writeFile(const std::wstring& path, const std::string& bytes) {
-    // Under another name first: whoever opens the file finds the old one or the whole new one.
-    const std::wstring partial = path + L".tmp" + std::to_wstring(GetCurrentProcessId());
-    FileHandle file;
-    const HANDLE made =
-        CreateFileW(partial.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (made == INVALID_HANDLE_VALUE)
+    if (path.empty() || !mayBeReplaced(path))
         throw RuntimeError(kPathFileAccess);
-    file.reset(made);
+    // Under another name first: whoever opens the file finds the old one or the whole new one.
+    std::wstring partial;
+    FileHandle file = createBeside(path, partial);
     const bool written = writeAll(file.get(), bytes);
     file.reset();
     if (!written || !MoveFileExW(partial.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
@@ -108,15 +143,27 @@ std::wstring WinFiles::placementFile() {
     return configuration().getPlacementINI();
 }
 
-void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
+bool WinFiles::fileExists(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+void WinFiles::clearClipboard() {
     const OwnerWindow owner;
     const OpenedClipboard clipboard(owner.get());
     EmptyClipboard();
-    if (path.empty())
-        return;
-    GdiObject<HBITMAP> bitmap(static_cast<HBITMAP>(
-        LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE | LR_CREATEDIBSECTION)));
-    if (!bitmap || !SetClipboardData(CF_BITMAP, bitmap.get()))
+}
+
+void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
+    // A bitmap of the screen's kind: one whose bits lie in this process could not be handed to another.
+    GdiObject<HBITMAP> bitmap(
+        static_cast<HBITMAP>(LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE)));
+    if (!bitmap)
+        throw RuntimeError(kInvalidPicture);
+    const OwnerWindow owner;
+    const OpenedClipboard clipboard(owner.get());
+    EmptyClipboard();
+    if (!SetClipboardData(CF_BITMAP, bitmap.get()))
         throw RuntimeError(kInvalidPicture);
     static_cast<void>(bitmap.release());  // the clipboard's from now on
 }

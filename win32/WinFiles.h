@@ -12,6 +12,8 @@ class WinFiles final : public formenv::FileServices {
     [[nodiscard]] std::wstring scratchFolder() override;
     void writeFile(const std::wstring& path, const std::string& bytes) override;
     void deleteFile(const std::wstring& path) noexcept override;
+    [[nodiscard]] bool fileExists(const std::wstring& path) override;
+    void clearClipboard() override;
     void bitmapFileToClipboard(const std::wstring& path) override;
     [[nodiscard]] std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
                                                           const std::wstring& file) override;

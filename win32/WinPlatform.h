@@ -8,6 +8,7 @@
 #include "formenv/HatchTiles.h"
 #include "formenv/Platform.h"
 #include "win32/Gdi.h"
+#include "win32/WinBitmaps.h"
 #include "win32/WinDesktop.h"
 
 namespace kv::win32 {
@@ -19,6 +20,7 @@ class WinPlatform final : public formenv::Platform {
     [[nodiscard]] int dpi() const noexcept override { return dpi_; }
     [[nodiscard]] formenv::Rgb systemColor(int index) const noexcept override { return GetSysColor(index); }
     [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(formenv::PixelSize size) override;
+    [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps_; }
     [[nodiscard]] formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override;
     void pumpEvents() override;
     [[nodiscard]] bool hasUser() const noexcept override;
@@ -45,6 +47,7 @@ class WinPlatform final : public formenv::Platform {
     FontCache fonts_;
     formenv::HatchTiles tiles_;
     WinDesktop desktop_;
+    WinBitmaps bitmaps_;
     HWND owner_ = nullptr;
     IUnknown* keeper_ = nullptr;
 };

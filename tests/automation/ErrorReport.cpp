@@ -7,6 +7,7 @@ namespace kv::test {
 std::vector<Record> recordsOf(const std::string& log) {
     static const std::regex line(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d:  (.*)\r\n \r\n)");
     static const std::regex stamped(R"((Error \d+  .*)  \(kv_automation_tests\.exe 0\.0\.0\))");
+    static const std::regex captureLine(R"(After HdcBitMap|(Lft|Top|Wid|Hgt) -?\d+(\.\d+)?)");
     std::vector<Record> records;
     std::size_t place = 0;
     int step = 3;
@@ -15,6 +16,9 @@ std::vector<Record> recordsOf(const std::string& log) {
         place += static_cast<std::size_t>(i->length());
         const std::string text = (*i)[1];
         std::smatch match;
+        // A capture notes how it goes on; its lines stand between the records.
+        if (step >= 3 && std::regex_match(text, captureLine))
+            continue;
         if (text == std::string(25, '*')) {
             EXPECT_GE(step, 3);
             records.emplace_back();

@@ -96,7 +96,8 @@ TEST_F(InstalledErrorReport, FailedExportIsRecordedWithoutAMessage) {
     activate();
     const MessageBoxes boxes;
     EXPECT_EQ(exportTo(maker.file(L"none\\a.bmp")), L"");
-    EXPECT_THAT(records(), ElementsAre(Record{"Error 75  Path/File access error", "DisplayToBMP; Flag 400", ""}));
+    EXPECT_THAT(records(),
+                ElementsAre(Record{"Error 75  Path/File access error", "ExportToBMP2; Flag 600", "SavePicture"}));
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
@@ -138,7 +139,7 @@ TEST_F(InstalledErrorReport, ClipboardThatStaysBusyIsReported) {
         EXPECT_EQ(container.control->CopyDisplayToClipboard(), S_OK);
     }
     EXPECT_THAT(records(),
-                ElementsAre(Record{"Error 521  Can't open Clipboard", "CopyDisplayToClipboard; Flag 200", ""}));
+                ElementsAre(Record{"Error 521  Can't open Clipboard", "CopyDisplayToClipboard; Flag 300", ""}));
     EXPECT_THAT(boxes.seen(), SizeIs(1));
     EXPECT_FALSE(fileExists(maker.file(L"TEMP\\TempClip.BMP")));
 }

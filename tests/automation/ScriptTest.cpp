@@ -165,7 +165,7 @@ TEST_F(Script, AScriptThatStopsIsNoticed) {
 
 TEST_F(Script, VariablesComeBackFromTheExport) {
     expectLines(L"variables.vbs", {"types Double Double String", "same name True", "name kept True", "failed [] 0 0",
-                                   "sizes positive True"});
+                                   "sizes positive True", "again Double Double String True"});
 }
 
 TEST_F(Script, ErrorsHaveTheirNumbersAndTexts) {

@@ -26,7 +26,8 @@ class ErrorHandlerTest : public ::testing::Test {
         const std::vector<std::wstring> lines = fake.lines(kLog);
         std::vector<std::wstring> result;
         for (std::size_t i = 0; i + 1 < lines.size(); i += 2) {
-            result.push_back(lines[i]);
+            if (!isCaptureLine(lines[i]))
+                result.push_back(lines[i]);
             EXPECT_EQ(lines[i + 1], L" ");
         }
         EXPECT_EQ(lines.size() % 2, 0U);
@@ -220,7 +221,7 @@ TEST_F(ScopeErrorsTest, FailedExportIsRecordedAndShowsNoMessage) {
     EXPECT_EQ(width, 0.0);
     EXPECT_THAT(platform.messages, IsEmpty());
     EXPECT_THAT(record(), ElementsAre(kStars, L"Error 75  Path/File access error  (Host.exe 1.0.2)", L"Procedures:",
-                                      L"Procedure: DisplayToBMP; Flag 400"));
+                                      L"Procedure: ExportToBMP2; Flag 600", L"DETAIL: SavePicture"));
 }
 
 TEST_F(ScopeErrorsTest, CopyOfAFailedExportShowsNoMessageAndABusyClipboardDoes) {
@@ -231,8 +232,8 @@ TEST_F(ScopeErrorsTest, CopyOfAFailedExportShowsNoMessageAndABusyClipboardDoes) 
     exports.busyClipboard = true;
     scope.CopyDisplayToClipboard();
     EXPECT_THAT(platform.messages, SizeIs(1));
-    EXPECT_THAT(record(), SizeIs(8));
-    EXPECT_EQ(record()[7], L"Procedure: CopyDisplayToClipboard; Flag 200");
+    EXPECT_THAT(record(), SizeIs(9));
+    EXPECT_EQ(record()[8], L"Procedure: CopyDisplayToClipboard; Flag 300");
 }
 
 TEST_F(ScopeErrorsTest, FailingDrawingShowsOneMessageWithTheContext) {

@@ -5,6 +5,7 @@
 namespace kv::control {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 /// A 24-bit bottom-up bitmap file, read for itself.
@@ -62,7 +63,8 @@ TEST_F(ExportTest, AFileThatCannotBeWrittenGivesNothingAndNoMessage) {
     EXPECT_EQ(width, 0.0);
     EXPECT_THAT(files.files, IsEmpty());
     const RecordingErrors::Report report = takeReport();
-    EXPECT_EQ(report.procedure, L"DisplayToBMP");
+    EXPECT_EQ(report.procedure, L"ExportToBMP2");
+    EXPECT_EQ(report.detail, L"SavePicture");
     EXPECT_EQ(report.number, util::error_number::kPathFileAccess);
     EXPECT_THAT(platform.messages, IsEmpty());
 }
@@ -154,7 +156,7 @@ TEST_F(ExportTest, AFailedExportLeavesTheClipboardEmpty) {
     files.readOnly = true;
     scope.CopyDisplayToClipboard();
     EXPECT_EQ(files.clipboard, "");
-    EXPECT_EQ(takeReport().procedure, L"DisplayToBMP");
+    EXPECT_EQ(takeReport().procedure, L"ExportToBMP2");
 }
 
 TEST_F(ExportTest, ABusyClipboardIsReportedAndTheScratchFileIsGone) {
@@ -164,6 +166,88 @@ TEST_F(ExportTest, ABusyClipboardIsReportedAndTheScratchFileIsGone) {
     EXPECT_EQ(report.procedure, L"CopyDisplayToClipboard");
     EXPECT_EQ(report.number, util::error_number::kCannotOpenClipboard);
     EXPECT_THAT(files.files, IsEmpty());
+}
+
+TEST_F(ExportTest, TheClipboardIsClearedAfterTheExportAndBeforeThePictureComes) {
+    scope.CopyDisplayToClipboard();
+    EXPECT_THAT(files.happened, ElementsAre("write", "clear", "place", "delete"));
+    files.happened.clear();
+    files.readOnly = true;
+    scope.CopyDisplayToClipboard();
+    EXPECT_THAT(files.happened, ElementsAre("clear"));
+    takeReport();
+}
+
+TEST_F(ExportTest, AFileThatIsGoneLeavesTheClipboardEmpty) {
+    class Thief final : public MemoryFiles {
+      public:
+        void clearClipboard() override {
+            MemoryFiles::clearClipboard();
+            files.clear();
+        }
+    } thief;
+    Bandscope robbed{Services{platform, events, errors, thief, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+    robbed.CopyDisplayToClipboard();
+    EXPECT_EQ(thief.clipboard, "");
+    EXPECT_THAT(thief.happened, ElementsAre("write", "clear", "delete"));
+}
+
+TEST_F(ExportTest, AStatementThatFailsIsSkippedAndTheNextOnesRun) {
+    platform.onPump = [n = 0]() mutable {
+        if (n++ == 0)
+            throw util::RuntimeError(util::error_number::kOverflow);
+    };
+    std::wstring name = L"D:\\a.bmp";
+    EXPECT_EQ(scope.DisplayToBMP(height, width, name), L"D:\\a.bmp");
+    EXPECT_EQ(height, ui.picUnits.height());
+    const RecordingErrors::Report report = takeReport();
+    EXPECT_EQ(report.procedure, L"DisplayToBMP");
+    EXPECT_EQ(report.flag, 200);
+    EXPECT_EQ(report.number, util::error_number::kOverflow);
+}
+
+TEST_F(ExportTest, AScratchFolderThatFailsGivesNothing) {
+    class NoScratch final : public MemoryFiles {
+      public:
+        std::wstring scratchFolder() override { throw util::RuntimeError(util::error_number::kPathFileAccess); }
+        void writeFile(const std::wstring& path, const std::string& bytes) override {
+            if (path.empty())
+                throw util::RuntimeError(util::error_number::kPathFileAccess);
+            MemoryFiles::writeFile(path, bytes);
+        }
+    } none;
+    Bandscope homeless{Services{platform, events, errors, none, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+    std::wstring name;
+    EXPECT_EQ(homeless.DisplayToBMP(height, width, name), L"");
+    EXPECT_EQ(height, 0.0);
+    EXPECT_EQ(width, 0.0);
+    ASSERT_EQ(errors.reports.size(), 2U);
+    EXPECT_EQ(errors.reports[0].procedure, L"DisplayToBMP");
+    EXPECT_EQ(errors.reports[1].procedure, L"ExportToBMP2");
+    errors.reports.clear();
+}
+
+TEST_F(ExportTest, TheSizeIsThatOfTheStripAfterItsEvents) {
+    platform.onPump = [&] { ui.picUnits.setHeight(100.0 * 15.0); };
+    std::wstring name;
+    scope.DisplayToBMP(height, width, name);
+    platform.onPump = nullptr;
+    EXPECT_EQ(height, 1500.0);
+    EXPECT_EQ(Bitmap(files.files.at(name)).height(), 100);
+}
+
+TEST_F(ExportTest, AnExportInsideTheEventsOfAnotherGivesTwoWholeFiles) {
+    int depth = 0;
+    std::wstring inner = L"D:\\inner.bmp";
+    platform.onPump = [&] {
+        if (depth++ == 0)
+            scope.DisplayToBMP(height, width, inner);
+    };
+    std::wstring outer = L"D:\\outer.bmp";
+    EXPECT_EQ(scope.DisplayToBMP(height, width, outer), outer);
+    platform.onPump = nullptr;
+    EXPECT_EQ(files.files.at(inner), files.files.at(outer));
+    EXPECT_EQ(platform.bitmaps.bitmapCount(), 0U);
 }
 
 }  // namespace

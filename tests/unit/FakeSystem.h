@@ -112,6 +112,14 @@ class FakeUser final : public UserPrompt {
     }
 };
 
+/// What a capture writes to the log as it goes on, which is no part of an error's record.
+inline bool isCaptureLine(std::wstring_view line) {
+    for (const std::wstring_view label : {L"After HdcBitMap", L"Lft ", L"Top ", L"Wid ", L"Hgt "})
+        if (line.starts_with(label))
+            return true;
+    return false;
+}
+
 /// The parts put together, with the clock standing at 2026-03-09 17:04:05.
 struct FakeSystem {
     static constexpr wchar_t kTime[] = L"2026-03-09 17:04:05:  ";

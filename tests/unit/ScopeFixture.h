@@ -101,22 +101,38 @@ class RecordingErrors final : public util::ErrorReporter {
                  const util::RuntimeError& error) noexcept override {
         reports.push_back({flag, sProc, sDetail, error.number()});
     }
+    void wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept override {
+        lines.push_back(bStamp ? sMsg + L" (stamped)" : sMsg);
+    }
     std::vector<Report> reports;
+    std::vector<std::wstring> lines;
 };
 
-class MemoryFiles final : public formenv::FileServices {
+class MemoryFiles : public formenv::FileServices {
   public:
     std::wstring scratchFolder() override { return L"C:\\Scratch"; }
     void writeFile(const std::wstring& path, const std::string& bytes) override {
         if (readOnly)
             throw util::RuntimeError(util::error_number::kPathFileAccess);
         files[path] = bytes;
+        happened.push_back("write");
     }
-    void deleteFile(const std::wstring& path) noexcept override { files.erase(path); }
+    void deleteFile(const std::wstring& path) noexcept override {
+        files.erase(path);
+        happened.push_back("delete");
+    }
     void bitmapFileToClipboard(const std::wstring& path) override {
         if (busyClipboard)
             throw util::RuntimeError(util::error_number::kCannotOpenClipboard);
-        clipboard = path.empty() ? std::string() : files.at(path);
+        clipboard = files.at(path);
+        happened.push_back("place");
+    }
+    bool fileExists(const std::wstring& path) override { return files.contains(path); }
+    void clearClipboard() override {
+        if (busyClipboard)
+            throw util::RuntimeError(util::error_number::kCannotOpenClipboard);
+        clipboard.clear();
+        happened.push_back("clear");
     }
     std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
                                             const std::wstring& file) override {
@@ -132,6 +148,7 @@ class MemoryFiles final : public formenv::FileServices {
     std::wstring placementFile() override { return L"C:\\Places.INI"; }
     util::TextIniSource settings;
     std::map<std::wstring, std::string> files;
+    std::vector<std::string> happened;
     std::string clipboard = "what another program left";
     bool readOnly = false;
     bool busyClipboard = false;

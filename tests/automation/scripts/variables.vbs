@@ -24,4 +24,11 @@ Dim nowhere
 nowhere = "Z:\kv no such folder\picture.bmp"
 result = spectrum.DisplayToBMP(height, width, nowhere)
 WScript.Echo "failed [" & result & "] " & height & " " & width
+
+' Variables that hold other things get the same.
+height = -1
+width = "2.5"
+file = Empty
+result = spectrum.DisplayToBMP(height, width, file)
+WScript.Echo "again " & TypeName(height) & " " & TypeName(width) & " " & TypeName(file) & " " & (result = file)
 WScript.Quit 42

@@ -1,0 +1,23 @@
+// Two picture boxes, one inside the other, as a bitmap file.
+#pragma once
+
+#include <string>
+
+#include "formenv/FileServices.h"
+#include "formenv/PictureBox.h"
+#include "util/ErrHand.h"
+
+namespace kv::forms {
+
+/// Where the file goes, and where errors and the lines of the development log go.
+struct ExportServices {
+    formenv::FileServices& files;
+    util::ErrorReporter& errors;
+};
+
+/// Writes P1 with P2 over it, at P2's place inside P1 and clipped to it, in P1's size in pixels. False when any step
+/// failed, which is then in the log with the step's text; no message is shown and the file is as it was before.
+[[nodiscard]] bool ExportToBMP2(formenv::PictureBox& P1, formenv::PictureBox& P2, const std::wstring& sFile,
+                                const ExportServices& services);
+
+}  // namespace kv::forms
