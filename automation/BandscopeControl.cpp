@@ -18,6 +18,7 @@ constexpr DISPID kChgFreqRange = 3;
 }  // namespace
 
 BandscopeControl::BandscopeControl() {
+    platform_.setKeeper(static_cast<IOleObject*>(this));
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
 }
@@ -25,6 +26,7 @@ BandscopeControl::BandscopeControl() {
 BandscopeControl::~BandscopeControl() {
     // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
     references_ = 1;
+    platform_.setKeeper(nullptr);
     windows_.reset();
     scope_.reset();
 }

@@ -43,6 +43,7 @@ HRESULT BandscopeControl::GetClientSite(IOleClientSite** site) {
 HRESULT BandscopeControl::Close(DWORD /*saveOption*/) {
     const ComPtr<IOleObject> alive(this);
     deactivate();
+    scope_->closeMouseInfo();
     if (adviseHolder_)
         adviseHolder_->SendOnClose();
     return S_OK;

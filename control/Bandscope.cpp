@@ -83,6 +83,7 @@ void Bandscope::connectHandlers() {
     ui_.tdKnMovCursor.onTurnEnd = [this] { setShownCursor(ui_.tdKnMovCursor.dVal()); };
     ui_.cmdCenterCursor.onClick = [this] { cmdCenterCursor_Click(); };
     ui_.cmdClear.onClick = [this] { ClearDisplay(); };
+    ui_.chkShowMouse.onClick = [this] { chkShowMouse_Click(); };
     ui_.cmdDrawTX.onClick = [this] { cmdDrawTX_Click(); };
     ui_.cmdDrawRX.onClick = [this] { cmdDrawRX_Click(); };
     ui_.chkOrder.onClick = [this] { DrawDisplay(); };
@@ -90,6 +91,12 @@ void Bandscope::connectHandlers() {
     ui_.Command3.onClick = [this] { addTestFrequencies(); };
     ui_.Command4.onClick = [this] { DrawFreqLbls(); };
     ui_.picSpectrum.onMouseMove = [this](int b, int s, double x, double y) { picSpectrum_MouseMove(b, s, x, y); };
+    ui_.picSpectrum.onMouseDown = [this](int b, int, double, double) { picSpectrum_MouseDown(b); };
+    ui_.picSpectrum.onMouseUp = [this](int b, int, double x, double) { picSpectrum_MouseUp(b, x); };
+    ui_.picSpectrum.onMouseLost = [this] { giveUpDrag(); };
+    ui_.picSpectrum.onKeyDown = [this](int key, int shift) { return picSpectrum_KeyDown(key, shift); };
+    ui_.picSpectrum.wantsKey = [this](int key) { return wantsKey(key); };
+    ui_.picSpectrum.takesFocus = true;
     ui_.picSpectrum.onDblClick = [this] { picSpectrum_DblClick(); };
     ui_.picUnits.onMouseMove = [this](int b, int s, double x, double y) { picUnits_MouseMove(b, s, x, y); };
     ui_.fraControl.onMouseDown = [this](int b, int, double x, double y) { fraControl_MouseDown(b, x, y); };

@@ -4,13 +4,16 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "control/ChannelStore.h"
 #include "control/Children.h"
 #include "control/FreqSlot.h"
+#include "control/MouseReport.h"
 #include "formenv/FileServices.h"
 #include "formenv/Platform.h"
+#include "forms/frmTextEditor.h"
 #include "util/ErrHand.h"
 
 namespace kv::control {
@@ -111,6 +114,10 @@ class Bandscope {
     [[nodiscard]] bool isCollapsed() const noexcept;
     /// True while the panel changes the control's height by itself.
     [[nodiscard]] bool bSizing() const noexcept { return layout_.bSizing; }
+    /// The container is done with the control: the report window goes, without a question.
+    void closeMouseInfo() noexcept;
+    /// The report window, with its text; nothing before it is first needed.
+    [[nodiscard]] const forms::frmTextEditor* mouseInfoWindow() const noexcept { return mouseInfo_.window.get(); }
 
   private:
     // Bandscope.cpp
@@ -139,6 +146,7 @@ class Bandscope {
     void putCursorOnCenter();
     void shiftRangeOntoCenter();
     void showAround(double center, double halfSpan);
+    void zoomTo(double minimum, double maximum);
     void unsetRange() noexcept;
 
     // GridStep.cpp
@@ -148,6 +156,8 @@ class Bandscope {
     void setGridStepX(double value) noexcept { grid_.step = value; }
     void applyChosenStep();
     void deriveGridStep();
+    void selectGridRange();
+    void drawUnlessDrawing();
     void stepChosenByHand();
     void cboGridRange_Click();
     void tdKnGrid_ValueChanged(double dNewVal);
@@ -181,8 +191,10 @@ class Bandscope {
     void strokeCursor(double frequency, formenv::OleColor color);
     /// Leaves the picture without a cursor line.
     void takeCursorLineOff();
-    /// Draws while the cursor line is off the picture.
-    void underCursorLine(const std::function<void()>& draw);
+    /// Leaves the picture without cursor line and rubber band, so that both can be drawn over what comes next.
+    void takeMarksOff();
+    /// Draws while cursor line and rubber band are off the picture.
+    void underMarks(const std::function<void()>& draw);
     const std::wstring& FreqLblFormat();
 
     // Layout.cpp
@@ -197,6 +209,36 @@ class Bandscope {
     void picSpectrum_MouseMove(int button, int shift, double x, double y);
     void picSpectrum_DblClick();
     void picUnits_MouseMove(int button, int shift, double x, double y);
+    void chkShowMouse_Click();
+    /// Reads out and reports what is at a place of the picture.
+    void pointAt(double x, double y);
+    void ShowMouseInfo(double x, double y);
+    void BuildMouseReport(double x, double y);
+    void showReport();
+
+    // BoxDrag.cpp
+    [[nodiscard]] bool isDragging() const noexcept;
+    void picSpectrum_MouseDown(int button);
+    void picSpectrum_MouseUp(int button, double x);
+    bool giveUpDrag();
+    void dragTo(int button, double x);
+    void endDrag();
+    [[nodiscard]] double insidePicture(double x) const noexcept;
+    void takeRubberBandOff();
+    /// The picture has been cleared, and the band with it.
+    void forgetRubberBand() noexcept;
+    void strokeRubberBand();
+
+    // Keyboard.cpp
+    [[nodiscard]] bool wantsKey(int code) const noexcept;
+    bool picSpectrum_KeyDown(int code, int shift);
+    void steer(int code, int shift);
+    double cursorOrCenter();
+    void panTo(double center);
+    void zoomAround(double span);
+    void cursorTo(double frequency);
+    void cursorToChannel(double side);
+    void toggleReport();
 
     /// Runs `body`; an error in it goes to the error reporter with the procedure's name, context text and step flag.
     bool reported(const wchar_t* procedure, const std::wstring& detail, std::int16_t& flag,
@@ -251,6 +293,17 @@ class Bandscope {
         double x = kInvalid;  ///< MHz
         double y = kInvalid;  ///< dBm
     };
+    struct MouseInfo {  // MouseInfo.cpp
+        MouseReport report;
+        std::unique_ptr<forms::frmTextEditor> window;  ///< made when it is first needed
+        bool isSetUp = false;                          ///< not once the user has closed it
+    };
+    struct Drag {                ///< BoxDrag.cpp; frequencies in MHz
+        std::wstring mode;       ///< "BOX" while a box is dragged, else empty
+        double start = 0.0;      ///< where the drag began
+        double band = kInvalid;  ///< where the rubber band on the picture ends; kInvalid without one
+        bool givenUp = false;    ///< no new drag before the button is let go
+    };
 
     Services services_;
     Children ui_;
@@ -263,6 +316,8 @@ class Bandscope {
     Drawing drawing_;
     LayoutState layout_;
     Mouse mouse_;
+    MouseInfo mouseInfo_;
+    Drag drag_;
 };
 
 }  // namespace kv::control

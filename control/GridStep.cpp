@@ -93,10 +93,31 @@ void Bandscope::deriveGridStep() {
 
 void Bandscope::stepChosenByHand() {
     applyChosenStep();
+    drawUnlessDrawing();
+}
+
+// What was chosen under a running drawing starts none inside it; that one is repeated at its end.
+void Bandscope::drawUnlessDrawing() {
     if (drawing_.bDrawing)
         drawing_.bAgain = true;
     else
         JustDrawIt();
+}
+
+// The knob's stops are those of the box's choice: another choice when the step lies beyond them.
+void Bandscope::selectGridRange() {
+    const Slice present = sliceOf(ui_.cboGridRange.text());
+    const auto holds = [this](const Slice& slice) {
+        return grid_.step >= kGridTable.at(slice.first).step && grid_.step <= kGridTable.at(slice.last).step;
+    };
+    if (!holds(present)) {
+        const bool fine = grid_.step < kGridTable.at(sliceOf(L"MHz").first).step;
+        const bool coarse = grid_.step > kGridTable.at(sliceOf(L"MHz").last).step;
+        ui_.cboGridRange.setListIndex(fine ? 0 : (coarse ? 2 : 1));
+        SetGridKnob();
+    }
+    ui_.tdKnGrid.setDVal(grid_.step);
+    ui_.tdKnGrid.Refresh();
 }
 
 void Bandscope::cboGridRange_Click() {
@@ -153,10 +174,7 @@ void Bandscope::takeGridTurnBack() {
         range_.maxFreq = grid_.beforeTurn.maxFreq;
         setGridStepX(grid_.beforeTurn.step);
         flag = 200;
-        if (drawing_.bDrawing)
-            drawing_.bAgain = true;
-        else
-            JustDrawIt();
+        drawUnlessDrawing();
     });
 }
 

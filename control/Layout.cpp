@@ -176,8 +176,11 @@ void Bandscope::placeChildren(std::uint64_t generation) {
     layout_.dLblHalfWid = units.textWidth(FreqLblFormat()) / 2.0;
     formenv::PictureBox& spectrum = ui_.picSpectrum;
     const double left = layout_.dLblHalfWid > 0.0 ? layout_.dLblHalfWid : kLabelHalfWidthFallback;
-    spectrum.move({left, kSpectrumTop, units.width() - left - layout_.dLblHalfWid,
-                   units.height() - kSpectrumTop - kSpectrumBottomAllowance});
+    // At another size the marks stand on other pixels; the old ones could not be taken away any more.
+    underMarks([&] {
+        spectrum.move({left, kSpectrumTop, units.width() - left - layout_.dLblHalfWid,
+                       units.height() - kSpectrumTop - kSpectrumBottomAllowance});
+    });
     if (yieldedTo(generation))
         return;
     if (!(range_.maxFreq < range_.minFreq))

@@ -1,5 +1,9 @@
-// What the mouse reads out over the spectrum and the label strip.
+// The mouse over the spectrum and the label strip: what it reads out, the report of what is under it, and the
+// double-click that recentres. The drag that zooms is in BoxDrag.cpp.
+#include <utility>
+
 #include "control/Bandscope.h"
+#include "util/ConvertFreq.h"
 #include "util/NumberFormat.h"
 
 namespace kv::control {
@@ -7,6 +11,9 @@ namespace kv::control {
 namespace {
 
 constexpr wchar_t kPointerFormat[] = L"0.00000";
+constexpr wchar_t kReportCaption[] = L"Mouse Information";
+// A channel counts as under the pointer from this far away on, so that one of a pixel's width can be hit.
+constexpr double kReach = 1.5;  // pixels
 
 /// "2.50000+ MHz from center": the magnitude, then the side.
 std::wstring distanceText(double offset) {
@@ -14,19 +21,38 @@ std::wstring distanceText(double offset) {
            L" MHz from center";
 }
 
+double inMHz(FreqSlot& channel, double frequency) {
+    bool unknown = false;
+    return util::ConvertFreq(channel.sFreqUnits(), L"MHz", frequency, unknown);
+}
+
+/// Does the channel's band come within `reach` (MHz) of `x`?
+bool isUnder(FreqSlot& channel, double x, double reach) {
+    const DrawRecord record = channel.drawRecord();
+    return inMHz(channel, record.dFreqLo) <= x + reach && inMHz(channel, record.dFreqHi) >= x - reach;
+}
+
 }  // namespace
 
-void Bandscope::picSpectrum_MouseMove(int /*button*/, int /*shift*/, double x, double y) {
+void Bandscope::picSpectrum_MouseMove(int button, int /*shift*/, double x, double y) {
     std::int16_t flag = 100;
     reported(L"picSpectrum_MouseMove", L"", flag, [&] {
         mouse_ = {x, y};
-        ui_.lblFMHz.setVisible(true);
-        ui_.lblFromCenter.setVisible(true);
-        // Without a range the picture has no frequencies yet, whatever its coordinates say.
-        const bool shown = x > 0.0 && hasUsableRange();
-        ui_.lblFMHz.setCaption(shown ? util::formatNumber(x, kPointerFormat) + L" MHz" : std::wstring());
-        ui_.lblFromCenter.setCaption(shown ? distanceText(x - DisplayCenterFreq()) : std::wstring());
+        pointAt(x, y);
+        flag = 200;
+        dragTo(button, x);
     });
+}
+
+void Bandscope::pointAt(double x, double y) {
+    ui_.lblFMHz.setVisible(true);
+    ui_.lblFromCenter.setVisible(true);
+    // Without a range the picture has no frequencies yet, whatever its coordinates say.
+    const bool shown = x > 0.0 && hasUsableRange();
+    ui_.lblFMHz.setCaption(shown ? util::formatNumber(x, kPointerFormat) + L" MHz" : std::wstring());
+    ui_.lblFromCenter.setCaption(shown ? distanceText(x - DisplayCenterFreq()) : std::wstring());
+    if (shown)
+        ShowMouseInfo(x, y);
 }
 
 void Bandscope::picSpectrum_DblClick() {
@@ -52,12 +78,74 @@ void Bandscope::picUnits_MouseMove(int /*button*/, int /*shift*/, double x, doub
     });
 }
 
+void Bandscope::chkShowMouse_Click() {
+    std::int16_t flag = 100;
+    reported(L"chkShowMouse_Click", L"", flag, [&] { ShowMouseInfo(kInvalid, kInvalid); });
+}
+
 void Bandscope::setBMouseInfo(bool value) {
     ui_.chkShowMouse.setValue(value ? 1 : 0);
+    std::int16_t flag = 100;
+    reported(L"bMouseInfo", L"", flag, [&] { ShowMouseInfo(kInvalid, kInvalid); });
 }
 
 void Bandscope::setBChkVisMouseInfo(bool value) {
     ui_.chkShowMouse.setVisible(value);
+}
+
+void Bandscope::ShowMouseInfo(double x, double y) {
+    if (ui_.chkShowMouse.value() == 0) {
+        if (mouseInfo_.window)
+            mouseInfo_.window->Hide();
+        return;
+    }
+    if (x > 0.0)
+        BuildMouseReport(x, y);
+    showReport();
+}
+
+/// The window is made when it is first needed, and again after the user closed it.
+void Bandscope::showReport() {
+    if (!mouseInfo_.window) {
+        mouseInfo_.window =
+            std::make_unique<forms::frmTextEditor>(services_.platform, services_.files, services_.errors);
+        // However the user leaves the window, the box tells that there is none.
+        mouseInfo_.window->onHideMe = [this] { ui_.chkShowMouse.setValue(0); };
+        mouseInfo_.window->onUnload = [this] {
+            ui_.chkShowMouse.setValue(0);
+            mouseInfo_.isSetUp = false;
+        };
+    }
+    forms::frmTextEditor& window = *mouseInfo_.window;
+    if (std::exchange(mouseInfo_.isSetUp, true))
+        window.setText(mouseInfo_.report.text());
+    else
+        window.InitForm(kReportCaption, L"Close", false, false, false, mouseInfo_.report.text(), true,
+                        services_.files.placementFile());
+    if (!window.isVisible())
+        window.Show();
+}
+
+void Bandscope::closeMouseInfo() noexcept {
+    mouseInfo_.isSetUp = false;
+    mouseInfo_.window.reset();
+}
+
+void Bandscope::BuildMouseReport(double x, double /*y*/) {
+    const formenv::PictureBox& picture = ui_.picSpectrum;
+    const double reach = kReach * picture.scaleWidth() / picture.pixelSize().width;
+    MouseReport& report = mouseInfo_.report;
+    report.begin(ui_.lblFMHz.caption());
+    for (const ChannelKind kind : {ChannelKind::RX, ChannelKind::TX}) {
+        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i) {
+            if (!isUnder(*channel, x, reach))
+                continue;
+            report.add(kind, *channel);
+            // Over thousands of products the rest would be read for nothing.
+            if (report.isFull())
+                return;
+        }
+    }
 }
 
 }  // namespace kv::control

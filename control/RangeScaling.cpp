@@ -14,6 +14,7 @@ using util::error_number::kOverflow;
 namespace {
 
 constexpr double kUsualEndBuffer = 100.0;  // MHz
+constexpr double kLeastSpan = 1e-6;        // MHz
 
 // Centers closer than this part of half the span are one and the same: the last digits of a sum must not make the
 // range creep from drawing to drawing.
@@ -146,6 +147,22 @@ bool Bandscope::ScaleDisplay() {
     DisplayMaxFreq();
     shiftRangeOntoCenter();
     return applyScale();
+}
+
+void Bandscope::zoomTo(double minimum, double maximum) {
+    // A range that ends at 0 MHz or below would count as not set; far below a hertz the digits of a double run out.
+    if (!(maximum - minimum >= kLeastSpan) || isUnsetFrequency(maximum))
+        return;
+    range_.minFreq = minimum;
+    range_.maxFreq = maximum;
+    applyHorizontalScale();
+    rescaleKnobsToRange();
+    setDisplayCenterFreq(minimum + (maximum - minimum) / 2.0);
+    nGridX();
+    deriveGridStep();
+    selectGridRange();
+    drawUnlessDrawing();
+    services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
 }
 
 void Bandscope::unsetRange() noexcept {

@@ -54,27 +54,28 @@ bool Bandscope::DrawDisplay() {
         formenv::Platform& platform = services_.platform;
         platform.pumpEvents();
         flag = 1100;
-        // With the picture goes the cursor line, before an event can move it.
+        // With the picture go the cursor line and the rubber band, before an event can move them.
         ClearDisplay();
         platform.pumpEvents();
+        takeMarksOff();
         flag = 1200;
         DrawDisplayTX();
         platform.pumpEvents();
-        takeCursorLineOff();
+        takeMarksOff();
         flag = 1300;
         DrawDisplayRX();
         platform.pumpEvents();
         platform.pumpEvents();
-        takeCursorLineOff();
+        takeMarksOff();
         flag = 1400;
         DrawGrid();
         platform.pumpEvents();
-        takeCursorLineOff();
+        takeMarksOff();
         flag = 1500;
         DrawFreqLbls();
         platform.pumpEvents();
         flag = 1600;
-        takeCursorLineOff();
+        takeMarksOff();
         return true;
     } catch (...) {
         services_.errors.ErrHand(flag, L"DrawDisplay", L"kvBandscope.DrawDisplay Flag " + number(flag),
@@ -100,8 +101,8 @@ void Bandscope::JustDrawIt() {
         flag = 500;
         DrawGrid();
         flag = 600;
-        // An event may have drawn the line; a second stroke would take it away.
-        takeCursorLineOff();
+        // An event may have drawn the line or the rubber band; a second stroke would take it away.
+        takeMarksOff();
         DrawFreqLbls();
         flag = 700;
         const double cursor = CursorVal();
@@ -151,7 +152,7 @@ void Bandscope::Refresh() {
 bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
     try {
         if (chnl)
-            underCursorLine([&] { DrawChnl(*chnl); });
+            underMarks([&] { DrawChnl(*chnl); });
     } catch (...) {
         // A host redraws single channels at will; one that cannot be drawn is simply not there.
         return true;
@@ -162,6 +163,7 @@ bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
 void Bandscope::ClearDisplay() {
     ui_.picSpectrum.cls();
     drawing_.dCursorLineFreq = -FREQ_UNSET;
+    forgetRubberBand();
 }
 
 void Bandscope::ClearDisplayLabels() {
@@ -313,17 +315,29 @@ void Bandscope::takeCursorLineOff() {
     drawing_.dCursorLineFreq = -FREQ_UNSET;
 }
 
-// What is painted over a part of the line would turn into a trace of it when the line moves on.
-void Bandscope::underCursorLine(const std::function<void()>& draw) {
-    const double frequency = drawing_.dCursorLineFreq;
+void Bandscope::takeMarksOff() {
     takeCursorLineOff();
+    takeRubberBandOff();
+}
+
+// What is painted over a part of the line would turn into a trace of it when the line moves on; so with the band.
+void Bandscope::underMarks(const std::function<void()>& draw) {
+    const double frequency = drawing_.dCursorLineFreq;
+    const double band = drag_.band;
+    takeMarksOff();
+    const auto putBack = [&] {
+        DrawCursorLine(frequency, drawing_.cursorLineColor, true);
+        drag_.band = band;
+        if (band != kInvalid)
+            strokeRubberBand();
+    };
     try {
         draw();
     } catch (...) {
-        DrawCursorLine(frequency, drawing_.cursorLineColor, true);
+        putBack();
         throw;
     }
-    DrawCursorLine(frequency, drawing_.cursorLineColor, true);
+    putBack();
 }
 
 // Not-XOR: the same stroke once more takes the line away again.

@@ -156,14 +156,14 @@ void Bandscope::cmdDrawTX_Click() {
     if (NumTX() < 1)
         services_.platform.messageBox(L"No TX channels to draw.", L"", MessageIcon::None, MessageButtons::Ok);
     else
-        underCursorLine([&] { DrawDisplayTX(); });
+        underMarks([&] { DrawDisplayTX(); });
 }
 
 void Bandscope::cmdDrawRX_Click() {
     if (NumRX() < 1)
         services_.platform.messageBox(L"No RX channels to draw.", L"", MessageIcon::None, MessageButtons::Ok);
     else
-        underCursorLine([&] { DrawDisplayRX(); });
+        underMarks([&] { DrawDisplayRX(); });
 }
 
 void Bandscope::addTestFrequencies() {

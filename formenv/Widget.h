@@ -37,6 +37,8 @@ inline constexpr int kMiddle = 4;
 /// x and y in the scale of the widget that hears the event: twips, or user units in a picture box with a user scale.
 using MouseHandler = std::function<void(int button, int shift, double x, double y)>;
 using Handler = std::function<void()>;
+/// A key by its virtual code (Escape is 27), `shift` as in mouse events; true when the key has been dealt with.
+using KeyHandler = std::function<bool(int key, int shift)>;
 
 /// Place in twips (1/1440 inch) relative to the parent.
 struct Place {
@@ -96,6 +98,13 @@ class Widget {
     MouseHandler onMouseDown;
     MouseHandler onMouseMove;
     MouseHandler onMouseUp;
+    /// The mouse, held since a button went down here, was taken away: by another window or by the system.
+    Handler onMouseLost;
+    KeyHandler onKeyDown;
+    /// Whether a key is needed here before the host's form may have it. Nothing is when there is no such handler.
+    std::function<bool(int key)> wantsKey;
+    /// To be chosen before a window stands for the widget: a click gives it the focus.
+    bool takesFocus = false;
 
   protected:
     void tellPeer(Change what);

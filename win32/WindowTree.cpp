@@ -41,7 +41,7 @@ WindowSort sortOf(const Widget& widget) {
         case WidgetKind::Frame:
             return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
         case WidgetKind::PictureBox:
-            return {kPictureClass, WS_CLIPCHILDREN, 0};
+            return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U), 0};
         case WidgetKind::Label:
             return {L"STATIC",
                     SS_LEFTNOWORDWRAP | SS_NOPREFIX |
@@ -179,6 +179,7 @@ void WindowTree::destroy() noexcept {
 
 void WindowTree::rootDestroyed() noexcept {
     root_ = nullptr;
+    holder_ = nullptr;
     toolTips_.close();
     stale_.clear();
     knobs_.clear();
@@ -250,6 +251,18 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_DRAWITEM:
             drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
             return TRUE;
+        case WM_CAPTURECHANGED:
+            mouseLost(*target, reinterpret_cast<HWND>(lParam));
+            return 0;
+        case WM_GETDLGCODE: {
+            const std::function<bool(int)> wants = target->widget().wantsKey;
+            const auto* key = reinterpret_cast<const MSG*>(lParam);
+            return key && wants && wants(static_cast<int>(key->wParam)) ? DLGC_WANTMESSAGE : 0;
+        }
+        case WM_KEYDOWN:
+            if (handleKey(target->widget(), wParam))
+                return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
         case kSync: {
             const std::vector<HWND> stale = std::exchange(stale_, {});
             for (const HWND changed : stale) {
@@ -301,6 +314,33 @@ LRESULT WindowTree::colorOf(HDC dc, HWND child) {
     return reinterpret_cast<LRESULT>(GetStockObject(DC_BRUSH));
 }
 
+void WindowTree::holdMouse(HWND window) {
+    holder_ = window;
+    SetCapture(window);
+}
+
+void WindowTree::letMouseGo(HWND window) {
+    holder_ = nullptr;
+    if (GetCapture() == window)
+        ReleaseCapture();
+}
+
+/// Not told when the button was let go, which ends the capture as well.
+void WindowTree::mouseLost(WidgetWindow& target, HWND newOwner) {
+    if (holder_ != target.window() || newOwner == target.window())
+        return;
+    holder_ = nullptr;
+    if (const formenv::Handler handler = target.widget().onMouseLost)
+        handler();
+}
+
+bool WindowTree::handleKey(Widget& widget, WPARAM key) {
+    const formenv::KeyHandler handler = widget.onKeyDown;
+    const int shift = (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
+                      (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+    return handler && handler(static_cast<int>(key), shift);
+}
+
 bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message < WM_MOUSEFIRST || message > WM_MBUTTONDBLCLK)
         return false;
@@ -323,15 +363,16 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
             call(widget.onMouseMove, buttonsDown(wParam));
             return true;
         case WM_LBUTTONDOWN:
-            SetCapture(window);
+            if (widget.takesFocus)
+                SetFocus(window);
+            holdMouse(window);
             call(widget.onMouseDown, formenv::mouse_button::kLeft);
             return true;
         case WM_RBUTTONDOWN:
             call(widget.onMouseDown, formenv::mouse_button::kRight);
             return true;
         case WM_LBUTTONUP: {
-            if (GetCapture() == window)
-                ReleaseCapture();
+            letMouseGo(window);
             RECT client{};
             GetClientRect(window, &client);
             const formenv::Handler click = PtInRect(&client, {px, py}) ? widget.onClick : formenv::Handler();
@@ -344,6 +385,7 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
             call(widget.onMouseUp, formenv::mouse_button::kRight);
             return true;
         case WM_LBUTTONDBLCLK:
+            holdMouse(window);
             if (const formenv::Handler handler = widget.onDblClick)
                 handler();
             return true;

@@ -108,6 +108,10 @@ class WindowTree {
     LRESULT handleCommand(HWND child, UINT code);
     LRESULT colorOf(HDC dc, HWND child);
     bool handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam);
+    void holdMouse(HWND window);
+    void letMouseGo(HWND window);
+    void mouseLost(WidgetWindow& target, HWND newOwner);
+    static bool handleKey(formenv::Widget& widget, WPARAM key);
     void paintWindow(WidgetWindow& target);
     void drawItem(const DRAWITEMSTRUCT& item);
     void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
@@ -124,6 +128,7 @@ class WindowTree {
     std::map<HWND, std::unique_ptr<WidgetWindow>> windows_;
     std::vector<std::unique_ptr<KnobWindow>> knobs_;
     std::vector<HWND> stale_;
+    HWND holder_ = nullptr;  ///< the window that a button went down in, until it is let go
     ToolTips toolTips_;
 };
 

@@ -1,0 +1,38 @@
+// The text of the "Mouse Information" window: the channels and intermodulation components at one frequency.
+#pragma once
+
+#include <string>
+
+#include "control/ChannelStore.h"
+#include "control/FreqSlot.h"
+
+namespace kv::control {
+
+class MouseReport {
+  public:
+    /// Forgets the text. `location`: the pointer's read-out, which heads the text once there is a channel to tell of.
+    void begin(const std::wstring& location);
+
+    /// Adds a channel that the pointer is over; all receivers first, then the transmitters.
+    void add(ChannelKind kind, FreqSlot& channel);
+
+    [[nodiscard]] const std::wstring& text() const noexcept { return text_; }
+    /// The text ended with its marker for too much of it; nothing is added any more.
+    [[nodiscard]] bool isFull() const noexcept;
+
+    /// Takes the text that is to replace the present one, unless the two together are too long: the present one is
+    /// closed with the marker then. A text that grows piece by piece so ends at about half the limit.
+    void SetReportText(const std::wstring& text);
+
+  private:
+    void append(const std::wstring& piece);
+    void appendSection(ChannelKind kind);
+    void appendChannel(FreqSlot& channel);
+    void appendComponents(FreqSlot& channel);
+
+    std::wstring text_;
+    std::wstring location_;
+    bool hasSection_[2] = {false, false};
+};
+
+}  // namespace kv::control

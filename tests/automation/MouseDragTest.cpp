@@ -1,0 +1,219 @@
+// A box dragged on the spectrum's window, with the messages that a real mouse sends.
+#include <algorithm>
+
+#include "tests/automation/KnobHand.h"
+
+namespace kv::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class MouseDrag : public KnobHand {
+  protected:
+    void SetUp() override {
+        KnobHand::SetUp();
+        fill();
+        sink->heard.clear();
+        before = shown();
+    }
+    void send(UINT message, int x, WPARAM buttons, int y = 50) const {
+        SendMessageW(spectrum(), message, buttons, MAKELPARAM(x, y));
+    }
+    void press(int x) const { send(WM_LBUTTONDOWN, x, MK_LBUTTON); }
+    void move(int x) const { send(WM_MOUSEMOVE, x, MK_LBUTTON); }
+    void release(int x) const { send(WM_LBUTTONUP, x, 0); }
+    void drag(int from, int to) const {
+        press(from);
+        move(from);
+        move(to);
+        release(to);
+        pump();
+    }
+    [[nodiscard]] double frequencyAt(int x) const { return 380.0 + x * 100.0 / before.width; }
+    /// The columns whose middle pixel is no longer what it was before the drag.
+    [[nodiscard]] std::vector<int> changedColumns() const {
+        const Picture picture = shown();
+        std::vector<int> columns;
+        for (int x = 0; x < picture.width; ++x)
+            if (picture.at(x, picture.height / 2) != before.at(x, before.height / 2))
+                columns.push_back(x);
+        return columns;
+    }
+    Picture before;
+};
+
+TEST_F(MouseDrag, ZoomsToTheDraggedSpanAndTellsTheHost) {
+    drag(100, 300);
+    expectRange(frequencyAt(100), frequencyAt(300));
+    EXPECT_NEAR(center(), frequencyAt(200), 1e-9);
+    ASSERT_THAT(sink->ids(), ElementsAre(kChgFreqRange));
+    EXPECT_THAT(sink->heard[0].arguments, ElementsAre(minFreq(), maxFreq()));
+    EXPECT_NE(shown(), before);
+}
+
+TEST_F(MouseDrag, ZoomsAlikeFromRightToLeft) {
+    drag(300, 100);
+    expectRange(frequencyAt(100), frequencyAt(300));
+}
+
+TEST_F(MouseDrag, AClickAndATremorDoNotZoom) {
+    press(100);
+    release(100);
+    drag(100, 102);
+    expectRange(380.0, 480.0);
+    EXPECT_THAT(sink->ids(), IsEmpty());
+    EXPECT_EQ(shown(), before);
+}
+
+TEST_F(MouseDrag, TheRubberBandIsSeenAndHoldsTheMouse) {
+    press(100);
+    EXPECT_EQ(GetCapture(), spectrum());
+    move(100);
+    move(300);
+    EXPECT_THAT(changedColumns(), ElementsAre(100, 300));
+    move(200);
+    EXPECT_THAT(changedColumns(), ElementsAre(100, 200));
+    release(200);
+    EXPECT_EQ(GetCapture(), nullptr);
+    pump();
+    expectRange(frequencyAt(100), frequencyAt(200));
+}
+
+TEST_F(MouseDrag, GoesOnOutsideTheControlUpToThePicturesEdge) {
+    press(200);
+    move(200);
+    move(-400);
+    EXPECT_THAT(changedColumns(), ElementsAre(0, 200));
+    send(WM_MOUSEMOVE, before.width + 500, MK_LBUTTON, -300);
+    EXPECT_THAT(changedColumns(), ElementsAre(200)) << "the right edge lies just outside the picture";
+    release(before.width + 500);
+    pump();
+    expectRange(frequencyAt(200), 480.0);
+}
+
+TEST_F(MouseDrag, EndsWhenAnotherWindowTakesTheMouse) {
+    press(100);
+    move(100);
+    move(300);
+    SetCapture(container.host.get());
+    EXPECT_EQ(shown(), before);
+    ReleaseCapture();
+    move(320);
+    release(320);
+    pump();
+    EXPECT_EQ(shown(), before);
+    expectRange(380.0, 480.0);
+    drag(100, 300);
+    expectRange(frequencyAt(100), frequencyAt(300));
+}
+
+TEST_F(MouseDrag, SurvivesARedrawByTheHostInTheMiddle) {
+    press(100);
+    move(100);
+    move(300);
+    EXPECT_EQ(container.control->JustDrawIt(), S_OK);
+    move(250);
+    const Picture banded = shown();
+    EXPECT_EQ(container.control->JustDrawIt(), S_OK);
+    EXPECT_NE(shown(), banded);
+    move(250);
+    EXPECT_EQ(shown(), banded) << "one band, no traces";
+    release(250);
+    pump();
+    expectRange(frequencyAt(100), frequencyAt(250));
+}
+
+TEST_F(MouseDrag, EscapeCancelsItAlsoInAHostWithDialogKeys) {
+    press(100);
+    EXPECT_EQ(GetFocus(), spectrum());
+    move(100);
+    move(300);
+    MSG key{spectrum(), WM_KEYDOWN, VK_ESCAPE, 1, 0, {}};
+    EXPECT_EQ(SendMessageW(spectrum(), WM_GETDLGCODE, VK_ESCAPE, reinterpret_cast<LPARAM>(&key)), DLGC_WANTMESSAGE);
+    PostMessageW(spectrum(), WM_KEYDOWN, VK_ESCAPE, 1);
+    pump();
+    EXPECT_EQ(shown(), before);
+    EXPECT_EQ(SendMessageW(spectrum(), WM_GETDLGCODE, VK_ESCAPE, reinterpret_cast<LPARAM>(&key)), 0)
+        << "outside a drag the key is the form's";
+    move(320);
+    release(320);
+    pump();
+    expectRange(380.0, 480.0);
+    EXPECT_EQ(shown(), before);
+}
+
+TEST_F(MouseDrag, TheRightButtonCancelsIt) {
+    press(100);
+    move(100);
+    move(300);
+    send(WM_RBUTTONDOWN, 300, MK_LBUTTON | MK_RBUTTON);
+    EXPECT_EQ(shown(), before);
+    send(WM_RBUTTONUP, 300, MK_LBUTTON);
+    move(320);
+    release(320);
+    pump();
+    expectRange(380.0, 480.0);
+    EXPECT_EQ(shown(), before);
+}
+
+TEST_F(MouseDrag, TheHostMayLetGoOfTheControlWhenItHearsOfTheZoom) {
+    sink->onEvent = [&](DISPID) {
+        container.as<IOleObject>()->Close(OLECLOSE_NOSAVE);
+        container.control.Reset();
+    };
+    const HWND picture = spectrum();
+    press(100);
+    move(100);
+    move(300);
+    release(300);
+    pump();
+    EXPECT_FALSE(IsWindow(picture));
+    EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange));
+}
+
+TEST_F(MouseDrag, ADoubleClickIsNoDrag) {
+    send(WM_MOUSEMOVE, 100, 0);
+    press(100);
+    release(100);
+    send(WM_LBUTTONDBLCLK, 100, MK_LBUTTON);
+    release(100);
+    pump();
+    EXPECT_NEAR(center(), frequencyAt(100), 1e-9);
+    EXPECT_NEAR(maxFreq() - minFreq(), 100.0, 1e-9);
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+/// The system's own input queue, as with the mouse in the user's hand.
+TEST_F(MouseDrag, WorksWithTheSystemsMouse) {
+    RECT place{};
+    GetWindowRect(spectrum(), &place);
+    const auto at = [&](int x, DWORD what) {
+        const int screenX = place.left + x;
+        const int screenY = place.top + 60;
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dx = (screenX * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+        input.mi.dy = (screenY * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+        input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | what;
+        EXPECT_EQ(SendInput(1, &input, sizeof input), 1U);
+        pump();
+    };
+    at(90, 0);
+    at(100, MOUSEEVENTF_LEFTDOWN);
+    at(110, 0);
+    at(200, 0);
+    at(300, MOUSEEVENTF_LEFTUP);
+    for (int i = 0; i < 100 && sink->heard.empty(); ++i) {
+        Sleep(10);
+        pump();
+    }
+    ASSERT_THAT(sink->ids(), ElementsAre(kChgFreqRange));
+    // The drag begins at its first move with the button down, which may be the press's own.
+    EXPECT_GE(minFreq(), frequencyAt(99));
+    EXPECT_LE(minFreq(), frequencyAt(111));
+    EXPECT_NEAR(maxFreq(), frequencyAt(300), 100.0 / before.width);
+}
+
+}  // namespace
+}  // namespace kv::test
