@@ -117,6 +117,10 @@ bool isFullPath(std::wstring_view path) {
 class WritableFile {
   public:
     explicit WritableFile(std::wstring path) : path_(std::move(path)) {
+        // Where files have owners and modes below the attribute, the superuser could open it all the same.
+        const DWORD attributes = GetFileAttributesW(path_.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
+            throw RuntimeError(kPathFileAccess);
         const HANDLE opened = CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE,
                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
                                           FILE_ATTRIBUTE_NORMAL, nullptr);

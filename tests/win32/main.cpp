@@ -1,0 +1,54 @@
+// Runs the tests; under Wine with windows that Wine manages itself.
+#include <windows.h>
+
+#include <gmock/gmock.h>
+
+#include <string>
+
+namespace {
+
+constexpr wchar_t kDriver[] = L"Software\\Wine\\AppDefaults\\kv_win32_tests.exe\\X11 Driver";
+constexpr wchar_t kManaged[] = L"Managed";
+
+/// On a display without a window manager each window that hides waits two seconds for an answer that never comes, and
+/// none stays maximized. True when the setting against it was made just now, which counts from the next start on.
+bool settingWasMissing() {
+    HKEY wine = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Wine", 0, KEY_QUERY_VALUE, &wine) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(wine);
+    HKEY driver = nullptr;
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, kDriver, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &driver, nullptr) !=
+        ERROR_SUCCESS)
+        return false;
+    const bool missing = RegQueryValueExW(driver, kManaged, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS;
+    const bool made = missing && RegSetValueExW(driver, kManaged, 0, REG_SZ, reinterpret_cast<const BYTE*>(L"N"),
+                                                2 * sizeof(wchar_t)) == ERROR_SUCCESS;
+    RegCloseKey(driver);
+    return made;
+}
+
+/// This program once more, with its arguments; its exit code.
+int runAgain() {
+    std::wstring line = GetCommandLineW();
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &started))
+        return 3;
+    WaitForSingleObject(started.hProcess, INFINITE);
+    DWORD code = 3;
+    GetExitCodeProcess(started.hProcess, &code);
+    CloseHandle(started.hThread);
+    CloseHandle(started.hProcess);
+    return static_cast<int>(code);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (settingWasMissing())
+        return runAgain();
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}
