@@ -1,23 +1,15 @@
 #include "automation/Registration.h"
 
-#include <oleauto.h>
-#include <wrl/client.h>
-
 #include "automation/Firewall.h"
 #include "automation/Module.h"
 #include "automation/RegistrationTable.h"
 #include "automation/RegistryKey.h"
-#include "automation/TypeLib.h"
-#include "kvBandscope.h"
 
 namespace kv::automation {
 
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
 constexpr bool kIs64Bit = sizeof(void*) == 8;
-constexpr SYSKIND kSystem = kIs64Bit ? SYS_WIN64 : SYS_WIN32;
 /// The registry as the other architecture's module sees it.
 constexpr REGSAM kOtherView = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 const wchar_t* const kClassesPath = L"Software\\Classes";
@@ -31,8 +23,18 @@ std::wstring pathOf(const std::wstring& key) {
     return std::wstring(kClassesPath) + L"\\" + key;
 }
 
-std::wstring serverPathOf(const ClassRegistration& registration) {
-    return pathOf(L"CLSID\\" + registration.clsid + L"\\InprocServer32");
+/// A value of an entry's key; empty when there is none. A null `name` is the default value.
+std::wstring textAt(RegistrationScope scope, const std::wstring& key, const wchar_t* name = nullptr, REGSAM view = 0) {
+    RegistryKey opened;
+    return opened.open(hive(scope), pathOf(key), KEY_READ | view) == ERROR_SUCCESS ? opened.text(name) : std::wstring();
+}
+
+bool isSame(const std::wstring& a, const std::wstring& b) noexcept {
+    return lstrcmpiW(a.c_str(), b.c_str()) == 0;
+}
+
+std::wstring serverKeyOf(const ClassRegistration& registration) {
+    return L"CLSID\\" + registration.clsid + L"\\InprocServer32";
 }
 
 LSTATUS writeEntries(RegistrationScope scope, const std::vector<RegistryEntry>& entries) {
@@ -73,94 +75,107 @@ LSTATUS removeEntries(RegistrationScope scope, const std::vector<RegistryEntry>&
     return result;
 }
 
-/// A copy of the module in another place has taken over the class and is still there.
-bool belongsToAnotherCopy(RegistrationScope scope, const ClassRegistration& registration, const std::wstring& self) {
-    RegistryKey server;
-    if (server.open(hive(scope), serverPathOf(registration), KEY_READ) != ERROR_SUCCESS)
-        return false;
-    const std::wstring path = server.defaultText();
-    return lstrcmpiW(path.c_str(), self.c_str()) != 0 && GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+/// A copy of the module in another place has taken over a key that names a file, and is still there.
+bool belongsToAnotherCopy(RegistrationScope scope, const std::wstring& fileKey, const std::wstring& self) {
+    const std::wstring path = textAt(scope, fileKey);
+    return !path.empty() && !isSame(path, self) && GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-bool otherArchitectureHas(RegistrationScope scope, const ClassRegistration& registration) {
-    RegistryKey server;
-    return server.open(hive(scope), serverPathOf(registration), KEY_READ | kOtherView) == ERROR_SUCCESS;
+/// Another class, or another version of ours, goes by the name now.
+bool belongsToAnotherClass(RegistrationScope scope, const ProgramName& program, const std::wstring& clsid) {
+    const std::wstring owner = textAt(scope, program.name + L"\\CLSID");
+    const std::wstring current = textAt(scope, program.name + L"\\CurVer");
+    return (!owner.empty() && !isSame(owner, clsid)) || (!current.empty() && !isSame(current, program.current));
+}
+
+/// Another library, or another version of ours, describes the interface now.
+bool belongsToAnotherLibrary(RegistrationScope scope, const InterfaceRegistration& described, const std::wstring& id) {
+    const std::wstring owner = textAt(scope, described.key + L"\\TypeLib");
+    const std::wstring version = textAt(scope, described.key + L"\\TypeLib", L"Version");
+    return (!owner.empty() && !isSame(owner, id)) || (!version.empty() && !isSame(version, kLibraryVersion));
+}
+
+LSTATUS firstFailure(LSTATUS earlier, LSTATUS later) noexcept {
+    return earlier == ERROR_SUCCESS ? later : earlier;
 }
 
 LSTATUS unregisterClass(RegistrationScope scope, const ClassRegistration& registration) {
-    const LSTATUS status = removeEntries(scope, registration.classKeys);
-    if (status != ERROR_SUCCESS || otherArchitectureHas(scope, registration))
-        return status;
-    return removeEntries(scope, registration.programKeys);
+    LSTATUS status = removeEntries(scope, registration.classKeys);
+    if (!textAt(scope, serverKeyOf(registration), nullptr, kOtherView).empty())
+        return status;  // the other architecture's module goes by the same names
+    for (const ProgramName& program : registration.programNames) {
+        if (!belongsToAnotherClass(scope, program, registration.clsid))
+            status = firstFailure(status, removeEntries(scope, program.keys));
+    }
+    return status;
 }
 
-template <class Function>
-Function perUserFunction(const char* name) noexcept {
-    // Older import libraries lack the per-user functions; the system has them.
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"oleaut32.dll"), name)));
-}
-
-HRESULT registerTypeLib(RegistrationScope scope, const std::wstring& self) {
-    using ForUser = HRESULT(WINAPI*)(ITypeLib*, OLECHAR*, OLECHAR*);
-    ComPtr<ITypeLib> library;
-    if (const HRESULT hr = loadOwnTypeLib(library.GetAddressOf()); FAILED(hr))
-        return hr;
-    std::wstring path = self;
-    if (scope == RegistrationScope::machine)
-        return RegisterTypeLib(library.Get(), path.data(), nullptr);
-    const auto forUser = perUserFunction<ForUser>("RegisterTypeLibForUser");
-    return forUser ? forUser(library.Get(), path.data(), nullptr) : E_NOTIMPL;
-}
-
-bool typeLibIsThere(HKEY root, const std::wstring& prefix) {
-    RegistryKey key;
-    const std::wstring path =
-        prefix + L"TypeLib\\" + guidText(LIBID_kvBandscope) + L"\\1.0\\0\\" + (kIs64Bit ? L"win64" : L"win32");
-    return key.open(root, path, KEY_READ) == ERROR_SUCCESS;
-}
-
-HRESULT unregisterTypeLib(RegistrationScope scope) {
-    using ForUser = HRESULT(WINAPI*)(REFGUID, WORD, WORD, LCID, SYSKIND);
-    if (!typeLibIsThere(HKEY_CLASSES_ROOT, {}))
-        return S_OK;
-    HRESULT hr = E_NOTIMPL;
-    if (scope == RegistrationScope::machine)
-        hr = UnRegisterTypeLib(LIBID_kvBandscope, 1, 0, LOCALE_NEUTRAL, kSystem);
-    else if (const auto forUser = perUserFunction<ForUser>("UnRegisterTypeLibForUser"))
-        hr = forUser(LIBID_kvBandscope, 1, 0, LOCALE_NEUTRAL, kSystem);
-    // What is left belongs to the other scope.
-    if (FAILED(hr) && !typeLibIsThere(hive(scope), std::wstring(kClassesPath) + L"\\"))
-        return S_OK;
-    return hr;
-}
-
-HRESULT writeAll(RegistrationScope scope) {
-    const std::wstring self = Module::path();
-    for (const ClassRegistration& registration : registrationTable(self)) {
-        LSTATUS status = writeEntries(scope, registration.classKeys);
+/// The system's own functions are of no use for this: for one user they are missing in places, and taking the library
+/// of one architecture back they take away what the other one's needs.
+LSTATUS writeTypeLib(RegistrationScope scope, const TypeLibRegistration& library) {
+    LSTATUS status = writeEntries(scope, library.sharedKeys);
+    if (status == ERROR_SUCCESS)
+        status = writeEntries(scope, {library.fileKey});
+    for (const InterfaceRegistration& described : library.interfaces) {
         if (status == ERROR_SUCCESS)
-            status = writeEntries(scope, registration.programKeys);
-        if (status != ERROR_SUCCESS)
-            return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
+            status = writeEntries(scope, described.keys);
     }
-    return registerTypeLib(scope, self);
+    return status;
 }
 
-HRESULT removeAll(RegistrationScope scope) {
-    const std::wstring self = Module::path();
-    HRESULT result = S_OK;
-    bool libraryIsOurs = true;
-    for (const ClassRegistration& registration : registrationTable(self)) {
-        if (belongsToAnotherCopy(scope, registration, self)) {
-            libraryIsOurs = false;
-            continue;
-        }
-        const LSTATUS status = unregisterClass(scope, registration);
-        if (status != ERROR_SUCCESS && SUCCEEDED(result))
-            result = HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
+LSTATUS removeTypeLib(RegistrationScope scope, const TypeLibRegistration& library) {
+    LSTATUS status = removeEntry(scope, library.fileKey);
+    for (const InterfaceRegistration& described : library.interfaces) {
+        if (!belongsToAnotherLibrary(scope, described, library.id))
+            status = firstFailure(status, removeEntries(scope, described.keys));
     }
-    const HRESULT library = libraryIsOurs ? unregisterTypeLib(scope) : S_OK;
-    return FAILED(result) ? result : library;
+    if (textAt(scope, library.otherFileKey).empty())
+        status = firstFailure(status, removeEntries(scope, library.sharedKeys));
+    return status;
+}
+
+/// A user who has no classes of his own has not got these keys either. The machine always has them.
+void removeEmptyContainers() {
+    for (const wchar_t* const container : {L"CLSID", L"Interface", L"TypeLib"}) {
+        const LSTATUS status = removeEntry(RegistrationScope::user, {container, false, {}, nullptr});
+        static_cast<void>(status);  // an empty key that stays harms nobody
+    }
+}
+
+LSTATUS writeAll(RegistrationScope scope) {
+    const std::wstring self = Module::path();
+    LSTATUS status = ERROR_SUCCESS;
+    for (const ClassRegistration& registration : registrationTable(self)) {
+        if (status == ERROR_SUCCESS)
+            status = writeEntries(scope, registration.classKeys);
+        for (const ProgramName& program : registration.programNames) {
+            if (status == ERROR_SUCCESS)
+                status = writeEntries(scope, program.keys);
+        }
+    }
+    return status == ERROR_SUCCESS ? writeTypeLib(scope, typeLibTable(self)) : status;
+}
+
+LSTATUS removeAll(RegistrationScope scope) {
+    const std::wstring self = Module::path();
+    const TypeLibRegistration library = typeLibTable(self);
+    bool libraryIsOurs = !belongsToAnotherCopy(scope, library.fileKey.key, self);
+    LSTATUS status = ERROR_SUCCESS;
+    for (const ClassRegistration& registration : registrationTable(self)) {
+        if (belongsToAnotherCopy(scope, serverKeyOf(registration), self))
+            libraryIsOurs = false;  // that copy's classes need it
+        else
+            status = firstFailure(status, unregisterClass(scope, registration));
+    }
+    if (libraryIsOurs)
+        status = firstFailure(status, removeTypeLib(scope, library));
+    if (scope == RegistrationScope::user)
+        removeEmptyContainers();
+    return status;
+}
+
+HRESULT hresultOfStatus(LSTATUS status) noexcept {
+    return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
 }
 
 }  // namespace
@@ -176,9 +191,7 @@ bool isRegistered(RegistrationScope scope) noexcept {
     const HRESULT hr = firewall(IID_NULL, [&] {
         const std::wstring self = Module::path();
         for (const ClassRegistration& registration : registrationTable(self)) {
-            RegistryKey server;
-            if (server.open(hive(scope), serverPathOf(registration), KEY_READ) == ERROR_SUCCESS &&
-                lstrcmpiW(server.defaultText().c_str(), self.c_str()) == 0)
+            if (isSame(textAt(scope, serverKeyOf(registration)), self))
                 found = true;
         }
     });
@@ -186,7 +199,7 @@ bool isRegistered(RegistrationScope scope) noexcept {
 }
 
 HRESULT registerModule(RegistrationScope scope) noexcept {
-    const HRESULT hr = firewall(IID_NULL, [&] { return writeAll(scope); });
+    const HRESULT hr = firewall(IID_NULL, [&] { return hresultOfStatus(writeAll(scope)); });
     if (FAILED(hr)) {
         const HRESULT undone = unregisterModule(scope);
         static_cast<void>(undone);  // the first failure is the one to report
@@ -195,7 +208,7 @@ HRESULT registerModule(RegistrationScope scope) noexcept {
 }
 
 HRESULT unregisterModule(RegistrationScope scope) noexcept {
-    return firewall(IID_NULL, [&] { return removeAll(scope); });
+    return firewall(IID_NULL, [&] { return hresultOfStatus(removeAll(scope)); });
 }
 
 }  // namespace kv::automation

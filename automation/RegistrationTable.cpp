@@ -8,7 +8,10 @@ namespace kv::automation {
 
 namespace {
 
-constexpr wchar_t kVersion[] = L"1.0";
+constexpr wchar_t kLibraryTitle[] = L"kvBandscope spectrum display";
+/// The system's marshallers that work from a type library.
+constexpr wchar_t kDualMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
+constexpr wchar_t kDispatchMarshaller[] = L"{00020420-0000-0000-C000-000000000046}";
 constexpr wchar_t kControlCategory[] = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
 constexpr wchar_t kProgrammableCategory[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
 constexpr int kToolboxBitmap = 101;
@@ -45,7 +48,7 @@ std::vector<RegistryEntry> classKeys(const ClassNames& names, const std::wstring
         {key + L"\\InprocServer32", true, L"Apartment", L"ThreadingModel"},
         keyWith(key + L"\\ProgID", progId + L".1"),
         keyWith(key + L"\\VersionIndependentProgID", progId),
-        keyWith(key + L"\\Version", kVersion),
+        keyWith(key + L"\\Version", kLibraryVersion),
         keyWith(key + L"\\TypeLib", guidText(LIBID_kvBandscope)),
         keyOnly(key + L"\\Programmable"),
         keyOnly(categories),
@@ -61,13 +64,37 @@ std::vector<RegistryEntry> classKeys(const ClassNames& names, const std::wstring
     return entries;
 }
 
-std::vector<RegistryEntry> programKeys(const ClassNames& names, const std::wstring& clsid) {
+std::vector<ProgramName> programNames(const ClassNames& names, const std::wstring& clsid) {
     const std::wstring general = names.progId;
     const std::wstring versioned = general + L".1";
     return {
-        keyWith(versioned, names.title),      keyWith(versioned + L"\\CLSID", clsid),    keyWith(general, names.title),
-        keyWith(general + L"\\CLSID", clsid), keyWith(general + L"\\CurVer", versioned),
+        {versioned, {}, {keyWith(versioned, names.title), keyWith(versioned + L"\\CLSID", clsid)}},
+        {general,
+         versioned,
+         {keyWith(general, names.title), keyWith(general + L"\\CLSID", clsid),
+          keyWith(general + L"\\CurVer", versioned)}},
     };
+}
+
+struct InterfaceNames {
+    const IID* iid;
+    const wchar_t* name;
+    const wchar_t* marshaller;
+};
+
+const InterfaceNames kInterfaces[] = {
+    {&IID__kvBandscope, L"_kvBandscope", kDualMarshaller},
+    {&IID__FreqSlot, L"_FreqSlot", kDualMarshaller},
+    {&DIID___kvBandscope, L"__kvBandscope", kDispatchMarshaller},
+};
+
+InterfaceRegistration interfaceKeys(const InterfaceNames& names, const std::wstring& library) {
+    const std::wstring key = L"Interface\\" + guidText(*names.iid);
+    return {key,
+            {keyWith(key, names.name),
+             keyWith(key + L"\\ProxyStubClsid32", names.marshaller),
+             keyWith(key + L"\\TypeLib", library),
+             {key + L"\\TypeLib", true, kLibraryVersion, L"Version"}}};
 }
 
 }  // namespace
@@ -82,8 +109,24 @@ std::vector<ClassRegistration> registrationTable(const std::wstring& modulePath)
     std::vector<ClassRegistration> table;
     for (const ClassNames& names : kClasses) {
         const std::wstring clsid = guidText(*names.clsid);
-        table.push_back({clsid, classKeys(names, clsid, modulePath), programKeys(names, clsid)});
+        table.push_back({clsid, classKeys(names, clsid, modulePath), programNames(names, clsid)});
     }
+    return table;
+}
+
+TypeLibRegistration typeLibTable(const std::wstring& modulePath) {
+    constexpr bool k64Bit = sizeof(void*) == 8;
+    const std::wstring id = guidText(LIBID_kvBandscope);
+    const std::wstring version = L"TypeLib\\" + id + L"\\" + kLibraryVersion;
+    const std::wstring language = version + L"\\0";
+    TypeLibRegistration table;
+    table.id = id;
+    table.sharedKeys = {keyOnly(L"TypeLib\\" + id), keyWith(version, kLibraryTitle),
+                        keyWith(version + L"\\FLAGS", L"0"), keyOnly(language)};
+    table.fileKey = keyWith(language + (k64Bit ? L"\\win64" : L"\\win32"), modulePath);
+    table.otherFileKey = language + (k64Bit ? L"\\win32" : L"\\win64");
+    for (const InterfaceNames& names : kInterfaces)
+        table.interfaces.push_back(interfaceKeys(names, id));
     return table;
 }
 

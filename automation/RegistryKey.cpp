@@ -20,16 +20,15 @@ LSTATUS RegistryKey::deleteValue(const wchar_t* name) const noexcept {
     return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
 }
 
-std::wstring RegistryKey::defaultText() const {
+std::wstring RegistryKey::text(const wchar_t* name) const {
     DWORD bytes = 0;
     DWORD type = 0;
-    if (RegQueryValueExW(key_, nullptr, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS || type != REG_SZ)
+    if (RegQueryValueExW(key_, name, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS || type != REG_SZ)
         return {};
-    std::wstring text(bytes / sizeof(wchar_t), L'\0');
-    if (RegQueryValueExW(key_, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &bytes) !=
-        ERROR_SUCCESS)
+    std::wstring value(bytes / sizeof(wchar_t), L'\0');
+    if (RegQueryValueExW(key_, name, nullptr, nullptr, reinterpret_cast<BYTE*>(value.data()), &bytes) != ERROR_SUCCESS)
         return {};
-    return text.substr(0, text.find(L'\0'));
+    return value.substr(0, value.find(L'\0'));
 }
 
 bool RegistryKey::isEmpty() const noexcept {

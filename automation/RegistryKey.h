@@ -30,8 +30,8 @@ class RegistryKey {
     /// A null `name` is the default value.
     [[nodiscard]] LSTATUS setText(const wchar_t* name, const std::wstring& text) const noexcept;
     [[nodiscard]] LSTATUS deleteValue(const wchar_t* name) const noexcept;
-    /// The default value; empty when there is none. Throws std::bad_alloc.
-    [[nodiscard]] std::wstring defaultText() const;
+    /// A null `name` is the default value; empty when there is none. Throws std::bad_alloc.
+    [[nodiscard]] std::wstring text(const wchar_t* name) const;
     /// Neither values nor keys in it.
     [[nodiscard]] bool isEmpty() const noexcept;
 

@@ -1,0 +1,89 @@
+// The first picture from C++: no window, no container and no registration.
+//
+//   FirstPicture [MANIFEST] [PICTURE]
+//
+// MANIFEST is kvBandscope.manifest beside kvBandscope.ocx; without it the control has to be registered. The exit code
+// is 0 when the picture was saved.
+#include <windows.h>
+
+#include <ole2.h>
+
+#include <initguid.h>  // the identifiers that kvBandscope.h declares are defined here
+
+#include "kvBandscope.h"
+
+#include <wrl/client.h>
+
+using Microsoft::WRL::ComPtr;
+
+namespace {
+
+/// Lets COM find the classes that a manifest names, for the calling thread and as long as it lives.
+class Activation {
+  public:
+    explicit Activation(const wchar_t* manifest) {
+        ACTCTXW wanted{};
+        wanted.cbSize = sizeof wanted;
+        wanted.lpSource = manifest;
+        context_ = CreateActCtxW(&wanted);
+        active_ = context_ != INVALID_HANDLE_VALUE && ActivateActCtx(context_, &cookie_);
+    }
+    ~Activation() {
+        if (active_)
+            DeactivateActCtx(0, cookie_);
+        if (context_ != INVALID_HANDLE_VALUE)
+            ReleaseActCtx(context_);
+    }
+    Activation(const Activation&) = delete;
+    Activation& operator=(const Activation&) = delete;
+
+  private:
+    HANDLE context_ = INVALID_HANDLE_VALUE;
+    ULONG_PTR cookie_ = 0;
+    bool active_ = false;
+};
+
+// [first picture]
+bool savePicture(const wchar_t* file) {
+    ComPtr<_kvBandscope> scope;
+    ComPtr<_FreqSlot> channel;
+    if (FAILED(
+            CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf()))) ||
+        FAILED(CoCreateInstance(CLSID_FreqSlot, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(channel.GetAddressOf()))))
+        return false;
+    BSTR key = SysAllocString(L"TX1");
+    channel->put_sKey(key);
+    channel->put_dFreq(462.55);   // MHz
+    channel->put_dBW(20.0);       // kHz
+    channel->put_dPwrDBM(46.99);  // dBm
+    channel->put_lColor(RGB(31, 119, 180));
+    long index = 0;
+    scope->AddTXChnl(channel.Get(), &index);  // 0, then 1, 2, ...
+    scope->DrawByRange(462.3, 462.8);         // MHz
+
+    double height = 0.0;  // of the picture, in twips
+    double width = 0.0;
+    BSTR name = SysAllocString(file);
+    BSTR written = nullptr;
+    scope->DisplayToBMP(&height, &width, &name, &written);
+    const bool saved = SysStringLen(written) > 0;
+    SysFreeString(written);
+    SysFreeString(name);
+    SysFreeString(key);
+    return saved;
+}
+// [end]
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    if (FAILED(OleInitialize(nullptr)))
+        return 1;
+    bool saved = false;
+    {
+        const Activation activation(argc > 1 ? argv[1] : L"");
+        saved = savePicture(argc > 2 ? argv[2] : L"");
+    }
+    OleUninitialize();
+    return saved ? 0 : 1;
+}

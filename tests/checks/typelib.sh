@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# The modules of both architectures describe the same interface, whichever architecture's programs read them.
+# Prints "PASS name" or "FAIL name: why" lines.
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+# describe READER MODULE: the description, in a file of that name.
+describe() {
+    local file=Z:$ROOT/build/$2/kvBandscope.ocx
+    "$ROOT/tools/wine" "$1" "$ROOT/build/$1/kv_typelib_dump.exe" "${file//\//\\}" \
+        >"$scratch/$1-reads-$2" 2>"$scratch/errors" </dev/null ||
+        printf 'not read: %s\n' "$(cat "$scratch/errors")" >"$scratch/$1-reads-$2"
+    sed -i 's/\r$//' "$scratch/$1-reads-$2"
+}
+
+describe x64 x64
+for pair in 'x64 x86' 'x86 x64' 'x86 x86'; do
+    read -r reader module <<<"$pair"
+    describe "$reader" "$module"
+    if difference=$(diff "$scratch/x64-reads-x64" "$scratch/$reader-reads-$module"); then
+        say "PASS typelib-$reader-reads-$module"
+    else
+        say "FAIL typelib-$reader-reads-$module: not what x64 reads of its own module:"$'\n'"$difference"
+    fi
+done
+
+# Equal files prove nothing unless the interface stands in them: its last member, as a dual interface has it, twice.
+if [[ $(grep -c ' lColorSpecBack "' "$scratch/x64-reads-x64" || true) == 2 ]] &&
+    [[ $(grep -cE '^  [0-9]+ kind 1 .* slot ([789]|[1-9][0-9]) ' "$scratch/x64-reads-x64" || true) == 109 ]]; then
+    say "PASS typelib-complete"
+else
+    say "FAIL typelib-complete: 109 functions of two function tables are expected in:"$'\n'"$(cat "$scratch/x64-reads-x64")"
+fi
