@@ -4,6 +4,7 @@ ROOT=$(cd -P "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 home=~ # from the user database when HOME is not set
 CACHE=${XDG_CACHE_HOME:-$home/.cache}/kvbandscope
 WINE32_TREE=$CACHE/wine32-tree
+BENCHMARK_SOURCE=$CACHE/benchmark-source # cmake/benchmark.cmake looks there
 PREFIXES=${KV_WINEPREFIX_ROOT:-$ROOT/build/wine}
 
 say() { printf '%s\n' "$*"; }

@@ -118,6 +118,9 @@ std::wstring setPathName(std::wstring_view folder, std::wstring_view file) {
 
 wchar_t foldCase(wchar_t letter) noexcept {
     const int code = codeOf(letter);
+    // Keys are plain letters and digits as a rule, and a host may add half a million.
+    if (code >= 0 && code < 0x80)
+        return code >= L'A' && code <= L'Z' ? static_cast<wchar_t>(code + 32) : letter;
     if (const Variant* variant = findVariant(code))
         return static_cast<wchar_t>(variant->folded);
     for (const CapitalRange& range : kCapitals) {

@@ -1,0 +1,141 @@
+// Redrawing, with the naive painter beside it. Manual times are those of the control; the counters tell the medians of
+// both in milliseconds and how many times faster the control is.
+#include <benchmark/benchmark.h>
+
+#include <initializer_list>
+#include <utility>
+
+#include "bench/Benchmarks.h"
+#include "bench/Median.h"
+#include "bench/Rig.h"
+
+namespace kv::bench {
+
+namespace {
+
+struct Loaded {
+    SetKind kind{};
+    std::size_t count = 0;
+    std::unique_ptr<Rig> rig;
+    View view;
+    double naive = 0.0;
+};
+
+double naiveSeconds(const ChannelSet& set, const View& view) {
+    const std::unique_ptr<NaivePainter> painter = makeNaivePainter();
+    Times times;
+    const std::size_t rounds = set.channels.size() <= 10'000 ? 11 : set.channels.size() <= 100'000 ? 5 : 3;
+    for (std::size_t i = 0; i < rounds; ++i)
+        times.measure([&] { painter->draw(set.channels, view); });
+    benchmark::DoNotOptimize(painter->checksum());
+    return times.median();
+}
+
+/// A control with the set drawn once, kept for the benchmarks of the same set.
+Loaded& loaded(SetKind kind, std::size_t count) {
+    static Loaded kept;
+    if (kept.rig && kept.kind == kind && kept.count == count)
+        return kept;
+    kept = {};
+    const ChannelSet& set = channelSet(kind, count);
+    kept.kind = kind;
+    kept.count = count;
+    kept.rig = makeRig();
+    kept.rig->makeRecords(set);
+    kept.rig->addAll();
+    kept.rig->showRange(set);
+    kept.rig->drawDisplay();
+    kept.view = kept.rig->view();
+    kept.naive = naiveSeconds(set, kept.view);
+    return kept;
+}
+
+void tell(benchmark::State& state, Times& times, double naive) {
+    state.counters["median_ms"] = times.median() * 1e3;
+    state.counters["naive_ms"] = naive * 1e3;
+    state.counters["times_faster"] = naive / times.median();
+}
+
+template <class Step>
+void measure(benchmark::State& state, SetKind kind, Step step) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    Loaded& control = loaded(kind, count);
+    const ChannelSet& set = channelSet(kind, count);
+    Times times;
+    int round = 0;
+    for (auto _ : state) {
+        state.SetIterationTime(times.measure([&] { step(*control.rig, control.view, round); }));
+        ++round;
+    }
+    control.rig->showRange(set);
+    tell(state, times, control.naive);
+}
+
+void redraw(benchmark::State& state, SetKind kind) {
+    measure(state, kind, [](Rig& rig, const View&, int) { rig.drawDisplay(); });
+}
+
+void pan(benchmark::State& state, SetKind kind) {
+    measure(state, kind, [](Rig& rig, const View& view, int round) {
+        const double step = (view.maxFreq - view.minFreq) / 137.0;
+        rig.panTo((view.minFreq + view.maxFreq) / 2.0 + (round % 2 != 0 ? step : -step));
+    });
+}
+
+void zoom(benchmark::State& state, SetKind kind) {
+    measure(state, kind, [](Rig& rig, const View&, int round) { rig.turnGridKnob(round % 2 == 0); });
+}
+
+/// From the last added record to the first picture.
+void firstDraw(benchmark::State& state, SetKind kind) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    Loaded& control = loaded(kind, count);
+    const ChannelSet& set = channelSet(kind, count);
+    Times times;
+    for (auto _ : state) {
+        control.rig->clear();
+        control.rig->makeRecords(set);
+        control.rig->addAll();
+        state.SetIterationTime(times.measure([&] { control.rig->drawDisplay(); }));
+    }
+    tell(state, times, control.naive);
+}
+
+void mouseMove(benchmark::State& state, SetKind kind) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    Loaded& control = loaded(kind, count);
+    const ChannelSet& set = channelSet(kind, count);
+    control.rig->showMouseInfo(true);
+    control.rig->moveMouseTo(set.densest);
+    Times times;
+    int round = 0;
+    for (auto _ : state) {
+        const double frequency = set.densest + (++round % 2) * 1e-4;
+        state.SetIterationTime(times.measure([&] { control.rig->moveMouseTo(frequency); }));
+    }
+    control.rig->showMouseInfo(false);
+    state.counters["median_ms"] = times.median() * 1e3;
+}
+
+using Function = void (*)(benchmark::State&, SetKind);
+
+}  // namespace
+
+void enlistDrawing(SetKind kind, std::size_t count) {
+    for (const auto& [name, function] :
+         std::initializer_list<std::pair<const char*, Function>>{{"DrawDisplay", redraw},
+                                                                 {"Pan", pan},
+                                                                 {"GridKnob", zoom},
+                                                                 {"MouseMove", mouseMove},
+                                                                 {"FirstDraw", firstDraw}}) {
+        const std::string full = std::string(name) + "/" + nameOf(kind);
+        const Function measured = function;
+        benchmark::RegisterBenchmark(full.c_str(), [=](benchmark::State& state) { measured(state, kind); })
+            ->Arg(static_cast<std::int64_t>(count))
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond)
+            ->MinTime(0.3);
+    }
+}
+
+}  // namespace kv::bench
