@@ -120,8 +120,8 @@ void Bandscope::arrangePanel() {
     ui_.Command2.setCaption(L"Redraw Test");
     ui_.Command3.setCaption(L"Add Test Freqs");
     ui_.Command4.setCaption(L"Labels Test");
-    ui_.Text4.setCaption(L"grid step");
-    ui_.Text5.setCaption(L"c freq");
+    ui_.Text4.setText(L"grid step");
+    ui_.Text5.setText(L"c freq");
     for (formenv::Widget* aid :
          std::initializer_list<formenv::Widget*>{&ui_.Command1, &ui_.Command2, &ui_.Command3, &ui_.Command4, &ui_.Text1,
                                                  &ui_.Text2, &ui_.Text3, &ui_.Text4, &ui_.Text5}) {

@@ -41,8 +41,10 @@ formenv::Place inTwips(const formenv::ScreenRect& rect, const TwipsPerPixel& sca
 }
 
 formenv::Place centeredIn(const formenv::Place& area, const formenv::Place& place) noexcept {
-    return {area.left + toInt32(area.width - place.width) / 2, area.top + toInt32(area.height - place.height) / 2,
-            place.width, place.height};
+    // Whole twips, cut off.
+    const std::int32_t right = toInt32(area.width - place.width) / 2;
+    const std::int32_t down = toInt32(area.height - place.height) / 2;
+    return {area.left + right, area.top + down, place.width, place.height};
 }
 
 std::int32_t toInt32(double value) noexcept {

@@ -40,7 +40,7 @@ class MainWindow final : public ControlEvents {
     void copyPicture();
     void showAll();
     void redraw();
-    void toggleMouseReport();
+    void openMouseReport();
     void toggleOrder(bool& order);
 
     void load(const std::wstring& file);
@@ -67,8 +67,6 @@ class MainWindow final : public ControlEvents {
     Plan plan_;
     std::wstring planName_;
     std::unique_ptr<Loading> loading_;
-    /// What the host asked for last; the control does not tell when its user closes the report.
-    bool mouseReport_ = false;
     bool ended_ = false;
     int exitCode_ = kExitOk;
 };

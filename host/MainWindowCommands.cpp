@@ -34,7 +34,7 @@ void MainWindow::command(int id) {
         case IDC_REDRAW:
             return redraw();
         case IDC_MOUSE_REPORT:
-            return toggleMouseReport();
+            return openMouseReport();
         case IDC_SECOND:
             return toggleOrder(options_.products.second);
         case IDC_THIRD:
@@ -58,7 +58,6 @@ void MainWindow::enableCommands(HMENU menu) const {
     }
     enable(IDC_SHOW_ALL, idle && !plan_.channels.empty());
     enable(IDC_EVERY_FORM, idle && options_.products.fifth);
-    check(IDC_MOUSE_REPORT, mouseReport_);
     check(IDC_SECOND, options_.products.second);
     check(IDC_THIRD, options_.products.third);
     check(IDC_FIFTH, options_.products.fifth);
@@ -109,11 +108,10 @@ void MainWindow::redraw() {
     }
 }
 
-void MainWindow::toggleMouseReport() {
-    const bool on = !mouseReport_;
-    check(spectrum_->control().put_bMouseInfo(on ? VARIANT_TRUE : VARIANT_FALSE), L"Setting bMouseInfo");
-    mouseReport_ = on;
-    status_->setMessage(on ? L"The mouse report shows what is under the mouse." : L"");
+void MainWindow::openMouseReport() {
+    // Closing it is its user's business, and the control does not tell: a check mark could not keep up.
+    check(spectrum_->control().put_bMouseInfo(VARIANT_TRUE), L"Setting bMouseInfo");
+    status_->setMessage(L"The mouse report shows what is under the mouse.");
 }
 
 void MainWindow::toggleOrder(bool& order) {

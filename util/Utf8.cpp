@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace kv::util {
 
@@ -18,11 +19,16 @@ bool isLowHalf(std::uint32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
+/// Of the unsigned type of a wide letter's size, so that none counts as negative.
+std::uint32_t unitOf(wchar_t letter) noexcept {
+    return static_cast<std::make_unsigned_t<wchar_t>>(letter);
+}
+
 /// The letter at `at`, which moves on by what it takes. Where a wchar_t has 16 bits letters beyond come in pairs.
 std::uint32_t letterAt(std::wstring_view text, std::size_t& at) noexcept {
-    const auto unit = static_cast<std::uint32_t>(text[at++]);
+    const auto unit = unitOf(text[at++]);
     if (isHighHalf(unit) && at < text.size()) {
-        const auto low = static_cast<std::uint32_t>(text[at]);
+        const auto low = unitOf(text[at]);
         if (isLowHalf(low)) {
             ++at;
             return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);

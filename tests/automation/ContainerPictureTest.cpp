@@ -51,6 +51,8 @@ class ContainerPicture : public testing::Test {
   protected:
     Container container;
     void SetUp() override {
+        // Over the window the pointer would be read out in the panel.
+        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
         ASSERT_NO_FATAL_FAILURE(container.activate());
         fill(container.control.Get());
         pump();

@@ -158,8 +158,8 @@ TEST_F(LayoutTest, CaptionsAndTooltipsAreTheirOwn) {
     EXPECT_EQ(ui.Command2.caption(), L"Redraw Test");
     EXPECT_EQ(ui.Command3.caption(), L"Add Test Freqs");
     EXPECT_EQ(ui.Command4.caption(), L"Labels Test");
-    EXPECT_EQ(ui.Text4.caption(), L"grid step");
-    EXPECT_EQ(ui.Text5.caption(), L"c freq");
+    EXPECT_EQ(ui.Text4.text(), L"grid step");
+    EXPECT_EQ(ui.Text5.text(), L"c freq");
     EXPECT_EQ(ui.Label1.caption(), L"");
     EXPECT_THAT(ui.cboGridRange.items(), ElementsAre(L"KHz", L"MHz", L"GHz"));
     EXPECT_EQ(ui.cboGridRange.text(), L"MHz");

@@ -1,0 +1,150 @@
+// The sample host in a process of its own, worked by its menu.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+
+#include "host/resource.h"
+#include "tests/automation/ChildProcess.h"
+#include "tests/automation/MessageBoxes.h"
+#include "tests/automation/Module.h"
+#include "tests/automation/OtherClipboard.h"
+#include "tests/automation/Picture.h"
+#include "tests/win32/TempFolder.h"
+
+namespace kv::test {
+namespace {
+
+constexpr DWORD kPatience = 60000;  // milliseconds
+constexpr wchar_t kReportTitle[] = L"Mouse Information";
+
+std::wstring planPath() {
+    const std::string root = KV_SOURCE_DIR;
+    std::wstring path = L"Z:" + std::wstring(root.begin(), root.end()) + L"/examples/plans/gmrs.csv";
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
+}
+
+std::wstring hostCommand(const std::wstring& picture) {
+    const std::wstring module = modulePath();
+    const std::wstring folder = module.substr(0, module.find_last_of(L'\\') + 1);
+    return L"\"" + folder + L"BandscopeHost.exe\" --plan \"" + planPath() + L"\" --save \"" + picture + L"\"";
+}
+
+struct Search {
+    DWORD process = 0;
+    std::wstring title;
+    HWND found = nullptr;
+};
+
+BOOL CALLBACK compareTitle(HWND window, LPARAM parameter) {
+    auto* const search = reinterpret_cast<Search*>(parameter);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != search->process || !IsWindowVisible(window) ||
+        windowText(window).find(search->title) == std::wstring::npos)
+        return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+bool waitFor(const std::function<bool()>& happened) {
+    const DWORD start = GetTickCount();
+    while (GetTickCount() - start < kPatience) {
+        if (happened())
+            return true;
+        Sleep(20);
+    }
+    return false;
+}
+
+BOOL CALLBACK compareName(HWND window, LPARAM parameter) {
+    auto* const search = reinterpret_cast<Search*>(parameter);
+    if (windowText(window) != search->title)
+        return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+class SampleHost : public testing::Test {
+  protected:
+    void SetUp() override {
+        SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
+        ASSERT_TRUE(waitFor([this] { return (main = window(L"BandscopeHost")) != nullptr && fileExists(picture); }));
+    }
+    [[nodiscard]] HWND window(const wchar_t* title) const {
+        Search search{host.id(), title};
+        EnumWindows(&compareTitle, reinterpret_cast<LPARAM>(&search));
+        return search.found;
+    }
+    [[nodiscard]] HWND report() const { return window(kReportTitle); }
+    [[nodiscard]] bool waitForReport(bool open) const {
+        return waitFor([&] { return (report() != nullptr) == open; });
+    }
+    void choose(int command) const { SendMessageW(main, WM_COMMAND, static_cast<WPARAM>(command), 0); }
+    [[nodiscard]] HWND inside(const wchar_t* name) const {
+        Search search{host.id(), name};
+        EnumChildWindows(main, &compareName, reinterpret_cast<LPARAM>(&search));
+        return search.found;
+    }
+    [[nodiscard]] std::wstring reportedText() const {
+        const HWND edit = FindWindowExW(report(), nullptr, L"EDIT", nullptr);
+        std::wstring text(40000, L'\0');
+        text.resize(static_cast<std::size_t>(
+            SendMessageW(edit, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+        return text;
+    }
+
+    TempFile file{L"sample host.bmp"};
+    std::wstring picture = file.path();
+    ChildProcess host{hostCommand(picture)};
+    HWND main = nullptr;
+};
+
+TEST_F(SampleHost, CopiesThePictureThatItSaves) {
+    warmUpClipboard();
+    const Picture saved = Picture::read(picture);
+    ASSERT_GT(saved.width, 300);
+    putText(L"what was there before");
+    choose(IDC_COPY);
+    const ClipboardContent content = readClipboardElsewhere();
+    EXPECT_TRUE(content.bitmap == saved);
+    EXPECT_TRUE(content.dib == saved);
+}
+
+TEST_F(SampleHost, OpensTheMouseReportWhichListsWhatIsUnderThePointer) {
+    EXPECT_EQ(report(), nullptr);
+    choose(IDC_MOUSE_REPORT);
+    ASSERT_TRUE(waitForReport(true));
+    const HWND spectrum = inside(L"picSpectrum");
+    ASSERT_NE(spectrum, nullptr);
+    RECT client{};
+    GetClientRect(spectrum, &client);
+    std::wstring listed;
+    for (int x = 0; x < client.right && listed.empty(); x += 2) {
+        SendMessageW(spectrum, WM_MOUSEMOVE, 0, MAKELPARAM(x, 20));
+        listed = reportedText();
+    }
+    EXPECT_THAT(listed, testing::StartsWith(L"Mouse Location:\r\n4"));
+    EXPECT_THAT(listed, testing::HasSubstr(L" MHz"));
+}
+
+TEST_F(SampleHost, OpensTheReportAgainThatItsUserHasClosed) {
+    choose(IDC_MOUSE_REPORT);
+    ASSERT_TRUE(waitForReport(true));
+    SendMessageW(FindWindowExW(report(), nullptr, L"BUTTON", L"Close"), BM_CLICK, 0, 0);
+    ASSERT_TRUE(waitForReport(false));
+    choose(IDC_MOUSE_REPORT);
+    EXPECT_TRUE(waitForReport(true));
+}
+
+TEST_F(SampleHost, EndsWellWithTheReportOpen) {
+    choose(IDC_MOUSE_REPORT);
+    ASSERT_TRUE(waitForReport(true));
+    PostMessageW(main, WM_CLOSE, 0, 0);
+    EXPECT_EQ(host.wait(), 0U);
+}
+
+}  // namespace
+}  // namespace kv::test
