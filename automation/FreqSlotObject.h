@@ -6,6 +6,7 @@
 #include <ocidl.h>
 
 #include <string>
+#include <utility>
 
 #include "automation/Dispatch.h"
 #include "automation/Firewall.h"
@@ -50,6 +51,8 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
 
     void retain() noexcept override { AddRef(); }
     void release() noexcept override { Release(); }
+    control::FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const control::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
     const void* home() noexcept override { return channelHome(); }
     control::FreqSlot* channel() noexcept override { return this; }
@@ -95,7 +98,9 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
     HRESULT STDMETHODCALLTYPE get_sIMCompLabel(long i, BSTR* value) override {
         return get(i, &Component::label, value);
     }
-    HRESULT STDMETHODCALLTYPE put_sKey(BSTR value) override { return put(&Fields::sKey, value); }
+    HRESULT STDMETHODCALLTYPE put_sKey(BSTR value) override {
+        return firewall(IID__FreqSlot, [&] { store(fields().sKey, value); });
+    }
     HRESULT STDMETHODCALLTYPE get_sKey(BSTR* value) override { return get(&Fields::sKey, value); }
     HRESULT STDMETHODCALLTYPE put_bVisible(VARIANT_BOOL value) override { return put(&Fields::bVisible, value); }
     HRESULT STDMETHODCALLTYPE get_bVisible(VARIANT_BOOL* value) override { return get(&Fields::bVisible, value); }
@@ -118,11 +123,12 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
     }
     template <class Field, class Value>
     HRESULT put(Field Fields::*field, Value value) noexcept {
-        return firewall(IID__FreqSlot, [&] { store(fields().*field, value); });
+        return firewall(IID__FreqSlot, [&] { store(fieldsButKey().*field, value); });
     }
     template <class Field, class Out>
     HRESULT get(Field Fields::*field, Out* out) noexcept {
-        return firewallReturn(IID__FreqSlot, out, [&]() -> const Field& { return fields().*field; });
+        return firewallReturn(IID__FreqSlot, out,
+                              [&]() -> const Field& { return std::as_const(*this).fields().*field; });
     }
     template <class Field, class Value>
     HRESULT put(long i, Field Component::*field, Value value) noexcept {

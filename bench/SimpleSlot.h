@@ -13,6 +13,8 @@ class SimpleSlot final : public control::FreqSlotBase {
         if (--references_ == 0)
             delete this;
     }
+    control::FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const control::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
   private:
     int references_ = 0;

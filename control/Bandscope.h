@@ -35,6 +35,13 @@ struct Services {
     FreqSlotFactory newFreqSlot;
 };
 
+/// What the panel says of the channels of one kind: nothing when the minimum is above the maximum.
+struct ChannelSummary {
+    std::int32_t count = 0;
+    double minimum = 0.0;  ///< MHz
+    double maximum = -1.0;
+};
+
 class Bandscope {
   public:
     explicit Bandscope(const Services& services);
@@ -128,6 +135,7 @@ class Bandscope {
     // Summary.cpp
     std::int32_t addQuietly(ChannelKind kind, const FreqSlotRef& chnl);
     void chooseNoun(const std::wstring& sLabel);
+    void noteSummary(ChannelKind kind, const ChannelSummary& summary);
     void ShowTXLabels(const std::wstring& sLabel);
     void ShowRXLabels();
     void cmdDrawTX_Click();
@@ -308,6 +316,8 @@ class Bandscope {
     Services services_;
     Children ui_;
     ChannelStore store_;
+    ChannelSummary txSummary_;
+    ChannelSummary rxSummary_;
     std::wstring sTXNoun_;  ///< chosen once a store, by Summary.cpp
     std::wstring sKnobFormat_;
     Look look_;

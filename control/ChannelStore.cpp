@@ -40,6 +40,9 @@ double edgeOffset(FreqSlot& channel) {
 }
 
 void fillInEdges(FreqSlot& channel) {
+    const FreqSlotFields* const own = channel.peek();
+    if (own && own->dFreqHi > 0.0 && own->dFreqLo > 0.0)
+        return;
     const double centre = channel.dFreq();
     const double offset = edgeOffset(channel);
     if (channel.dFreqHi() <= 0.0)
@@ -64,20 +67,44 @@ void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_
     FreqSlot& record = demand(channel);
     record.setIFillStyle(kind == ChannelKind::TX ? kDownwardDiagonal : kUpwardDiagonal);
     defaultUnits(record);
-    Channels& list = channels(kind);
-    list.push_back(channel);
+    if (tx_.empty() && rx_.empty())
+        keyRevision_ = keyRevision();
+    ChannelList& list = channels(kind);
+    list.append(channel);
     index = static_cast<std::int32_t>(list.size()) - 1;
-    // The array first, the key second: a channel whose key is taken is drawn and counted, but cannot be found.
-    addKey(record.sKey(), index);
-    if (!(record.dFreq() > 0.0))
-        return;
-    fillInEdges(record);
-    widen(kind, record);
+    try {
+        // The array first, the key second: a channel whose key is taken is drawn and counted, but cannot be found.
+        if (const FreqSlotFields* const own = record.peek())
+            addKey(own->sKey, kind, index);
+        else
+            addKey(record.sKey(), kind, index);
+        if (record.dFreq() > 0.0) {
+            fillInEdges(record);
+            widen(kind, record);
+        }
+    } catch (...) {
+        keys_.unlink();
+        noteAdded(kind, record);
+        throw;
+    }
+    noteAdded(kind, record);
 }
 
-void ChannelStore::addKey(const std::wstring& key, std::int32_t index) {
-    if (!keyIndex_.emplace(util::foldCase(key), index).second)
+void ChannelStore::addKey(std::wstring_view key, ChannelKind kind, std::int32_t index) {
+    if (!keys_.add(key, kind, index))
         throw RuntimeError(util::error_number::kKeyInUse);
+}
+
+// Last of all, so that what adding has changed of the record does not count as a change.
+void ChannelStore::noteAdded(ChannelKind kind, FreqSlot& channel) {
+    EdgeRange& range = edges(kind);
+    if (const FreqSlotFields* const own = channel.watch()) {
+        raise(range.maximum, own->dFreqHi);
+        lower(range.minimum, own->dFreqLo);
+        return;
+    }
+    ++foreign_;
+    keys_.unlink();
 }
 
 void ChannelStore::widen(ChannelKind kind, FreqSlot& channel) {
@@ -107,15 +134,10 @@ std::int32_t ChannelStore::count(ChannelKind kind) const noexcept {
 }
 
 FreqSlotRef ChannelStore::at(ChannelKind kind, std::int32_t index) const noexcept {
-    const Channels& list = channels(kind);
+    const ChannelList& list = channels(kind);
     if (index < 0 || static_cast<std::size_t>(index) >= list.size())
         return nullptr;
-    return list[static_cast<std::size_t>(index)];
-}
-
-std::optional<std::int32_t> ChannelStore::indexOfKey(std::wstring_view key) const {
-    const auto found = keyIndex_.find(util::foldCase(key));
-    return found == keyIndex_.end() ? std::nullopt : std::optional(found->second);
+    return FreqSlotRef(list[static_cast<std::size_t>(index)]);
 }
 
 FreqSlotRef ChannelStore::findByKey(ChannelKind kind, std::wstring_view key) const {
@@ -134,28 +156,76 @@ FreqSlotRef ChannelStore::findByKey(std::wstring_view key) const {
 }
 
 void ChannelStore::closeGap(ChannelKind kind, std::int32_t index) {
-    Channels& list = channels(kind);
+    if (!removeAtOnce(kind, index))
+        removeWithKeys(kind, index);
+}
+
+// What comes of removing one channel after the other when each has a key of its own that nobody has changed.
+bool ChannelStore::removeAtOnce(ChannelKind kind, std::int32_t index) {
+    ChannelList& list = channels(kind);
+    if (index < 0 || static_cast<std::size_t>(index) >= list.size() || !keysAreAsTheyCame())
+        return false;
+    const FreqSlotFields& fields = *list[static_cast<std::size_t>(index)]->watch();
+    if (!keys_.closeGap(fields.sKey, kind, index))
+        return false;
+    EdgeRange& range = edges(kind);
+    range.known = range.known && fields.dFreqLo > range.minimum && fields.dFreqHi < range.maximum;
+    matches_.drop();
+    const FreqSlotRef gone = list.take(static_cast<std::size_t>(index));
+    return true;
+}
+
+bool ChannelStore::keysAreAsTheyCame() {
+    if (!keys_.linked())
+        return false;
+    const std::uint64_t now = keyRevision();
+    if (keyRevision_ == now)
+        return true;
+    for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
+        for (std::int32_t i = 0; i < count(kind); ++i) {
+            if (!keys_.isLinked(channels(kind)[static_cast<std::size_t>(i)]->peek()->sKey, kind, i))
+                return false;
+        }
+    }
+    keyRevision_ = now;
+    return true;
+}
+
+void ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
+    keys_.unlink();
+    edges(kind).known = false;
+    matches_.drop();
+    ChannelList& list = channels(kind);
     // Reading a key may run the host's code, which may change the list: its length is asked for again each time.
     for (std::int32_t j = index; j < count(kind) - 1; ++j) {
         const FreqSlotRef moved = at(kind, j + 1);
-        list[static_cast<std::size_t>(j)] = moved;
+        static_cast<void>(list.replace(static_cast<std::size_t>(j), moved));
         const std::wstring key = moved->sKey();
         forgetKey(key);
-        addKey(key, j);
+        addKey(key, kind, j);
     }
     if (!list.empty())
-        list.pop_back();
+        static_cast<void>(list.take(list.size() - 1));
 }
 
 void ChannelStore::forgetKey(std::wstring_view key) {
-    if (keyIndex_.erase(util::foldCase(key)) == 0)
+    if (!keys_.forget(key))
         throw RuntimeError(util::error_number::kInvalidProcedureCall);
 }
 
 void ChannelStore::clear(ChannelKind kind) noexcept {
     // Dropping a reference may run the host's code, which must find the store already empty.
-    Channels dropped;
+    ChannelList dropped;
     dropped.swap(channels(kind));
+    keys_.emptied(kind);
+    edges(kind) = {};
+    matches_.drop();
+    if (tx_.empty() && rx_.empty())
+        foreign_ = 0;
+}
+
+void ChannelStore::forgetAllKeys() noexcept {
+    keys_.clear(tx_.empty() && rx_.empty());
 }
 
 void ChannelStore::resetFrequencyExtremes() noexcept {
@@ -165,15 +235,18 @@ void ChannelStore::resetFrequencyExtremes() noexcept {
 }
 
 void ChannelStore::widenByEdges(ChannelKind kind) {
-    const bool tx = kind == ChannelKind::TX;
-    double& minimum = tx ? extremes_.dTXFreqMin : extremes_.dRXFreqMin;
-    double& maximum = tx ? extremes_.dTXFreqMax : extremes_.dRXFreqMax;
-    minimum = FREQ_UNSET;
-    maximum = -FREQ_UNSET;
-    for (std::int32_t i = 0; const FreqSlotRef channel = at(kind, i); ++i) {
-        raise(maximum, channel->dFreqHi());
-        lower(minimum, channel->dFreqLo());
+    EdgeRange& range = edges(kind);
+    const std::uint64_t revision = recordRevision();
+    if (foreign_ != 0 || !range.known || range.revision != revision) {
+        EdgeRange fresh{FREQ_UNSET, -FREQ_UNSET, revision, true};
+        for (std::int32_t i = 0; const FreqSlotRef channel = at(kind, i); ++i) {
+            raise(fresh.maximum, channel->dFreqHi());
+            lower(fresh.minimum, channel->dFreqLo());
+        }
+        range = fresh;
     }
+    (kind == ChannelKind::TX ? extremes_.dTXFreqMin : extremes_.dRXFreqMin) = range.minimum;
+    (kind == ChannelKind::TX ? extremes_.dTXFreqMax : extremes_.dRXFreqMax) = range.maximum;
 }
 
 void ChannelStore::RecalcTXFreqRange() {
@@ -202,6 +275,9 @@ void ChannelStore::rederiveExtremes() {
 }
 
 std::int32_t ChannelStore::findMatchRX(FreqSlot& channel) const {
+    const FreqSlotFields* const own = channel.peek();
+    if (own && foreign_ == 0)
+        return matches_.find(rx_, *own);
     for (std::int32_t i = 0; const FreqSlotRef candidate = at(ChannelKind::RX, i); ++i) {
         FreqSlot& rx = *candidate;
         if (rx.dFreqAlt() == channel.dFreqAlt() && rx.dFreq() == channel.dFreq() && rx.dFreqHi() == channel.dFreqHi() &&

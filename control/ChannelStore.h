@@ -1,19 +1,21 @@
 // The TX and RX channels in the order they came, their keys, and the extremes of their frequencies and powers.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
+#include "control/ChannelKind.h"
+#include "control/ChannelList.h"
 #include "control/FreqSlot.h"
+#include "control/KeyIndex.h"
+#include "control/MatchIndex.h"
 #include "control/Sentinels.h"
 
 namespace kv::control {
-
-enum class ChannelKind { TX, RX };
 
 /// Frequencies in MHz, powers in dBm. A range counts as set when its maximum is not below its minimum.
 struct Extremes {
@@ -45,7 +47,7 @@ class ChannelStore {
     /// TX before RX.
     [[nodiscard]] FreqSlotRef findByKey(std::wstring_view key) const;
     /// The index kept for the key (without regard to case), of whichever kind.
-    [[nodiscard]] std::optional<std::int32_t> indexOfKey(std::wstring_view key) const;
+    [[nodiscard]] std::optional<std::int32_t> indexOfKey(std::wstring_view key) const { return keys_.find(key); }
 
     /// Closes the gap at `index`, moving the later channels down by one, each with its key. Throws RuntimeError 5 when
     /// a moved channel's key is not known (a second channel of the same key), leaving what has been moved so far.
@@ -55,7 +57,7 @@ class ChannelStore {
 
     /// Empties one kind; keys and extremes stay as they are.
     void clear(ChannelKind kind) noexcept;
-    void forgetAllKeys() noexcept { keyIndex_.clear(); }
+    void forgetAllKeys() noexcept;
     void resetFrequencyExtremes() noexcept;
 
     /// After removals: the band edges of all channels of one kind, then of both.
@@ -72,18 +74,34 @@ class ChannelStore {
     [[nodiscard]] const Extremes& extremes() const noexcept { return extremes_; }
 
   private:
-    using Channels = std::vector<FreqSlotRef>;
-    [[nodiscard]] Channels& channels(ChannelKind kind) noexcept { return kind == ChannelKind::TX ? tx_ : rx_; }
-    [[nodiscard]] const Channels& channels(ChannelKind kind) const noexcept {
+    /// The band edges of all channels of a kind, whatever they are, as long as no record changes.
+    struct EdgeRange {
+        double minimum = FREQ_UNSET;
+        double maximum = -FREQ_UNSET;
+        std::uint64_t revision = 0;
+        bool known = false;
+    };
+
+    [[nodiscard]] ChannelList& channels(ChannelKind kind) noexcept { return kind == ChannelKind::TX ? tx_ : rx_; }
+    [[nodiscard]] const ChannelList& channels(ChannelKind kind) const noexcept {
         return kind == ChannelKind::TX ? tx_ : rx_;
     }
-    void addKey(const std::wstring& key, std::int32_t index);
+    [[nodiscard]] EdgeRange& edges(ChannelKind kind) noexcept { return edges_[kind == ChannelKind::TX ? 0 : 1]; }
+    void addKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
+    void noteAdded(ChannelKind kind, FreqSlot& channel);
     void widen(ChannelKind kind, FreqSlot& channel);
     void widenByEdges(ChannelKind kind);
+    void removeWithKeys(ChannelKind kind, std::int32_t index);
+    bool removeAtOnce(ChannelKind kind, std::int32_t index);
+    [[nodiscard]] bool keysAreAsTheyCame();
 
-    Channels tx_;
-    Channels rx_;
-    std::unordered_map<std::wstring, std::int32_t> keyIndex_;  ///< by the key's folded case
+    ChannelList tx_;
+    ChannelList rx_;
+    KeyIndex keys_;
+    std::uint64_t keyRevision_ = 0;  ///< at which all keys stood for their channels
+    std::size_t foreign_ = 0;        ///< that came since both lists were empty
+    std::array<EdgeRange, 2> edges_;
+    mutable MatchIndex matches_;
     Extremes extremes_;
 };
 

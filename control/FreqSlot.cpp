@@ -4,6 +4,22 @@
 
 namespace kv::control {
 
+namespace {
+
+// One for all stores and apartments of the process: a record does not know who keeps it.
+std::atomic<std::uint64_t> revision = 0;
+std::atomic<std::uint64_t> keys = 0;
+
+}  // namespace
+
+std::uint64_t recordRevision() noexcept {
+    return revision.load(std::memory_order_relaxed);
+}
+
+std::uint64_t keyRevision() noexcept {
+    return keys.load(std::memory_order_relaxed);
+}
+
 ImComponent FreqSlotBase::imComponent(std::int32_t i) {
     return component(i);
 }
@@ -20,9 +36,21 @@ void FreqSlotBase::setNIMComps(std::int16_t count) {
     fields_.components.resize(static_cast<std::size_t>(count));
 }
 
-DrawRecord FreqSlotBase::drawRecord() {
-    const FreqSlotFields& f = fields_;
-    return {f.dFreq, f.dFreqLo, f.dFreqHi, f.dPwrDBM, f.lColor, f.lColorLine, f.iFillStyle, f.bVisible, f.bDrawn};
+// The drawing that has set the flag knows of it; only one that was taken back may surprise a copy of the record.
+void FreqSlotBase::setBDrawn(bool value) {
+    const bool takenBack = fields_.bDrawn && !value;
+    fields_.bDrawn = value;
+    if (takenBack)
+        changed();
+}
+
+void FreqSlotBase::moveRevision() noexcept {
+    revision.fetch_add(1, std::memory_order_relaxed);
+}
+
+void FreqSlotBase::moveKeyRevision() noexcept {
+    keys.fetch_add(1, std::memory_order_relaxed);
+    moveRevision();
 }
 
 }  // namespace kv::control

@@ -1,6 +1,7 @@
 // The channel record as the control sees it: the host's object, reached through its properties only.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -30,6 +31,8 @@ struct DrawRecord {
     bool bDrawn = false;
 };
 
+struct FreqSlotFields;
+
 /// A TX or RX channel or an intermodulation product. The host owns it and may change it at any time; the control
 /// keeps references. A member of a foreign object that fails throws util::RuntimeError.
 class FreqSlot {
@@ -56,6 +59,11 @@ class FreqSlot {
     virtual std::int16_t iFillStyle() = 0;
     /// All that drawing needs; one virtual call for our own class, one a member for a foreign one.
     virtual DrawRecord drawRecord() = 0;
+    /// The members themselves, as long as the record lives: for our own class, whose reading runs nobody's code. Each
+    /// change of a watched record moves `recordRevision`. Null for a foreign class: it has to be asked each time.
+    virtual FreqSlotFields* watch() noexcept { return nullptr; }
+    /// The same for a look now, without watching.
+    [[nodiscard]] virtual const FreqSlotFields* peek() const noexcept { return nullptr; }
 
     virtual void setDFreq(double value) = 0;
     virtual void setDFreqHi(double value) = 0;
@@ -71,25 +79,36 @@ class FreqSlot {
 
 using FreqSlotRef = util::Ref<FreqSlot>;
 
-/// The members of a FreqSlot of our own class, with their start values.
+/// The members of a FreqSlot of our own class, with their start values. What drawing reads stands together in front, so
+/// that reading half a million of them fetches little else.
 struct FreqSlotFields {
     double dFreq = 0.0;
+    double dFreqLo = 0.0;
+    double dFreqHi = 0.0;
+    double dPwrDBM = 0.0;
+    std::uint32_t lColor = 0;
+    std::uint32_t lColorLine = 0;
+    std::int16_t iFillStyle = 0;
+    bool bVisible = true;
+    bool bDrawn = false;
     double dFreqAlt = 0.0;
     double dBW = 0.0;
-    double dFreqHi = 0.0;
-    double dFreqLo = 0.0;
-    double dPwrDBM = 0.0;
     std::wstring sLabel;
     std::wstring sFreqUnits;
     std::wstring sBWUnits;
     std::wstring sKey;
     std::vector<ImComponent> components;  ///< nIMComps is their number
-    std::uint32_t lColorLine = 0;
-    std::uint32_t lColor = 0;
-    std::int16_t iFillStyle = 0;
-    bool bVisible = true;
-    bool bDrawn = false;
+
+    [[nodiscard]] DrawRecord drawRecord() const noexcept {
+        return {dFreq, dFreqLo, dFreqHi, dPwrDBM, lColor, lColorLine, iFillStyle, bVisible, bDrawn};
+    }
 };
+
+/// Moves with each change of a watched record, in whatever apartment. What was read of watched records after this
+/// answered a number is true as long as it answers the same.
+[[nodiscard]] std::uint64_t recordRevision() noexcept;
+/// The same for keys alone, which change much less often.
+[[nodiscard]] std::uint64_t keyRevision() noexcept;
 
 /// Our own class of record, all but its life.
 class FreqSlotBase : public FreqSlot {
@@ -111,18 +130,27 @@ class FreqSlotBase : public FreqSlot {
     bool bVisible() override { return fields_.bVisible; }
     bool bDrawn() override { return fields_.bDrawn; }
     std::int16_t iFillStyle() override { return fields_.iFillStyle; }
-    DrawRecord drawRecord() override;
+    DrawRecord drawRecord() override { return fields_.drawRecord(); }
 
-    void setDFreq(double value) override { fields_.dFreq = value; }
-    void setDFreqHi(double value) override { fields_.dFreqHi = value; }
-    void setDFreqLo(double value) override { fields_.dFreqLo = value; }
-    void setSFreqUnits(const std::wstring& value) override { fields_.sFreqUnits = value; }
-    void setSBWUnits(const std::wstring& value) override { fields_.sBWUnits = value; }
-    void setBDrawn(bool value) override { fields_.bDrawn = value; }
-    void setIFillStyle(std::int16_t value) override { fields_.iFillStyle = value; }
+    void setDFreq(double value) override { change(fields_.dFreq, value); }
+    void setDFreqHi(double value) override { change(fields_.dFreqHi, value); }
+    void setDFreqLo(double value) override { change(fields_.dFreqLo, value); }
+    void setSFreqUnits(const std::wstring& value) override { change(fields_.sFreqUnits, value); }
+    void setSBWUnits(const std::wstring& value) override { change(fields_.sBWUnits, value); }
+    void setBDrawn(bool value) override;
+    void setIFillStyle(std::int16_t value) override { change(fields_.iFillStyle, value); }
 
-    /// Direct access for whoever fills the record.
-    [[nodiscard]] FreqSlotFields& fields() noexcept { return fields_; }
+    /// Direct access for whoever fills the record; counts as a change, made before the next drawing.
+    [[nodiscard]] FreqSlotFields& fields() noexcept {
+        keyChanged();
+        return fields_;
+    }
+    /// The same for whoever leaves the key alone.
+    [[nodiscard]] FreqSlotFields& fieldsButKey() noexcept {
+        changed();
+        return fields_;
+    }
+    [[nodiscard]] const FreqSlotFields& fields() const noexcept { return fields_; }
 
     /// Component i for reading and writing; throws 9 outside 0 to nIMComps - 1.
     [[nodiscard]] ImComponent& component(std::int32_t i);
@@ -132,8 +160,31 @@ class FreqSlotBase : public FreqSlot {
   protected:
     ~FreqSlotBase() = default;
 
+    /// For `watch` of a class whose members run nobody's code.
+    [[nodiscard]] FreqSlotFields* watchFields() noexcept {
+        watched_.store(true, std::memory_order_relaxed);
+        return &fields_;
+    }
+    template <class Field, class Value>
+    void change(Field& field, const Value& value) {
+        field = value;
+        changed();
+    }
+    void changed() const noexcept {
+        if (watched_.load(std::memory_order_relaxed))
+            moveRevision();
+    }
+    void keyChanged() const noexcept {
+        if (watched_.load(std::memory_order_relaxed))
+            moveKeyRevision();
+    }
+
   private:
+    static void moveRevision() noexcept;
+    static void moveKeyRevision() noexcept;
+
     FreqSlotFields fields_;
+    std::atomic<bool> watched_ = false;  ///< and never again not: a record that left its store is changed seldom
 };
 
 /// Makes the records that the control creates itself (sample and test channels).

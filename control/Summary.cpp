@@ -15,17 +15,24 @@ namespace {
 
 constexpr wchar_t kRangeFormat[] = L"##0.00000";
 
-std::wstring rangeText(double minimum, double maximum) {
-    return util::formatNumber(minimum, kRangeFormat) + L" to " + util::formatNumber(maximum, kRangeFormat);
+bool isAny(const ChannelSummary& summary) noexcept {
+    return summary.minimum <= summary.maximum;
 }
 
-void showSummary(formenv::Label& count, formenv::Label& range, const std::wstring& countText, double minimum,
-                 double maximum) {
-    const bool any = minimum <= maximum;
-    count.setCaption(any ? countText : std::wstring());
-    range.setCaption(any ? rangeText(minimum, maximum) : std::wstring());
-    count.setVisible(any);
-    range.setVisible(any);
+std::wstring countText(const ChannelSummary& summary, const wchar_t* noun) {
+    return isAny(summary) ? std::to_wstring(summary.count) + noun : std::wstring();
+}
+
+std::wstring rangeText(const ChannelSummary& summary) {
+    return isAny(summary) ? util::formatNumber(summary.minimum, kRangeFormat) + L" to " +
+                                util::formatNumber(summary.maximum, kRangeFormat)
+                          : std::wstring();
+}
+
+/// Puts the text into the label, or takes the label away when there is none.
+void describe(formenv::Label& label, const std::wstring& text) {
+    label.setCaption(text);
+    label.setVisible(!text.empty());
 }
 
 /// Ends quietly, with the start result, when an error stops `body`.
@@ -73,12 +80,30 @@ void Bandscope::ShowTXLabels(const std::wstring& sLabel) {
     if (NumTX() > 0)
         chooseNoun(sLabel);
     const Extremes& e = store_.extremes();
-    showSummary(ui_.lblNumTX, ui_.lblTXRange, std::to_wstring(NumTX()) + L" tx Channels", e.dTXFreqMin, e.dTXFreqMax);
+    noteSummary(ChannelKind::TX, {NumTX(), e.dTXFreqMin, e.dTXFreqMax});
 }
 
 void Bandscope::ShowRXLabels() {
     const Extremes& e = store_.extremes();
-    showSummary(ui_.lblNumRX, ui_.lblRXRange, std::to_wstring(NumRX()) + L" RX Channels", e.dRXFreqMin, e.dRXFreqMax);
+    noteSummary(ChannelKind::RX, {NumRX(), e.dRXFreqMin, e.dRXFreqMax});
+}
+
+// Each added channel changes the labels, and formatting numbers takes longer than all the rest of adding.
+void Bandscope::noteSummary(ChannelKind kind, const ChannelSummary& summary) {
+    const bool tx = kind == ChannelKind::TX;
+    (tx ? txSummary_ : rxSummary_) = summary;
+    (tx ? ui_.lblNumTX : ui_.lblNumRX).describeLater([this, tx] {
+        if (tx)
+            describe(ui_.lblNumTX, countText(txSummary_, L" tx Channels"));
+        else
+            describe(ui_.lblNumRX, countText(rxSummary_, L" RX Channels"));
+    });
+    (tx ? ui_.lblTXRange : ui_.lblRXRange).describeLater([this, tx] {
+        if (tx)
+            describe(ui_.lblTXRange, rangeText(txSummary_));
+        else
+            describe(ui_.lblRXRange, rangeText(rxSummary_));
+    });
 }
 
 FreqSlotRef Bandscope::GetTXbyKey(const std::wstring& sKey) const {

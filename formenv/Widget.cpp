@@ -52,6 +52,7 @@ void Widget::adoptPlace(const Place& place) {
 }
 
 void Widget::setVisible(bool visible) {
+    settle();
     if (visible_ == visible)
         return;
     visible_ = visible;
@@ -66,10 +67,33 @@ void Widget::setEnabled(bool enabled) {
 }
 
 void Widget::setCaption(std::wstring caption) {
+    settle();
     if (caption_ == caption)
         return;
     caption_ = std::move(caption);
     tellPeer(Change::Caption);
+}
+
+void Widget::describeLater(Handler describe) {
+    const bool told = static_cast<bool>(later_);
+    later_ = std::move(describe);
+    if (told)
+        return;
+    tellPeer(Change::Caption);
+    tellPeer(Change::Visible);
+}
+
+// What is described counts as there all along: whoever stands for the widget was told when it was put off.
+void Widget::describe() const {
+    auto& self = const_cast<Widget&>(*this);
+    const Handler waiting = std::exchange(self.later_, nullptr);
+    struct Quiet {
+        explicit Quiet(Widget& silenced) : widget(silenced), peer(std::exchange(silenced.peer_, nullptr)) {}
+        ~Quiet() { widget.peer_ = peer; }
+        Widget& widget;
+        Peer* peer;
+    } const quiet(self);
+    waiting();
 }
 
 void Widget::setToolTip(std::wstring toolTip) {

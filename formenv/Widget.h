@@ -75,12 +75,21 @@ class Widget {
     /// Throws RuntimeError 380 for a negative size and 6 for a number that is not finite; nothing moves then.
     void move(const Place& place);
 
-    [[nodiscard]] bool visible() const noexcept { return visible_; }
+    [[nodiscard]] bool visible() const {
+        settle();
+        return visible_;
+    }
     void setVisible(bool visible);
     [[nodiscard]] bool enabled() const noexcept { return enabled_; }
     void setEnabled(bool enabled);
-    [[nodiscard]] const std::wstring& caption() const noexcept { return caption_; }
+    [[nodiscard]] const std::wstring& caption() const {
+        settle();
+        return caption_;
+    }
     void setCaption(std::wstring caption);
+    /// `describe` sets caption and visibility once one of them is read or set, so that what changes a thousand times
+    /// between two looks is described once. It takes the place of one that still waits.
+    void describeLater(Handler describe);
     [[nodiscard]] const std::wstring& toolTip() const noexcept { return toolTip_; }
     void setToolTip(std::wstring toolTip);
     [[nodiscard]] OleColor backColor() const noexcept { return backColor_; }
@@ -114,6 +123,12 @@ class Widget {
     virtual void placed() {}
 
   private:
+    void settle() const {
+        if (later_)
+            describe();
+    }
+    void describe() const;
+
     WidgetKind kind_;
     Widget* parent_;
     std::wstring name_;
@@ -126,6 +141,7 @@ class Widget {
     OleColor backColor_ = system_color::kButtonFace;
     OleColor foreColor_ = system_color::kButtonText;
     Font font_;
+    mutable Handler later_;
     Peer* peer_ = nullptr;
 };
 

@@ -1,10 +1,11 @@
-// Random sequences of adding, removing and clearing, compared with a model that takes every step as it is described:
-// arrays with an upper bound, one collection of keys.
+// Random sequences of adding, changing, removing and clearing, compared with a model that takes every step as it is
+// described: arrays with an upper bound, one collection of keys.
 #include <algorithm>
 #include <array>
 #include <map>
 #include <random>
 
+#include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -12,9 +13,19 @@ namespace {
 
 struct KeyError {};
 
+using AnySlot = util::Ref<FreqSlotBase>;
+
+FreqSlotRef reference(const AnySlot& slot) {
+    return FreqSlotRef(slot.get());
+}
+
+const FreqSlotFields& look(const AnySlot& slot) {
+    return std::as_const(*slot).fields();
+}
+
 class Model {
   public:
-    std::int32_t add(bool tx, const SlotRef& channel) {
+    std::int32_t add(bool tx, const AnySlot& channel) {
         Array& array = tx ? tx_ : rx_;
         std::size_t index = 0;
         if (array.size() == 1 && !array[0]) {
@@ -25,20 +36,20 @@ class Model {
         }
         array[index] = channel;
         try {
-            addKey(channel->fields().sKey, static_cast<std::int32_t>(index));
-            widen(tx, channel->fields());
+            addKey(look(channel).sKey, static_cast<std::int32_t>(index));
+            widen(tx, look(channel));
         } catch (const KeyError&) {
         }
         return static_cast<std::int32_t>(index);
     }
 
-    SlotRef find(bool tx, const std::wstring& key) const {
+    AnySlot find(bool tx, const std::wstring& key) const {
         const auto found = keys_.find(folded(key));
         if (found == keys_.end())
             return nullptr;
         const Array& array = tx ? tx_ : rx_;
         const auto index = static_cast<std::size_t>(found->second);
-        if (index >= array.size() || !array[index] || array[index]->fields().sKey != key)
+        if (index >= array.size() || !array[index] || look(array[index]).sKey != key)
             return nullptr;
         return array[index];
     }
@@ -79,12 +90,22 @@ class Model {
         const Array& array = tx ? tx_ : rx_;
         return array[0] ? static_cast<std::int32_t>(array.size()) : 0;
     }
-    SlotRef at(bool tx, std::int32_t i) const { return (tx ? tx_ : rx_).at(static_cast<std::size_t>(i)); }
+    std::int32_t matchRX(const FreqSlotFields& f) const {
+        for (std::int32_t i = 0; i < count(false); ++i) {
+            const FreqSlotFields& rx = look(at(false, i));
+            if (rx.dFreqAlt == f.dFreqAlt && rx.dFreq == f.dFreq && rx.dFreqHi == f.dFreqHi &&
+                rx.dFreqLo == f.dFreqLo && rx.dBW == f.dBW && rx.sBWUnits == f.sBWUnits && rx.sLabel == f.sLabel &&
+                rx.sFreqUnits == f.sFreqUnits)
+                return i;
+        }
+        return kInvalid;
+    }
+    AnySlot at(bool tx, std::int32_t i) const { return (tx ? tx_ : rx_).at(static_cast<std::size_t>(i)); }
 
     Extremes extremes;
 
   private:
-    using Array = std::vector<SlotRef>;
+    using Array = std::vector<AnySlot>;
 
     static std::wstring folded(std::wstring key) {
         for (wchar_t& letter : key) {
@@ -105,8 +126,8 @@ class Model {
         const std::size_t count = array[0] ? array.size() : 0;
         for (std::size_t j = index; j + 2 <= count; ++j) {
             array[j] = array[j + 1];
-            removeKey(array[j]->fields().sKey);
-            addKey(array[j]->fields().sKey, static_cast<std::int32_t>(j));
+            removeKey(look(array[j]).sKey);
+            addKey(look(array[j]).sKey, static_cast<std::int32_t>(j));
         }
         if (count < 2)
             array[0] = nullptr;
@@ -116,11 +137,11 @@ class Model {
     static void recalc(const Array& array, double& minimum, double& maximum) {
         minimum = FREQ_UNSET;
         maximum = -FREQ_UNSET;
-        for (const SlotRef& slot : array) {
+        for (const AnySlot& slot : array) {
             if (!slot)
                 continue;
-            maximum = std::max(maximum, slot->fields().dFreqHi);
-            minimum = std::min(minimum, slot->fields().dFreqLo);
+            maximum = std::max(maximum, look(slot).dFreqHi);
+            minimum = std::min(minimum, look(slot).dFreqLo);
         }
     }
     void widen(bool tx, const FreqSlotFields& f) {
@@ -151,18 +172,34 @@ class Model {
     std::map<std::wstring, std::int32_t> keys_;
 };
 
-constexpr std::array<const wchar_t*, 12> kKeys = {L"TX1", L"tx1", L"TX2", L"TX3",  L"RX1", L"RX2",
-                                                  L"rx2", L"RX3", L"",    L"none", L"T",   L"TX4"};
+/// What a sequence is made of; percentages.
+struct Mixture {
+    const char* name;
+    unsigned own;      ///< records of the control's own class
+    unsigned fresh;    ///< keys that nobody has had before
+    unsigned changes;  ///< steps that change a record
+    unsigned clears;   ///< steps that empty something
+};
 
 class StoreModelTest : public ScopeTest {
   protected:
+    void run(const Mixture& mixture, int steps) {
+        // Small surfaces: each removal redraws.
+        ui.picSpectrum.move({0.0, 0.0, 300.0, 300.0});
+        ui.picUnits.move({0.0, 0.0, 300.0, 300.0});
+        for (int i = 0; i < steps; ++i) {
+            ASSERT_NO_FATAL_FAILURE(step(mixture)) << mixture.name << ", step " << i;
+            ASSERT_NO_FATAL_FAILURE(compare()) << mixture.name << ", step " << i;
+        }
+    }
+
     void compare() {
         for (const bool tx : {true, false}) {
             ASSERT_EQ(tx ? scope.NumTX() : scope.NumRX(), model.count(tx));
             for (std::int32_t i = 0; i < model.count(tx); ++i)
-                ASSERT_EQ(tx ? scope.GetTXChnl(i) : scope.GetRXChnl(i), asChannel(model.at(tx, i)));
-            for (const wchar_t* key : kKeys)
-                ASSERT_EQ(tx ? scope.GetTXbyKey(key) : scope.GetRXbyKey(key), asChannel(model.find(tx, key)));
+                ASSERT_EQ(tx ? scope.GetTXChnl(i) : scope.GetRXChnl(i), reference(model.at(tx, i)));
+            for (const std::wstring& key : keys)
+                ASSERT_EQ(tx ? scope.GetTXbyKey(key) : scope.GetRXbyKey(key), reference(model.find(tx, key)));
         }
         const Extremes& e = scope.extremes();
         const Extremes& m = model.extremes;
@@ -178,46 +215,111 @@ class StoreModelTest : public ScopeTest {
         ASSERT_EQ(e.dPwrMax, m.dPwrMax);
     }
 
-    void step(std::mt19937& random) {
-        const auto choice = random() % 100;
-        const std::wstring key = kKeys.at(random() % kKeys.size());
-        if (choice < 55) {
-            const bool tx = random() % 2 == 0;
-            const double frequency = random() % 8 == 0 ? 0.0 : 100.0 + static_cast<double>(random() % 900);
-            const SlotRef slot = makeSlot(frequency, static_cast<double>(random() % 4),
-                                          static_cast<double>(random() % 200) - 100.0, key);
-            const std::int32_t expected = model.add(tx, slot);
-            ASSERT_EQ(tx ? scope.AddTXChnl(asChannel(slot)) : scope.AddRXChnl(asChannel(slot)), expected);
-        } else if (choice < 95) {
-            errors.reports.clear();
-            const bool whole = model.remove(key);
-            scope.RemoveChnlByKey(key);
-            ASSERT_EQ(errors.reports.empty(), whole);
-            errors.reports.clear();
-        } else if (choice < 97) {
+    bool percent(unsigned share) { return random() % 100 < share; }
+    std::wstring someKey() { return keys.at(random() % keys.size()); }
+    /// Seldom one that names the other kind.
+    std::wstring newKey(bool tx, unsigned fresh) {
+        if (!percent(fresh))
+            return someKey();
+        keys.push_back((tx != percent(1) ? L"TX" : L"rx") + std::to_wstring(100 + ++made));
+        return keys.back();
+    }
+    AnySlot newSlot(bool tx, const Mixture& mixture) {
+        AnySlot slot(percent(mixture.own) ? static_cast<FreqSlotBase*>(new QuietSlot) : new PlainSlot);
+        FreqSlotFields& fields = slot->fields();
+        fields.dFreq = random() % 8 == 0 ? 0.0 : 100.0 + static_cast<double>(random() % 90);
+        fields.dBW = static_cast<double>(random() % 4) * 1000.0;
+        fields.dPwrDBM = static_cast<double>(random() % 200) - 100.0;
+        fields.sLabel = random() % 2 == 0 ? L"a" : L"b";
+        fields.sKey = newKey(tx, mixture.fresh);
+        return slot;
+    }
+
+    void step(const Mixture& mixture) {
+        if (percent(mixture.clears))
+            return clearSomething();
+        if (percent(mixture.changes))
+            return changeSomething();
+        if (percent(58)) {
+            const bool tx = percent(50);
+            return add(newSlot(tx, mixture), tx);
+        }
+        const std::wstring key = someKey();
+        errors.reports.clear();
+        const bool whole = model.remove(key);
+        scope.RemoveChnlByKey(key);
+        ASSERT_EQ(errors.reports.empty(), whole);
+        errors.reports.clear();
+    }
+    void add(const AnySlot& slot, bool tx) {
+        ASSERT_EQ(scope.nFindMatchRX(reference(slot)), model.matchRX(look(slot)));
+        const std::int32_t expected = model.add(tx, slot);
+        ASSERT_EQ(tx ? scope.AddTXChnl(reference(slot)) : scope.AddRXChnl(reference(slot)), expected);
+        ASSERT_EQ(scope.nFindMatchRX(reference(slot)), model.matchRX(look(slot)));
+    }
+    void clearSomething() {
+        const auto choice = random() % 4;
+        if (choice == 0) {
             model.clear(true);
             scope.ClearTXChnls();
-        } else if (choice < 99) {
+        } else if (choice == 1) {
             model.clear(false);
             scope.ClearRXChnls();
         } else {
             model.clearAll();
             scope.ClearAllChnls();
+            keys.resize(kKeys);
+        }
+    }
+    void changeSomething() {
+        const bool tx = random() % 2 == 0;
+        if (model.count(tx) == 0)
+            return;
+        FreqSlotBase& slot =
+            *model.at(tx, static_cast<std::int32_t>(random() % static_cast<unsigned>(model.count(tx))));
+        switch (random() % 4) {
+            case 0:
+                slot.fieldsButKey().dFreqHi = static_cast<double>(random() % 300);
+                break;
+            case 1:
+                slot.setDFreqLo(static_cast<double>(random() % 300));
+                break;
+            case 2:
+                slot.fieldsButKey().sLabel = random() % 2 == 0 ? L"a" : L"c";
+                break;
+            default:
+                if (random() % 2 == 0)
+                    slot.fields().sKey = someKey();
+                break;
         }
     }
 
+    static constexpr std::size_t kKeys = 12;
+    std::vector<std::wstring> keys = {L"TX1", L"tx1", L"TX2", L"TX3",  L"RX1", L"RX2",
+                                      L"rx2", L"RX3", L"",    L"none", L"T",   L"TX4"};
+    int made = 0;
+    std::mt19937 random{20260101};
     Model model;
 };
 
 TEST_F(StoreModelTest, RandomSequencesEndAsTheDescribedStepsDo) {
-    // Small surfaces: each removal redraws.
-    ui.picSpectrum.move({0.0, 0.0, 300.0, 300.0});
-    ui.picUnits.move({0.0, 0.0, 300.0, 300.0});
-    std::mt19937 random(20260101);
-    for (int i = 0; i < 6000; ++i) {
-        ASSERT_NO_FATAL_FAILURE(step(random)) << "step " << i;
-        ASSERT_NO_FATAL_FAILURE(compare()) << "step " << i;
-    }
+    run({"foreign records, keys that meet", 0, 0, 0, 5}, 6000);
+}
+
+TEST_F(StoreModelTest, RecordsOfItsOwnClassEndAlike) {
+    run({"keys that meet", 100, 10, 3, 5}, 3000);
+}
+
+TEST_F(StoreModelTest, RecordsWithKeysOfTheirOwnEndAlike) {
+    run({"fresh keys", 100, 100, 0, 1}, 1500);
+}
+
+TEST_F(StoreModelTest, ChangesOfRecordsAreSeenInTime) {
+    run({"fresh keys and changes", 100, 99, 10, 2}, 1500);
+}
+
+TEST_F(StoreModelTest, BothClassesOfRecordsMayMeet) {
+    run({"a foreign record now and then", 95, 98, 5, 3}, 1500);
 }
 
 }  // namespace

@@ -152,6 +152,38 @@ TEST_F(WidgetTest, AComboBoxHoldsItemsAndOneChoice) {
     EXPECT_EQ(clicks, 0);
 }
 
+TEST_F(WidgetTest, WhatIsDescribedLaterIsDescribedOnceAndTheWindowIsToldOnce) {
+    Label label(&frame, L"label");
+    label.setPeer(&peer);
+    int described = 0;
+    for (int i = 1; i <= 3; ++i) {
+        label.describeLater([&label, &described, i] {
+            ++described;
+            label.setCaption(std::to_wstring(i));
+            label.setVisible(false);
+        });
+    }
+    EXPECT_THAT(peer.changes, ElementsAre(Change::Caption, Change::Visible));
+    EXPECT_EQ(described, 0);
+    EXPECT_FALSE(label.visible());
+    EXPECT_EQ(label.caption(), L"3");
+    EXPECT_EQ(described, 1);
+    EXPECT_EQ(peer.changes.size(), 2U);
+    label.setCaption(L"4");
+    EXPECT_EQ(peer.changes.size(), 3U);
+}
+
+TEST_F(WidgetTest, WhatIsSetAtOnceComesAfterWhatWasPutOff) {
+    Label label(&frame, L"label");
+    label.describeLater([&label] {
+        label.setCaption(L"described");
+        label.setVisible(false);
+    });
+    label.setCaption(L"");
+    EXPECT_EQ(label.caption(), L"");
+    EXPECT_FALSE(label.visible());
+}
+
 TEST_F(WidgetTest, AKnobTellsItsWindowAndRaisesNoEventWhenTheProgramSetsIt) {
     turndial::tdKnob knob(&frame, L"knob");
     knob.setPeer(&peer);

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace kv::control {
+
+enum class ChannelKind { TX, RX };
+
+}  // namespace kv::control
