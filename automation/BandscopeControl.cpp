@@ -21,17 +21,23 @@ BandscopeControl::BandscopeControl() {
     platform_.setKeeper(static_cast<IOleObject*>(this));
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
+    told_ = scope_->children().userControl.looks();
 }
 
 BandscopeControl::~BandscopeControl() {
     // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
     references_ = 1;
     platform_.setKeeper(nullptr);
+    ++atWork_;
+    inPlaceActive_ = false;
     windows_.reset();
     scope_.reset();
 }
 
 HRESULT createBandscopeControl(REFIID iid, void** object) {
+    if (!object)
+        return E_POINTER;
+    *object = nullptr;
     BandscopeControl* control = nullptr;
     const HRESULT made = firewall(__uuidof(_kvBandscope), [&] { control = new BandscopeControl; });
     if (FAILED(made))
@@ -56,10 +62,18 @@ void* BandscopeControl::offered(REFIID iid) noexcept {
         return static_cast<IOleInPlaceObject*>(this);
     if (iid == IID_IOleInPlaceActiveObject)
         return static_cast<IOleInPlaceActiveObject*>(this);
-    if (iid == IID_IViewObject || iid == IID_IViewObject2)
-        return static_cast<IViewObject2*>(this);
+    if (iid == IID_IViewObject || iid == IID_IViewObject2 || iid == IID_IViewObjectEx)
+        return static_cast<IViewObjectEx*>(this);
+    if (iid == IID_IDataObject)
+        return static_cast<IDataObject*>(this);
+    if (iid == IID_IQuickActivate)
+        return static_cast<IQuickActivate*>(this);
     if (iid == IID_IPersist || iid == IID_IPersistStreamInit)
         return static_cast<IPersistStreamInit*>(this);
+    if (iid == IID_IPersistStorage)
+        return static_cast<IPersistStorage*>(this);
+    if (iid == IID_IPersistPropertyBag)
+        return static_cast<IPersistPropertyBag*>(this);
     if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)
         return static_cast<IProvideClassInfo2*>(this);
     return nullptr;
@@ -101,6 +115,16 @@ void BandscopeControl::ChgFreqRange(double dMin, double dMax) {
     const std::array<Variant, 2> arguments{Variant(dMin), Variant(dMax)};
     if (freezeCount_ == 0)
         fire(kChgFreqRange, arguments);
+}
+
+/// Captions, and which of them show, change with every channel that a host adds: they are told of when their windows
+/// show them, and with the next drawing.
+void BandscopeControl::tellPicture(bool captionsToo) noexcept {
+    const formenv::Widget::Looks& now = scope_->children().userControl.looks();
+    if (now.changes == told_.changes && (!captionsToo || now.captions == told_.captions))
+        return;
+    told_ = now;
+    tellViewChanged();
 }
 
 HRESULT BandscopeControl::GetClassInfo(ITypeInfo** info) {

@@ -11,8 +11,11 @@
 #include <memory>
 
 #include "automation/ConnectionPoints.h"
+#include "automation/ControlPersist.h"
+#include "automation/ControlView.h"
 #include "automation/Dispatch.h"
 #include "automation/Firewall.h"
+#include "automation/MessageWatch.h"
 #include "automation/Module.h"
 #include "control/Bandscope.h"
 #include "formenv/PlatformPrompt.h"
@@ -25,19 +28,23 @@
 
 namespace kv::automation {
 
-// The interfaces stand in one class; each group is implemented in a source file of its own:
-// BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events), ControlOle.cpp (IOleObject,
-// IOleControl, IPersistStreamInit), ControlInPlace.cpp (windows and activation), ControlView.cpp (IViewObject2).
+// Groups of interfaces that need nothing of the display itself are base classes (automation in Dispatch, events in
+// ConnectionPoints, images in ControlPersist, pictures in ControlView); the others stand here, each group implemented
+// in a source file of its own: BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events),
+// ControlOle.cpp (IOleObject), ControlHost.cpp (IOleControl, ambient properties, IQuickActivate), ControlInPlace.cpp
+// (windows and activation), ControlKeys.cpp (keyboard and focus).
 class BandscopeControl final : public DispatchImpl<_kvBandscope>,
                                public ConnectionPointsImpl,
+                               public PersistImpl,
+                               public ViewImpl,
                                public IOleObject,
                                public IOleControl,
                                public IOleInPlaceObject,
                                public IOleInPlaceActiveObject,
-                               public IViewObject2,
-                               public IPersistStreamInit,
+                               public IQuickActivate,
                                public IProvideClassInfo2,
-                               private control::HostEvents {
+                               private control::HostEvents,
+                               private MessageListener {
   public:
     BandscopeControl();
 
@@ -137,6 +144,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     HRESULT STDMETHODCALLTYPE GetUserType(DWORD form, LPOLESTR* type) override;
     HRESULT STDMETHODCALLTYPE SetExtent(DWORD aspect, SIZEL* size) override;
     HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, SIZEL* size) override;
+    using ViewImpl::GetExtent;
     HRESULT STDMETHODCALLTYPE Advise(IAdviseSink* sink, DWORD* connection) override;
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD connection) override;
     HRESULT STDMETHODCALLTYPE EnumAdvise(IEnumSTATDATA** advise) override;
@@ -145,8 +153,8 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
 
     // IOleControl
     HRESULT STDMETHODCALLTYPE GetControlInfo(CONTROLINFO* info) override;
-    HRESULT STDMETHODCALLTYPE OnMnemonic(MSG*) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE OnAmbientPropertyChange(DISPID) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnMnemonic(MSG* message) override;
+    HRESULT STDMETHODCALLTYPE OnAmbientPropertyChange(DISPID property) override;
     HRESULT STDMETHODCALLTYPE FreezeEvents(BOOL freeze) override;
 
     // IOleWindow, IOleInPlaceObject, IOleInPlaceActiveObject
@@ -156,30 +164,16 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     HRESULT STDMETHODCALLTYPE UIDeactivate() override;
     HRESULT STDMETHODCALLTYPE SetObjectRects(LPCRECT place, LPCRECT clip) override;
     HRESULT STDMETHODCALLTYPE ReactivateAndUndo() override { return INPLACE_E_NOTUNDOABLE; }
-    HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG) override { return S_FALSE; }
+    HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG message) override;
     HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE OnDocWindowActivate(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
 
-    // IViewObject2
-    HRESULT STDMETHODCALLTYPE Draw(DWORD aspect, LONG index, void* aspectInfo, DVTARGETDEVICE* device, HDC deviceDc,
-                                   HDC dc, LPCRECTL bounds, LPCRECTL windowBounds,
-                                   BOOL(STDMETHODCALLTYPE* goOn)(ULONG_PTR), ULONG_PTR argument) override;
-    HRESULT STDMETHODCALLTYPE GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) override;
-    HRESULT STDMETHODCALLTYPE Freeze(DWORD, LONG, void*, DWORD*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Unfreeze(DWORD) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) override;
-    HRESULT STDMETHODCALLTYPE GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) override;
-    HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, LONG index, DVTARGETDEVICE* device, LPSIZEL size) override;
-
-    // IPersistStreamInit: the control keeps no settings, so its image is empty.
-    HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override;
-    HRESULT STDMETHODCALLTYPE IsDirty() override { return S_FALSE; }
-    HRESULT STDMETHODCALLTYPE Load(IStream*) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE Save(IStream*, BOOL) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE GetSizeMax(ULARGE_INTEGER* size) override;
-    HRESULT STDMETHODCALLTYPE InitNew() override { return S_OK; }
+    // IQuickActivate
+    HRESULT STDMETHODCALLTYPE QuickActivate(QACONTAINER* container, QACONTROL* control) override;
+    HRESULT STDMETHODCALLTYPE SetContentExtent(LPSIZEL size) override;
+    HRESULT STDMETHODCALLTYPE GetContentExtent(LPSIZEL size) override;
 
     // IProvideClassInfo2
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override;
@@ -198,16 +192,47 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     /// The interfaces that QueryInterface offers; nullptr for any other.
     [[nodiscard]] void* offered(REFIID iid) noexcept;
 
+    // PersistImpl, ViewImpl
+    void saved() noexcept override;
+    SIZE viewPixels() override;
+    SIZEL viewExtent() override;
+    SIZEL viewNaturalExtent(const SIZEL* proposed) override;
+    void paintView(HDC dc, const RECT& bounds) override;
+
+    // MessageListener: every message of the control's windows.
+    LRESULT watched(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept override;
+
+    /// A piece of work that may change the picture. At the end of the outermost one the container is told once.
+    class Work {
+      public:
+        explicit Work(BandscopeControl& control, bool isMessage = false) noexcept
+            : control_(control), isMessage_(isMessage) {
+            ++control_.atWork_;
+        }
+        ~Work() {
+            if (--control_.atWork_ == 0)
+                control_.tellPicture(isMessage_);
+        }
+        Work(const Work&) = delete;
+        Work& operator=(const Work&) = delete;
+
+      private:
+        BandscopeControl& control_;
+        bool isMessage_;
+    };
+
     /// A member that does something: alive through the events it may let run.
     template <class F>
     HRESULT member(F&& body) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
+        const Work work(*this);
         return firewall(__uuidof(_kvBandscope), std::forward<F>(body));
     }
     /// The same with a result.
     template <class Out, class F>
     HRESULT memberReturn(Out* out, F&& body) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
+        const Work work(*this);
         return firewallReturn(__uuidof(_kvBandscope), out, std::forward<F>(body));
     }
     /// An accessor: an error ends it quietly with the start value as its result.
@@ -222,15 +247,33 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
         return S_OK;
     }
 
-    HRESULT activate(IOleClientSite* site, bool withUi) noexcept;
+    // ControlInPlace.cpp
+    /// The private message by which a size that the container insists on is taken over.
+    static constexpr UINT kAdoptSize = WM_APP + 0x140;
+    HRESULT activate(IOleClientSite* site, bool withUi, const MSG* message) noexcept;
     HRESULT activateInPlace();
-    HRESULT makeWindows(const Microsoft::WRL::ComPtr<IOleInPlaceSite>& inPlaceSite);
+    HRESULT makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epoch);
+    HRESULT activateUi() noexcept;
     void deactivate() noexcept;
-    void windowGone() noexcept;
+    win32::WindowTree& windowTree();
+    [[nodiscard]] HWND rootWindow() const noexcept { return windows_ ? windows_->root() : nullptr; }
     void followSize(formenv::PixelSize size);
     void adoptPixelSize(int width, int height);
-    void viewChanged() noexcept;
-    [[nodiscard]] SIZEL extentHimetric() noexcept;
+    void adoptWindowSize() noexcept;
+
+    // ControlHost.cpp
+    [[nodiscard]] bool ambientFlag(DISPID property, bool otherwise) noexcept;
+    void adoptInputState() noexcept;
+
+    // ControlKeys.cpp
+    void focusCame(HWND window) noexcept;
+    void focusLeft(HWND to) noexcept;
+    void tellFocus(bool has) noexcept;
+    void takeFocus(const MSG* message) noexcept;
+    [[nodiscard]] bool holdsFocus() const noexcept;
+    [[nodiscard]] bool moveFocus(bool back) noexcept;
+
+    void tellPicture(bool captionsToo) noexcept;
 
     std::atomic<ULONG> references_{1};
     ModuleRef module_;
@@ -240,19 +283,37 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     formenv::PlatformPrompt prompt_{platform_, [this] { return site_.Get() != nullptr; }};
     util::ErrorHandler errors_{win32::techSupportLog(), prompt_};
     std::unique_ptr<control::Bandscope> scope_;
+    /// One for the control's life: it may be at work further down the stack while the control is activated again.
     std::unique_ptr<win32::WindowTree> windows_;
+    MessageWatch watch_{*this};
 
     Microsoft::WRL::ComPtr<IOleClientSite> site_;
     Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite_;
     Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame_;
+    Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document_;
     Microsoft::WRL::ComPtr<IOleAdviseHolder> adviseHolder_;
-    Microsoft::WRL::ComPtr<IAdviseSink> viewSink_;
-    DWORD viewAspects_ = 0;
-    DWORD viewFlags_ = 0;
     int freezeCount_ = 0;
-    bool inPlaceActive_ = false;
+    bool closed_ = false;
+    bool inPlaceActive_ = false;  ///< the site has been told of the activation and not of its end
     bool uiActive_ = false;
+    bool isActiveObject_ = false;  ///< frame and document have been told
+    bool hasFocus_ = false;
+    bool translating_ = false;
+    HWND lastFocus_ = nullptr;  ///< where the focus was when it left
+    unsigned epoch_ = 0;        ///< counts activations and their ends, so that one that was overtaken stops
+
     bool followingSize_ = false;
+    SIZE given_{};            ///< pixels, by the container
+    bool overruled_ = false;  ///< the control wanted another size than was given
+
+    struct Ambient {
+        bool userMode = true;
+        bool uiDead = false;
+    };
+    Ambient ambient_;  ///< for a container that has no such properties
+
+    int atWork_ = 0;
+    formenv::Widget::Looks told_;
 };
 
 }  // namespace kv::automation

@@ -1,53 +1,99 @@
-// Activation in a container's window, and the end of it.
-#include "automation/BandscopeControl.h"
+// Activation in a container's window, and the end of it. Each call to the container may bring the control down, or up
+// again, before it returns: `epoch_` tells.
+#include <utility>
 
+#include "automation/BandscopeControl.h"
 #include "formenv/Twips.h"
 
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
 
-HRESULT BandscopeControl::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
+namespace {
+
+/// Shows what the container leaves of a window at `place`.
+void clipWindow(HWND window, const RECT& place, const RECT* clip) {
+    RECT visible = place;
+    HRGN region = nullptr;
+    // An empty clip comes from containers that do not clip.
+    if (clip && !IsRectEmpty(clip)) {
+        IntersectRect(&visible, &place, clip);
+        if (!EqualRect(&visible, &place)) {
+            if (!IsRectEmpty(&visible))
+                OffsetRect(&visible, -place.left, -place.top);
+            region = CreateRectRgnIndirect(&visible);
+        }
+    }
+    SetWindowRgn(window, region, TRUE);
+}
+
+SIZE sizeOf(const RECT& place) {
+    return {place.right - place.left, place.bottom - place.top};
+}
+
+bool operator==(const SIZE& a, const SIZE& b) {
+    return a.cx == b.cx && a.cy == b.cy;
+}
+
+class Flag {
+  public:
+    explicit Flag(bool& flag) noexcept : flag_(flag), before_(flag) { flag_ = true; }
+    ~Flag() { flag_ = before_; }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+  private:
+    bool& flag_;
+    bool before_;
+};
+
+}  // namespace
+
+HRESULT BandscopeControl::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
                                  LPCRECT /*place*/) {
     const ComPtr<IOleObject> alive(this);
+    const Work work(*this);
     switch (verb) {
         case OLEIVERB_PRIMARY:
         case OLEIVERB_SHOW:
         case OLEIVERB_INPLACEACTIVATE:
-            return activate(site, false);
+            return activate(site, false, nullptr);
         case OLEIVERB_UIACTIVATE:
-            return activate(site, true);
+            return activate(site, true, message);
         case OLEIVERB_HIDE:
             deactivate();
             return S_OK;
-        case OLEIVERB_OPEN:
         case OLEIVERB_DISCARDUNDOSTATE:
-            return E_NOTIMPL;
+            return S_OK;
         default:
-            return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
+            break;
     }
+    // Neither a window of its own nor property pages; and a number that is nobody's verb stands for the first.
+    if (verb < 0)
+        return E_NOTIMPL;
+    const HRESULT result = activate(site, false, nullptr);
+    return FAILED(result) ? result : OLEOBJ_S_INVALIDVERB;
 }
 
-HRESULT BandscopeControl::activate(IOleClientSite* site, bool withUi) noexcept {
+HRESULT BandscopeControl::activate(IOleClientSite* site, bool withUi, const MSG* message) noexcept {
     if (site && !site_)
         site_ = site;
-    const HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(); });
-    if (FAILED(result) || !withUi || uiActive_ || !inPlaceSite_)
+    closed_ = false;
+    HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(); });
+    if (FAILED(result) || !withUi)
         return result;
-    // The container may take the control down again in any of these calls.
-    const ComPtr<IOleInPlaceSite> inPlaceSite = inPlaceSite_;
-    const ComPtr<IOleInPlaceFrame> frame = frame_;
-    uiActive_ = SUCCEEDED(inPlaceSite->OnUIActivate()) && inPlaceActive_;
-    if (uiActive_ && frame)
-        frame->SetActiveObject(this, L"kvBandscope");
-    if (uiActive_ && windows_ && windows_->root())
-        SetFocus(windows_->root());
-    return S_OK;
+    result = activateUi();
+    if (SUCCEEDED(result) && uiActive_)
+        takeFocus(message);
+    return result;
 }
 
 HRESULT BandscopeControl::activateInPlace() {
     if (inPlaceActive_)
         return S_OK;
+    const unsigned epoch = ++epoch_;
+    const auto overtaken = [&] { return epoch_ != epoch; };
+    const auto outcome = [&] { return inPlaceActive_ ? S_OK : E_ABORT; };
     const ComPtr<IOleClientSite> site = site_;
     if (!site)
         return E_UNEXPECTED;
@@ -55,23 +101,35 @@ HRESULT BandscopeControl::activateInPlace() {
     HRESULT result = site.As(&inPlaceSite);
     if (FAILED(result))
         return result;
-    if (inPlaceSite->CanInPlaceActivate() != S_OK)
-        return E_FAIL;
-    inPlaceSite->OnInPlaceActivate();
-    result = makeWindows(inPlaceSite);
+    result = inPlaceSite->CanInPlaceActivate();
+    if (overtaken())
+        return outcome();
+    if (result != S_OK)
+        return FAILED(result) ? result : E_FAIL;
+    inPlaceActive_ = true;
+    inPlaceSite_ = inPlaceSite;
+    result = inPlaceSite->OnInPlaceActivate();
+    if (overtaken())
+        return outcome();
     if (FAILED(result)) {
-        inPlaceSite->OnInPlaceDeactivate();
+        inPlaceActive_ = false;
+        inPlaceSite_.Reset();
         return result;
     }
-    // Placing the children lets events run: the container may have taken the control down again meanwhile.
-    if (!inPlaceActive_)
-        return E_ABORT;
-    ShowWindow(windows_->root(), SW_SHOWNA);
-    site->ShowObject();
-    return S_OK;
+    result = makeWindows(*inPlaceSite.Get(), epoch);
+    if (overtaken())
+        return outcome();
+    if (FAILED(result)) {
+        deactivate();
+        return result;
+    }
+    ShowWindow(rootWindow(), SW_SHOWNA);
+    if (!overtaken())
+        site->ShowObject();
+    return outcome();
 }
 
-HRESULT BandscopeControl::makeWindows(const ComPtr<IOleInPlaceSite>& inPlaceSite) {
+HRESULT BandscopeControl::makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epoch) {
     HWND parent = nullptr;
     ComPtr<IOleInPlaceFrame> frame;
     ComPtr<IOleInPlaceUIWindow> document;
@@ -79,23 +137,69 @@ HRESULT BandscopeControl::makeWindows(const ComPtr<IOleInPlaceSite>& inPlaceSite
     RECT clip{};
     OLEINPLACEFRAMEINFO info{};
     info.cb = sizeof info;
-    HRESULT result = inPlaceSite->GetWindowContext(&frame, &document, &place, &clip, &info);
-    if (SUCCEEDED(result))
-        result = inPlaceSite->GetWindow(&parent);
-    if (FAILED(result))
+    HRESULT result = inPlaceSite.GetWindowContext(&frame, &document, &place, &clip, &info);
+    if (SUCCEEDED(result) && epoch_ == epoch)
+        result = inPlaceSite.GetWindow(&parent);
+    if (FAILED(result) || epoch_ != epoch)
         return result;
-    win32::WindowTree::Callbacks callbacks;
-    callbacks.resizedByControl = [this](formenv::PixelSize size) { followSize(size); };
-    callbacks.destroyed = [this] { windowGone(); };
-    callbacks.owner = static_cast<IOleObject*>(this);
-    windows_ = std::make_unique<win32::WindowTree>(scope_->children().userControl, platform_, std::move(callbacks));
-    if (!windows_->create(parent, place))
+    win32::WindowTree& tree = windowTree();
+    if (!tree.create(parent, place) || epoch_ != epoch)
         return E_FAIL;
-    inPlaceActive_ = true;
-    inPlaceSite_ = inPlaceSite;
     frame_ = frame;
-    adoptPixelSize(place.right - place.left, place.bottom - place.top);
+    document_ = document;
+    watch_.add(tree.root());
+    clipWindow(tree.root(), place, &clip);
+    adoptInputState();
+    if (epoch_ != epoch)
+        return S_OK;
+    given_ = sizeOf(place);
+    overruled_ = false;
+    // Placing the children lets events run.
+    adoptPixelSize(given_.cx, given_.cy);
     return S_OK;
+}
+
+win32::WindowTree& BandscopeControl::windowTree() {
+    if (!windows_) {
+        win32::WindowTree::Callbacks callbacks;
+        callbacks.resizedByControl = [this](formenv::PixelSize size) { followSize(size); };
+        // By deactivation, or because the container destroyed its window first.
+        callbacks.destroyed = [this] { deactivate(); };
+        callbacks.owner = static_cast<IOleObject*>(this);
+        windows_ = std::make_unique<win32::WindowTree>(scope_->children().userControl, platform_, std::move(callbacks));
+    }
+    return *windows_;
+}
+
+HRESULT BandscopeControl::activateUi() noexcept {
+    if (uiActive_)
+        return S_OK;
+    if (!inPlaceActive_ || !rootWindow())
+        return E_UNEXPECTED;
+    const unsigned epoch = epoch_;
+    const auto stands = [&] { return uiActive_ && epoch_ == epoch; };
+    const ComPtr<IOleInPlaceSite> inPlaceSite = inPlaceSite_;
+    const ComPtr<IOleInPlaceFrame> frame = frame_;
+    const ComPtr<IOleInPlaceUIWindow> document = document_;
+    uiActive_ = true;
+    const HRESULT result = inPlaceSite->OnUIActivate();
+    if (!stands())
+        return E_ABORT;
+    if (FAILED(result)) {
+        uiActive_ = false;
+        return result;
+    }
+    isActiveObject_ = true;
+    if (frame)
+        frame->SetActiveObject(this, L"kvBandscope");
+    if (document && stands())
+        document->SetActiveObject(this, L"kvBandscope");
+    // No tools of the control's own: the container keeps its borders as they are.
+    if (frame && stands())
+        frame->SetBorderSpace(nullptr);
+    if (document && stands())
+        document->SetBorderSpace(nullptr);
+    return stands() ? S_OK : E_ABORT;
 }
 
 void BandscopeControl::adoptPixelSize(int width, int height) {
@@ -106,48 +210,65 @@ void BandscopeControl::adoptPixelSize(int width, int height) {
 /// The control gave itself another size (its least width, or the panel's collapse): the window follows, and the
 /// container is asked to make room.
 void BandscopeControl::followSize(formenv::PixelSize size) {
-    if (followingSize_ || !windows_ || !windows_->root())
+    const HWND root = rootWindow();
+    if (followingSize_ || !root)
         return;
-    followingSize_ = true;
+    const Flag following(followingSize_);
+    overruled_ = true;
     RECT place{};
-    GetWindowRect(windows_->root(), &place);
-    MapWindowPoints(nullptr, GetParent(windows_->root()), reinterpret_cast<POINT*>(&place), 2);
+    GetWindowRect(root, &place);
+    MapWindowPoints(nullptr, GetParent(root), reinterpret_cast<POINT*>(&place), 2);
     place.right = place.left + size.width;
     place.bottom = place.top + size.height;
-    SetWindowPos(windows_->root(), nullptr, 0, 0, size.width, size.height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(root, nullptr, 0, 0, size.width, size.height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
     if (site)
         site->OnPosRectChange(&place);
-    followingSize_ = false;
+    RECT now{};
+    // The control is in the middle of arranging its children for the size that it wanted: another one comes next.
+    if (rootWindow() && GetClientRect(rootWindow(), &now) && !(sizeOf(now) == SIZE{size.width, size.height}))
+        PostMessageW(rootWindow(), kAdoptSize, 0, 0);
+}
+
+/// The window's size is the container's last word, even below the control's least width: what does not fit is cut off.
+void BandscopeControl::adoptWindowSize() noexcept {
+    static_cast<void>(member([&] {
+        const SIZE size = viewPixels();
+        RECT now{};
+        if (!GetClientRect(rootWindow(), &now) || sizeOf(now) == size)
+            return;
+        const Flag following(followingSize_);
+        adoptPixelSize(now.right, now.bottom);
+    }));
 }
 
 HRESULT BandscopeControl::SetObjectRects(LPCRECT place, LPCRECT clip) {
     if (!place)
         return E_POINTER;
     return member([&] {
-        if (!windows_ || !windows_->root())
+        const HWND root = rootWindow();
+        if (!root)
             return;
-        const HWND root = windows_->root();
-        RECT visible{};
-        HRGN region = nullptr;
-        if (clip && IntersectRect(&visible, place, clip) && !EqualRect(&visible, place)) {
-            OffsetRect(&visible, -place->left, -place->top);
-            region = CreateRectRgnIndirect(&visible);
-        }
-        SetWindowRgn(root, region, TRUE);
-        const int width = place->right - place->left;
-        const int height = place->bottom - place->top;
-        SetWindowPos(root, nullptr, place->left, place->top, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
-        // An answer to our own request brings the size that we have already.
-        if (!followingSize_)
-            adoptPixelSize(width, height);
+        const SIZE size = sizeOf(*place);
+        // The same size again after the control asked for another: asking once more would never end.
+        const bool insists = overruled_ && size == given_;
+        given_ = size;
+        overruled_ = false;
+        clipWindow(root, *place, clip);
+        SetWindowPos(root, nullptr, place->left, place->top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+        if (rootWindow() != root || followingSize_)
+            return;
+        if (insists)
+            adoptWindowSize();
+        else
+            adoptPixelSize(size.cx, size.cy);
     });
 }
 
 HRESULT BandscopeControl::GetWindow(HWND* window) {
     if (!window)
         return E_POINTER;
-    *window = windows_ ? windows_->root() : nullptr;
+    *window = rootWindow();
     return *window ? S_OK : E_FAIL;
 }
 
@@ -164,36 +285,37 @@ HRESULT BandscopeControl::UIDeactivate() {
     uiActive_ = false;
     const ComPtr<IOleInPlaceSite> inPlaceSite = inPlaceSite_;
     const ComPtr<IOleInPlaceFrame> frame = frame_;
-    if (frame)
-        frame->SetActiveObject(nullptr, nullptr);
+    const ComPtr<IOleInPlaceUIWindow> document = document_;
+    if (std::exchange(isActiveObject_, false)) {
+        if (frame)
+            frame->SetActiveObject(nullptr, nullptr);
+        if (document)
+            document->SetActiveObject(nullptr, nullptr);
+    }
     if (inPlaceSite)
         inPlaceSite->OnUIDeactivate(FALSE);
     return S_OK;
 }
 
+/// Safe at any time and more than once; also when the windows are gone already.
 void BandscopeControl::deactivate() noexcept {
+    const unsigned epoch = ++epoch_;
     if (!inPlaceActive_)
         return;
+    const ComPtr<IOleObject> alive(this);
     UIDeactivate();
-    if (!inPlaceActive_)
+    if (epoch_ == epoch)
+        tellFocus(false);
+    if (epoch_ != epoch)
         return;
     inPlaceActive_ = false;
+    hasFocus_ = false;
+    lastFocus_ = nullptr;
+    const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
+    const ComPtr<IOleInPlaceFrame> frame = std::move(frame_);
+    const ComPtr<IOleInPlaceUIWindow> document = std::move(document_);
     if (windows_)
         windows_->destroy();
-    const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
-    frame_.Reset();
-    if (site)
-        site->OnInPlaceDeactivate();
-}
-
-/// The root window is gone: by deactivation, or because the container destroyed its window first.
-void BandscopeControl::windowGone() noexcept {
-    if (!inPlaceActive_)
-        return;
-    inPlaceActive_ = false;
-    uiActive_ = false;
-    const ComPtr<IOleInPlaceSite> site = std::move(inPlaceSite_);
-    frame_.Reset();
     if (site)
         site->OnInPlaceDeactivate();
 }

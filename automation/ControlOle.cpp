@@ -1,10 +1,11 @@
 // The control as an embedded object: site, size, verbs, life.
 #include "automation/BandscopeControl.h"
 
-#include <olectl.h>
-
+#include <algorithm>
 #include <cwchar>
+#include <utility>
 
+#include "automation/Enumerator.h"
 #include "formenv/Twips.h"
 
 namespace kv::automation {
@@ -23,30 +24,69 @@ double himetricToTwips(LONG himetric) {
     return himetric * formenv::kTwipsPerInch / kHimetricPerInch;
 }
 
+/// The caller's, to be freed by CoTaskMemFree; null when there is no memory.
+LPOLESTR taskText(const wchar_t* text) noexcept {
+    const std::size_t count = std::wcslen(text) + 1;
+    auto* const copy = static_cast<LPOLESTR>(CoTaskMemAlloc(count * sizeof *text));
+    if (copy)
+        std::wmemcpy(copy, text, count);
+    return copy;
+}
+
+struct Verb {
+    LONG number;
+    const wchar_t* name;
+};
+
+/// For programs that list them; none belongs on a container's menu.
+constexpr Verb kVerbs[] = {{OLEIVERB_PRIMARY, L"Activate"},
+                           {OLEIVERB_SHOW, L"Show"},
+                           {OLEIVERB_HIDE, L"Hide"},
+                           {OLEIVERB_INPLACEACTIVATE, L"Activate in place"},
+                           {OLEIVERB_UIACTIVATE, L"Activate with the keyboard"}};
+
+struct VerbPolicy {
+    using Stored = Verb;
+    using Item = OLEVERB;
+    static void copy(const Verb& verb, OLEVERB* item) noexcept {
+        *item = {verb.number, taskText(verb.name), 0, OLEVERBATTRIB_NEVERDIRTIES};
+    }
+};
+
 }  // namespace
 
 HRESULT BandscopeControl::SetClientSite(IOleClientSite* site) {
     const ComPtr<IOleObject> alive(this);
-    return firewall(IID_IOleObject, [&] {
-        if (!site)
-            deactivate();
-        site_ = site;
-        inPlaceSite_.Reset();
-        frame_.Reset();
-    });
+    if (site == site_.Get())
+        return S_OK;
+    deactivate();
+    // The one before may call back when it is let go.
+    const ComPtr<IOleClientSite> before = std::move(site_);
+    site_ = site;
+    return S_OK;
 }
 
 HRESULT BandscopeControl::GetClientSite(IOleClientSite** site) {
     return site ? site_.CopyTo(site) : E_POINTER;
 }
 
+/// There is never anything to save, whatever the option says.
 HRESULT BandscopeControl::Close(DWORD /*saveOption*/) {
     const ComPtr<IOleObject> alive(this);
     deactivate();
     scope_->closeMouseInfo();
-    if (adviseHolder_)
-        adviseHolder_->SendOnClose();
+    if (closed_)
+        return S_OK;
+    closed_ = true;
+    tellDataEnds();
+    if (const ComPtr<IOleAdviseHolder> sinks = adviseHolder_)
+        sinks->SendOnClose();
     return S_OK;
+}
+
+void BandscopeControl::saved() noexcept {
+    if (const ComPtr<IOleAdviseHolder> sinks = adviseHolder_)
+        sinks->SendOnSave();
 }
 
 HRESULT BandscopeControl::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
@@ -67,7 +107,9 @@ HRESULT BandscopeControl::EnumVerbs(IEnumOLEVERB** verbs) {
     if (!verbs)
         return E_POINTER;
     *verbs = nullptr;
-    return OLE_S_USEREG;
+    return firewall(IID_IOleObject, [&] {
+        Enumerator<IEnumOLEVERB, VerbPolicy>::create({std::begin(kVerbs), std::end(kVerbs)}, verbs);
+    });
 }
 
 HRESULT BandscopeControl::GetUserClassID(CLSID* clsid) {
@@ -75,19 +117,30 @@ HRESULT BandscopeControl::GetUserClassID(CLSID* clsid) {
 }
 
 HRESULT BandscopeControl::GetUserType(DWORD /*form*/, LPOLESTR* type) {
-    constexpr wchar_t kName[] = L"kvBandscope Control";
     if (!type)
         return E_POINTER;
-    *type = static_cast<LPOLESTR>(CoTaskMemAlloc(sizeof kName));
-    if (!*type)
-        return E_OUTOFMEMORY;
-    std::wmemcpy(*type, kName, sizeof kName / sizeof *kName);
-    return S_OK;
+    *type = taskText(L"kvBandscope Control");
+    return *type ? S_OK : E_OUTOFMEMORY;
 }
 
-SIZEL BandscopeControl::extentHimetric() noexcept {
+SIZEL BandscopeControl::viewExtent() {
     const formenv::Widget& control = scope_->children().userControl;
     return {twipsToHimetric(control.width()), twipsToHimetric(control.height())};
+}
+
+SIZE BandscopeControl::viewPixels() {
+    const formenv::Widget& control = scope_->children().userControl;
+    return {formenv::twipsToPixels(control.width(), platform_.dpi()),
+            formenv::twipsToPixels(control.height(), platform_.dpi())};
+}
+
+SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
+    const SIZEL start{twipsToHimetric(scope_->MinWid()), twipsToHimetric(scope_->MinHgt())};
+    return proposed ? SIZEL{std::max(proposed->cx, start.cx), std::max<LONG>(proposed->cy, 0)} : start;
+}
+
+void BandscopeControl::paintView(HDC dc, const RECT& bounds) {
+    windowTree().paint(dc, bounds);
 }
 
 HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
@@ -98,7 +151,7 @@ HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
     if (size->cx < 0 || size->cy < 0)
         return E_INVALIDARG;
     // While windows stand, their size is set by SetObjectRects, in pixels; an extent then only repeats it, rounded.
-    if (inPlaceActive_)
+    if (rootWindow())
         return S_OK;
     return member([&] { scope_->resize(himetricToTwips(size->cx), himetricToTwips(size->cy)); });
 }
@@ -109,7 +162,7 @@ HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {
     *size = SIZEL{};
     if (aspect != DVASPECT_CONTENT)
         return DV_E_DVASPECT;
-    *size = extentHimetric();
+    *size = viewExtent();
     return S_OK;
 }
 
@@ -117,6 +170,8 @@ HRESULT BandscopeControl::Advise(IAdviseSink* sink, DWORD* connection) {
     if (!connection)
         return E_POINTER;
     *connection = 0;
+    if (!sink)
+        return E_INVALIDARG;
     if (!adviseHolder_) {
         const HRESULT made = CreateOleAdviseHolder(&adviseHolder_);
         if (FAILED(made))
@@ -143,37 +198,6 @@ HRESULT BandscopeControl::GetMiscStatus(DWORD aspect, DWORD* status) {
                   ? static_cast<DWORD>(OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
                                        OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST)
                   : 0;
-    return S_OK;
-}
-
-HRESULT BandscopeControl::GetControlInfo(CONTROLINFO* info) {
-    if (!info)
-        return E_POINTER;
-    info->hAccel = nullptr;
-    info->cAccel = 0;
-    info->dwFlags = 0;
-    return S_OK;
-}
-
-HRESULT BandscopeControl::FreezeEvents(BOOL freeze) {
-    if (freeze)
-        ++freezeCount_;
-    else if (freezeCount_ > 0)
-        --freezeCount_;
-    return S_OK;
-}
-
-HRESULT BandscopeControl::GetClassID(CLSID* clsid) {
-    if (!clsid)
-        return E_POINTER;
-    *clsid = CLSID_kvBandscope;
-    return S_OK;
-}
-
-HRESULT BandscopeControl::GetSizeMax(ULARGE_INTEGER* size) {
-    if (!size)
-        return E_POINTER;
-    size->QuadPart = 0;
     return S_OK;
 }
 

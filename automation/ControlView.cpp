@@ -1,59 +1,75 @@
-// The control's picture for containers that draw it themselves.
-#include "automation/BandscopeControl.h"
+#include "automation/ControlView.h"
 
-#include "formenv/Twips.h"
+#include "automation/Firewall.h"
+#include "automation/Snapshot.h"
 
 namespace kv::automation {
 
-HRESULT BandscopeControl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*device*/,
-                               HDC /*deviceDc*/, HDC dc, LPCRECTL bounds, LPCRECTL /*windowBounds*/,
-                               BOOL(STDMETHODCALLTYPE* /*goOn*/)(ULONG_PTR), ULONG_PTR /*argument*/) {
-    if (aspect != DVASPECT_CONTENT)
+using Microsoft::WRL::ComPtr;
+
+namespace {
+
+/// The content as it is and as it would be printed are one, and as an opaque object it has a single pass of drawing.
+bool isDrawnAspect(DWORD aspect) {
+    return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE;
+}
+
+/// As above, for questions of place and size of the two-pass drawing.
+bool isPlacedAspect(DWORD aspect) {
+    return aspect == DVASPECT_CONTENT || aspect == DVASPECT_OPAQUE;
+}
+
+}  // namespace
+
+Snapshot ViewImpl::snapshot() {
+    return Snapshot(viewPixels(), [this](HDC dc, const RECT& bounds) { paintView(dc, bounds); });
+}
+
+HRESULT ViewImpl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*device*/, HDC /*deviceDc*/,
+                       HDC dc, LPCRECTL bounds, LPCRECTL /*windowBounds*/, BOOL(STDMETHODCALLTYPE* goOn)(ULONG_PTR),
+                       ULONG_PTR argument) {
+    if (!isDrawnAspect(aspect))
         return DV_E_DVASPECT;
     if (!dc || !bounds)
         return E_INVALIDARG;
-    return member([&] {
-        const formenv::Widget& control = scope_->children().userControl;
-        const int width = formenv::twipsToPixels(control.width(), platform_.dpi());
-        const int height = formenv::twipsToPixels(control.height(), platform_.dpi());
-        if (!windows_)
-            windows_ = std::make_unique<win32::WindowTree>(scope_->children().userControl, platform_,
-                                                           win32::WindowTree::Callbacks{});
-        // Painted at its own size and stretched by the mapping, so that any size shows the same picture.
-        const int saved = SaveDC(dc);
-        SetGraphicsMode(dc, GM_COMPATIBLE);
-        POINT corners[2] = {{bounds->left, bounds->top}, {bounds->right, bounds->bottom}};
-        LPtoDP(dc, corners, 2);
-        SetMapMode(dc, MM_ANISOTROPIC);
-        SetWindowOrgEx(dc, 0, 0, nullptr);
-        SetWindowExtEx(dc, width, height, nullptr);
-        SetViewportOrgEx(dc, corners[0].x, corners[0].y, nullptr);
-        SetViewportExtEx(dc, corners[1].x - corners[0].x, corners[1].y - corners[0].y, nullptr);
-        // The mode that a device context starts with darkens a reduced picture until thin lines are gone.
-        SetStretchBltMode(dc, HALFTONE);
-        SetBrushOrgEx(dc, 0, 0, nullptr);
-        windows_->paint(dc, {0, 0, width, height});
-        RestoreDC(dc, saved);
+    const ComPtr<IDataObject> alive(this);
+    return firewall(IID_IViewObject, [&] {
+        if (goOn && !goOn(argument))
+            return E_ABORT;
+        // Only logical units of `dc` are used and its mapping is left alone, so the window bounds of a metafile are met
+        // without being known.
+        return snapshot().drawTo(dc, *bounds) ? S_OK : E_FAIL;
     });
 }
 
-HRESULT BandscopeControl::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) {
+HRESULT ViewImpl::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) {
     if (!colors)
         return E_POINTER;
     *colors = nullptr;
     return S_FALSE;
 }
 
-HRESULT BandscopeControl::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
+HRESULT ViewImpl::Freeze(DWORD, LONG, void*, DWORD* key) {
+    if (key)
+        *key = 0;
+    return E_NOTIMPL;
+}
+
+HRESULT ViewImpl::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
+    if (sink && !(aspects & (DVASPECT_CONTENT | DVASPECT_DOCPRINT | DVASPECT_OPAQUE)))
+        return DV_E_DVASPECT;
+    const ComPtr<IDataObject> alive(this);
     viewAspects_ = aspects;
     viewFlags_ = flags;
+    // The one before may call back when it is let go.
+    const ComPtr<IAdviseSink> before = std::move(viewSink_);
     viewSink_ = sink;
     if (sink && (flags & ADVF_PRIMEFIRST))
-        viewChanged();
+        tellViewSink();
     return S_OK;
 }
 
-HRESULT BandscopeControl::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
+HRESULT ViewImpl::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
     if (aspects)
         *aspects = viewAspects_;
     if (flags)
@@ -61,17 +77,105 @@ HRESULT BandscopeControl::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** 
     return sink ? viewSink_.CopyTo(sink) : S_OK;
 }
 
-HRESULT BandscopeControl::GetExtent(DWORD aspect, LONG /*index*/, DVTARGETDEVICE* /*device*/, LPSIZEL size) {
-    return GetExtent(aspect, size);
+HRESULT ViewImpl::GetExtent(DWORD aspect, LONG /*index*/, DVTARGETDEVICE* /*device*/, LPSIZEL size) {
+    if (!size)
+        return E_POINTER;
+    *size = SIZEL{};
+    if (!isDrawnAspect(aspect))
+        return DV_E_DVASPECT;
+    *size = viewExtent();
+    return S_OK;
 }
 
-void BandscopeControl::viewChanged() noexcept {
-    const Microsoft::WRL::ComPtr<IAdviseSink> sink = viewSink_;
+HRESULT ViewImpl::GetRect(DWORD aspect, LPRECTL rect) {
+    if (!rect)
+        return E_POINTER;
+    *rect = RECTL{};
+    if (!isPlacedAspect(aspect))
+        return DV_E_DVASPECT;
+    const SIZEL extent = viewExtent();
+    rect->right = extent.cx;
+    rect->bottom = extent.cy;
+    return S_OK;
+}
+
+HRESULT ViewImpl::GetViewStatus(DWORD* status) {
+    if (!status)
+        return E_POINTER;
+    *status = VIEWSTATUS_OPAQUE | VIEWSTATUS_DVASPECTOPAQUE;
+    return S_OK;
+}
+
+LONG ViewImpl::closePixels(LONG himetric) {
+    const SIZEL extent = viewExtent();
+    return extent.cx > 0 && himetric > 0 ? static_cast<LONG>(MulDiv(himetric, viewPixels().cx, extent.cx)) : 0;
+}
+
+HRESULT ViewImpl::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT at, LONG close, DWORD* result) {
+    if (!result)
+        return E_POINTER;
+    *result = HITRESULT_OUTSIDE;
+    if (!bounds)
+        return E_POINTER;
+    if (!isPlacedAspect(aspect))
+        return DV_E_DVASPECT;
+    RECT around = *bounds;
+    InflateRect(&around, closePixels(close), closePixels(close));
+    if (PtInRect(bounds, at))
+        *result = HITRESULT_HIT;
+    else if (PtInRect(&around, at))
+        *result = HITRESULT_CLOSE;
+    return S_OK;
+}
+
+HRESULT ViewImpl::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT area, LONG close, DWORD* result) {
+    if (!result)
+        return E_POINTER;
+    *result = HITRESULT_OUTSIDE;
+    if (!bounds || !area)
+        return E_POINTER;
+    if (!isPlacedAspect(aspect))
+        return DV_E_DVASPECT;
+    RECT around = *bounds;
+    InflateRect(&around, closePixels(close), closePixels(close));
+    RECT common{};
+    if (IntersectRect(&common, bounds, area))
+        *result = HITRESULT_HIT;
+    else if (IntersectRect(&common, &around, area))
+        *result = HITRESULT_CLOSE;
+    return S_OK;
+}
+
+HRESULT ViewImpl::GetNaturalExtent(DWORD aspect, LONG /*index*/, DVTARGETDEVICE* /*device*/, HDC /*deviceDc*/,
+                                   DVEXTENTINFO* wanted, LPSIZEL size) {
+    if (!size)
+        return E_POINTER;
+    *size = SIZEL{};
+    if (!wanted)
+        return E_POINTER;
+    if (!isPlacedAspect(aspect))
+        return DV_E_DVASPECT;
+    if (wanted->dwExtentMode != DVEXTENT_CONTENT && wanted->dwExtentMode != DVEXTENT_INTEGRAL)
+        return E_INVALIDARG;
+    *size = viewNaturalExtent(wanted->dwExtentMode == DVEXTENT_INTEGRAL ? &wanted->sizelProposed : nullptr);
+    return S_OK;
+}
+
+void ViewImpl::tellViewSink() noexcept {
+    const ComPtr<IAdviseSink> sink = viewSink_;
     if (!sink)
         return;
+    const DWORD aspects = viewAspects_;
     if (viewFlags_ & ADVF_ONLYONCE)
         viewSink_.Reset();
-    sink->OnViewChange(viewAspects_, -1);
+    sink->OnViewChange(aspects, -1);
+}
+
+void ViewImpl::tellViewChanged() noexcept {
+    const ComPtr<IDataObject> alive(this);
+    tellViewSink();
+    if (const ComPtr<IDataAdviseHolder> sinks = dataSinks_)
+        sinks->SendOnDataChange(this, 0, 0);
 }
 
 }  // namespace kv::automation

@@ -45,7 +45,10 @@ void Module::addLock() noexcept {
 }
 
 void Module::releaseLock() noexcept {
-    --locks;
+    // An unlock too many must not leave a debt that the next lock would only pay off.
+    for (long held = locks; held > 0;)
+        if (locks.compare_exchange_weak(held, held - 1))
+            return;
 }
 
 bool Module::isIdle() noexcept {

@@ -142,8 +142,10 @@ void PictureBox::placed() {
 }
 
 void PictureBox::touched() {
-    if (dirty_)
+    if (dirty_) {
+        countChange(Change::Picture);
         return;
+    }
     dirty_ = peer() != nullptr;
     tellPeer(Change::Picture);
 }

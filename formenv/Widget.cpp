@@ -120,7 +120,17 @@ void Widget::setFont(const Font& font) {
     tellPeer(Change::Font);
 }
 
+void Widget::countChange(Change what) noexcept {
+    if (what == Change::ToolTip)
+        return;
+    Widget* root = this;
+    while (root->parent_)
+        root = root->parent_;
+    ++(what == Change::Caption || what == Change::Visible ? root->looks_.captions : root->looks_.changes);
+}
+
 void Widget::tellPeer(Change what) {
+    countChange(what);
     if (peer_)
         peer_->changed(what);
 }

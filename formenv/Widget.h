@@ -99,6 +99,15 @@ class Widget {
     [[nodiscard]] const Font& font() const noexcept { return font_; }
     void setFont(const Font& font);
 
+    /// Counts of what changed in the looks of a tree of widgets, kept by its root. Captions, and what is visible, are
+    /// counted by themselves: they change with every channel while a host loads.
+    struct Looks {
+        std::uint64_t changes = 0;
+        std::uint64_t captions = 0;
+        friend bool operator==(const Looks&, const Looks&) = default;
+    };
+    [[nodiscard]] const Looks& looks() const noexcept { return looks_; }
+
     [[nodiscard]] Peer* peer() const noexcept { return peer_; }
     void setPeer(Peer* peer) noexcept { peer_ = peer; }
 
@@ -119,6 +128,8 @@ class Widget {
     void tellPeer(Change what);
     /// Takes over a place that the window has already.
     void adoptPlace(const Place& place);
+    /// For changes that the window need not be told of.
+    void countChange(Change what) noexcept;
     /// Called after the place has changed, before the window is told.
     virtual void placed() {}
 
@@ -143,6 +154,7 @@ class Widget {
     Font font_;
     mutable Handler later_;
     Peer* peer_ = nullptr;
+    Looks looks_;
 };
 
 class Frame : public Widget {

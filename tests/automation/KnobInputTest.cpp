@@ -330,7 +330,10 @@ TEST_F(KnobInput, TheFormKeepsItsKeys) {
             message.hwnd = knob;
             message.message = WM_KEYDOWN;
             message.wParam = code;
-            EXPECT_EQ(active->TranslateAccelerator(&message), S_FALSE) << code;
+            // Tab goes through the control's parts before it leaves.
+            if (code != VK_TAB) {
+                EXPECT_EQ(active->TranslateAccelerator(&message), S_FALSE) << code;
+            }
         }
         EXPECT_TRUE(wants(knob, VK_LEFT));
         keyDown(knob, VK_UP);

@@ -1,0 +1,107 @@
+// What a container of controls tells and asks: ambient properties, frozen events, and the quick way to load.
+#include <olectl.h>
+
+#include "automation/BandscopeControl.h"
+
+namespace kv::automation {
+
+using Microsoft::WRL::ComPtr;
+
+namespace {
+
+/// 0 when the sink does not fit, as the container may offer one that this control has no use for.
+DWORD connectTo(ConnectionPointsImpl& points, REFIID iid, IUnknown* sink) {
+    ComPtr<IConnectionPoint> point;
+    DWORD cookie = 0;
+    if (sink && SUCCEEDED(points.FindConnectionPoint(iid, &point)))
+        point->Advise(sink, &cookie);
+    return cookie;
+}
+
+}  // namespace
+
+/// The captions have no mnemonics, and Enter and Escape are the form's.
+HRESULT BandscopeControl::GetControlInfo(CONTROLINFO* info) {
+    if (!info)
+        return E_POINTER;
+    info->hAccel = nullptr;
+    info->cAccel = 0;
+    info->dwFlags = 0;
+    return S_OK;
+}
+
+HRESULT BandscopeControl::OnMnemonic(MSG* message) {
+    return message ? S_OK : E_INVALIDARG;
+}
+
+HRESULT BandscopeControl::FreezeEvents(BOOL freeze) {
+    if (freeze)
+        ++freezeCount_;
+    else if (freezeCount_ > 0)
+        --freezeCount_;
+    return S_OK;
+}
+
+bool BandscopeControl::ambientFlag(DISPID property, bool otherwise) noexcept {
+    ComPtr<IDispatch> ambient;
+    const ComPtr<IOleClientSite> site = site_;
+    if (!site || FAILED(site.As(&ambient)))
+        return otherwise;
+    DISPPARAMS none{};
+    Variant value;
+    if (FAILED(ambient->Invoke(property, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value, nullptr,
+                               nullptr)) ||
+        value.vt == VT_EMPTY || FAILED(VariantChangeType(&value, &value, 0, VT_BOOL)))
+        return otherwise;
+    return value.boolVal != VARIANT_FALSE;
+}
+
+/// In a designer, and while the container wants no input, clicks and keys go to the container's own window.
+void BandscopeControl::adoptInputState() noexcept {
+    const bool userMode = ambientFlag(DISPID_AMBIENT_USERMODE, ambient_.userMode);
+    const bool uiDead = ambientFlag(DISPID_AMBIENT_UIDEAD, ambient_.uiDead);
+    const HWND root = rootWindow();
+    if (root && (IsWindowEnabled(root) != FALSE) != (userMode && !uiDead))
+        EnableWindow(root, userMode && !uiDead);
+}
+
+HRESULT BandscopeControl::OnAmbientPropertyChange(DISPID property) {
+    const ComPtr<IOleObject> alive(this);
+    // The look is the host's through the control's own members, so colours, font and the like change nothing.
+    if (property == DISPID_UNKNOWN || property == DISPID_AMBIENT_USERMODE || property == DISPID_AMBIENT_UIDEAD)
+        adoptInputState();
+    return S_OK;
+}
+
+HRESULT BandscopeControl::QuickActivate(QACONTAINER* container, QACONTROL* control) {
+    if (!container || !control)
+        return E_POINTER;
+    if (container->cbSize < sizeof *container || control->cbSize < sizeof *control)
+        return E_INVALIDARG;
+    const ComPtr<IOleObject> alive(this);
+    const ULONG size = control->cbSize;
+    *control = QACONTROL{};
+    control->cbSize = size;
+    const HRESULT sited = SetClientSite(container->pClientSite);
+    if (FAILED(sited))
+        return sited;
+    ambient_ = {(container->dwAmbientFlags & QACONTAINER_USERMODE) != 0,
+                (container->dwAmbientFlags & QACONTAINER_UIDEAD) != 0};
+    if (container->pAdviseSink)
+        SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
+    control->dwPropNotifyCookie = connectTo(*this, IID_IPropertyNotifySink, container->pPropertyNotifySink);
+    control->dwEventCookie = connectTo(*this, DIID___kvBandscope, container->pUnkEventSink);
+    GetMiscStatus(DVASPECT_CONTENT, &control->dwMiscStatus);
+    GetViewStatus(&control->dwViewStatus);
+    return S_OK;
+}
+
+HRESULT BandscopeControl::SetContentExtent(LPSIZEL size) {
+    return SetExtent(DVASPECT_CONTENT, size);
+}
+
+HRESULT BandscopeControl::GetContentExtent(LPSIZEL size) {
+    return GetExtent(DVASPECT_CONTENT, size);
+}
+
+}  // namespace kv::automation

@@ -1,0 +1,76 @@
+// The control's picture for containers: drawn where they want it, handed over as data, and word of its changes.
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <oleidl.h>
+#include <wrl/client.h>
+
+namespace kv::automation {
+
+class Snapshot;
+
+/// Viewing and data transfer. IUnknown is left to the class. Every way shows the whole control as it is at that moment,
+/// stretched to whatever is asked for; the control is opaque.
+class ViewImpl : public IViewObjectEx, public IDataObject {
+  public:
+    ViewImpl(const ViewImpl&) = delete;
+    ViewImpl& operator=(const ViewImpl&) = delete;
+
+    // IViewObject, IViewObject2, IViewObjectEx
+    HRESULT STDMETHODCALLTYPE Draw(DWORD aspect, LONG index, void* aspectInfo, DVTARGETDEVICE* device, HDC deviceDc,
+                                   HDC dc, LPCRECTL bounds, LPCRECTL windowBounds,
+                                   BOOL(STDMETHODCALLTYPE* goOn)(ULONG_PTR), ULONG_PTR argument) override;
+    HRESULT STDMETHODCALLTYPE GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) override;
+    HRESULT STDMETHODCALLTYPE Freeze(DWORD, LONG, void*, DWORD* key) override;
+    HRESULT STDMETHODCALLTYPE Unfreeze(DWORD) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) override;
+    HRESULT STDMETHODCALLTYPE GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) override;
+    HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, LONG index, DVTARGETDEVICE* device, LPSIZEL size) override;
+    HRESULT STDMETHODCALLTYPE GetRect(DWORD aspect, LPRECTL rect) override;
+    HRESULT STDMETHODCALLTYPE GetViewStatus(DWORD* status) override;
+    HRESULT STDMETHODCALLTYPE QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT at, LONG close, DWORD* result) override;
+    HRESULT STDMETHODCALLTYPE QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT area, LONG close,
+                                           DWORD* result) override;
+    HRESULT STDMETHODCALLTYPE GetNaturalExtent(DWORD aspect, LONG index, DVTARGETDEVICE* device, HDC deviceDc,
+                                               DVEXTENTINFO* wanted, LPSIZEL size) override;
+
+    // IDataObject
+    HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override;
+    HRESULT STDMETHODCALLTYPE GetDataHere(FORMATETC* format, STGMEDIUM* medium) override;
+    HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC* format) override;
+    HRESULT STDMETHODCALLTYPE GetCanonicalFormatEtc(FORMATETC* format, FORMATETC* canonical) override;
+    HRESULT STDMETHODCALLTYPE SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) override;
+    HRESULT STDMETHODCALLTYPE DAdvise(FORMATETC* format, DWORD flags, IAdviseSink* sink, DWORD* connection) override;
+    HRESULT STDMETHODCALLTYPE DUnadvise(DWORD connection) override;
+    HRESULT STDMETHODCALLTYPE EnumDAdvise(IEnumSTATDATA** advise) override;
+
+  protected:
+    ViewImpl() = default;
+    ~ViewImpl() = default;
+
+    /// Tells everybody who asked for it that the picture has changed. The container may do anything meanwhile.
+    void tellViewChanged() noexcept;
+    /// For those who want the data once more when there is to be none any longer.
+    void tellDataEnds() noexcept;
+
+    virtual SIZE viewPixels() = 0;
+    virtual SIZEL viewExtent() = 0;  ///< hundredths of a millimetre
+    /// The extent that suits the control best when it is offered `proposed`; the control's own choice without one.
+    virtual SIZEL viewNaturalExtent(const SIZEL* proposed) = 0;
+    virtual void paintView(HDC dc, const RECT& bounds) = 0;
+
+  private:
+    [[nodiscard]] Snapshot snapshot();
+    void tellViewSink() noexcept;
+    [[nodiscard]] LONG closePixels(LONG himetric);
+
+    Microsoft::WRL::ComPtr<IAdviseSink> viewSink_;
+    DWORD viewAspects_ = 0;
+    DWORD viewFlags_ = 0;
+    Microsoft::WRL::ComPtr<IDataAdviseHolder> dataSinks_;
+};
+
+}  // namespace kv::automation

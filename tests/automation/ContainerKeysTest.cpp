@@ -1,0 +1,222 @@
+// Whose keys are whose: the container's accelerators first, then what the control's parts want; Tab goes through the
+// parts and leaves at the end.
+#include <gmock/gmock.h>
+
+#include <array>
+
+#include "tests/automation/MessageBoxes.h"
+#include "tests/automation/RecordedContainer.h"
+
+namespace kv::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The Shift key as this thread sees it.
+class ShiftDown {
+  public:
+    ShiftDown() { set(0x80); }
+    ~ShiftDown() { set(0); }
+    ShiftDown(const ShiftDown&) = delete;
+    ShiftDown& operator=(const ShiftDown&) = delete;
+
+  private:
+    static void set(BYTE value) {
+        std::array<BYTE, 256> keys{};
+        EXPECT_TRUE(GetKeyboardState(keys.data()));
+        keys[VK_SHIFT] = value;
+        keys[VK_LSHIFT] = value;
+        EXPECT_TRUE(SetKeyboardState(keys.data()));
+    }
+};
+
+class ContainerKeys : public testing::Test {
+  protected:
+    RecordedContainer container;
+    CallLog& log = container.log;
+    ComPtr<IOleInPlaceActiveObject> active;
+
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(container.activate());
+        container.draw();
+        pump();
+        ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
+        active = container.as<IOleInPlaceActiveObject>();
+        log.calls.clear();
+    }
+    HRESULT key(WPARAM code, UINT message = WM_KEYDOWN) const {
+        MSG pressed{};
+        pressed.hwnd = GetFocus();
+        pressed.message = message;
+        pressed.wParam = code;
+        pressed.lParam = 1;
+        return active->TranslateAccelerator(&pressed);
+    }
+    std::vector<HWND> stops() const {
+        std::vector<HWND> found;
+        EnumChildWindows(container.root(), &ContainerKeys::visit, reinterpret_cast<LPARAM>(&found));
+        return found;
+    }
+    HWND stop(const wchar_t* className) const {
+        for (const HWND window : stops())
+            if (windowClass(window) == className)
+                return window;
+        ADD_FAILURE() << "no such part";
+        return nullptr;
+    }
+
+  private:
+    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
+        if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(window))
+            reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
+        return TRUE;
+    }
+};
+
+TEST_F(ContainerKeys, TheContainerComesFirst) {
+    SetFocus(stop(L"tdKnMover"));
+    log.answers["TranslateAccelerator"] = S_OK;
+    const HWND focus = GetFocus();
+    for (const WPARAM code : {VK_LEFT, VK_ESCAPE, VK_RETURN, VK_F5})
+        EXPECT_EQ(key(code), S_OK) << code;
+    EXPECT_EQ(log.count("TranslateAccelerator"), 4);
+    EXPECT_EQ(GetFocus(), focus);
+    // A Tab that leads out of the control is the container's like any other key; one that stays inside is not.
+    SetFocus(stops().back());
+    log.calls.clear();
+    EXPECT_EQ(key(VK_TAB), S_OK);
+    EXPECT_THAT(log.take(), ElementsAre("TranslateAccelerator"));
+    EXPECT_EQ(GetFocus(), stops().back());
+    const ShiftDown shift;
+    EXPECT_EQ(key(VK_TAB), S_OK);
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_EQ(GetFocus(), stops().at(stops().size() - 2));
+}
+
+TEST_F(ContainerKeys, AContainerThatAsksBackGetsAnAnswer) {
+    HRESULT inner = E_UNEXPECTED;
+    log.inside["TranslateAccelerator"] = [&] { inner = key(VK_LEFT); };
+    SetFocus(stop(L"tdKnMover"));
+    EXPECT_EQ(key(VK_LEFT), S_OK);
+    EXPECT_EQ(inner, S_FALSE);
+    EXPECT_EQ(log.count("TranslateAccelerator"), 1);
+}
+
+TEST_F(ContainerKeys, OnlyKeysAndOnlyWithTheFocus) {
+    EXPECT_EQ(key(0, WM_MOUSEMOVE), S_FALSE);
+    EXPECT_EQ(active->TranslateAccelerator(nullptr), E_POINTER);
+    SetFocus(container.host.get());
+    log.calls.clear();
+    EXPECT_EQ(key(VK_TAB), S_FALSE);
+    EXPECT_EQ(key(VK_LEFT), S_FALSE);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
+    double before = 0.0;
+    double after = 0.0;
+    EXPECT_EQ(container.control->get_DisplayCenterFreq(&before), S_OK);
+    SetFocus(stop(L"tdKnMover"));
+    EXPECT_EQ(key(VK_UP), S_OK);
+    EXPECT_EQ(container.control->get_DisplayCenterFreq(&after), S_OK);
+    EXPECT_NE(before, after) << "the knob has turned";
+    SetFocus(stop(L"ComboBox"));
+    const auto chosen = [&] { return SendMessageW(GetFocus(), CB_GETCURSEL, 0, 0); };
+    const LRESULT item = chosen();
+    EXPECT_EQ(key(VK_DOWN), S_OK);
+    EXPECT_NE(chosen(), item);
+    // A button has no use for arrows; letters, releases and what Alt goes with are for the container's own loop.
+    SetFocus(stop(L"Button"));
+    EXPECT_EQ(key(VK_LEFT), S_FALSE);
+    EXPECT_EQ(key(VK_SPACE), S_FALSE);
+    SetFocus(stop(L"tdKnMover"));
+    EXPECT_EQ(key(VK_LEFT, WM_KEYUP), S_FALSE);
+    EXPECT_EQ(key('A', WM_CHAR), S_FALSE);
+    EXPECT_EQ(key(VK_LEFT, WM_SYSKEYDOWN), S_FALSE);
+}
+
+TEST_F(ContainerKeys, EnterAndEscapeAreTheForms) {
+    for (const HWND part : stops()) {
+        SetFocus(part);
+        EXPECT_EQ(key(VK_RETURN), S_FALSE) << testing::PrintToString(windowText(part));
+        EXPECT_EQ(key(VK_ESCAPE), S_FALSE) << testing::PrintToString(windowText(part));
+    }
+}
+
+TEST_F(ContainerKeys, EscapeIsTheDragsWhileThereIsOne) {
+    const HWND knob = stop(L"tdKnMover");
+    RECT size{};
+    GetClientRect(knob, &size);
+    SendMessageW(knob, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(size.right / 2, size.bottom / 2));
+    SendMessageW(knob, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(size.right / 2, size.bottom / 2 - 30));
+    ASSERT_EQ(GetCapture(), knob);
+    EXPECT_EQ(key(VK_RETURN), S_FALSE);
+    EXPECT_EQ(key(VK_ESCAPE), S_OK);
+    EXPECT_EQ(GetCapture(), nullptr) << "given up";
+    EXPECT_EQ(key(VK_ESCAPE), S_FALSE);
+    const HWND box = stop(L"ComboBox");
+    SetFocus(box);
+    SendMessageW(box, CB_SHOWDROPDOWN, TRUE, 0);
+    ASSERT_TRUE(SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0));
+    EXPECT_EQ(key(VK_ESCAPE), S_OK);
+    EXPECT_FALSE(SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0));
+}
+
+TEST_F(ContainerKeys, TabGoesThroughAndOut) {
+    const std::vector<HWND> parts = stops();
+    ASSERT_GT(parts.size(), 4U);
+    SetFocus(parts.front());
+    log.calls.clear();
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        EXPECT_EQ(key(VK_TAB), S_OK);
+        EXPECT_EQ(GetFocus(), parts[i]) << i;
+    }
+    EXPECT_EQ(key(VK_TAB), S_FALSE) << "the container moves on";
+    EXPECT_EQ(GetFocus(), parts.back());
+    {
+        const ShiftDown shift;
+        for (std::size_t i = parts.size() - 1; i-- > 0;) {
+            EXPECT_EQ(key(VK_TAB), S_OK);
+            EXPECT_EQ(GetFocus(), parts[i]) << i;
+        }
+        EXPECT_EQ(key(VK_TAB), S_FALSE);
+    }
+    EXPECT_EQ(log.count("OnFocus(lost)"), 0);
+    EXPECT_EQ(log.count("OnUIActivate"), 0);
+}
+
+TEST_F(ContainerKeys, TabComesInAtTheEndItComesFrom) {
+    const std::vector<HWND> parts = stops();
+    MSG tab{};
+    tab.message = WM_KEYDOWN;
+    tab.wParam = VK_TAB;
+    SetFocus(container.host.get());
+    EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE, &tab), S_OK);
+    EXPECT_EQ(GetFocus(), parts.front());
+    SetFocus(container.host.get());
+    {
+        const ShiftDown shift;
+        EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE, &tab), S_OK);
+    }
+    EXPECT_EQ(GetFocus(), parts.back());
+    SetFocus(parts[2]);
+    SetFocus(container.host.get());
+    EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
+    EXPECT_EQ(GetFocus(), parts[2]) << "without Tab, where it was";
+}
+
+TEST_F(ContainerKeys, ThereAreNoMnemonics) {
+    const auto control = container.as<IOleControl>();
+    CONTROLINFO info{sizeof info, reinterpret_cast<HACCEL>(1), 7, 7};
+    EXPECT_EQ(control->GetControlInfo(&info), S_OK);
+    EXPECT_EQ(info.hAccel, nullptr);
+    EXPECT_EQ(info.cAccel, 0);
+    EXPECT_EQ(info.dwFlags, 0U) << "neither Enter nor Escape";
+    EXPECT_EQ(control->GetControlInfo(nullptr), E_POINTER);
+    MSG message{};
+    EXPECT_EQ(control->OnMnemonic(&message), S_OK);
+}
+
+}  // namespace
+}  // namespace kv::test
