@@ -1,0 +1,207 @@
+// Events in the procedures of a script, connected as a script host does it: the control's class information says which
+// event has which name, and the procedures are called "spectrum_" and that name.
+#include <gmock/gmock.h>
+
+#include <activscp.h>
+
+#include "tests/automation/HostedControl.h"
+#include "tests/automation/MockSite.h"
+
+namespace kv::test {
+namespace {
+
+/// A script in an engine inside this process.
+class ScriptProgram final : public Counted<IActiveScriptSite> {
+  public:
+    std::vector<std::wstring> errors;
+
+    /// Runs `text`; false when there is no such engine.
+    bool start(const wchar_t* language, const wchar_t* text) {
+        CLSID clsid{};
+        if (FAILED(CLSIDFromProgID(language, &clsid)) ||
+            FAILED(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(engine_.GetAddressOf()))))
+            return false;
+        ComPtr<IActiveScriptParse> parse;
+        return SUCCEEDED(engine_.As(&parse)) && SUCCEEDED(parse->InitNew()) &&
+               SUCCEEDED(engine_->SetScriptSite(this)) &&
+               SUCCEEDED(parse->ParseScriptText(text, nullptr, nullptr, nullptr, 0, 0, SCRIPTTEXT_ISVISIBLE, nullptr,
+                                                nullptr)) &&
+               SUCCEEDED(engine_->SetScriptState(SCRIPTSTATE_CONNECTED));
+    }
+    /// The script's procedures and variables.
+    ComPtr<IDispatch> names() const {
+        ComPtr<IDispatch> dispatch;
+        EXPECT_EQ(engine_->GetScriptDispatch(nullptr, &dispatch), S_OK);
+        return dispatch;
+    }
+    void close() {
+        if (engine_)
+            engine_->Close();
+        engine_.Reset();
+    }
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IActiveScriptSite)
+            return E_NOINTERFACE;
+        *object = static_cast<IActiveScriptSite*>(this);
+        AddRef();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetLCID(LCID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetItemInfo(LPCOLESTR, DWORD, IUnknown**, ITypeInfo**) override {
+        return TYPE_E_ELEMENTNOTFOUND;
+    }
+    HRESULT STDMETHODCALLTYPE GetDocVersionString(BSTR*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE OnScriptTerminate(const VARIANT*, const EXCEPINFO*) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnStateChange(SCRIPTSTATE) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnScriptError(IActiveScriptError* error) override {
+        EXCEPINFO info{};
+        error->GetExceptionInfo(&info);
+        errors.emplace_back(info.bstrDescription ? info.bstrDescription : L"an error");
+        SysFreeString(info.bstrSource);
+        SysFreeString(info.bstrDescription);
+        SysFreeString(info.bstrHelpFile);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE OnEnterScript() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnLeaveScript() override { return S_OK; }
+
+  private:
+    ComPtr<IActiveScript> engine_;
+};
+
+/// The description of a control's events, as its class information leads to it.
+ComPtr<ITypeInfo> eventsOf(IUnknown* control) {
+    ComPtr<IProvideClassInfo2> provider;
+    ComPtr<ITypeInfo> coclass;
+    ComPtr<ITypeInfo> events;
+    ComPtr<ITypeLib> library;
+    GUID iid{};
+    UINT index = 0;
+    EXPECT_EQ(control->QueryInterface(IID_PPV_ARGS(provider.GetAddressOf())), S_OK);
+    EXPECT_EQ(provider->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &iid), S_OK);
+    EXPECT_EQ(provider->GetClassInfo(&coclass), S_OK);
+    EXPECT_EQ(coclass->GetContainingTypeLib(&library, &index), S_OK);
+    EXPECT_EQ(library->GetTypeInfoOfGuid(iid, &events), S_OK);
+    return events;
+}
+
+class ScriptSink final : public Counted<IDispatch> {
+  public:
+    ScriptSink(ComPtr<ITypeInfo> events, ComPtr<IDispatch> script)
+        : events_(std::move(events)), script_(std::move(script)) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IDispatch && iid != DIID___kvBandscope)
+            return E_NOINTERFACE;
+        *object = static_cast<IDispatch*>(this);
+        AddRef();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD, DISPPARAMS* params, VARIANT* result,
+                                     EXCEPINFO*, UINT*) override {
+        Text name;
+        UINT count = 0;
+        EXPECT_EQ(events_->GetNames(id, name.put(), 1, &count), S_OK);
+        const DISPID procedure = idOf(script_.Get(), (L"spectrum_" + name.str()).c_str());
+        return script_->Invoke(procedure, IID_NULL, locale, DISPATCH_METHOD, params, result, nullptr, nullptr);
+    }
+
+  private:
+    ComPtr<ITypeInfo> events_;
+    ComPtr<IDispatch> script_;
+};
+
+struct Language {
+    const char* test;
+    const wchar_t* name;
+    const wchar_t* text;
+    const wchar_t* heard;
+};
+
+const Language kLanguages[] = {{"Basic", L"VBScript",
+                                L"heard = \"\"\n"
+                                L"Sub spectrum_ChgFreqRange(dMin, dMax)\n"
+                                L"  heard = heard & TypeName(dMin) & \" \" & (dMin < 450 And dMax > 450) & \" \"\n"
+                                L"End Sub\n"
+                                L"Sub spectrum_ChgGridRange()\n"
+                                L"  heard = heard & \"grid\"\n"
+                                L"End Sub\n"
+                                L"Function told()\n"
+                                L"  told = heard\n"
+                                L"End Function\n",
+                                L"Double True grid"},
+                               {"Java", L"JScript",
+                                L"var heard = '';\n"
+                                L"function spectrum_ChgFreqRange(dMin, dMax) {\n"
+                                L"  heard += typeof dMin + ' ' + (dMin < 450 && dMax > 450) + ' ';\n"
+                                L"}\n"
+                                L"function spectrum_ChgGridRange() { heard += 'grid'; }\n"
+                                L"function told() { return heard; }\n",
+                                L"number true grid"}};
+
+class ScriptEvents : public testing::TestWithParam<Language> {};
+
+TEST_P(ScriptEvents, ReachItsProcedures) {
+    const ComPtr<ScriptProgram> script(new ScriptProgram);
+    ASSERT_TRUE(script->start(GetParam().name, GetParam().text));
+    {
+        Scope scope;
+        scope.AddTXChnl(channel({.freq = 450.0, .bw = 25.0, .power = 30.0, .key = L"TX1"}));
+        EXPECT_TRUE(scope.DrawDisplay());
+        const HostedControl hosted(scope);
+        ComPtr<IConnectionPointContainer> points;
+        ComPtr<IConnectionPoint> point;
+        DWORD cookie = 0;
+        const ComPtr<ScriptSink> sink(new ScriptSink(eventsOf(scope.get()), script->names()));
+        ASSERT_EQ(scope->QueryInterface(IID_PPV_ARGS(points.GetAddressOf())), S_OK);
+        ASSERT_EQ(points->FindConnectionPoint(DIID___kvBandscope, &point), S_OK);
+        ASSERT_EQ(point->Advise(sink.Get(), &cookie), S_OK);
+        hosted.chooseGridRange(0);
+        EXPECT_EQ(call(script->names().Get(), L"told").result.text(), GetParam().heard);
+        EXPECT_EQ(point->Unadvise(cookie), S_OK);
+        EXPECT_EQ(sink->references(), 1U);
+    }
+    EXPECT_THAT(script->errors, testing::IsEmpty());
+    script->close();
+    EXPECT_EQ(canUnloadNow(), S_OK);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, ScriptEvents, testing::ValuesIn(kLanguages),
+                         [](const auto& tested) { return tested.param.test; });
+
+/// A sink in a script that stops with an error is the script's own trouble.
+TEST(ScriptEventErrors, StayInTheScript) {
+    const ComPtr<ScriptProgram> script(new ScriptProgram);
+    ASSERT_TRUE(script->start(L"VBScript",
+                              L"Sub spectrum_ChgFreqRange(dMin, dMax)\n"
+                              L"  Err.Raise 5\n"
+                              L"End Sub\n"
+                              L"Sub spectrum_ChgGridRange()\n"
+                              L"  NoSuchProcedure\n"
+                              L"End Sub\n"));
+    Scope scope;
+    scope.AddTXChnl(channel({.freq = 450.0, .bw = 25.0, .power = 30.0, .key = L"TX1"}));
+    EXPECT_TRUE(scope.DrawDisplay());
+    const HostedControl hosted(scope);
+    ComPtr<IConnectionPointContainer> points;
+    ComPtr<IConnectionPoint> point;
+    DWORD cookie = 0;
+    const ComPtr<ScriptSink> sink(new ScriptSink(eventsOf(scope.get()), script->names()));
+    ASSERT_EQ(scope->QueryInterface(IID_PPV_ARGS(points.GetAddressOf())), S_OK);
+    ASSERT_EQ(points->FindConnectionPoint(DIID___kvBandscope, &point), S_OK);
+    ASSERT_EQ(point->Advise(sink.Get(), &cookie), S_OK);
+    hosted.chooseGridRange(0);
+    EXPECT_EQ(hosted.log.count(HostedControl::kChgFreqRange), 1) << "the others hear of it all the same";
+    EXPECT_EQ(hosted.log.count(HostedControl::kChgGridRange), 1);
+    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+    script->close();
+}
+
+}  // namespace
+}  // namespace kv::test
