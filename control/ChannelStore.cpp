@@ -168,10 +168,12 @@ bool ChannelStore::removeAtOnce(ChannelKind kind, std::int32_t index) {
     const FreqSlotFields& fields = *list[static_cast<std::size_t>(index)]->watch();
     if (!keys_.closeGap(fields.sKey, kind, index))
         return false;
+    ChannelSnapshot::Removal removal(snapshot(kind));
     EdgeRange& range = edges(kind);
     range.known = range.known && fields.dFreqLo > range.minimum && fields.dFreqHi < range.maximum;
     matches_.drop();
     const FreqSlotRef gone = list.take(static_cast<std::size_t>(index));
+    removal.done(index);
     return true;
 }
 
@@ -196,6 +198,7 @@ void ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
     edges(kind).known = false;
     matches_.drop();
     ChannelList& list = channels(kind);
+    ChannelSnapshot::Removal removal(snapshot(kind));
     // Reading a key may run the host's code, which may change the list: its length is asked for again each time.
     for (std::int32_t j = index; j < count(kind) - 1; ++j) {
         const FreqSlotRef moved = at(kind, j + 1);
@@ -204,8 +207,10 @@ void ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
         forgetKey(key);
         addKey(key, kind, j);
     }
-    if (!list.empty())
-        static_cast<void>(list.take(list.size() - 1));
+    if (list.empty())
+        return;
+    static_cast<void>(list.take(list.size() - 1));
+    removal.done(std::min(index, count(kind)));
 }
 
 void ChannelStore::forgetKey(std::wstring_view key) {
@@ -216,6 +221,7 @@ void ChannelStore::forgetKey(std::wstring_view key) {
 void ChannelStore::clear(ChannelKind kind) noexcept {
     // Dropping a reference may run the host's code, which must find the store already empty.
     ChannelList dropped;
+    snapshot(kind).drop();
     dropped.swap(channels(kind));
     keys_.emptied(kind);
     edges(kind) = {};

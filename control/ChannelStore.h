@@ -10,6 +10,7 @@
 
 #include "control/ChannelKind.h"
 #include "control/ChannelList.h"
+#include "control/ChannelSnapshot.h"
 #include "control/FreqSlot.h"
 #include "control/KeyIndex.h"
 #include "control/MatchIndex.h"
@@ -41,6 +42,14 @@ class ChannelStore {
     [[nodiscard]] std::int32_t count(ChannelKind kind) const noexcept;
     /// Nothing outside 0 to count - 1.
     [[nodiscard]] FreqSlotRef at(ChannelKind kind, std::int32_t index) const noexcept;
+    /// The same without a reference, for an index from 0 to count - 1.
+    [[nodiscard]] FreqSlot* peek(ChannelKind kind, std::int32_t index) const noexcept {
+        return channels(kind)[static_cast<std::size_t>(index)];
+    }
+    /// The copy of a kind's records; it is up to whoever wants it to have it brought up to date.
+    [[nodiscard]] ChannelSnapshot& snapshot(ChannelKind kind) const noexcept {
+        return kind == ChannelKind::TX ? txSnapshot_ : rxSnapshot_;
+    }
 
     /// The channel at the key's index in this kind's array, when its own key equals `key` exactly; else nothing.
     [[nodiscard]] FreqSlotRef findByKey(ChannelKind kind, std::wstring_view key) const;
@@ -103,6 +112,8 @@ class ChannelStore {
     std::array<EdgeRange, 2> edges_;
     mutable MatchIndex matches_;
     Extremes extremes_;
+    mutable ChannelSnapshot txSnapshot_;
+    mutable ChannelSnapshot rxSnapshot_;
 };
 
 }  // namespace kv::control

@@ -36,11 +36,11 @@ void FreqSlotBase::setNIMComps(std::int16_t count) {
     fields_.components.resize(static_cast<std::size_t>(count));
 }
 
-// The drawing that has set the flag knows of it; only one that was taken back may surprise a copy of the record.
+// The mark of a visible record may be news to a copy of it, which at worst sets it once more; any other change matters.
 void FreqSlotBase::setBDrawn(bool value) {
-    const bool takenBack = fields_.bDrawn && !value;
+    const bool matters = fields_.bDrawn != value && !(value && fields_.bVisible);
     fields_.bDrawn = value;
-    if (takenBack)
+    if (matters)
         changed();
 }
 

@@ -129,6 +129,16 @@ Canvas& PictureBox::target() {
     return diverted_ ? *diverted_ : surface().canvas();
 }
 
+RasterCanvas* PictureBox::raster() {
+    return dynamic_cast<RasterCanvas*>(&target());
+}
+
+void PictureBox::storedUpTo(double x, double y) {
+    currentX = x;
+    currentY = y;
+    touched();
+}
+
 void PictureBox::placed() {
     if (!surface_)
         return;
@@ -160,16 +170,6 @@ void PictureBox::cls() {
 void PictureBox::setBackColor(OleColor color) {
     Widget::setBackColor(color);
     cls();
-}
-
-int PictureBox::pixelX(double x) const noexcept {
-    const UserScale s = scale();
-    return toNearestPixel((x - s.left) / s.width * pixelSize().width);
-}
-
-int PictureBox::pixelY(double y) const noexcept {
-    const UserScale s = scale();
-    return toNearestPixel((y - s.top) / s.height * pixelSize().height);
 }
 
 double PictureBox::userX(int pixel) const noexcept {

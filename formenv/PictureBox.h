@@ -4,20 +4,11 @@
 #include <memory>
 #include <string_view>
 
+#include "formenv/PixelMap.h"
 #include "formenv/Platform.h"
 #include "formenv/Widget.h"
 
 namespace kv::formenv {
-
-/// The coordinate system of a picture box: `left`, `top` at its upper left corner, `width`, `height` across it. A
-/// negative height makes y grow upwards.
-struct UserScale {
-    double left = 0.0;
-    double top = 0.0;
-    double width = 1.0;
-    double height = 1.0;
-    friend bool operator==(const UserScale&, const UserScale&) = default;
-};
 
 /// Plain lines follow GDI's LineTo: the last pixel is left out. Boxes include all four edges, so that a box narrower
 /// than a pixel still shows as a column. Coordinates are rounded to the nearest pixel, halves up, here and only here.
@@ -74,8 +65,9 @@ class PictureBox : public Widget {
     [[nodiscard]] double textHeight(std::wstring_view text);
 
     /// One map from user units to pixels; saturates far outside.
-    [[nodiscard]] int pixelX(double x) const noexcept;
-    [[nodiscard]] int pixelY(double y) const noexcept;
+    [[nodiscard]] PixelMap pixelMap() const noexcept { return {scale(), pixelSize()}; }
+    [[nodiscard]] int pixelX(double x) const noexcept { return pixelMap().x(x); }
+    [[nodiscard]] int pixelY(double y) const noexcept { return pixelMap().y(y); }
     /// User units of a pixel's left and upper edge.
     [[nodiscard]] double userX(int pixel) const noexcept;
     [[nodiscard]] double userY(int pixel) const noexcept;
@@ -84,6 +76,11 @@ class PictureBox : public Widget {
     /// The kept picture. Valid until the box changes its size.
     [[nodiscard]] Surface& surface();
     [[nodiscard]] Platform& platform() const noexcept { return platform_; }
+
+    /// The canvas as pixels to store into, past all drawing properties; nothing where it has none. What was stored is
+    /// to be told with `storedUpTo` and the position that drawing would have left.
+    [[nodiscard]] RasterCanvas* raster();
+    void storedUpTo(double x, double y);
 
     /// The window shows the picture from here on; the next stroke asks for a repaint again.
     void shown() noexcept { dirty_ = false; }

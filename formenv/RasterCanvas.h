@@ -23,6 +23,8 @@ class RasterCanvas : public Canvas {
 
     /// Draws into other pixels from now on.
     void attach(PixelBuffer pixels) noexcept;
+    [[nodiscard]] const PixelBuffer& pixels() const noexcept { return pixels_; }
+    [[nodiscard]] const HatchTiles& tiles() const noexcept { return tiles_; }
 
     [[nodiscard]] PixelSize size() const override;
     void clear(Rgb color) override;

@@ -1,0 +1,273 @@
+// The flat copy of the records against the records themselves, whatever has happened to them.
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <utility>
+
+#include "control/ChannelStore.h"
+#include "tests/unit/QuietSlot.h"
+#include "tests/unit/ScopeFixture.h"
+
+namespace kv::control {
+namespace {
+
+class ChannelSnapshotTest : public ::testing::Test {
+  protected:
+    bool oneIn(unsigned n) { return random_() % n == 0; }
+    std::size_t upTo(std::size_t n) { return random_() % n; }
+    double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
+
+    void fill(FreqSlotFields& f) {
+        f.dFreq = oneIn(20) ? -1.0 : between(100.0, 200.0);
+        f.dFreqLo = f.dFreq - between(0.0, 2.0);
+        f.dFreqHi = f.dFreq + between(0.0, 2.0);
+        if (oneIn(20))
+            std::swap(f.dFreqLo, f.dFreqHi);
+        if (oneIn(30))
+            f.dFreqHi = oneIn(2) ? std::numeric_limits<double>::quiet_NaN() : std::numeric_limits<double>::infinity();
+        if (oneIn(50))
+            f.dFreqLo = -1e9;
+        f.dPwrDBM = between(-140.0, 20.0);
+        f.lColor = static_cast<std::uint32_t>(random_());
+        f.lColorLine = static_cast<std::uint32_t>(random_());
+        f.bVisible = !oneIn(8);
+        f.bDrawn = oneIn(2);
+    }
+
+    util::Ref<FreqSlotBase> add(ChannelKind kind, FreqSlotBase* made) {
+        const util::Ref<FreqSlotBase> slot(made);
+        fill(slot->fields());
+        slot->fields().sKey = (kind == ChannelKind::TX ? L"TX" : L"RX") + std::to_wstring(++lastKey_);
+        std::int32_t index = 0;
+        store_.add(kind, FreqSlotRef(made), index);
+        return slot;
+    }
+    void addQuiet(ChannelKind kind) { add(kind, new QuietSlot); }
+
+    void remove(ChannelKind kind, std::int32_t index) {
+        const FreqSlotRef channel = store_.at(kind, index);
+        if (!channel)
+            return;
+        // Past the member: reading it is the host's moment.
+        const std::wstring key = std::as_const(static_cast<FreqSlotBase&>(*channel)).fields().sKey;
+        try {
+            store_.closeGap(kind, index);
+            store_.forgetKey(key);
+        } catch (const util::RuntimeError&) {
+            // Somebody has taken the keys out of order; the store goes on with what there is.
+        }
+    }
+
+    void changeAny(ChannelKind kind) {
+        const auto count = static_cast<std::size_t>(store_.count(kind));
+        if (count == 0)
+            return;
+        auto& slot = static_cast<FreqSlotBase&>(*store_.at(kind, static_cast<std::int32_t>(upTo(count))));
+        switch (upTo(6)) {
+            case 0:
+                slot.setDFreq(between(100.0, 300.0));
+                break;
+            case 1:
+                slot.setDFreqHi(between(100.0, 300.0));
+                break;
+            case 2:
+                slot.setIFillStyle(static_cast<std::int16_t>(upTo(9)));
+                break;
+            case 3:
+                slot.setBDrawn(oneIn(2));
+                break;
+            case 4:
+                slot.setDFreqLo(between(0.0, 200.0));
+                break;
+            default: {
+                const std::wstring key = slot.sKey();
+                fill(slot.fields());
+                slot.fields().sKey = key;
+            }
+        }
+    }
+
+    void act(ChannelKind kind, bool mayClear) {
+        const auto count = static_cast<std::size_t>(store_.count(kind));
+        switch (upTo(12)) {
+            case 0:
+            case 1:
+            case 2:
+                changeAny(kind);
+                break;
+            case 3:
+            case 4:
+                if (count != 0)
+                    remove(kind, static_cast<std::int32_t>(upTo(count)));
+                break;
+            case 5:
+                if (mayClear && oneIn(4))
+                    store_.clear(kind);
+                break;
+            case 6:
+                // As a drawing does: it marks what it has drawn.
+                if (count != 0 && store_.snapshot(kind).update(store_, kind)) {
+                    ChannelSnapshot& snapshot = store_.snapshot(kind);
+                    const std::size_t place = snapshot.placeOf(static_cast<std::int32_t>(upTo(count)));
+                    if (snapshot.records()[place].bVisible)
+                        snapshot.markDrawn(place);
+                }
+                break;
+            case 7:
+                for (int i = 0; i < 40; ++i)
+                    addQuiet(kind);
+                break;
+            default:
+                addQuiet(kind);
+        }
+    }
+
+    bool anyForeign(ChannelKind kind) const {
+        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i) {
+            if (!channel->watch())
+                return true;
+        }
+        return false;
+    }
+
+    void compare(ChannelKind kind) {
+        ChannelSnapshot& snapshot = store_.snapshot(kind);
+        const bool current = snapshot.update(store_, kind);
+        ASSERT_EQ(current, !anyForeign(kind));
+        if (!current)
+            return;
+        ChannelSnapshot::PowerMap map;
+        map.pixels.scale = {0.0, 20.0, 1.0, -150.0};
+        map.pixels.size = {100, static_cast<int>(90 + upTo(2))};
+        map.floor = -130.0;
+        map.markHeight = oneIn(2) ? 10.0 : 5.0;
+        const std::vector<std::int16_t>& rows = snapshot.rows(map);
+        bool oddStyle = false;
+        std::int32_t index = 0;
+        ASSERT_EQ(rows.size(), snapshot.size());
+        for (std::size_t place = 0; place < snapshot.size(); ++place) {
+            if (!snapshot.isLive(place)) {
+                ASSERT_FALSE(snapshot.records()[place].bVisible);
+                ASSERT_EQ(rows[place], ChannelSnapshot::kNotShown);
+                continue;
+            }
+            ASSERT_EQ(snapshot.indexOf(place), index);
+            ASSERT_EQ(snapshot.placeOf(index), place);
+            ASSERT_LT(index, store_.count(kind));
+            const DrawRecord fresh = store_.at(kind, index)->drawRecord();
+            ASSERT_NO_FATAL_FAILURE(compare(snapshot, place, fresh, rows[place], map)) << place;
+            oddStyle = oddStyle || fresh.iFillStyle < 0 || fresh.iFillStyle > 7;
+            ++index;
+        }
+        ASSERT_EQ(index, store_.count(kind));
+        ASSERT_EQ(snapshot.hasOddStyle(), oddStyle);
+    }
+
+    static void compare(const ChannelSnapshot& snapshot, std::size_t place, const DrawRecord& fresh, std::int16_t row,
+                        const ChannelSnapshot::PowerMap& map) {
+        const DrawRecord& known = snapshot.records()[place];
+        const auto same = [](double a, double b) {
+            return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+        };
+        ASSERT_TRUE(same(known.dFreq, fresh.dFreq) && same(known.dFreqLo, fresh.dFreqLo) &&
+                    same(known.dFreqHi, fresh.dFreqHi) && same(known.dPwrDBM, fresh.dPwrDBM));
+        ASSERT_EQ(known.lColor, fresh.lColor);
+        ASSERT_EQ(known.lColorLine, fresh.lColorLine);
+        ASSERT_EQ(known.iFillStyle, fresh.iFillStyle);
+        ASSERT_EQ(known.bVisible, fresh.bVisible);
+        // A drawn mark may be news to the copy, as long as the record is visible; one that is gone may not.
+        ASSERT_TRUE(known.bDrawn == fresh.bDrawn || (fresh.bVisible && fresh.bDrawn));
+        const ChannelSnapshot::Block& block = snapshot.blocks()[place / ChannelSnapshot::kBlock];
+        if (!fresh.bVisible) {
+            ASSERT_EQ(row, ChannelSnapshot::kNotShown);
+            return;
+        }
+        ASSERT_TRUE(known.bDrawn || block.undrawn);
+        if (!ChannelSnapshot::isRegular(fresh)) {
+            ASSERT_EQ(row, ChannelSnapshot::kOdd);
+            ASSERT_TRUE(block.hasOdd);
+            return;
+        }
+        const double top = fresh.dPwrDBM > map.floor ? fresh.dPwrDBM : map.markHeight;
+        const double exact = std::floor((top - 20.0) / -150.0 * map.pixels.size.height + 0.5);
+        ASSERT_EQ(row, static_cast<int>(std::max(exact, 0.0)));
+        ASSERT_LE(block.lowest, fresh.dFreqLo);
+        ASSERT_GE(block.highest, fresh.dFreqHi);
+        ASSERT_GE(block.widest, fresh.dFreqHi - fresh.dFreqLo);
+        const ChannelSnapshot::Grid& grid = snapshot.grid();
+        const double low = grid.origin + grid.unit * snapshot.lowOnGrid()[place];
+        ASSERT_NEAR(low, fresh.dFreqLo, grid.unit * 1.01);
+        ASSERT_LE(low, fresh.dFreqLo + grid.unit * 0.01);
+    }
+
+    std::mt19937 random_{19570104};
+    ChannelStore store_;
+    int lastKey_ = 0;
+};
+
+TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanAfterAnySequenceOfChanges) {
+    for (int round = 0; round < 4000; ++round) {
+        const ChannelKind kind = oneIn(2) ? ChannelKind::TX : ChannelKind::RX;
+        for (std::size_t steps = upTo(6); steps > 0; --steps)
+            act(kind, true);
+        if (store_.count(kind) > 700)
+            store_.clear(kind);
+        ASSERT_NO_FATAL_FAILURE(compare(kind)) << "round " << round;
+    }
+}
+
+TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanWhenHostsCodeRunsInTheMidstOfARemoval) {
+    for (int round = 0; round < 1500; ++round) {
+        store_.clear(ChannelKind::TX);
+        store_.forgetAllKeys();
+        for (std::size_t count = 2 + upTo(6); count > 0; --count)
+            addQuiet(ChannelKind::TX);
+        auto* const foreign = new PlainSlot;
+        add(ChannelKind::TX, foreign);
+        const util::Ref<PlainSlot> held(foreign);
+        for (std::size_t count = upTo(4); count > 0; --count)
+            addQuiet(ChannelKind::TX);
+        int left = 2;
+        foreign->onRead = [&](std::string_view member) {
+            if (member != "sKey" || left-- <= 0)
+                return;
+            act(ChannelKind::TX, true);
+            EXPECT_FALSE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+            act(ChannelKind::TX, true);
+        };
+        for (std::size_t steps = 1 + upTo(3); steps > 0; --steps) {
+            const auto count = static_cast<std::size_t>(store_.count(ChannelKind::TX));
+            if (count != 0)
+                remove(ChannelKind::TX, static_cast<std::int32_t>(upTo(count)));
+            ASSERT_NO_FATAL_FAILURE(compare(ChannelKind::TX)) << "round " << round;
+        }
+        foreign->onRead = nullptr;
+    }
+}
+
+TEST_F(ChannelSnapshotTest, AForeignRecordLeavesNoCopyUntilItIsGone) {
+    addQuiet(ChannelKind::TX);
+    add(ChannelKind::TX, new PlainSlot);
+    addQuiet(ChannelKind::TX);
+    addQuiet(ChannelKind::RX);
+    EXPECT_FALSE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+    EXPECT_TRUE(store_.snapshot(ChannelKind::RX).update(store_, ChannelKind::RX));
+    remove(ChannelKind::TX, 1);
+    ASSERT_TRUE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+    EXPECT_EQ(store_.snapshot(ChannelKind::TX).size(), 2U);
+}
+
+TEST_F(ChannelSnapshotTest, AnUnwatchedRecordMovesNoRevision) {
+    const std::uint64_t before = recordRevision();
+    const util::Ref<FreqSlotBase> slot = add(ChannelKind::TX, new QuietSlot);
+    slot->setDFreq(5.0);
+    EXPECT_EQ(recordRevision(), before);
+    ASSERT_TRUE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+    slot->setDFreq(6.0);
+    EXPECT_NE(recordRevision(), before);
+}
+
+}  // namespace
+}  // namespace kv::control
