@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "control/ChannelStore.h"
 #include "control/Children.h"
+#include "control/CollectionPainter.h"
 #include "control/FreqSlot.h"
 #include "control/MouseReport.h"
 #include "formenv/FileServices.h"
@@ -186,11 +188,16 @@ class Bandscope {
     void tellRangeChanged();
     std::wstring knobFormat();
 
-    // SpectrumDrawing.cpp
+    // CollectionDrawing.cpp
     void DrawDisplayTX();
     void DrawDisplayRX();
     void drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl);
+    void refreshCollection(ChannelKind kind);
+    /// What painting a kind's channels all at once needs; nothing when they have to be drawn one by one.
+    std::optional<PaintedView> paintable(ChannelKind kind, bool onlyFrequencies);
     void DrawChnl(FreqSlot& channel);
+
+    // SpectrumDrawing.cpp
     void DrawGrid();
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
     void DrawFreqLbls();
@@ -318,6 +325,7 @@ class Bandscope {
     ChannelStore store_;
     ChannelSummary txSummary_;
     ChannelSummary rxSummary_;
+    CollectionPainter painter_;
     std::wstring sTXNoun_;  ///< chosen once a store, by Summary.cpp
     std::wstring sKnobFormat_;
     Look look_;

@@ -1,5 +1,5 @@
-// Paints channels, grid, labels and cursor line. Everything is in user units of the picture, MHz and dBm; the picture
-// box turns them into pixels.
+// Draws the display: grid, labels, cursor line and, by CollectionDrawing.cpp, the channels. Everything is in user units
+// of the picture, MHz and dBm; the picture box turns them into pixels.
 #include <string>
 #include <utility>
 
@@ -14,7 +14,6 @@ using formenv::PictureBox;
 
 namespace {
 
-constexpr int kCopyPen = 13;
 constexpr int kNotXorPen = 10;
 constexpr int kCrossHatch = 6;
 constexpr int kHeavy = 3;  // pixels: middle grid line and ticks
@@ -142,10 +141,8 @@ void Bandscope::Refresh() {
         ShowTXLabels(L"");
         ShowRXLabels();
         flag = 600;
-        for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
-            for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i)
-                DrawChnl(*channel);
-        }
+        for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
+            refreshCollection(kind);
     });
 }
 
@@ -168,70 +165,6 @@ void Bandscope::ClearDisplay() {
 
 void Bandscope::ClearDisplayLabels() {
     ui_.picUnits.cls();
-}
-
-void Bandscope::DrawDisplayTX() {
-    std::int16_t flag = 100;
-    std::int32_t kChnl = 0;
-    try {
-        drawCollection(ChannelKind::TX, flag, kChnl);
-    } catch (...) {
-        services_.errors.ErrHand(
-            flag, L"DrawDisplayTX",
-            L"kvBandscope.DrawDisplayTX Flag " + number(flag) + L" kChnl " + number(kChnl) + L" of " + number(NumTX()),
-            util::currentError());
-    }
-}
-
-void Bandscope::DrawDisplayRX() {
-    std::int16_t flag = 100;
-    std::int32_t kChnl = 0;
-    try {
-        drawCollection(ChannelKind::RX, flag, kChnl);
-    } catch (...) {
-        services_.errors.ErrHand(
-            flag, L"DrawDisplayRX",
-            L"kvBandscope.DrawDisplayRX Flag " + number(flag) + L" kChnl " + number(kChnl) + L" of " + number(NumRX()),
-            util::currentError());
-    }
-}
-
-void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl) {
-    const KeepDrawing keep(ui_.picSpectrum);
-    const std::int32_t count = store_.count(kind);
-    flag = 200;
-    for (kChnl = 1; kChnl <= count; ++kChnl) {
-        const FreqSlotRef channel = store_.at(kind, kChnl - 1);
-        if (!channel)
-            throw util::RuntimeError(util::error_number::kSubscriptOutOfRange);
-        if (channel->bVisible() && channel->dFreq() > 0.0)
-            DrawChnl(*channel);
-    }
-    flag = 300;
-}
-
-void Bandscope::DrawChnl(FreqSlot& channel) {
-    const DrawRecord record = channel.drawRecord();
-    if (!record.bVisible && !record.bDrawn)
-        return;
-    const double minFreq = DisplayMinFreq();
-    const double maxFreq = DisplayMaxFreq();
-    if (record.dFreqLo > maxFreq || record.dFreqHi < minFreq)
-        return;
-    PictureBox& picture = ui_.picSpectrum;
-    const KeepDrawing keep(picture);
-    const double floor = DisplayMinPwr();
-    // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
-    const double top = record.dPwrDBM > floor ? record.dPwrDBM : DisplayMaxPwr() / 2.0;
-    picture.setFillStyle(record.iFillStyle);
-    picture.setDrawMode(record.bVisible ? kCopyPen : kNotXorPen);
-    picture.setFillColor(record.lColor);
-    const double low = record.dFreqLo < minFreq ? minFreq : record.dFreqLo;
-    const double high = record.dFreqHi > maxFreq ? maxFreq : record.dFreqHi;
-    picture.box(low, floor, high, top, record.lColor);
-    if (record.dFreq >= minFreq && record.dFreq <= maxFreq)
-        picture.line(record.dFreq, floor, record.dFreq, top, record.lColorLine);
-    channel.setBDrawn(record.bVisible);
 }
 
 void Bandscope::DrawGrid() {

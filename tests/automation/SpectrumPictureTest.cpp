@@ -82,13 +82,16 @@ std::string differenceOf(const Picture& expected, const Picture& actual) {
 /// An unsited control with random channels, display and look.
 class Scene {
   public:
-    Scene(unsigned seed, Drawing drawing) : seed_(seed), drawing_(drawing), dice_(seed) {}
+    /// With `many` channels, which the control has painted before and knows by heart when the host changes them.
+    Scene(unsigned seed, Drawing drawing, bool many) : seed_(seed), drawing_(drawing), many_(many), dice_(seed) {}
 
     void run() {
         resize();
         look();
         fill();
         range();
+        if (many_)
+            draw();
         mutate();
         scope_.get()->put_nGridX(static_cast<short>(dice_.whole(-1, 25)));
         const std::vector<OracleChannel> tx = statesOf(tx_);
@@ -135,7 +138,7 @@ class Scene {
     void fill() {
         base_ = dice_.oneIn(3) ? dice_.real(1.0, 60.0) : dice_.real(100.0, 900.0);
         spread_ = dice_.oneIn(3) ? dice_.real(0.001, 0.5) : dice_.real(1.0, 60.0);
-        const int transmitters = dice_.oneIn(20) ? 0 : dice_.whole(1, 12);
+        const int transmitters = many_ ? dice_.whole(64, 200) : dice_.oneIn(20) ? 0 : dice_.whole(1, 12);
         const int receivers = dice_.whole(0, 6);
         for (int i = 0; i < transmitters + receivers; ++i) {
             const bool isTx = i < transmitters;
@@ -180,6 +183,8 @@ class Scene {
                 mutate(slot.Get());
     }
     void mutate(_FreqSlot* slot) {
+        if (many_ && dice_.oneIn(2))
+            return;
         if (dice_.oneIn(2))
             slot->put_iFillStyle(static_cast<short>(dice_.whole(0, 7)));
         if (dice_.oneIn(5))
@@ -255,6 +260,7 @@ class Scene {
 
     unsigned seed_;
     Drawing drawing_;
+    bool many_;
     Dice dice_;
     Scope scope_;
     OracleDisplay display_;
@@ -264,12 +270,13 @@ class Scene {
     double spread_ = 1.0;
 };
 
-void runSeeds(Drawing drawing, unsigned first, unsigned count) {
+void runSeeds(Drawing drawing, unsigned first, unsigned count, bool many = false) {
     for (unsigned seed = first; seed < first + count && !testing::Test::HasFailure(); ++seed)
-        Scene(seed, drawing).run();
+        Scene(seed, drawing, many).run();
 }
 
 constexpr unsigned kSets = 150;
+constexpr unsigned kLargeSets = 60;
 
 TEST(SpectrumPicture, DrawDisplayIsWhatGdiDraws) {
     runSeeds(Drawing::display, 1000, kSets);
@@ -281,6 +288,18 @@ TEST(SpectrumPicture, JustDrawItIsWhatGdiDraws) {
 
 TEST(SpectrumPicture, RefreshIsWhatGdiDraws) {
     runSeeds(Drawing::refresh, 3000, kSets);
+}
+
+TEST(SpectrumPicture, DrawDisplayOfManyChannelsIsWhatGdiDraws) {
+    runSeeds(Drawing::display, 4000, kLargeSets, true);
+}
+
+TEST(SpectrumPicture, JustDrawItOfManyChannelsIsWhatGdiDraws) {
+    runSeeds(Drawing::justDrawIt, 5000, kLargeSets, true);
+}
+
+TEST(SpectrumPicture, RefreshOfManyChannelsIsWhatGdiDraws) {
+    runSeeds(Drawing::refresh, 6000, kLargeSets, true);
 }
 
 }  // namespace

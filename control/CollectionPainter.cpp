@@ -1,0 +1,165 @@
+#include "control/CollectionPainter.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace kv::control {
+
+using formenv::PictureBox;
+using formenv::StandingBoxes;
+
+namespace {
+
+constexpr std::size_t kBlock = ChannelSnapshot::kBlock;
+constexpr double kCoarsest = 0.1;       // pixels a step of the grid
+constexpr double kFloatMargin = 0.005;  // pixels; columns are reckoned in single precision
+constexpr int kNoLevel = -1;
+
+}  // namespace
+
+bool CollectionPainter::canPaint(const PictureBox& picture, const formenv::RasterCanvas& canvas,
+                                 const ChannelSnapshot& snapshot, const PaintedView& view) {
+    const formenv::PixelMap& map = view.powers.pixels;
+    const formenv::PixelBuffer& pixels = canvas.pixels();
+    const double span = view.maxFreq - view.minFreq;
+    return !snapshot.hasOddStyle() && picture.drawWidth() == 1 && !pixels.empty() &&
+           pixels.width <= StandingBoxes::kMost && pixels.height <= StandingBoxes::kMost && map.size.width > 0 &&
+           map.size.height > 0 && span > 0.0 && std::isfinite(span) && map.scale.left == view.minFreq &&
+           map.scale.width == span && map.scale.height < 0.0 && std::isfinite(view.powers.floor) &&
+           map.y(view.powers.markHeight) <= map.y(view.powers.floor);
+}
+
+void CollectionPainter::paint(PictureBox& picture, formenv::RasterCanvas& canvas, ChannelSnapshot& snapshot,
+                              const PaintedView& view, std::size_t first, std::size_t last) {
+    snapshot_ = &snapshot;
+    picture_ = &picture;
+    view_ = view;
+    map_ = view.powers.pixels;
+    if (!moveToLast(picture, {first, last}))
+        return;
+    rows_ = snapshot.rows(view.powers).data();
+    setUpColumns(canvas.pixels().width);
+    boxes_.begin(canvas.pixels(), canvas.tiles(), map_.y(view.powers.floor), highestLevel());
+    for (std::size_t block = (last + kBlock - 1) / kBlock; block-- > first / kBlock;)
+        paintBlock(block, {std::max(first, block * kBlock), std::min(last, (block + 1) * kBlock)});
+    boxes_.end();
+}
+
+bool CollectionPainter::isOut(const ChannelSnapshot::Block& block) const noexcept {
+    return !block.hasOdd && (block.lowest > view_.maxFreq || block.highest < view_.minFreq);
+}
+
+bool CollectionPainter::reaches(const DrawRecord& record) const noexcept {
+    return record.bVisible && (!view_.onlyFrequencies || record.dFreq > 0.0) &&
+           !(record.dFreqLo > view_.maxFreq || record.dFreqHi < view_.minFreq);
+}
+
+bool CollectionPainter::moveToLast(PictureBox& picture, Places places) const {
+    for (std::size_t place = places.last; place-- > places.first;) {
+        const std::size_t block = place / kBlock;
+        if (isOut(snapshot_->blocks()[block])) {
+            place = std::max(block * kBlock, places.first);
+            continue;
+        }
+        const DrawRecord& record = snapshot_->records()[place];
+        if (!reaches(record))
+            continue;
+        const bool hasLine = record.dFreq >= view_.minFreq && record.dFreq <= view_.maxFreq;
+        const double high = record.dFreqHi > view_.maxFreq ? view_.maxFreq : record.dFreqHi;
+        picture.storedUpTo(hasLine ? record.dFreq : high, view_.powers.top(record));
+        return true;
+    }
+    return false;
+}
+
+// Columns count from the grid's step next to the left edge, where single precision is at its best.
+void CollectionPainter::setUpColumns(int width) {
+    const ChannelSnapshot::Grid& grid = snapshot_->grid();
+    const double perMHz = map_.size.width / map_.scale.width;
+    const double perStep = grid.unit * perMHz;
+    constexpr double kLast = 1 << ChannelSnapshot::kGridBits;
+    const double base = std::floor(std::clamp((view_.minFreq - grid.origin) / grid.unit, 0.0, kLast));
+    const double baseColumn = (grid.origin - view_.minFreq + base * grid.unit) * perMHz;
+    margin_ = perStep + kFloatMargin;
+    columns_.exactEnough = perStep <= kCoarsest;
+    columns_.base = static_cast<std::int32_t>(base);
+    columns_.perStep = static_cast<float>(perStep);
+    columns_.offset = static_cast<float>(baseColumn + StandingBoxes::kGuard + 0.5 - margin_);
+    columns_.limit = static_cast<float>(width + StandingBoxes::kGuard);
+}
+
+/// Of the windows that hold every box of a bandwidth, wherever its first column begins.
+int CollectionPainter::levelOf(double bandwidth) const noexcept {
+    const double width = bandwidth * map_.size.width / map_.scale.width + 2.0 * margin_;
+    if (!columns_.exactEnough || !(width < (1 << StandingBoxes::kLevels) - 2))
+        return kNoLevel;
+    return std::bit_width(static_cast<unsigned>(width) + 1U);
+}
+
+int CollectionPainter::highestLevel() const noexcept {
+    int highest = 0;
+    for (const ChannelSnapshot::Block& block : snapshot_->blocks())
+        highest = std::max(highest, isOut(block) ? 0 : levelOf(block.widest));
+    return highest;
+}
+
+void CollectionPainter::paintBlock(std::size_t block, Places places) {
+    const ChannelSnapshot::Block& known = snapshot_->blocks()[block];
+    if (isOut(known))
+        return;
+    const DrawRecord* const records = snapshot_->records().data();
+    const int level = levelOf(known.widest);
+    if (level == kNoLevel) {
+        for (std::size_t place = places.last; place-- > places.first;) {
+            if (rows_[place] != ChannelSnapshot::kNotShown)
+                paintRecord(records[place]);
+        }
+    } else {
+        const std::int32_t* const low = snapshot_->lowOnGrid().data() + places.first;
+        const std::size_t count = places.last - places.first;
+        const Columns to = columns_;
+        std::array<std::int32_t, kBlock> columns;
+        for (std::size_t i = 0; i < count; ++i) {
+            const float column = static_cast<float>(low[i] - to.base) * to.perStep + to.offset;
+            const float least = column > 0.0F ? column : 0.0F;
+            columns[i] = static_cast<std::int32_t>(least < to.limit ? least : to.limit);
+        }
+        const std::int16_t* const cover = boxes_.cover(level) - StandingBoxes::kGuard;
+        for (std::size_t i = count; i-- > 0;) {
+            if (rows_[places.first + i] < cover[columns[i]])
+                paintRecord(records[places.first + i]);
+        }
+    }
+    if (known.undrawn)
+        markDrawn(block, places);
+}
+
+void CollectionPainter::paintRecord(const DrawRecord& record) {
+    if (!reaches(record))
+        return;
+    const int top = map_.y(view_.powers.top(record));
+    if (record.dFreq >= view_.minFreq && record.dFreq <= view_.maxFreq)
+        boxes_.line(map_.x(record.dFreq), top, picture_->platform().resolve(record.lColorLine));
+    const int low = map_.x(record.dFreqLo < view_.minFreq ? view_.minFreq : record.dFreqLo);
+    const int high = map_.x(record.dFreqHi > view_.maxFreq ? view_.maxFreq : record.dFreqHi);
+    boxes_.box(std::min(low, high), std::max(low, high), top, static_cast<formenv::FillStyle>(record.iFillStyle),
+               picture_->platform().resolve(record.lColor));
+}
+
+void CollectionPainter::markDrawn(std::size_t block, Places places) {
+    bool left = places.first != block * kBlock || places.last != std::min((block + 1) * kBlock, snapshot_->size());
+    for (std::size_t place = places.first; place < places.last; ++place) {
+        const DrawRecord& record = snapshot_->records()[place];
+        if (!record.bVisible || record.bDrawn)
+            continue;
+        if (reaches(record))
+            snapshot_->markDrawn(place);
+        else
+            left = true;
+    }
+    if (!left)
+        snapshot_->allDrawn(block);
+}
+
+}  // namespace kv::control

@@ -1,0 +1,71 @@
+// Paints many channels of one kind at once, and of them only what can be seen.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "control/ChannelSnapshot.h"
+#include "formenv/PictureBox.h"
+#include "formenv/StandingBoxes.h"
+
+namespace kv::control {
+
+/// What the picture shows and which of the visible records are to be drawn.
+struct PaintedView {
+    double minFreq = 0.0;  ///< MHz, the picture's left edge
+    double maxFreq = 0.0;  ///< MHz, its right edge
+    ChannelSnapshot::PowerMap powers;
+    bool onlyFrequencies = true;  ///< those at a frequency above 0 alone
+};
+
+/// Leaves the picture, its current position and the marks `bDrawn` as drawing one record after the other does. Works
+/// from the last record to the first, so that nearly all of a large set is found hidden by two small numbers a record:
+/// its lower edge and the row of its top.
+class CollectionPainter {
+  public:
+    /// Can this be painted here? Needs fill styles that there are, one scale for frequencies and picture, and powers
+    /// that grow upwards.
+    [[nodiscard]] static bool canPaint(const formenv::PictureBox& picture, const formenv::RasterCanvas& canvas,
+                                       const ChannelSnapshot& snapshot, const PaintedView& view);
+
+    /// Paints the visible records at places from `first` up to, without, `last`.
+    void paint(formenv::PictureBox& picture, formenv::RasterCanvas& canvas, ChannelSnapshot& snapshot,
+               const PaintedView& view, std::size_t first, std::size_t last);
+
+  private:
+    struct Places {
+        std::size_t first;
+        std::size_t last;  ///< left out
+    };
+    /// From lower edges on the snapshot's grid to columns, never too far to the right.
+    struct Columns {
+        std::int32_t base = 0;
+        float perStep = 0.0F;
+        float offset = 0.0F;
+        float limit = 0.0F;
+        bool exactEnough = false;
+    };
+
+    [[nodiscard]] bool isOut(const ChannelSnapshot::Block& block) const noexcept;
+    [[nodiscard]] bool reaches(const DrawRecord& record) const noexcept;
+    /// Places the current position; false when no record reaches the picture.
+    bool moveToLast(formenv::PictureBox& picture, Places places) const;
+    void setUpColumns(int width);
+    [[nodiscard]] int levelOf(double bandwidth) const noexcept;
+    [[nodiscard]] int highestLevel() const noexcept;
+    void paintBlock(std::size_t block, Places places);
+    void paintRecord(const DrawRecord& record);
+    void markDrawn(std::size_t block, Places places);
+
+    formenv::PictureBox* picture_ = nullptr;
+    ChannelSnapshot* snapshot_ = nullptr;
+    PaintedView view_;
+    formenv::PixelMap map_;
+    Columns columns_;
+    double margin_ = 0.0;  ///< pixels by which a column may be off
+    const std::int16_t* rows_ = nullptr;
+    formenv::StandingBoxes boxes_;
+};
+
+}  // namespace kv::control
