@@ -259,12 +259,12 @@ TEST_F(ChannelSnapshotTest, AForeignRecordLeavesNoCopyUntilItIsGone) {
     EXPECT_EQ(store_.snapshot(ChannelKind::TX).size(), 2U);
 }
 
-TEST_F(ChannelSnapshotTest, AnUnwatchedRecordMovesNoRevision) {
+TEST_F(ChannelSnapshotTest, ARecordMovesTheRevisionOnceItIsInAStore) {
     const std::uint64_t before = recordRevision();
-    const util::Ref<FreqSlotBase> slot = add(ChannelKind::TX, new QuietSlot);
-    slot->setDFreq(5.0);
+    auto* const fresh = new QuietSlot;
+    fresh->setDFreq(5.0);
+    const util::Ref<FreqSlotBase> slot = add(ChannelKind::TX, fresh);
     EXPECT_EQ(recordRevision(), before);
-    ASSERT_TRUE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
     slot->setDFreq(6.0);
     EXPECT_NE(recordRevision(), before);
 }
