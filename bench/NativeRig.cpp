@@ -28,6 +28,14 @@ class NoFiles final : public formenv::FileServices {
     void writeFile(const std::wstring&, const std::string&) override {}
     void deleteFile(const std::wstring&) noexcept override {}
     void bitmapFileToClipboard(const std::wstring&) override {}
+    bool fileExists(const std::wstring&) override { return false; }
+    void clearClipboard() override {}
+    std::optional<std::wstring> readSetting(const std::wstring&, const std::wstring&, const std::wstring&) override {
+        return std::nullopt;
+    }
+    void writeSetting(const std::wstring&, const std::wstring&, const std::wstring&, const std::wstring&) override {}
+    std::wstring workFolder() override { return {}; }
+    std::wstring placementFile() override { return {}; }
 };
 
 class NativeRig final : public Rig {

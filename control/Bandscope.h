@@ -127,6 +127,8 @@ class Bandscope {
     void closeMouseInfo() noexcept;
     /// The report window, with its text; nothing before it is first needed.
     [[nodiscard]] const forms::frmTextEditor* mouseInfoWindow() const noexcept { return mouseInfo_.window.get(); }
+    /// From so many channels of a kind on, these are painted all at once: for tests, whose sets are small.
+    void setMany(std::int32_t count) noexcept { drawing_.nMany = count; }
 
   private:
     // Bandscope.cpp
@@ -295,6 +297,7 @@ class Bandscope {
         double dCursorLineFreq = -FREQ_UNSET;   ///< MHz; where the cursor line stands on the picture
         formenv::OleColor cursorLineColor = 0;  ///< and its colour, needed to take it away again
         std::wstring FreqLblFormat;
+        std::int32_t nMany = 400;  ///< channels of a kind from which painting all at once is the faster way
     };
     struct LayoutState {  // Layout.cpp; twips
         std::int16_t nCtlFullHgt = 0;

@@ -15,7 +15,6 @@ namespace {
 
 constexpr int kCopyPen = 13;
 constexpr int kNotXorPen = 10;
-constexpr std::size_t kMany = 64;  // channels that are worth more than to be drawn one by one
 
 std::wstring number(std::int32_t value) {
     return std::to_wstring(value);
@@ -53,7 +52,7 @@ void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_
     const KeepDrawing keep(ui_.picSpectrum);
     const std::int32_t count = store_.count(kind);
     flag = 200;
-    if (count >= static_cast<std::int32_t>(kMany)) {
+    if (count >= drawing_.nMany) {
         if (const std::optional<PaintedView> view = paintable(kind, true)) {
             painter_.paint(ui_.picSpectrum, *ui_.picSpectrum.raster(), store_.snapshot(kind), *view, 0,
                            store_.snapshot(kind).size());
@@ -97,7 +96,7 @@ void Bandscope::DrawChnl(FreqSlot& channel) {
 
 void Bandscope::refreshCollection(ChannelKind kind) {
     const std::optional<PaintedView> view =
-        store_.count(kind) >= static_cast<std::int32_t>(kMany) ? paintable(kind, false) : std::optional<PaintedView>();
+        store_.count(kind) >= drawing_.nMany ? paintable(kind, false) : std::optional<PaintedView>();
     if (!view) {
         for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i)
             DrawChnl(*channel);
@@ -110,7 +109,7 @@ void Bandscope::refreshCollection(ChannelKind kind) {
         std::size_t last = first;
         while (last < size && !snapshot.isHiddenButDrawn(last))
             ++last;
-        if (last - first >= kMany) {
+        if (last - first >= static_cast<std::size_t>(drawing_.nMany)) {
             painter_.paint(ui_.picSpectrum, *ui_.picSpectrum.raster(), snapshot, *view, first, last);
             first = last;
         }

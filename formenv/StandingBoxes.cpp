@@ -17,6 +17,14 @@ unsigned rowsOf(const HatchTile& tile, int x) {
     return rows;
 }
 
+/// Stores ink where there is some and no mark.
+void storeAround(std::uint32_t* pixels, const std::uint32_t* ink, unsigned marks, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (ink[i] != 0 && (marks >> i & 1) == 0)
+            pixels[i] = ink[i] & ~kInk;
+    }
+}
+
 }  // namespace
 
 void StandingBoxes::begin(const PixelBuffer& pixels, const HatchTiles& tiles, int floor, int levels) {
@@ -34,8 +42,7 @@ void StandingBoxes::begin(const PixelBuffer& pixels, const HatchTiles& tiles, in
     heads_.assign(static_cast<std::size_t>(pixels.height), -1);
     steps_.clear();
     ink_.assign(width, 0);
-    firstColumn_ = pixels.width;
-    lastColumn_ = -1;
+    inked_.assign(width / kGroup + 1, 0);
     hasLone_ = false;
 }
 
@@ -140,7 +147,7 @@ void StandingBoxes::prepareLone() {
     if (hasLone_)
         return;
     hasLone_ = true;
-    loneStride_ = (static_cast<std::size_t>(pixels_.width) + 7) / 8;
+    loneStride_ = (static_cast<std::size_t>(pixels_.width) + kGroup - 1) / kGroup;
     lone_.assign(loneStride_ * static_cast<std::size_t>(pixels_.height), 0);
     // The floor itself is an edge.
     const auto below = static_cast<std::int16_t>(std::clamp(floor_, 0, pixels_.height));
@@ -153,9 +160,9 @@ void StandingBoxes::end() {
     for (int y = 0; y < below; ++y) {
         for (std::int32_t at = heads_[static_cast<std::size_t>(y)]; at >= 0;) {
             const Step& step = steps_[static_cast<std::size_t>(at)];
-            ink_[static_cast<std::size_t>(step.x)] = step.pixel | kInk;
-            firstColumn_ = std::min<int>(firstColumn_, step.x);
-            lastColumn_ = std::max<int>(lastColumn_, step.x);
+            const auto x = static_cast<std::size_t>(step.x);
+            ink_[x] = step.pixel | kInk;
+            inked_[x / kGroup] = 1;
             at = step.next;
         }
         storeRow(y);
@@ -164,20 +171,24 @@ void StandingBoxes::end() {
 
 void StandingBoxes::storeRow(int y) {
     std::uint32_t* const row = pixels_.row(y);
-    const std::uint32_t* const ink = ink_.data();
-    if (!hasLone_) {
-        // Without a branch, for the compiler to take several pixels at once.
-        for (int x = firstColumn_; x <= lastColumn_; ++x) {
-            const std::uint32_t takes = 0U - (ink[x] >> 31);
-            row[x] = (row[x] & ~takes) | (ink[x] & takes & ~kInk);
+    const std::uint8_t* const marks = hasLone_ ? lone_.data() + static_cast<std::size_t>(y) * loneStride_ : nullptr;
+    const std::size_t whole = static_cast<std::size_t>(pixels_.width) / kGroup;
+    for (std::size_t group = 0; group < whole; ++group) {
+        if (inked_[group] == 0)
+            continue;
+        const std::size_t x = group * kGroup;
+        if (!marks || marks[group] == 0) {
+            // Without a branch, for the compiler to take several pixels at once.
+            for (std::size_t i = x; i < x + kGroup; ++i) {
+                const std::uint32_t takes = 0U - (ink_[i] >> 31);
+                row[i] = (row[i] & ~takes) | (ink_[i] & takes & ~kInk);
+            }
+        } else if (marks[group] != 0xFF) {
+            storeAround(row + x, ink_.data() + x, marks[group], kGroup);
         }
-        return;
     }
-    const std::uint8_t* const marks = lone_.data() + static_cast<std::size_t>(y) * loneStride_;
-    for (int x = firstColumn_; x <= lastColumn_; ++x) {
-        if (ink[x] != 0 && (marks[x / 8] >> (x & 7) & 1) == 0)
-            row[x] = ink[x] & ~kInk;
-    }
+    if (const std::size_t x = whole * kGroup; x < static_cast<std::size_t>(pixels_.width))
+        storeAround(row + x, ink_.data() + x, marks ? marks[whole] : 0U, static_cast<std::size_t>(pixels_.width) - x);
 }
 
 }  // namespace kv::formenv

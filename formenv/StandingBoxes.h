@@ -49,6 +49,7 @@ class StandingBoxes {
         std::int32_t next;  ///< of the same row
     };
     static constexpr std::size_t kHatches = 6;
+    static constexpr std::size_t kGroup = 8;  ///< columns; their marks are one byte
 
     void run(int x, int top, std::uint32_t pixel);
     void opaque(int left, int right, int top, std::uint32_t pixel);
@@ -66,9 +67,8 @@ class StandingBoxes {
     std::array<std::vector<std::int16_t>, kLevels + 1> covers_;
     std::vector<std::int32_t> heads_;  ///< by row: the first step
     std::vector<Step> steps_;
-    std::vector<std::uint32_t> ink_;  ///< by column: the value that is being stored, top byte set; 0 for none
-    int firstColumn_ = 0;             ///< of those with ink
-    int lastColumn_ = -1;
+    std::vector<std::uint32_t> ink_;   ///< by column: the value that is being stored, top byte set; 0 for none
+    std::vector<std::uint8_t> inked_;  ///< by group of columns: there is ink
     bool hasLone_ = false;
     std::size_t loneStride_ = 0;
     std::vector<std::uint8_t> lone_;  ///< a bit a pixel, row by row

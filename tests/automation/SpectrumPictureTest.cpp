@@ -138,7 +138,7 @@ class Scene {
     void fill() {
         base_ = dice_.oneIn(3) ? dice_.real(1.0, 60.0) : dice_.real(100.0, 900.0);
         spread_ = dice_.oneIn(3) ? dice_.real(0.001, 0.5) : dice_.real(1.0, 60.0);
-        const int transmitters = many_ ? dice_.whole(64, 200) : dice_.oneIn(20) ? 0 : dice_.whole(1, 12);
+        const int transmitters = many_ ? dice_.whole(380, 600) : dice_.oneIn(20) ? 0 : dice_.whole(1, 12);
         const int receivers = dice_.whole(0, 6);
         for (int i = 0; i < transmitters + receivers; ++i) {
             const bool isTx = i < transmitters;
@@ -276,7 +276,7 @@ void runSeeds(Drawing drawing, unsigned first, unsigned count, bool many = false
 }
 
 constexpr unsigned kSets = 150;
-constexpr unsigned kLargeSets = 60;
+constexpr unsigned kLargeSets = 40;
 
 TEST(SpectrumPicture, DrawDisplayIsWhatGdiDraws) {
     runSeeds(Drawing::display, 1000, kSets);

@@ -246,6 +246,8 @@ class VisiblePaintingTest : public ::testing::Test {
 TEST_F(VisiblePaintingTest, PaintingAllAtOnceMakesThePictureOfDrawingOneByOne) {
     // The strip under the picture has its own tests, and would be cleared in vain here.
     both([](Twin& twin) { twin.scope.children().picUnits.move({0.0, 0.0, 300.0, 300.0}); });
+    // Sets on both sides of the number from which painting goes all at once.
+    both([](Twin& twin) { twin.scope.setMany(64); });
     int sets = 0;
     for (int round = 0; sets < 10'000; ++round) {
         if (round % 8 == 0) {
