@@ -4,8 +4,11 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "control/ChannelStore.h"
+#include "util/ConvertFreq.h"
+#include "util/RuntimeError.h"
 
 namespace kv::control {
 
@@ -165,6 +168,31 @@ const std::vector<std::int16_t>& ChannelSnapshot::rows(const PowerMap& map) {
             rows_.push_back(static_cast<std::int16_t>(std::clamp(map.pixels.y(map.top(record)), 0, kNotShown - 1)));
     }
     return rows_;
+}
+
+const EdgeIndex* ChannelSnapshot::edges() {
+    if (edgesVersion_ == version_)
+        return edges_ ? &*edges_ : nullptr;
+    edges_.reset();
+    if (std::exchange(edgesAsked_, version_) != version_)
+        return nullptr;
+    edgesVersion_ = version_;
+    std::vector<EdgeIndex::Band> bands;
+    bands.reserve(liveCount_);
+    try {
+        for (std::size_t place = 0; place < fields_.size(); ++place) {
+            const FreqSlotFields* const fields = fields_[place];
+            if (!fields)
+                continue;
+            bool unknown = false;
+            bands.push_back({util::ConvertFreq(fields->sFreqUnits, L"MHz", fields->dFreqLo, unknown),
+                             util::ConvertFreq(fields->sFreqUnits, L"MHz", fields->dFreqHi, unknown),
+                             static_cast<std::int32_t>(place)});
+        }
+    } catch (const util::RuntimeError&) {
+        return nullptr;
+    }
+    return &edges_.emplace(std::move(bands));
 }
 
 std::int32_t ChannelSnapshot::indexOf(std::size_t place) const noexcept {

@@ -3,8 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
+#include "control/EdgeIndex.h"
 #include "control/FreqSlot.h"
 #include "formenv/PixelMap.h"
 
@@ -61,6 +63,9 @@ class ChannelSnapshot {
     /// By place: the row of the top, limited to those from 0 up to `kNotShown`; `kOdd` for a record that may be
     /// anywhere.
     [[nodiscard]] const std::vector<std::int16_t>& rows(const PowerMap& map);
+    /// The band edges in MHz, sorted for searching; null on the first call after a change, because what is asked once
+    /// is faster answered by looking at each record, and when a frequency cannot be told in MHz. Throws std::bad_alloc.
+    [[nodiscard]] const EdgeIndex* edges();
     /// A fill style that no picture knows is among the records.
     [[nodiscard]] bool hasOddStyle() const noexcept { return oddStyles_ != 0; }
     /// Changes with every change of the copy but marks as drawn.
@@ -121,11 +126,14 @@ class ChannelSnapshot {
     Grid grid_;
     std::vector<std::int16_t> rows_;  ///< of as many records as have one by `rowMap_`
     PowerMap rowMap_;
+    std::optional<EdgeIndex> edges_;
+    std::uint64_t edgesAsked_ = 0;  ///< the version at the last call; versions begin at 1
+    std::uint64_t edgesVersion_ = 0;
     std::size_t liveCount_ = 0;
     std::size_t foreign_ = 0;
     std::size_t oddStyles_ = 0;
     std::uint64_t revision_ = 0;
-    std::uint64_t version_ = 0;
+    std::uint64_t version_ = 1;
     int removals_ = 0;  ///< that are under way
 };
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "control/Bandscope.h"
-#include "util/ConvertFreq.h"
+#include "control/ChannelIndex.h"
 #include "util/NumberFormat.h"
 
 namespace kv::control {
@@ -19,17 +19,6 @@ constexpr double kReach = 1.5;  // pixels
 std::wstring distanceText(double offset) {
     return util::formatNumber(offset < 0.0 ? -offset : offset, kPointerFormat) + (offset < 0.0 ? L"-" : L"+") +
            L" MHz from center";
-}
-
-double inMHz(FreqSlot& channel, double frequency) {
-    bool unknown = false;
-    return util::ConvertFreq(channel.sFreqUnits(), L"MHz", frequency, unknown);
-}
-
-/// Does the channel's band come within `reach` (MHz) of `x`?
-bool isUnder(FreqSlot& channel, double x, double reach) {
-    const DrawRecord record = channel.drawRecord();
-    return inMHz(channel, record.dFreqLo) <= x + reach && inMHz(channel, record.dFreqHi) >= x - reach;
 }
 
 }  // namespace
@@ -137,14 +126,15 @@ void Bandscope::BuildMouseReport(double x, double /*y*/) {
     MouseReport& report = mouseInfo_.report;
     report.begin(ui_.lblFMHz.caption());
     for (const ChannelKind kind : {ChannelKind::RX, ChannelKind::TX}) {
-        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i) {
-            if (!isUnder(*channel, x, reach))
-                continue;
-            report.add(kind, *channel);
+        forEachChannelAt(store_, kind, x, reach, [&](std::int32_t index) {
+            // Reading the channel may have cleared the store.
+            if (const FreqSlotRef channel = store_.at(kind, index))
+                report.add(kind, *channel);
             // Over thousands of products the rest would be read for nothing.
-            if (report.isFull())
-                return;
-        }
+            return !report.isFull();
+        });
+        if (report.isFull())
+            return;
     }
 }
 

@@ -1,9 +1,15 @@
 // The channels at a frequency, as the mouse report lists them.
 #include "control/ChannelIndex.h"
 
+#include <cmath>
+#include <limits>
+#include <random>
+#include <utility>
 #include <vector>
 
+#include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
+#include "util/ConvertFreq.h"
 
 namespace kv::control {
 namespace {
@@ -80,6 +86,107 @@ TEST_F(ChannelIndexTest, HostCodeMayClearTheStoreWhileItIsSearched) {
     };
     add(ChannelKind::TX, 400.0, 410.0);
     EXPECT_THAT(at(ChannelKind::TX, 405.0, 1.0), ElementsAre(0, 1));
+}
+
+/// Records of the control's own class: from some hundred on, the places are looked up instead of searched.
+class ChannelIndexPropertyTest : public ::testing::Test {
+  protected:
+    double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
+    bool oneIn(unsigned n) { return random_() % n == 0; }
+
+    void fill(FreqSlotFields& f) {
+        static const wchar_t* const units[] = {L"Hz", L"KHz", L"GHz", L"furlongs", L""};
+        f.sFreqUnits = oneIn(10) ? units[random_() % 5] : L"MHz";
+        f.dFreqLo = std::floor(between(0.0, 400.0)) / 2.0;
+        f.dFreqHi = f.dFreqLo + (oneIn(10) ? between(0.0, 200.0) : std::floor(between(0.0, 6.0)) / 2.0);
+        if (oneIn(20))
+            std::swap(f.dFreqLo, f.dFreqHi);
+        if (oneIn(20))
+            (oneIn(2) ? f.dFreqLo : f.dFreqHi) =
+                oneIn(2) ? std::numeric_limits<double>::quiet_NaN() : std::numeric_limits<double>::infinity();
+    }
+    void add() {
+        const util::Ref<QuietSlot> slot(new QuietSlot);
+        fill(slot->fields());
+        slot->fields().sKey = L"TX" + std::to_wstring(++lastKey_);
+        std::int32_t index = 0;
+        store_.add(ChannelKind::TX, FreqSlotRef(slot.get()), index);
+    }
+    FreqSlotBase& at(std::int32_t index) { return static_cast<FreqSlotBase&>(*store_.at(ChannelKind::TX, index)); }
+    void change() {
+        const auto any = static_cast<std::int32_t>(random_() % static_cast<unsigned>(store_.count(ChannelKind::TX)));
+        if (oneIn(3)) {
+            add();
+        } else if (oneIn(2)) {
+            const std::wstring key = at(any).sKey();
+            store_.closeGap(ChannelKind::TX, any);
+            store_.forgetKey(key);
+        } else {
+            fill(at(any).fields());
+        }
+    }
+    /// The first `most` of those that a look at each record finds.
+    std::vector<std::int32_t> expected(double x, double tolerance, std::size_t most) {
+        std::vector<std::int32_t> indices;
+        for (std::int32_t i = 0; i < store_.count(ChannelKind::TX) && indices.size() < most; ++i) {
+            bool unknown = false;
+            const FreqSlotFields& f = std::as_const(at(i)).fields();
+            if (util::ConvertFreq(f.sFreqUnits, L"MHz", f.dFreqLo, unknown) <= x + tolerance &&
+                util::ConvertFreq(f.sFreqUnits, L"MHz", f.dFreqHi, unknown) >= x - tolerance)
+                indices.push_back(i);
+        }
+        return indices;
+    }
+    std::vector<std::int32_t> found(double x, double tolerance, std::size_t most) {
+        std::vector<std::int32_t> indices;
+        forEachChannelAt(store_, ChannelKind::TX, x, tolerance, [&](std::int32_t index) {
+            indices.push_back(index);
+            return indices.size() < most;
+        });
+        return indices;
+    }
+
+    std::mt19937 random_{19610412};
+    ChannelStore store_;
+    int lastKey_ = 0;
+};
+
+TEST_F(ChannelIndexPropertyTest, LookingUpFindsWhatLookingAtEachRecordFinds) {
+    for (const int count : {250, 300, 5000}) {
+        store_.clear(ChannelKind::TX);
+        for (int i = 0; i < count; ++i)
+            add();
+        for (int round = 0; round < 100; ++round) {
+            for (unsigned changes = random_() % 4; changes > 0; --changes)
+                change();
+            for (int query = 0; query < 6; ++query) {
+                const double x = oneIn(20) ? std::numeric_limits<double>::quiet_NaN() : between(-5.0, 210.0);
+                const double tolerance = oneIn(3) ? 0.0 : between(0.0, 3.0);
+                const double place = oneIn(2) ? x : std::floor(x * 2.0) / 2.0;
+                const std::size_t most = oneIn(2) ? 1 + random_() % 20 : 100'000;
+                ASSERT_EQ(found(place, tolerance, most), expected(place, tolerance, most)) << "round " << round;
+            }
+        }
+    }
+}
+
+TEST_F(ChannelIndexPropertyTest, AnEdgeThatNoMegahertzHoldFailsWhereTheSearchComesToIt) {
+    for (int i = 0; i < 300; ++i)
+        add();
+    at(200).fields().dFreqLo = 1e308;
+    at(200).fields().sFreqUnits = L"GHz";
+    for (int query = 0; query < 3; ++query) {
+        std::int32_t last = -1;
+        const auto search = [&] {
+            forEachChannelAt(store_, ChannelKind::TX, 100.0, 1e6, [&](std::int32_t index) {
+                last = index;
+                return true;
+            });
+        };
+        EXPECT_THROW(search(), util::RuntimeError);
+        EXPECT_GT(last, 150);
+        EXPECT_LT(last, 200);
+    }
 }
 
 }  // namespace

@@ -150,7 +150,7 @@ TEST_F(MouseInfoTest, AFullReportStopsReadingChannels) {
     for (int i = 0; i < 5000; ++i)
         slots.push_back(addTX(450.0));
     for (const SlotRef& slot : slots)
-        slot->onRead = [&read](std::string_view member) { read += member == "drawRecord" ? 1 : 0; };
+        slot->onRead = [&read](std::string_view member) { read += member == "dFreqHi" ? 1 : 0; };
     showTwoPixelsAUnit();
     tick(true);
     read = 0;
