@@ -40,6 +40,7 @@ void forEachChannelAt(const ChannelStore& store, ChannelKind kind, double x, dou
     // Places stand in the order of indices. Often only the first few of thousands are wanted.
     const auto later = [](std::int32_t a, std::int32_t b) { return a > b; };
     std::make_heap(places.begin(), places.end(), later);
+    // Indices mean nothing any more once `found` has taken a channel out.
     const std::uint64_t version = snapshot.version();
     for (auto end = places.end(); end != places.begin() && snapshot.version() == version; --end) {
         std::pop_heap(places.begin(), end, later);

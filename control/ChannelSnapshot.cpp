@@ -22,6 +22,13 @@ bool hasOddFillStyle(const DrawRecord& record) {
     return record.iFillStyle < 0 || record.iFillStyle > 7;
 }
 
+/// No more than needed for many at once; one at a time grows in leaps by itself.
+template <class T>
+void makeRoom(std::vector<T>& list, std::size_t size) {
+    if (size > list.size() + list.size() / 2)
+        list.reserve(size);
+}
+
 void fetch(const FreqSlot* channel) {
     __builtin_prefetch(channel);
     __builtin_prefetch(reinterpret_cast<const char*>(channel) + sizeof(DrawRecord) + sizeof(void*));
@@ -47,8 +54,8 @@ bool ChannelSnapshot::update(const ChannelStore& store, ChannelKind kind) noexce
         if (liveCount_ == 0 && foreign_ == 0)
             revision_ = revision;
         const std::size_t from = records_.size();
-        records_.reserve(from + count - liveCount_);
-        fields_.reserve(from + count - liveCount_);
+        makeRoom(records_, from + count - liveCount_);
+        makeRoom(fields_, from + count - liveCount_);
         while (liveCount_ < count) {
             if (liveCount_ + kAhead < count)
                 fetch(store.peek(kind, static_cast<std::int32_t>(liveCount_ + kAhead)));
@@ -157,7 +164,7 @@ const std::vector<std::int16_t>& ChannelSnapshot::rows(const PowerMap& map) {
     if (!map.sameRows(rowMap_))
         rows_.clear();
     rowMap_ = map;
-    rows_.reserve(records_.size());
+    makeRoom(rows_, records_.size());
     for (std::size_t place = rows_.size(); place < records_.size(); ++place) {
         const DrawRecord& record = records_[place];
         if (!record.bVisible)

@@ -48,16 +48,23 @@ bool MouseReport::isFull() const noexcept {
 }
 
 void MouseReport::SetReportText(const std::wstring& text) {
-    if (isFull())
-        return;
-    if (text.size() + text_.size() < kLimit)
+    if (!closes(text.size()))
         text_ = text;
-    else
-        text_.append(kNewLine).append(kNewLine).append(kMarker);
 }
 
+// As SetReportText(text_ + piece), without copying the text for each of some thousand pieces.
 void MouseReport::append(const std::wstring& piece) {
-    SetReportText(text_ + piece);
+    if (!closes(text_.size() + piece.size()))
+        text_ += piece;
+}
+
+bool MouseReport::closes(std::size_t newSize) {
+    if (isFull())
+        return true;
+    if (newSize + text_.size() < kLimit)
+        return false;
+    text_.append(kNewLine).append(kNewLine).append(kMarker);
+    return true;
 }
 
 void MouseReport::add(ChannelKind kind, FreqSlot& channel) {

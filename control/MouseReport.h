@@ -1,6 +1,7 @@
 // The text of the "Mouse Information" window: the channels and intermodulation components at one frequency.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "control/ChannelStore.h"
@@ -26,6 +27,8 @@ class MouseReport {
 
   private:
     void append(const std::wstring& piece);
+    /// Is there no room for a text of this size in place of the present one? That one ends with the marker then.
+    [[nodiscard]] bool closes(std::size_t newSize);
     void appendSection(ChannelKind kind);
     void appendChannel(FreqSlot& channel);
     void appendComponents(FreqSlot& channel);
