@@ -3,8 +3,10 @@
 #include <array>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "automation/FreqSlotObject.h"
+#include "automation/Spoken.h"
 #include "automation/TypeLib.h"
 
 namespace kv::automation {
@@ -21,6 +23,7 @@ BandscopeControl::BandscopeControl() {
     platform_.setKeeper(static_cast<IOleObject*>(this));
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
+    nameParts(*scope_);
     told_ = scope_->children().userControl.looks();
 }
 
@@ -124,7 +127,22 @@ void BandscopeControl::tellPicture(bool captionsToo) noexcept {
     if (now.changes == told_.changes && (!captionsToo || now.captions == told_.captions))
         return;
     told_ = now;
+    tellSpectrum();
     tellViewChanged();
+}
+
+/// For screen readers: what the picture shows, once it is another.
+void BandscopeControl::tellSpectrum() noexcept {
+    if (!rootWindow())
+        return;
+    formenv::Widget& spectrum = scope_->children().picSpectrum;
+    static_cast<void>(firewall(IID_IOleObject, [&] {
+        std::wstring value = spectrum.spoken.value();
+        if (value == spokenValue_)
+            return;
+        spokenValue_ = std::move(value);
+        spectrum.tellSpoken();
+    }));
 }
 
 HRESULT BandscopeControl::GetClassInfo(ITypeInfo** info) {

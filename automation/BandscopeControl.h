@@ -274,6 +274,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     [[nodiscard]] bool moveFocus(bool back) noexcept;
 
     void tellPicture(bool captionsToo) noexcept;
+    void tellSpectrum() noexcept;
 
     std::atomic<ULONG> references_{1};
     ModuleRef module_;
@@ -314,6 +315,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
 
     int atWork_ = 0;
     formenv::Widget::Looks told_;
+    std::wstring spokenValue_;  ///< of the spectrum, as screen readers were told last
 };
 
 }  // namespace kv::automation

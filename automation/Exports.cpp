@@ -26,7 +26,7 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
 }
 
 STDAPI DllCanUnloadNow() {
-    if (!Module::isIdle())
+    if (!Module::isIdle() || kv::win32::accessibleObjects() != 0)
         return S_FALSE;
     kv::automation::forgetTypeInfo();
     return S_OK;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "control/ChannelStore.h"
 #include "control/Children.h"
@@ -115,6 +116,8 @@ class Bandscope {
 
     // The control as a window of its container.
     [[nodiscard]] Children& children() noexcept { return ui_; }
+    /// The span of the display, MHz; before there is one the first is above the second. Nothing is scaled by asking.
+    [[nodiscard]] std::pair<double, double> displaySpan() const noexcept { return {range_.minFreq, range_.maxFreq}; }
     /// The host's size for the control, twips. Never narrower than `MinWid`.
     void resize(double width, double height);
     void UserControl_Click();

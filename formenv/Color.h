@@ -11,6 +11,7 @@ using OleColor = std::uint32_t;
 namespace system_color {
 inline constexpr OleColor kWindowBackground = 0x80000005;
 inline constexpr OleColor kWindowText = 0x80000008;
+inline constexpr OleColor kHighlight = 0x8000000D;
 inline constexpr OleColor kButtonFace = 0x8000000F;
 inline constexpr OleColor kButtonShadow = 0x80000010;
 inline constexpr OleColor kButtonText = 0x80000012;

@@ -18,7 +18,21 @@ class Widget;
 /// Shown instead of a caption's text size: which kind of window stands for a widget.
 enum class WidgetKind { UserControl, Form, Frame, PictureBox, Label, Button, CheckBox, ComboBox, TextBox, Custom };
 
-enum class Change { Place, Visible, Enabled, Caption, ToolTip, Colors, Font, Items, Value, Picture, Text, Locked };
+enum class Change {
+    Place,
+    Visible,
+    Enabled,
+    Caption,
+    ToolTip,
+    Colors,
+    Font,
+    Items,
+    Value,
+    Picture,
+    Text,
+    Locked,
+    Spoken
+};
 
 /// The window that stands for a widget. It is told of every change and never keeps state of its own.
 class Peer {
@@ -47,6 +61,13 @@ struct Place {
     double width = 0.0;
     double height = 0.0;
     friend bool operator==(const Place&, const Place&) = default;
+};
+
+/// What a screen reader says of a widget, where its window's text does not say it.
+struct Spoken {
+    std::wstring name;
+    std::wstring help;                    ///< what its keys do
+    std::function<std::wstring()> value;  ///< what it shows at the moment
 };
 
 class Widget {
@@ -123,6 +144,12 @@ class Widget {
     std::function<bool(int key)> wantsKey;
     /// To be chosen before a window stands for the widget: a click gives it the focus.
     bool takesFocus = false;
+    Spoken spoken;
+    /// What `spoken.value` says is another now.
+    void tellSpoken() {
+        if (peer_)
+            peer_->changed(Change::Spoken);
+    }
 
   protected:
     void tellPeer(Change what);

@@ -1,16 +1,14 @@
 #include "win32/KnobWindow.h"
 
-#include <windowsx.h>
-
 #include <algorithm>
 
 #include "formenv/Twips.h"
 #include "win32/DibSurface.h"
+#include "win32/Held.h"
 
 namespace kv::win32 {
 
 using formenv::Change;
-using turndial::Key;
 using turndial::KnobBase;
 using turndial::KnobPalette;
 
@@ -39,17 +37,6 @@ bool registerClasses(WNDPROC procedure) noexcept {
             return false;
     }
     return true;
-}
-
-struct ReleaseUnknown {
-    void operator()(IUnknown* object) const noexcept { object->Release(); }
-};
-using Held = std::unique_ptr<IUnknown, ReleaseUnknown>;
-
-Held hold(IUnknown* object) {
-    if (object)
-        object->AddRef();
-    return Held(object);
 }
 
 class Painting {
@@ -104,47 +91,6 @@ void copyTo(HDC dc, POINT origin, formenv::Surface& surface) {
     BitBlt(dc, origin.x, origin.y, pixels.width, pixels.height, static_cast<DibSurface&>(surface).dc(), 0, 0, SRCCOPY);
 }
 
-Key keyOf(WPARAM code) {
-    switch (code) {
-        case VK_LEFT:
-            return Key::Left;
-        case VK_RIGHT:
-            return Key::Right;
-        case VK_UP:
-            return Key::Up;
-        case VK_DOWN:
-            return Key::Down;
-        case VK_PRIOR:
-            return Key::PageUp;
-        case VK_NEXT:
-            return Key::PageDown;
-        case VK_HOME:
-            return Key::Home;
-        case VK_END:
-            return Key::End;
-        case VK_ESCAPE:
-            return Key::Escape;
-        case VK_TAB:
-            return Key::Tab;
-        case VK_RETURN:
-            return Key::Enter;
-        default:
-            return Key::Other;
-    }
-}
-
-turndial::Modifiers presentModifiers() {
-    return {GetKeyState(VK_CONTROL) < 0};
-}
-
-/// Keeps the mouse exactly as long as the knob is held by it.
-void followHold(HWND window, const KnobBase& knob) {
-    if (knob.holdsMouse() && GetCapture() != window)
-        SetCapture(window);
-    else if (!knob.holdsMouse() && GetCapture() == window)
-        ReleaseCapture();
-}
-
 }  // namespace
 
 void KnobWindow::unregisterClasses() noexcept {
@@ -153,7 +99,7 @@ void KnobWindow::unregisterClasses() noexcept {
 }
 
 KnobWindow::KnobWindow(KnobBase& knob, WinPlatform& platform, IUnknown* owner)
-    : knob_(knob), platform_(platform), owner_(owner) {}
+    : knob_(knob), platform_(platform), owner_(owner), speech_(knob) {}
 
 std::unique_ptr<KnobWindow> KnobWindow::create(KnobBase& knob, WinPlatform& platform, HWND parent, IUnknown* owner) {
     if (!registerClasses(&KnobWindow::procedure))
@@ -201,9 +147,15 @@ void KnobWindow::changed(Change what) {
         case Change::Text:
         case Change::Locked:
             break;
+        case Change::Value:
+            invalidate();
+            Speech::tellValue(window_);
+            break;
+        case Change::Spoken:
+            Speech::tellValue(window_);
+            break;
         case Change::Colors:
         case Change::Font:
-        case Change::Value:
         case Change::Picture:
             invalidate();
             break;
@@ -260,7 +212,7 @@ LRESULT CALLBACK KnobWindow::procedure(HWND window, UINT message, WPARAM wParam,
     auto* self = reinterpret_cast<KnobWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (!self)
         return DefWindowProcW(window, message, wParam, lParam);
-    const Held held = hold(self->owner_);
+    const Held held(self->owner_);
     const std::shared_ptr<bool> alive = self->alive_;
     try {
         return self->handle(message, wParam, lParam);
@@ -299,110 +251,16 @@ LRESULT KnobWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
             break;
         case WM_GETDLGCODE:
             return dialogCode(lParam);
+        case WM_GETOBJECT:
+            if (const std::optional<LRESULT> answer = speech_.answer(window, wParam, lParam))
+                return *answer;
+            break;
         default:
             if (handleInput(message, wParam, lParam))
                 return 0;
             break;
     }
     return DefWindowProcW(window, message, wParam, lParam);
-}
-
-/// The arrows always; Escape, and whatever else turning takes, while something is being turned. Tab and Enter stay the
-/// form's.
-LRESULT KnobWindow::dialogCode(LPARAM lParam) const {
-    const auto* asked = reinterpret_cast<const MSG*>(lParam);
-    const bool wanted = asked && (asked->message == WM_KEYDOWN || asked->message == WM_KEYUP)
-                            ? knob_.wantsKey(keyOf(asked->wParam))
-                            : !asked && knob_.wantsKey(Key::Escape);
-    return DLGC_WANTARROWS | (wanted ? DLGC_WANTALLKEYS : 0);
-}
-
-void KnobWindow::pointerMoved(HWND window) {
-    if (tracking_)
-        return;
-    TRACKMOUSEEVENT track{};
-    track.cbSize = sizeof track;
-    track.dwFlags = TME_LEAVE;
-    track.hwndTrack = window;
-    tracking_ = TrackMouseEvent(&track) != 0;
-    knob_.hover(true);
-}
-
-bool KnobWindow::handleMouse(UINT message, LPARAM lParam) {
-    const HWND window = window_;
-    KnobBase& knob = knob_;
-    const int x = GET_X_LPARAM(lParam);
-    const int y = GET_Y_LPARAM(lParam);
-    const turndial::Modifiers modifiers = presentModifiers();
-    switch (message) {
-        case WM_MOUSEMOVE:
-            pointerMoved(window);
-            knob.mouseMove(x, y, modifiers);
-            return true;
-        case WM_MOUSELEAVE:
-            tracking_ = false;
-            knob.hover(false);
-            return true;
-        case WM_LBUTTONDOWN: {
-            const std::shared_ptr<bool> alive = alive_;
-            SetFocus(window);
-            // A host may have taken the window away when the focus came.
-            if (!*alive || !IsWindow(window))
-                return true;
-            // Before the knob tells anyone, so that the release is heard whatever the program does meanwhile.
-            SetCapture(window);
-            knob.mouseDown(x, y, modifiers);
-            return true;
-        }
-        case WM_LBUTTONUP:
-            knob.mouseUp(x, y, modifiers);
-            return true;
-        case WM_RBUTTONDOWN:
-            if (!knob.holdsMouse())
-                return false;
-            knob.cancel();
-            return true;
-        case WM_CAPTURECHANGED:
-        case WM_CANCELMODE:
-            knob.captureLost();
-            return true;
-        default:
-            return false;
-    }
-}
-
-bool KnobWindow::handleInput(UINT message, WPARAM wParam, LPARAM lParam) {
-    // From the first call into the knob on, this object may be gone: only these are used.
-    const HWND window = window_;
-    KnobBase& knob = knob_;
-    switch (message) {
-        case WM_MOUSEWHEEL:
-            knob.wheel(GET_WHEEL_DELTA_WPARAM(wParam), presentModifiers());
-            break;
-        case WM_KEYDOWN:
-            if (!knob.keyDown(keyOf(wParam), presentModifiers()))
-                return false;
-            break;
-        case WM_KEYUP:
-            knob.keyUp(keyOf(wParam));
-            break;
-        case WM_SETFOCUS:
-        case WM_KILLFOCUS:
-            knob.focus(message == WM_SETFOCUS);
-            break;
-        case WM_SHOWWINDOW:
-            if (wParam)
-                return false;
-            knob.captureLost();
-            break;
-        default:
-            if (!handleMouse(message, lParam))
-                return false;
-            break;
-    }
-    if (IsWindow(window))
-        followHold(window, knob);
-    return true;
 }
 
 }  // namespace kv::win32

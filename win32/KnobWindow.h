@@ -9,6 +9,7 @@
 
 #include "formenv/Widget.h"
 #include "turndial/Knob.h"
+#include "win32/Accessible.h"
 #include "win32/WinPlatform.h"
 
 namespace kv::win32 {
@@ -43,6 +44,7 @@ class KnobWindow final : public formenv::Peer {
     /// The mouse, the wheel, keys and focus; false for any other message. This object may be gone afterwards.
     bool handleInput(UINT message, WPARAM wParam, LPARAM lParam);
     bool handleMouse(UINT message, LPARAM lParam);
+    static void followHold(HWND window, const turndial::KnobBase& knob);
     [[nodiscard]] LRESULT dialogCode(LPARAM lParam) const;
     void pointerMoved(HWND window);
     void invalidate();
@@ -53,6 +55,7 @@ class KnobWindow final : public formenv::Peer {
     WinPlatform& platform_;
     IUnknown* owner_;
     HWND window_ = nullptr;
+    Speech speech_;
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     std::unique_ptr<formenv::Surface> surface_;
     turndial::KnobPalette paintedWith_;

@@ -40,8 +40,19 @@ std::wstring shownText(const formenv::TextBox& box) {
 
 }  // namespace
 
+const std::wstring& windowTextOf(const formenv::Widget& widget) {
+    if (widget.kind() == WidgetKind::TextBox)
+        return static_cast<const formenv::TextBox&>(widget).text();
+    // A picture has its name; a button that shows a sign instead of a text says what the sign means.
+    if (widget.kind() == WidgetKind::PictureBox)
+        return widget.name();
+    const bool isSign = widget.kind() == WidgetKind::Button &&
+                        static_cast<const formenv::Button&>(widget).glyph != formenv::Glyph::None;
+    return isSign && widget.caption().empty() ? widget.toolTip() : widget.caption();
+}
+
 WidgetWindow::WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND window)
-    : tree_(tree), widget_(widget), window_(window) {
+    : tree_(tree), widget_(widget), window_(window), speech_(widget) {
     widget_.setPeer(this);
     if (widget_.kind() == WidgetKind::PictureBox)
         static_cast<formenv::PictureBox&>(widget_).shown();
@@ -109,6 +120,9 @@ void WidgetWindow::changed(Change what) {
         case Change::Locked:
             SendMessageW(window_, EM_SETREADONLY, static_cast<formenv::TextBox&>(widget_).locked(), 0);
             break;
+        case Change::Spoken:
+            Speech::tellValue(window_);
+            break;
         case Change::ToolTip:
             tree_.toolTips_.set(tree_.root_, window_, widget_.toolTip());
             break;
@@ -121,7 +135,7 @@ void WidgetWindow::sync() {
         InvalidateRect(window_, nullptr, FALSE);
     if (widget_.kind() != WidgetKind::PictureBox && widget_.kind() != WidgetKind::UserControl &&
         widget_.kind() != WidgetKind::TextBox)
-        SetWindowTextW(window_, widget_.caption().c_str());
+        SetWindowTextW(window_, windowTextOf(widget_).c_str());
     // Forms are shown and hidden at once, and by their state.
     if (widget_.kind() == WidgetKind::Form)
         return;

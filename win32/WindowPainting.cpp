@@ -89,6 +89,15 @@ void paintButton(HDC dc, RECT bounds, const formenv::Button& button, WinPlatform
         paintGlyph(dc, bounds, platform.resolve(button.foreColor()), platform.dpi());
 }
 
+void paintFocusCue(HDC dc, RECT area, WinPlatform& platform) {
+    const int scale = std::max(1, platform.dpi() / 96);
+    SetDCBrushColor(dc, platform.resolve(formenv::system_color::kHighlight));
+    for (int i = 0; i < 3 * scale; ++i) {
+        FrameRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+        InflateRect(&area, -1, -1);
+    }
+}
+
 }  // namespace
 
 void paintFrame(HDC dc, const RECT& bounds, const Widget& frame, WinPlatform& platform) {
@@ -132,7 +141,29 @@ void WindowTree::paintWindow(WidgetWindow& target) {
     const HDC dc = BeginPaint(target.window(), &paint);
     if (dc)
         paintWidget(target.widget(), dc, {0, 0});
+    if (dc && framesFocus(target)) {
+        RECT cue{};
+        GetClientRect(target.window(), &cue);
+        paintFocusCue(dc, cue, platform_);
+    }
     EndPaint(target.window(), &paint);
+}
+
+/// The focus is in a picture inside this frame. What a picture shows is its own to the last pixel, so that the frame
+/// has to tell it.
+bool WindowTree::framesFocus(const WidgetWindow& target) const {
+    const HWND focus = GetFocus();
+    const WidgetWindow* picture = find(focus);
+    return picture && picture->widget().takesFocus && picture->widget().kind() == WidgetKind::PictureBox &&
+           target.widget().kind() == WidgetKind::Frame && IsChild(target.window(), focus);
+}
+
+/// The focus has come to a picture or left it.
+void WindowTree::showFocus(WidgetWindow& target) {
+    if (!target.widget().takesFocus)
+        return;
+    for (HWND parent = GetParent(target.window()); parent && parent != root_; parent = GetParent(parent))
+        InvalidateRect(parent, nullptr, FALSE);
 }
 
 /// One widget without its children, its upper left corner at `origin`.

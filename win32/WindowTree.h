@@ -15,6 +15,7 @@
 
 #include "formenv/PictureBox.h"
 #include "formenv/Widget.h"
+#include "win32/Accessible.h"
 #include "win32/KnobWindow.h"
 #include "win32/ToolTips.h"
 #include "win32/WinPlatform.h"
@@ -33,6 +34,7 @@ class WidgetWindow final : public formenv::Peer {
 
     void changed(formenv::Change what) override;
     [[nodiscard]] formenv::Widget& widget() noexcept { return widget_; }
+    [[nodiscard]] const formenv::Widget& widget() const noexcept { return widget_; }
     [[nodiscard]] HWND window() const noexcept { return window_; }
     /// Brings caption and visibility up to date after a burst of changes.
     void sync();
@@ -40,6 +42,7 @@ class WidgetWindow final : public formenv::Peer {
     [[nodiscard]] std::wstring editedText() const;
     /// The text of the box is being set from the program.
     [[nodiscard]] bool filling() const noexcept { return filling_; }
+    [[nodiscard]] const Speech& speech() const noexcept { return speech_; }
 
   private:
     void place();
@@ -49,6 +52,7 @@ class WidgetWindow final : public formenv::Peer {
     WindowTree& tree_;
     formenv::Widget& widget_;
     HWND window_;
+    Speech speech_;
     bool stale_ = false;
     bool filling_ = false;
 };
@@ -113,6 +117,8 @@ class WindowTree {
     void mouseLost(WidgetWindow& target, HWND newOwner);
     static bool handleKey(formenv::Widget& widget, WPARAM key);
     void paintWindow(WidgetWindow& target);
+    void showFocus(WidgetWindow& target);
+    [[nodiscard]] bool framesFocus(const WidgetWindow& target) const;
     void drawItem(const DRAWITEMSTRUCT& item);
     void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
     bool createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place);
@@ -131,6 +137,9 @@ class WindowTree {
     HWND holder_ = nullptr;  ///< the window that a button went down in, until it is let go
     ToolTips toolTips_;
 };
+
+/// The text of the window that stands for a widget.
+[[nodiscard]] const std::wstring& windowTextOf(const formenv::Widget& widget);
 
 /// The pixels of a widget in its parent's client area, or of a form on the screen.
 [[nodiscard]] RECT pixelRect(const formenv::Widget& widget, int dpi) noexcept;

@@ -144,6 +144,32 @@ TEST_F(ContainerKeys, EnterAndEscapeAreTheForms) {
     }
 }
 
+TEST_F(ContainerKeys, NoPartTellsADialogThatItWantsTheFormsKeys) {
+    for (const HWND part : stops()) {
+        SetFocus(part);
+        for (const WPARAM code : {VK_TAB, VK_RETURN, VK_ESCAPE}) {
+            MSG pressed{part, WM_KEYDOWN, code, 1, 0, {}};
+            const LRESULT wants = SendMessageW(part, WM_GETDLGCODE, code, reinterpret_cast<LPARAM>(&pressed));
+            EXPECT_EQ(wants & (DLGC_WANTALLKEYS | DLGC_WANTTAB), 0)
+                << testing::PrintToString(windowText(part)) << " " << code;
+        }
+        EXPECT_EQ(SendMessageW(part, WM_GETDLGCODE, 0, 0) & DLGC_WANTTAB, 0);
+    }
+}
+
+TEST_F(ContainerKeys, TheSpectrumGetsItsKeysAndNoOthers) {
+    HWND spectrum = nullptr;
+    for (const HWND part : stops())
+        if (windowText(part) == L"picSpectrum")
+            spectrum = part;
+    ASSERT_TRUE(spectrum);
+    SetFocus(spectrum);
+    for (const WPARAM code : {VK_LEFT, VK_RIGHT, VK_UP, VK_DOWN, VK_PRIOR, VK_NEXT, VK_HOME, VK_SPACE})
+        EXPECT_EQ(key(code), S_OK) << code;
+    for (const WPARAM code : {VK_RETURN, VK_ESCAPE, VK_F1, VK_F5, VK_DELETE, VK_END})
+        EXPECT_EQ(key(code), S_FALSE) << code;
+}
+
 TEST_F(ContainerKeys, EscapeIsTheDragsWhileThereIsOne) {
     const HWND knob = stop(L"tdKnMover");
     RECT size{};

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "tests/automation/GdiOracle.h"
+#include "tests/automation/MessageBoxes.h"
 #include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
@@ -132,6 +133,12 @@ TEST_F(ContainerView, AnOldMetafileHoldsTheWholeControl) {
 TEST_F(ContainerView, AnActiveControlLooksTheSame) {
     const Picture expected = look();
     ASSERT_NO_FATAL_FAILURE(container.activate());
+    EXPECT_EQ(look(), expected);
+    // The focus on the spectrum shows in its window only.
+    for (const HWND part : container.parts())
+        if (windowText(part) == L"picSpectrum")
+            SetFocus(part);
+    ASSERT_EQ(windowText(GetFocus()), L"picSpectrum");
     EXPECT_EQ(look(), expected);
 }
 

@@ -18,6 +18,11 @@ BOOL CALLBACK countWindow(HWND, LPARAM parameter) {
     return TRUE;
 }
 
+BOOL CALLBACK noteWindow(HWND window, LPARAM parameter) {
+    reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
+    return TRUE;
+}
+
 }  // namespace
 
 HRESULT CallLog::note(const std::string& call, HRESULT usual) {
@@ -202,6 +207,12 @@ HWND RecordedContainer::root() const {
     HWND window = nullptr;
     as<IOleInPlaceObject>()->GetWindow(&window);
     return window;
+}
+
+std::vector<HWND> RecordedContainer::parts() const {
+    std::vector<HWND> found;
+    EnumChildWindows(root(), &noteWindow, reinterpret_cast<LPARAM>(&found));
+    return found;
 }
 
 void RecordedContainer::expectNothingLeft() const {

@@ -148,6 +148,8 @@ class RecordedContainer {
     /// One channel, drawn.
     void draw() const;
     [[nodiscard]] HWND root() const;
+    /// All windows inside the control's, hidden ones too.
+    [[nodiscard]] std::vector<HWND> parts() const;
     /// Nothing of the control is left: windows, references, objects.
     void expectNothingLeft() const;
 };

@@ -4,7 +4,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
 
-system_libraries=' kernel32 msvcrt user32 gdi32 ole32 oleaut32 advapi32 shell32 comctl32 comdlg32 shlwapi uxtheme version msimg32 '
+system_libraries=' kernel32 msvcrt user32 gdi32 ole32 oleaut32 advapi32 shell32 comctl32 comdlg32 shlwapi uxtheme version msimg32 oleacc '
 exports='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnregisterServer'
 
 dump() { x86_64-w64-mingw32-objdump -p "$1"; }

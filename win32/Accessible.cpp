@@ -1,0 +1,284 @@
+#include "win32/Accessible.h"
+
+#include <oleacc.h>
+
+#include <atomic>
+#include <new>
+#include <string>
+
+#include "turndial/Knob.h"
+
+namespace kv::win32 {
+
+using formenv::Widget;
+using formenv::WidgetKind;
+
+namespace {
+
+std::atomic<long> objects{0};
+
+bool isSelf(const VARIANT& child) {
+    return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
+}
+
+LONG roleOf(const Widget& widget) {
+    switch (widget.kind()) {
+        case WidgetKind::PictureBox:
+            return widget.takesFocus ? ROLE_SYSTEM_CHART : ROLE_SYSTEM_GRAPHIC;
+        case WidgetKind::Frame:
+            return ROLE_SYSTEM_GROUPING;
+        case WidgetKind::UserControl:
+            return ROLE_SYSTEM_PANE;
+        default:
+            return ROLE_SYSTEM_DIAL;
+    }
+}
+
+bool takesFocus(const Widget& widget) {
+    return widget.takesFocus || widget.kind() == WidgetKind::Custom;
+}
+
+/// Empty when there is none.
+std::wstring nameOf(const Widget& widget) {
+    if (!widget.spoken.name.empty())
+        return widget.spoken.name;
+    return widget.kind() == WidgetKind::PictureBox ? widget.name() : widget.caption();
+}
+
+/// Nothing for what has no value.
+std::optional<std::wstring> valueOf(const Widget& widget) {
+    if (widget.spoken.value)
+        return widget.spoken.value();
+    if (const auto* knob = dynamic_cast<const turndial::KnobBase*>(&widget))
+        return knob->sValText();
+    return std::nullopt;
+}
+
+/// What an enquiry ends with when there is no such text.
+HRESULT give(const std::wstring& text, BSTR* out) {
+    if (text.empty())
+        return S_FALSE;
+    *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    return *out ? S_OK : E_OUTOFMEMORY;
+}
+
+void giveNumber(LONG number, VARIANT* out) {
+    out->vt = VT_I4;
+    out->lVal = number;
+}
+
+/// The widget itself; around it, children and neighbours, the system knows its way. Lists of children are the system's
+/// object's, which this one stands before as long as both are asked for by their windows.
+class AccessibleWidget final : public IAccessible {
+  public:
+    AccessibleWidget(HWND window, std::shared_ptr<Widget*> widget, IAccessible* inner)
+        : window_(window), widget_(std::move(widget)), inner_(inner) {
+        inner_->AddRef();
+        ++objects;
+    }
+    AccessibleWidget(const AccessibleWidget&) = delete;
+    AccessibleWidget& operator=(const AccessibleWidget&) = delete;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (!object)
+            return E_POINTER;
+        *object = nullptr;
+        if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(IAccessible)) {
+            *object = static_cast<IAccessible*>(this);
+            AddRef();
+            return S_OK;
+        }
+        return iid == IID_IEnumVARIANT || iid == IID_IOleWindow ? inner_->QueryInterface(iid, object) : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0)
+            delete this;
+        return left;
+    }
+
+    // By name, the system's description of the interface does it.
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return inner_->GetTypeInfoCount(count); }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
+        return inner_->GetTypeInfo(index, locale, info);
+    }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* ids) override {
+        return inner_->GetIDsOfNames(iid, names, count, locale, ids);
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
+                                     EXCEPINFO* exception, UINT* argument) override {
+        ITypeInfo* info = nullptr;
+        const HRESULT described = inner_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info);
+        if (FAILED(described) || !info)
+            return DISP_E_MEMBERNOTFOUND;
+        const HRESULT result2 = DispInvoke(this, info, id, flags, params, result, exception, argument);
+        info->Release();
+        return result2;
+    }
+
+    HRESULT STDMETHODCALLTYPE get_accParent(IDispatch** parent) override { return inner_->get_accParent(parent); }
+    HRESULT STDMETHODCALLTYPE get_accChildCount(LONG* count) override { return inner_->get_accChildCount(count); }
+    HRESULT STDMETHODCALLTYPE get_accChild(VARIANT child, IDispatch** object) override {
+        return inner_->get_accChild(child, object);
+    }
+    HRESULT STDMETHODCALLTYPE get_accName(VARIANT child, BSTR* name) override {
+        return about(child, name, [&](const Widget& widget) { return give(nameOf(widget), name); });
+    }
+    HRESULT STDMETHODCALLTYPE get_accValue(VARIANT child, BSTR* value) override {
+        return about(child, value, [&](const Widget& widget) {
+            const std::optional<std::wstring> text = valueOf(widget);
+            return text ? give(*text, value) : DISP_E_MEMBERNOTFOUND;
+        });
+    }
+    HRESULT STDMETHODCALLTYPE get_accDescription(VARIANT child, BSTR* text) override {
+        return about(child, text, [&](const Widget& widget) { return give(widget.toolTip(), text); });
+    }
+    HRESULT STDMETHODCALLTYPE get_accHelp(VARIANT child, BSTR* text) override {
+        return about(child, text, [&](const Widget& widget) { return give(widget.spoken.help, text); });
+    }
+    HRESULT STDMETHODCALLTYPE get_accRole(VARIANT child, VARIANT* role) override {
+        return about(child, role, [&](const Widget& widget) {
+            giveNumber(roleOf(widget), role);
+            return S_OK;
+        });
+    }
+    HRESULT STDMETHODCALLTYPE get_accState(VARIANT child, VARIANT* state) override {
+        return about(child, state, [&](const Widget& widget) {
+            giveNumber(stateOf(widget), state);
+            return S_OK;
+        });
+    }
+    HRESULT STDMETHODCALLTYPE get_accHelpTopic(BSTR* file, VARIANT, LONG* topic) override {
+        if (file)
+            *file = nullptr;
+        if (topic)
+            *topic = 0;
+        return DISP_E_MEMBERNOTFOUND;
+    }
+    HRESULT STDMETHODCALLTYPE get_accKeyboardShortcut(VARIANT child, BSTR* text) override {
+        return about(child, text, [](const Widget&) { return S_FALSE; });
+    }
+    HRESULT STDMETHODCALLTYPE get_accDefaultAction(VARIANT child, BSTR* text) override {
+        return about(child, text, [](const Widget&) { return DISP_E_MEMBERNOTFOUND; });
+    }
+    HRESULT STDMETHODCALLTYPE get_accFocus(VARIANT* focus) override {
+        if (!focus)
+            return E_POINTER;
+        VariantInit(focus);
+        const HWND has = GetFocus();
+        if (has == window_) {
+            giveNumber(CHILDID_SELF, focus);
+            return S_OK;
+        }
+        if (!has || !IsChild(window_, has))
+            return S_FALSE;
+        const HRESULT found = AccessibleObjectFromWindow(has, static_cast<DWORD>(OBJID_CLIENT), IID_IDispatch,
+                                                         reinterpret_cast<void**>(&focus->pdispVal));
+        if (SUCCEEDED(found))
+            focus->vt = VT_DISPATCH;
+        return found;
+    }
+    HRESULT STDMETHODCALLTYPE get_accSelection(VARIANT* selection) override {
+        return inner_->get_accSelection(selection);
+    }
+    HRESULT STDMETHODCALLTYPE accSelect(LONG flags, VARIANT child) override {
+        if (!*widget_)
+            return CO_E_OBJNOTCONNECTED;
+        if (!isSelf(child) || flags != SELFLAG_TAKEFOCUS)
+            return E_INVALIDARG;
+        if (!takesFocus(**widget_) || !IsWindowVisible(window_) || !IsWindowEnabled(window_))
+            return S_FALSE;
+        SetFocus(window_);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE accLocation(LONG* left, LONG* top, LONG* width, LONG* height, VARIANT child) override {
+        return inner_->accLocation(left, top, width, height, child);
+    }
+    HRESULT STDMETHODCALLTYPE accNavigate(LONG direction, VARIANT start, VARIANT* end) override {
+        return inner_->accNavigate(direction, start, end);
+    }
+    HRESULT STDMETHODCALLTYPE accHitTest(LONG left, LONG top, VARIANT* child) override {
+        return inner_->accHitTest(left, top, child);
+    }
+    HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT) override { return DISP_E_MEMBERNOTFOUND; }
+    HRESULT STDMETHODCALLTYPE put_accName(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
+    HRESULT STDMETHODCALLTYPE put_accValue(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
+
+  private:
+    ~AccessibleWidget() {
+        inner_->Release();
+        --objects;
+    }
+    static void clear(BSTR* out) noexcept { *out = nullptr; }
+    static void clear(VARIANT* out) noexcept { VariantInit(out); }
+
+    template <class Out, class F>
+    HRESULT about(const VARIANT& child, Out* out, F&& answer) noexcept {
+        if (!out)
+            return E_POINTER;
+        clear(out);
+        if (!*widget_)
+            return CO_E_OBJNOTCONNECTED;
+        if (!isSelf(child))
+            return E_INVALIDARG;
+        try {
+            return answer(static_cast<const Widget&>(**widget_));
+        } catch (...) {
+            return E_OUTOFMEMORY;
+        }
+    }
+    [[nodiscard]] LONG stateOf(const Widget& widget) const {
+        LONG state = IsWindowVisible(window_) ? 0 : STATE_SYSTEM_INVISIBLE;
+        if (!IsWindowEnabled(window_))
+            return state | STATE_SYSTEM_UNAVAILABLE;
+        if (takesFocus(widget))
+            state |= STATE_SYSTEM_FOCUSABLE | (GetFocus() == window_ ? STATE_SYSTEM_FOCUSED : 0);
+        return state;
+    }
+
+    std::atomic<ULONG> references_{1};
+    HWND window_;
+    std::shared_ptr<Widget*> widget_;
+    IAccessible* inner_;
+};
+
+}  // namespace
+
+Speech::Speech(Widget& widget) : widget_(std::make_shared<Widget*>(&widget)) {}
+
+Speech::~Speech() {
+    *widget_ = nullptr;
+}
+
+std::optional<LRESULT> Speech::answer(HWND window, WPARAM wParam, LPARAM lParam) const {
+    const WidgetKind kind = (*widget_)->kind();
+    const bool isOurs = kind == WidgetKind::PictureBox || kind == WidgetKind::Frame ||
+                        kind == WidgetKind::UserControl || kind == WidgetKind::Custom;
+    // The upper half of the parameter may hold anything.
+    if (!isOurs || static_cast<DWORD>(lParam) != static_cast<DWORD>(OBJID_CLIENT))
+        return std::nullopt;
+    IAccessible* inner = nullptr;
+    if (FAILED(
+            CreateStdAccessibleObject(window, OBJID_CLIENT, __uuidof(IAccessible), reinterpret_cast<void**>(&inner))))
+        return std::nullopt;
+    auto* const object = new (std::nothrow) AccessibleWidget(window, widget_, inner);
+    inner->Release();
+    if (!object)
+        return std::nullopt;
+    const LRESULT result = LresultFromObject(__uuidof(IAccessible), wParam, object);
+    object->Release();
+    return result;
+}
+
+void Speech::tellValue(HWND window) noexcept {
+    if (window)
+        NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, window, OBJID_CLIENT, CHILDID_SELF);
+}
+
+long accessibleObjects() noexcept {
+    return objects;
+}
+
+}  // namespace kv::win32

@@ -1,0 +1,107 @@
+// Mouse and keyboard in the windows of widgets.
+#include <windowsx.h>
+
+#include "formenv/Twips.h"
+#include "win32/WindowTree.h"
+
+namespace kv::win32 {
+
+using formenv::Widget;
+using formenv::WidgetKind;
+
+namespace {
+
+/// The mouse buttons that are down, added up as events number them.
+int buttonsDown(WPARAM keys) {
+    return ((keys & MK_LBUTTON) ? formenv::mouse_button::kLeft : 0) |
+           ((keys & MK_RBUTTON) ? formenv::mouse_button::kRight : 0) |
+           ((keys & MK_MBUTTON) ? formenv::mouse_button::kMiddle : 0);
+}
+
+int shiftState(WPARAM keys) {
+    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+}
+
+}  // namespace
+
+void WindowTree::holdMouse(HWND window) {
+    holder_ = window;
+    SetCapture(window);
+}
+
+void WindowTree::letMouseGo(HWND window) {
+    holder_ = nullptr;
+    if (GetCapture() == window)
+        ReleaseCapture();
+}
+
+/// Not told when the button was let go, which ends the capture as well.
+void WindowTree::mouseLost(WidgetWindow& target, HWND newOwner) {
+    if (holder_ != target.window() || newOwner == target.window())
+        return;
+    holder_ = nullptr;
+    if (const formenv::Handler handler = target.widget().onMouseLost)
+        handler();
+}
+
+bool WindowTree::handleKey(Widget& widget, WPARAM key) {
+    const formenv::KeyHandler handler = widget.onKeyDown;
+    const int shift = (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
+                      (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+    return handler && handler(static_cast<int>(key), shift);
+}
+
+bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message < WM_MOUSEFIRST || message > WM_MBUTTONDBLCLK)
+        return false;
+    Widget& widget = target.widget();
+    const int px = GET_X_LPARAM(lParam);
+    const int py = GET_Y_LPARAM(lParam);
+    const bool picture = widget.kind() == WidgetKind::PictureBox;
+    const auto* box = picture ? static_cast<const formenv::PictureBox*>(&widget) : nullptr;
+    const double x = box ? box->userX(px) : formenv::pixelsToTwips(px, platform_.dpi());
+    const double y = box ? box->userY(py) : formenv::pixelsToTwips(py, platform_.dpi());
+    const int shift = shiftState(wParam);
+    // Copies of the handlers: one of them may take the windows away.
+    const auto call = [&](const formenv::MouseHandler& handler, int button) {
+        if (const formenv::MouseHandler copy = handler)
+            copy(button, shift, x, y);
+    };
+    const HWND window = target.window();
+    switch (message) {
+        case WM_MOUSEMOVE:
+            call(widget.onMouseMove, buttonsDown(wParam));
+            return true;
+        case WM_LBUTTONDOWN:
+            if (widget.takesFocus)
+                SetFocus(window);
+            holdMouse(window);
+            call(widget.onMouseDown, formenv::mouse_button::kLeft);
+            return true;
+        case WM_RBUTTONDOWN:
+            call(widget.onMouseDown, formenv::mouse_button::kRight);
+            return true;
+        case WM_LBUTTONUP: {
+            letMouseGo(window);
+            RECT client{};
+            GetClientRect(window, &client);
+            const formenv::Handler click = PtInRect(&client, {px, py}) ? widget.onClick : formenv::Handler();
+            call(widget.onMouseUp, formenv::mouse_button::kLeft);
+            if (click)
+                click();
+            return true;
+        }
+        case WM_RBUTTONUP:
+            call(widget.onMouseUp, formenv::mouse_button::kRight);
+            return true;
+        case WM_LBUTTONDBLCLK:
+            holdMouse(window);
+            if (const formenv::Handler handler = widget.onDblClick)
+                handler();
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace kv::win32
