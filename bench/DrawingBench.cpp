@@ -8,10 +8,14 @@
 #include "bench/Benchmarks.h"
 #include "bench/Median.h"
 #include "bench/Rig.h"
+#include "bench/SimpleSlot.h"
+#include "control/MouseReport.h"
 
 namespace kv::bench {
 
 namespace {
+
+constexpr double kReachPixels = 1.5;  // that a channel counts as hit beside its edges
 
 struct Loaded {
     SetKind kind{};
@@ -101,6 +105,31 @@ void firstDraw(benchmark::State& state, SetKind kind) {
     tell(state, times, control.naive);
 }
 
+/// Records of the channels around a frequency, as far as a report of them goes.
+std::vector<control::FreqSlotRef> recordsAround(const ChannelSet& set, const View& view, double frequency) {
+    constexpr std::size_t kMost = 5000;
+    const double reach = kReachPixels * (view.maxFreq - view.minFreq) / kPictureWidth;
+    std::vector<control::FreqSlotRef> records;
+    for (std::size_t i = 0; i < set.channels.size() && records.size() < kMost; ++i) {
+        const Channel& channel = set.channels[i];
+        if (channel.dFreqLo - reach <= frequency && frequency <= channel.dFreqHi + reach)
+            records.push_back(makeSimpleSlot(channel, i + 1));
+    }
+    return records;
+}
+
+std::wstring reportOf(const std::vector<control::FreqSlotRef>& records) {
+    control::MouseReport report;
+    report.begin(L"100.00000 MHz");
+    for (const control::FreqSlotRef& record : records) {
+        report.add(control::ChannelKind::TX, *record);
+        if (report.isFull())
+            break;
+    }
+    return report.text();
+}
+
+/// What moving is compared with: the same text of records that are at hand, put into a window of its own.
 void mouseMove(benchmark::State& state, SetKind kind) {
     const auto count = static_cast<std::size_t>(state.range(0));
     Loaded& control = loaded(kind, count);
@@ -114,7 +143,21 @@ void mouseMove(benchmark::State& state, SetKind kind) {
         state.SetIterationTime(times.measure([&] { control.rig->moveMouseTo(frequency); }));
     }
     control.rig->showMouseInfo(false);
+    const std::vector<control::FreqSlotRef> around = recordsAround(set, control.view, set.densest);
+    Times building;
+    Times plain;
+    for (int i = 0; i < 25; ++i) {
+        std::wstring text;
+        building.measure([&] { text = reportOf(around); });
+        plain.measure([&] {
+            text = reportOf(around);
+            control.rig->showText(text);
+        });
+    }
     state.counters["median_ms"] = times.median() * 1e3;
+    state.counters["text_ms"] = building.median() * 1e3;
+    state.counters["text_and_window_ms"] = plain.median() * 1e3;
+    state.counters["times_plain"] = times.median() / plain.median();
 }
 
 using Function = void (*)(benchmark::State&, SetKind);

@@ -78,6 +78,7 @@ class NativeRig final : public Rig {
     }
     void showMouseInfo(bool on) override { scope_.setBMouseInfo(on); }
     void moveMouseTo(double frequency) override { scope_.children().picSpectrum.onMouseMove(0, 0, frequency, 0.0); }
+    void showText(const std::wstring&) override {}
     View view() override {
         return {scope_.DisplayMinFreq(), scope_.DisplayMaxFreq(), scope_.DisplayMinPwr(), scope_.DisplayMaxPwr()};
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "bench/NaivePainter.h"
 
@@ -27,6 +28,8 @@ class Rig {
     virtual void turnGridKnob(bool up) = 0;
     virtual void showMouseInfo(bool on) = 0;
     virtual void moveMouseTo(double frequency) = 0;
+    /// Puts a text into a window for many lines, as the report has one; nothing where there are no windows.
+    virtual void showText(const std::wstring& text) = 0;
     [[nodiscard]] virtual View view() = 0;
 
     [[nodiscard]] virtual bool find(const std::wstring& key) = 0;

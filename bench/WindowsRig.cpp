@@ -112,6 +112,8 @@ class WindowsRig final : public Rig {
             throw std::runtime_error("the picture is not of the wanted size");
     }
     ~WindowsRig() override {
+        if (page_)
+            DestroyWindow(page_);
         DestroyWindow(window_);
         container_.Reset();
         pump();
@@ -162,6 +164,16 @@ class WindowsRig final : public Rig {
         const View now = view();
         const auto x = std::lround((frequency - now.minFreq) / (now.maxFreq - now.minFreq) * kPictureWidth);
         SendMessageW(spectrum_, WM_MOUSEMOVE, 0, MAKELPARAM(x, 100));
+    }
+    void showText(const std::wstring& text) override {
+        if (!page_) {
+            page_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 470, 300, nullptr, nullptr,
+                                    GetModuleHandleW(nullptr), nullptr);
+            edit_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"",
+                                    WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY, 0,
+                                    0, 470, 220, page_, nullptr, GetModuleHandleW(nullptr), nullptr);
+        }
+        SetWindowTextW(edit_, text.c_str());
     }
     View view() override {
         View shown;
@@ -224,6 +236,8 @@ class WindowsRig final : public Rig {
     ComPtr<_kvBandscope> control_;
     ComPtr<IUnknown> container_;
     HWND window_ = nullptr;
+    HWND page_ = nullptr;
+    HWND edit_ = nullptr;
     HWND spectrum_ = nullptr;
     HWND gridKnob_ = nullptr;
     std::vector<ComPtr<_FreqSlot>> records_;

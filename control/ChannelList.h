@@ -29,7 +29,7 @@ class ChannelList {
         channels_.push_back(channel.get());
         channel->retain();
     }
-    [[nodiscard]] FreqSlotRef replace(std::size_t index, FreqSlotRef channel) noexcept {
+    [[nodiscard]] FreqSlotRef replace(std::size_t index, const FreqSlotRef& channel) noexcept {
         channel->retain();
         return FreqSlotRef::adopt(std::exchange(channels_[index], channel.get()));
     }

@@ -94,7 +94,7 @@ int CollectionPainter::levelOf(double bandwidth) const noexcept {
     const double width = bandwidth * map_.size.width / map_.scale.width + 2.0 * margin_;
     if (!columns_.exactEnough || !(width < (1 << StandingBoxes::kLevels) - 2))
         return kNoLevel;
-    return std::bit_width(static_cast<unsigned>(width) + 1U);
+    return static_cast<int>(std::bit_width(static_cast<unsigned>(width) + 1U));
 }
 
 int CollectionPainter::highestLevel() const noexcept {

@@ -36,7 +36,7 @@ void StandingBoxes::begin(const PixelBuffer& pixels, const HatchTiles& tiles, in
     const auto below = static_cast<std::int16_t>(std::clamp(floor + 1, 0, pixels.height));
     for (int level = 0; level <= levels; ++level) {
         auto& cover = covers_[static_cast<std::size_t>(level)];
-        cover.assign(width + 2 * kGuard, 0);
+        cover.assign(width + std::size_t{2} * kGuard, 0);
         std::fill(cover.begin() + kGuard + 1 - (1 << level), cover.begin() + kGuard + pixels.width, below);
     }
     heads_.assign(static_cast<std::size_t>(pixels.height), -1);
@@ -73,7 +73,7 @@ void StandingBoxes::run(int x, int top, std::uint32_t pixel) {
     if (x < 0 || x >= pixels_.width)
         return;
     top = std::max(top, 0);
-    std::int16_t& painted = covers_[0][static_cast<std::size_t>(x + kGuard)];
+    std::int16_t& painted = covers_[0][static_cast<std::size_t>(x) + kGuard];
     if (top >= painted)
         return;
     painted = static_cast<std::int16_t>(top);
