@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <initializer_list>
+#include <string>
 #include <utility>
 
 #include "bench/Benchmarks.h"
@@ -118,9 +119,9 @@ std::vector<control::FreqSlotRef> recordsAround(const ChannelSet& set, const Vie
     return records;
 }
 
-std::wstring reportOf(const std::vector<control::FreqSlotRef>& records) {
+std::wstring reportOf(const std::vector<control::FreqSlotRef>& records, double frequency) {
     control::MouseReport report;
-    report.begin(L"100.00000 MHz");
+    report.begin(std::to_wstring(frequency) + L" MHz");
     for (const control::FreqSlotRef& record : records) {
         report.add(control::ChannelKind::TX, *record);
         if (report.isFull())
@@ -129,35 +130,44 @@ std::wstring reportOf(const std::vector<control::FreqSlotRef>& records) {
     return report.text();
 }
 
-/// What moving is compared with: the same text of records that are at hand, put into a window of its own.
+/// A move inside a pixel looks the channels up and builds the text, which its window has already; a move further on
+/// changes the text as well. They are compared with the same text of records that are at hand, without and with a
+/// window that shows it.
 void mouseMove(benchmark::State& state, SetKind kind) {
     const auto count = static_cast<std::size_t>(state.range(0));
     Loaded& control = loaded(kind, count);
     const ChannelSet& set = channelSet(kind, count);
+    const double pixel = (control.view.maxFreq - control.view.minFreq) / kPictureWidth;
     control.rig->showMouseInfo(true);
     control.rig->moveMouseTo(set.densest);
-    Times times;
+    Times inside;
     int round = 0;
     for (auto _ : state) {
-        const double frequency = set.densest + (++round % 2) * 1e-4;
-        state.SetIterationTime(times.measure([&] { control.rig->moveMouseTo(frequency); }));
+        const double frequency = set.densest + (++round % 2) * pixel * 1e-3;
+        state.SetIterationTime(inside.measure([&] { control.rig->moveMouseTo(frequency); }));
     }
-    control.rig->showMouseInfo(false);
-    const std::vector<control::FreqSlotRef> around = recordsAround(set, control.view, set.densest);
-    Times building;
-    Times plain;
-    for (int i = 0; i < 25; ++i) {
-        std::wstring text;
-        building.measure([&] { text = reportOf(around); });
-        plain.measure([&] {
-            text = reportOf(around);
-            control.rig->showText(text);
+    Times further;
+    Times text;
+    Times shown;
+    for (int i = 0; i < 24; ++i) {
+        const double frequency = set.densest + (i % 2) * 8.0 * pixel;
+        further.measure([&] { control.rig->moveMouseTo(frequency); });
+        const std::vector<control::FreqSlotRef> densest = recordsAround(set, control.view, set.densest);
+        std::wstring report;
+        text.measure([&] { report = reportOf(densest, set.densest); });
+        const std::vector<control::FreqSlotRef> around = recordsAround(set, control.view, frequency);
+        shown.measure([&] {
+            report = reportOf(around, frequency);
+            control.rig->showText(report);
         });
     }
-    state.counters["median_ms"] = times.median() * 1e3;
-    state.counters["text_ms"] = building.median() * 1e3;
-    state.counters["text_and_window_ms"] = plain.median() * 1e3;
-    state.counters["times_plain"] = times.median() / plain.median();
+    control.rig->showMouseInfo(false);
+    state.counters["median_ms"] = inside.median() * 1e3;
+    state.counters["text_ms"] = text.median() * 1e3;
+    state.counters["times_text"] = inside.median() / text.median();
+    state.counters["further_ms"] = further.median() * 1e3;
+    state.counters["text_shown_ms"] = shown.median() * 1e3;
+    state.counters["times_shown"] = further.median() / shown.median();
 }
 
 using Function = void (*)(benchmark::State&, SetKind);

@@ -10,11 +10,11 @@ int main(int argc, char** argv) {
     using namespace kv::bench;
     [[maybe_unused]] const Surroundings surroundings;
     for (const SetKind kind : {SetKind::Narrow, SetKind::Wide, SetKind::Site}) {
-        for (const std::size_t count : {1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
+        for (const std::size_t count : {20U, 1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
             enlistDrawing(kind, count);
     }
     for (const SetKind kind : {SetKind::Narrow, SetKind::Site}) {
-        for (const std::size_t count : {1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
+        for (const std::size_t count : {20U, 1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
             enlistHosting(kind, count);
     }
     for (const std::size_t count : {1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
