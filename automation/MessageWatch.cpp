@@ -1,16 +1,44 @@
 #include "automation/MessageWatch.h"
 
-#include <commctrl.h>
-
-#include <new>
+#include <mutex>
+#include <optional>
+#include <unordered_map>
 
 namespace kv::automation {
 
-namespace {
+/// Who hears a window, and how it answers by itself.
+struct MessageWatch::Watched {
+    WNDPROC before = nullptr;
+    std::shared_ptr<Link> link;
+};
 
-constexpr UINT_PTR kId = 1;
+/// The watched windows of the process. The system would keep this for each window as well (SetWindowSubclass), by
+/// properties: some systems look those up in another process, twice a message.
+class MessageWatch::Table {
+  public:
+    void add(HWND window, Watched watched) {
+        const std::lock_guard lock(mutex_);
+        windows_.insert_or_assign(window, std::move(watched));
+    }
+    [[nodiscard]] std::optional<Watched> find(HWND window) {
+        const std::lock_guard lock(mutex_);
+        const auto found = windows_.find(window);
+        return found == windows_.end() ? std::nullopt : std::optional(found->second);
+    }
+    void remove(HWND window) noexcept {
+        const std::lock_guard lock(mutex_);
+        windows_.erase(window);
+    }
 
-}  // namespace
+  private:
+    std::mutex mutex_;  // controls may live in several threads
+    std::unordered_map<HWND, Watched> windows_;
+};
+
+MessageWatch::Table& MessageWatch::table() {
+    static Table all;
+    return all;
+}
 
 MessageWatch::MessageWatch(MessageListener& listener) : link_(std::make_shared<Link>(Link{&listener})) {}
 
@@ -24,27 +52,33 @@ void MessageWatch::add(HWND root) {
 }
 
 BOOL CALLBACK MessageWatch::addOne(HWND window, LPARAM shared) {
-    // Each window has a share of its own, which goes with it.
-    auto* const share = new (std::nothrow) Shared(*reinterpret_cast<const Shared*>(shared));
-    if (share && !SetWindowSubclass(window, &MessageWatch::procedure, kId, reinterpret_cast<DWORD_PTR>(share)))
-        delete share;
+    try {
+        const auto before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC));
+        // Known before its messages come here.
+        table().add(window, {before, *reinterpret_cast<const Shared*>(shared)});
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&MessageWatch::procedure));
+    } catch (...) {
+        // Short of memory: this window is not heard.
+        return TRUE;
+    }
     return TRUE;
 }
 
 LRESULT MessageWatch::pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-    return DefSubclassProc(window, message, wParam, lParam);
+    const std::optional<Watched> watched = table().find(window);
+    return watched ? CallWindowProcW(watched->before, window, message, wParam, lParam)
+                   : DefWindowProcW(window, message, wParam, lParam);
 }
 
-LRESULT CALLBACK MessageWatch::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                         DWORD_PTR data) {
-    auto* const share = reinterpret_cast<Shared*>(data);
-    const Shared link = *share;
-    if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(window, &MessageWatch::procedure, id);
-        delete share;
-    }
-    return link->listener ? link->listener->watched(window, message, wParam, lParam)
-                          : pass(window, message, wParam, lParam);
+LRESULT CALLBACK MessageWatch::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const std::optional<Watched> watched = table().find(window);
+    MessageListener* const listener = watched ? watched->link->listener : nullptr;
+    const LRESULT result =
+        listener ? listener->watched(window, message, wParam, lParam) : pass(window, message, wParam, lParam);
+    // The last message of a window.
+    if (message == WM_NCDESTROY)
+        table().remove(window);
+    return result;
 }
 
 }  // namespace kv::automation

@@ -33,9 +33,11 @@ class MessageWatch {
         MessageListener* listener;
     };
     using Shared = std::shared_ptr<Link>;
+    struct Watched;
+    class Table;
+    [[nodiscard]] static Table& table();
     static BOOL CALLBACK addOne(HWND window, LPARAM shared);
-    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                      DWORD_PTR data);
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     Shared link_;
 };
