@@ -1,9 +1,24 @@
 // What each file of benchmarks enlists.
 #pragma once
 
+#include <benchmark/benchmark.h>
+
+#include <string>
+
 #include "bench/ChannelSets.h"
 
 namespace kv::bench {
+
+using Function = void (*)(benchmark::State&, SetKind);
+
+/// A benchmark of one step for one set, which times itself.
+inline benchmark::internal::Benchmark* enlist(const char* step, Function function, SetKind kind, std::size_t count) {
+    const std::string name = std::string(step) + "/" + nameOf(kind);
+    return benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) { function(state, kind); })
+        ->Arg(static_cast<std::int64_t>(count))
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
 
 /// Drawing, panning, zooming, moving the mouse and the first picture of a set.
 void enlistDrawing(SetKind kind, std::size_t count);

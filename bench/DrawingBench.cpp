@@ -170,8 +170,6 @@ void mouseMove(benchmark::State& state, SetKind kind) {
     state.counters["times_shown"] = further.median() / shown.median();
 }
 
-using Function = void (*)(benchmark::State&, SetKind);
-
 }  // namespace
 
 void enlistDrawing(SetKind kind, std::size_t count) {
@@ -181,13 +179,7 @@ void enlistDrawing(SetKind kind, std::size_t count) {
                                                                  {"GridKnob", zoom},
                                                                  {"MouseMove", mouseMove},
                                                                  {"FirstDraw", firstDraw}}) {
-        const std::string full = std::string(name) + "/" + nameOf(kind);
-        const Function measured = function;
-        benchmark::RegisterBenchmark(full.c_str(), [=](benchmark::State& state) { measured(state, kind); })
-            ->Arg(static_cast<std::int64_t>(count))
-            ->UseManualTime()
-            ->Unit(benchmark::kMillisecond)
-            ->MinTime(0.3);
+        enlist(name, function, kind, count)->MinTime(0.3);
     }
 }
 

@@ -141,8 +141,6 @@ void clear(benchmark::State& state, SetKind kind) {
     state.counters["median_ms"] = times.median() * 1e3;
 }
 
-using Function = void (*)(benchmark::State&, SetKind);
-
 constexpr std::size_t kThousand = 1000;
 
 }  // namespace
@@ -158,13 +156,7 @@ void enlistHosting(SetKind kind, std::size_t count) {
         const std::string_view step = name;
         if (count < kThousand && (step == "Find1000" || step == "Remove1000"))
             continue;
-        const std::string full = std::string(name) + "/" + nameOf(kind);
-        const Function measured = function;
-        benchmark::RegisterBenchmark(full.c_str(), [=](benchmark::State& state) { measured(state, kind); })
-            ->Arg(static_cast<std::int64_t>(count))
-            ->UseManualTime()
-            ->Unit(benchmark::kMillisecond)
-            ->Iterations(step == "Memory" || step == "Remove1000" ? 1 : 3);
+        enlist(name, function, kind, count)->Iterations(step == "Memory" || step == "Remove1000" ? 1 : 3);
     }
 }
 

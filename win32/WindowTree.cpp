@@ -182,6 +182,14 @@ void WindowTree::noteStale(WidgetWindow& window) {
     stale_.push_back(window.window());
 }
 
+void WindowTree::syncStale() {
+    const std::vector<HWND> stale = std::exchange(stale_, {});
+    for (const HWND changed : stale) {
+        if (WidgetWindow* found = find(changed))
+            found->sync();
+    }
+}
+
 LRESULT CALLBACK WindowTree::windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCCREATE) {
         const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam);
@@ -252,14 +260,9 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
             if (handleKey(target->widget(), wParam))
                 return 0;
             return DefWindowProcW(window, message, wParam, lParam);
-        case kSync: {
-            const std::vector<HWND> stale = std::exchange(stale_, {});
-            for (const HWND changed : stale) {
-                if (WidgetWindow* found = find(changed))
-                    found->sync();
-            }
+        case kSync:
+            syncStale();
             return 0;
-        }
         default:
             if (handleMouse(*target, message, wParam, lParam))
                 return 0;

@@ -124,6 +124,7 @@ class WindowTree {
     bool createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place);
     void createChildren(formenv::Widget& parent, HWND window);
     void noteStale(WidgetWindow& window);
+    void syncStale();
     void rootDestroyed() noexcept;
     [[nodiscard]] static bool registerClasses() noexcept;
 

@@ -117,6 +117,34 @@ class ScriptSink final : public Counted<IDispatch> {
     ComPtr<IDispatch> script_;
 };
 
+/// A displayed channel whose control tells a script of its events.
+class Told {
+  public:
+    explicit Told(const ScriptProgram& script) : sink_(new ScriptSink(eventsOf(scope_.get()), script.names())) {
+        scope_.AddTXChnl(channel({.freq = 450.0, .bw = 25.0, .power = 30.0, .key = L"TX1"}));
+        EXPECT_TRUE(scope_.DrawDisplay());
+        hosted_.emplace(scope_);
+        ComPtr<IConnectionPointContainer> points;
+        EXPECT_EQ(scope_->QueryInterface(IID_PPV_ARGS(points.GetAddressOf())), S_OK);
+        EXPECT_EQ(points->FindConnectionPoint(DIID___kvBandscope, &point_), S_OK);
+        EXPECT_EQ(point_->Advise(sink_.Get(), &cookie_), S_OK);
+    }
+    ~Told() {
+        EXPECT_EQ(point_->Unadvise(cookie_), S_OK);
+        EXPECT_EQ(sink_->references(), 1U);
+    }
+    Told(const Told&) = delete;
+    Told& operator=(const Told&) = delete;
+    [[nodiscard]] const HostedControl& hosted() const { return *hosted_; }
+
+  private:
+    Scope scope_;
+    ComPtr<ScriptSink> sink_;
+    std::optional<HostedControl> hosted_;
+    ComPtr<IConnectionPoint> point_;
+    DWORD cookie_ = 0;
+};
+
 struct Language {
     const char* test;
     const wchar_t* name;
@@ -151,21 +179,9 @@ TEST_P(ScriptEvents, ReachItsProcedures) {
     const ComPtr<ScriptProgram> script(new ScriptProgram);
     ASSERT_TRUE(script->start(GetParam().name, GetParam().text));
     {
-        Scope scope;
-        scope.AddTXChnl(channel({.freq = 450.0, .bw = 25.0, .power = 30.0, .key = L"TX1"}));
-        EXPECT_TRUE(scope.DrawDisplay());
-        const HostedControl hosted(scope);
-        ComPtr<IConnectionPointContainer> points;
-        ComPtr<IConnectionPoint> point;
-        DWORD cookie = 0;
-        const ComPtr<ScriptSink> sink(new ScriptSink(eventsOf(scope.get()), script->names()));
-        ASSERT_EQ(scope->QueryInterface(IID_PPV_ARGS(points.GetAddressOf())), S_OK);
-        ASSERT_EQ(points->FindConnectionPoint(DIID___kvBandscope, &point), S_OK);
-        ASSERT_EQ(point->Advise(sink.Get(), &cookie), S_OK);
-        hosted.chooseGridRange(0);
+        const Told told(*script.Get());
+        told.hosted().chooseGridRange(0);
         EXPECT_EQ(call(script->names().Get(), L"told").result.text(), GetParam().heard);
-        EXPECT_EQ(point->Unadvise(cookie), S_OK);
-        EXPECT_EQ(sink->references(), 1U);
     }
     EXPECT_THAT(script->errors, testing::IsEmpty());
     script->close();
@@ -185,21 +201,12 @@ TEST(ScriptEventErrors, StayInTheScript) {
                               L"Sub spectrum_ChgGridRange()\n"
                               L"  NoSuchProcedure\n"
                               L"End Sub\n"));
-    Scope scope;
-    scope.AddTXChnl(channel({.freq = 450.0, .bw = 25.0, .power = 30.0, .key = L"TX1"}));
-    EXPECT_TRUE(scope.DrawDisplay());
-    const HostedControl hosted(scope);
-    ComPtr<IConnectionPointContainer> points;
-    ComPtr<IConnectionPoint> point;
-    DWORD cookie = 0;
-    const ComPtr<ScriptSink> sink(new ScriptSink(eventsOf(scope.get()), script->names()));
-    ASSERT_EQ(scope->QueryInterface(IID_PPV_ARGS(points.GetAddressOf())), S_OK);
-    ASSERT_EQ(points->FindConnectionPoint(DIID___kvBandscope, &point), S_OK);
-    ASSERT_EQ(point->Advise(sink.Get(), &cookie), S_OK);
-    hosted.chooseGridRange(0);
-    EXPECT_EQ(hosted.log.count(HostedControl::kChgFreqRange), 1) << "the others hear of it all the same";
-    EXPECT_EQ(hosted.log.count(HostedControl::kChgGridRange), 1);
-    EXPECT_EQ(point->Unadvise(cookie), S_OK);
+    {
+        const Told told(*script.Get());
+        told.hosted().chooseGridRange(0);
+        EXPECT_EQ(told.hosted().log.count(HostedControl::kChgFreqRange), 1) << "the others hear of it all the same";
+        EXPECT_EQ(told.hosted().log.count(HostedControl::kChgGridRange), 1);
+    }
     script->close();
 }
 

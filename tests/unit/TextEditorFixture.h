@@ -1,0 +1,59 @@
+// A text editor on a platform that shows nothing, for the tests of the window with a block of text.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "forms/frmTextEditor.h"
+#include "tests/unit/ScopeFixture.h"
+
+namespace kv::forms {
+
+inline constexpr wchar_t kIni[] = L"C:\\Editor.INI";
+
+/// Keeps the names of all settings that were written.
+class EditorFiles final : public control::MemoryFiles {
+  public:
+    void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
+                      const std::wstring& value) override {
+        MemoryFiles::writeSetting(key, section, file, value);
+        keys.push_back(key);
+    }
+    std::vector<std::wstring> keys;
+};
+
+class TextEditor : public testing::Test {
+  protected:
+    /// An editor as for notes, where everything is there.
+    void initNotes(const std::wstring& text = L"", const std::wstring& save = L"&Save") {
+        form->InitForm(L"Notes", save, true, true, true, text, false, kIni);
+    }
+    void type(const std::wstring& text) { form->txtEdit.typed(text); }
+    static void click(const formenv::Widget& widget) { widget.onClick(); }
+    std::wstring saved(const std::wstring& name, const std::wstring& file = kIni) {
+        return files.settings.read(name, L"CONFIG", file).value_or(L"(none)");
+    }
+    void note(const char* what) { heard.emplace_back(what); }
+    void listen() {
+        form->onHideMe = [this] { note(form->isVisible() ? "HideMe shown" : "HideMe hidden"); };
+        form->onUnload = [this] { note("Unload"); };
+    }
+    double rightSpace() { return form->form().scaleWidth() - form->txtEdit.left() - form->txtEdit.width(); }
+    double bottomSpace() { return form->form().scaleHeight() - form->txtEdit.top() - form->txtEdit.height(); }
+
+    void TearDown() override {
+        for (const auto& report : errors.reports)
+            ADD_FAILURE() << "error " << report.number << " in " << testing::PrintToString(report.procedure);
+    }
+
+    formenv::HeadlessPlatform platform;
+    EditorFiles files;
+    control::RecordingErrors errors;
+    std::unique_ptr<forms::frmTextEditor> form = std::make_unique<forms::frmTextEditor>(platform, files, errors);
+    std::vector<std::string> heard;
+};
+
+}  // namespace kv::forms
