@@ -209,7 +209,13 @@ HRESULT BandscopeControl::RescaleAll() {
 }
 
 HRESULT BandscopeControl::nFindMatchRX(_FreqSlot* chnl, long* value) {
-    return quietly(value, [&] { return scope_->nFindMatchRX(channelOf(chnl)); });
+    const HRESULT result = memberReturn(value, [&] { return scope_->nFindMatchRX(channelOf(chnl)); });
+    if (result == E_POINTER)
+        return result;
+    // What cannot be read matches nothing.
+    if (FAILED(result))
+        *value = control::kInvalid;
+    return S_OK;
 }
 
 HRESULT BandscopeControl::get_MinHgt(short* value) {

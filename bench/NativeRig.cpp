@@ -34,7 +34,7 @@ class NoFiles final : public formenv::FileServices {
         return std::nullopt;
     }
     void writeSetting(const std::wstring&, const std::wstring&, const std::wstring&, const std::wstring&) override {}
-    std::wstring workFolder() override { return {}; }
+    std::wstring printFolder() override { return {}; }
     std::wstring placementFile() override { return {}; }
 };
 

@@ -15,7 +15,7 @@ Bandscope::Bandscope(const Services& services) : services_(services), ui_(servic
     std::int16_t flag = 100;
     reported(L"UserControl_Initialize", L"", flag, [&] { UserControl_Initialize(); });
     connectHandlers();
-    noted(L"UserControl_Resize", flag, [&] { UserControl_Resize(); });
+    noted(L"UserControl_Resize", flag, [&] { UserControl_Resize(flag); });
 }
 
 Bandscope::~Bandscope() = default;
@@ -77,7 +77,7 @@ void Bandscope::connectHandlers() {
         tellRangeChanged();
     };
     ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
-    ui_.tdKnMovCenter.onTurnEnd = [this] { applyNewCenter(ui_.tdKnMovCenter.dVal()); };
+    ui_.tdKnMovCenter.onTurnEnd = [this] { tdKnMovCenter_TurnEnd(); };
     ui_.tdKnCursor.onValueChanged = [this](double d) { setShownCursor(d); };
     ui_.tdKnMovCursor.onValueChanged = [this](double d) { tdKnMovCursor_ValueChanged(d); };
     ui_.tdKnMovCursor.onTurnEnd = [this] { setShownCursor(ui_.tdKnMovCursor.dVal()); };
@@ -86,10 +86,14 @@ void Bandscope::connectHandlers() {
     ui_.chkShowMouse.onClick = [this] { chkShowMouse_Click(); };
     ui_.cmdDrawTX.onClick = [this] { cmdDrawTX_Click(); };
     ui_.cmdDrawRX.onClick = [this] { cmdDrawRX_Click(); };
-    ui_.chkOrder.onClick = [this] { DrawDisplay(); };
+    ui_.chkViewAllxx.onClick = [this] { chkViewAllxx_Click(); };
+    ui_.chkOrder.onClick = [this] { drawOrClear(); };
     ui_.Command2.onClick = [this] { DrawDisplay(); };
     ui_.Command3.onClick = [this] { addTestFrequencies(); };
-    ui_.Command4.onClick = [this] { DrawFreqLbls(); };
+    ui_.Command4.onClick = [this] {
+        const Marks::Aside aside(marks_);
+        DrawFreqLbls();
+    };
     ui_.picSpectrum.onMouseMove = [this](int b, int s, double x, double y) { picSpectrum_MouseMove(b, s, x, y); };
     ui_.picSpectrum.onMouseDown = [this](int b, int, double, double) { picSpectrum_MouseDown(b); };
     ui_.picSpectrum.onMouseUp = [this](int b, int, double x, double) { picSpectrum_MouseUp(b, x); };
@@ -97,7 +101,7 @@ void Bandscope::connectHandlers() {
     ui_.picSpectrum.onKeyDown = [this](int key, int shift) { return picSpectrum_KeyDown(key, shift); };
     ui_.picSpectrum.wantsKey = [this](int key) { return wantsKey(key); };
     ui_.picSpectrum.takesFocus = true;
-    ui_.picSpectrum.onDblClick = [this] { picSpectrum_DblClick(); };
+    ui_.picSpectrum.onDblClick = [this](int, int, double x, double y) { picSpectrum_DblClick(x, y); };
     ui_.picUnits.onMouseMove = [this](int b, int s, double x, double y) { picUnits_MouseMove(b, s, x, y); };
     ui_.fraControl.onMouseDown = [this](int b, int, double x, double y) { fraControl_MouseDown(b, x, y); };
     ui_.fraControl.onMouseMove = [this](int, int, double x, double y) { fraControl_MouseMove(x, y); };
@@ -122,7 +126,9 @@ void Bandscope::setLColorLblFore(formenv::OleColor value) {
 }
 
 void Bandscope::setLColorSpecBack(formenv::OleColor value) {
+    // Another background erases the picture.
     ui_.picSpectrum.setBackColor(value);
+    marks_.forget();
     JustDrawIt();
 }
 

@@ -13,6 +13,7 @@
 #include "control/Children.h"
 #include "control/CollectionPainter.h"
 #include "control/FreqSlot.h"
+#include "control/Marks.h"
 #include "control/MouseReport.h"
 #include "formenv/FileServices.h"
 #include "formenv/Platform.h"
@@ -151,8 +152,10 @@ class Bandscope {
 
     // RangeScaling.cpp
     bool ScaleDisplay();
+    /// Derives what is still unset of the range; true when the display has a usable range then.
+    bool deriveRange();
     bool applyScale();
-    void applyVerticalScale();
+    void applyVerticalScale(double minPwr);
     bool hasUsableRange() const noexcept;
     void applyHorizontalScale();
     void SetDisplayRange(double dMin, double dMax);
@@ -168,7 +171,12 @@ class Bandscope {
     void SetGridRange();
     void SetGridKnob();
     double GridStepX();
-    void setGridStepX(double value) noexcept { grid_.step = value; }
+    void setGridStepX(double value) noexcept {
+        grid_.step = value;
+        grid_.chosen = true;
+    }
+    /// Tells on the grid knob how far apart the lines are.
+    void showGridStep();
     void applyChosenStep();
     void deriveGridStep();
     void selectGridRange();
@@ -185,10 +193,15 @@ class Bandscope {
     void SetCenterFreqKnob();
     void ReScaleknob(turndial::tdKnob& knob, double dMin, double dMax, double dStepIn, std::int16_t& nSteps);
     void rescaleKnobsToRange();
+    void resetKnobRanges();
+    /// Shows the center of the range on the knob, also while no center is set.
+    void showCenter();
     void setShownCursor(double value);
     void applyNewCenter(double value);
     void cmdCenterCursor_Click();
+    void chkViewAllxx_Click();
     void tdKnMovCenter_ValueChanged(double d);
+    void tdKnMovCenter_TurnEnd();
     void tdKnMovCursor_ValueChanged(double d);
     void tellRangeChanged();
     std::wstring knobFormat();
@@ -203,31 +216,30 @@ class Bandscope {
     void DrawChnl(FreqSlot& channel);
 
     // SpectrumDrawing.cpp
+    void drawOnce();
+    /// `DrawDisplay`; without a range, which draws nothing, it clears what is left of an earlier one.
+    void drawOrClear();
+    /// What the knobs show of the range that has just been drawn.
+    void showOnKnobs();
     void DrawGrid();
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
     void DrawFreqLbls();
     void drawFreqLabel(double x);
-    void DrawCursorLine(double frequency, formenv::OleColor color, bool removeOld);
-    void strokeCursor(double frequency, formenv::OleColor color);
-    /// Leaves the picture without a cursor line.
-    void takeCursorLineOff();
-    /// Leaves the picture without cursor line and rubber band, so that both can be drawn over what comes next.
-    void takeMarksOff();
-    /// Draws while cursor line and rubber band are off the picture.
-    void underMarks(const std::function<void()>& draw);
+    void DrawCursorLine(double frequency, formenv::OleColor color);
     const std::wstring& FreqLblFormat();
 
     // Layout.cpp
     void arrangePanel();
-    void UserControl_Resize();
+    void UserControl_Resize(std::int16_t& flag);
+    void toggleControlsSection(std::int16_t& flag);
     void fraControl_MouseDown(int button, double x, double y);
     void fraControl_MouseMove(double x, double y);
-    void placeChildren(std::uint64_t generation);
+    void placeChildren(std::uint64_t generation, std::int16_t& flag);
     bool yieldedTo(std::uint64_t generation);
 
     // MouseInfo.cpp
     void picSpectrum_MouseMove(int button, int shift, double x, double y);
-    void picSpectrum_DblClick();
+    void picSpectrum_DblClick(double x, double y);
     void picUnits_MouseMove(int button, int shift, double x, double y);
     void chkShowMouse_Click();
     /// Reads out and reports what is at a place of the picture.
@@ -244,10 +256,6 @@ class Bandscope {
     void dragTo(int button, double x);
     void endDrag();
     [[nodiscard]] double insidePicture(double x) const noexcept;
-    void takeRubberBandOff();
-    /// The picture has been cleared, and the band with it.
-    void forgetRubberBand() noexcept;
-    void strokeRubberBand();
 
     // Keyboard.cpp
     [[nodiscard]] bool wantsKey(int code) const noexcept;
@@ -259,6 +267,9 @@ class Bandscope {
     void cursorTo(double frequency);
     void cursorToChannel(double side);
     void toggleReport();
+    void markSpan();
+    /// Ends a span that was begun by key; false when there is none.
+    bool dropSpan();
 
     /// Runs `body`; an error in it goes to the error reporter with the procedure's name, context text and step flag.
     bool reported(const wchar_t* procedure, const std::wstring& detail, std::int16_t& flag,
@@ -282,23 +293,26 @@ class Bandscope {
         double maxPwr = -FREQ_UNSET;
         double endBuffer = -1.0;  ///< negative: not set
         bool bShowAll = false;
+        /// What `chkViewAllxx` was ticked over; MHz, a minimum above the maximum for none.
+        std::pair<double, double> beforeViewAll{FREQ_UNSET, -FREQ_UNSET};
     };
     struct Grid {                 // GridStep.cpp
         std::int16_t nGridX = 0;  ///< divisions; below 1 means the usual 20
         double step = 0.0;        ///< MHz; not above 0: to be derived from the range
+        bool chosen = false;      ///< by the user, on the knob or in the box
         /// The display as a turn of the grid knob found it.
         struct Before {
             double minFreq = FREQ_UNSET;
             double maxFreq = -FREQ_UNSET;
             double step = 0.0;
+            bool chosen = false;
         };
         Before beforeTurn;
     };
     struct Drawing {  // SpectrumDrawing.cpp
         bool bDrawing = false;
-        bool bAgain = false;                    ///< a step was chosen under a running drawing, which ends outdated
-        double dCursorLineFreq = -FREQ_UNSET;   ///< MHz; where the cursor line stands on the picture
-        formenv::OleColor cursorLineColor = 0;  ///< and its colour, needed to take it away again
+        bool bAgain = false;  ///< a drawing was asked for under a running one, which may end outdated
+        std::pair<double, double> drawnSpan{FREQ_UNSET, -FREQ_UNSET};  ///< MHz, of the drawing that runs
         std::wstring FreqLblFormat;
         std::int32_t nMany = 400;  ///< channels of a kind from which painting all at once is the faster way
     };
@@ -319,15 +333,16 @@ class Bandscope {
         std::unique_ptr<forms::frmTextEditor> window;  ///< made when it is first needed
         bool isSetUp = false;                          ///< not once the user has closed it
     };
-    struct Drag {                ///< BoxDrag.cpp; frequencies in MHz
-        std::wstring mode;       ///< "BOX" while a box is dragged, else empty
-        double start = 0.0;      ///< where the drag began
-        double band = kInvalid;  ///< where the rubber band on the picture ends; kInvalid without one
-        bool givenUp = false;    ///< no new drag before the button is let go
+    struct Drag {                        ///< BoxDrag.cpp; frequencies in MHz
+        std::wstring mode;               ///< "BOX" while a box is dragged, else empty
+        double start = 0.0;              ///< where the drag began
+        bool givenUp = false;            ///< no new drag before the button is let go
+        std::optional<double> spanFrom;  ///< where a span was begun by key
     };
 
     Services services_;
     Children ui_;
+    Marks marks_{ui_.picSpectrum};
     ChannelStore store_;
     ChannelSummary txSummary_;
     ChannelSummary rxSummary_;

@@ -10,8 +10,6 @@ namespace kv::control {
 namespace {
 
 constexpr wchar_t kBox[] = L"BOX";
-constexpr int kInvert = 6;
-constexpr int kTransparent = 1;
 constexpr int kLeastDrag = 3;  // pixels; what is shorter is a click with an unsteady hand
 
 }  // namespace
@@ -72,43 +70,17 @@ void Bandscope::dragTo(int button, double x) {
     }
     if (!isDragging())
         return;
-    takeRubberBandOff();
-    drag_.band = insidePicture(x);
-    strokeRubberBand();
+    marks_.drawBand(drag_.start, insidePicture(x));
 }
 
 void Bandscope::endDrag() {
     drag_.mode.clear();
-    takeRubberBandOff();
+    marks_.takeBandOff();
 }
 
 /// The mouse is held during the drag and may be far outside, where the picture has nothing to zoom to.
 double Bandscope::insidePicture(double x) const noexcept {
     return std::clamp(x, std::min(range_.minFreq, range_.maxFreq), std::max(range_.minFreq, range_.maxFreq));
-}
-
-void Bandscope::takeRubberBandOff() {
-    if (drag_.band == kInvalid)
-        return;
-    strokeRubberBand();
-    drag_.band = kInvalid;
-}
-
-void Bandscope::forgetRubberBand() noexcept {
-    drag_.band = kInvalid;
-}
-
-// Inverting: the same stroke once more takes the band away again. It spans the whole height, since only frequencies
-// are chosen.
-void Bandscope::strokeRubberBand() {
-    formenv::PictureBox& picture = ui_.picSpectrum;
-    const formenv::KeepDrawing keep(picture);
-    picture.setFillStyle(kTransparent);
-    picture.setDrawMode(kInvert);
-    picture.setDrawWidth(1);
-    // The scale's lower end lies just outside the picture.
-    const double bottom = picture.userY(picture.pixelSize().height - 1);
-    picture.box(drag_.start, picture.scaleTop(), drag_.band, bottom, picture.foreColor());
 }
 
 }  // namespace kv::control

@@ -10,6 +10,17 @@ namespace {
 constexpr double kNudge = 10.0;        // nudges to a grid division
 constexpr double kBesideMover = 30.0;  // twips
 
+// The knobs' ranges before there is a display range; different on purpose.
+constexpr double kCenterEnd = 1500.0;  // MHz
+constexpr double kCursorEnd = 1000.0;  // MHz
+constexpr double kStartStep = 100.0;   // MHz
+
+void setRange(turndial::tdKnob& knob, double end) {
+    knob.dMinVal = 0.0;
+    knob.dMaxVal = end;
+    knob.dStep = kStartStep;
+}
+
 /// Half to even, as the conversion to a whole number does.
 std::int16_t halfOf(std::int16_t divisions) {
     return static_cast<std::int16_t>(std::nearbyint(divisions / 2.0));
@@ -41,9 +52,7 @@ void Bandscope::SetCenterFreqKnob() {
     knob.iKnobStyle = 0;
     knob.bShowValue = true;
     knob.sFormat = knobFormat();
-    knob.dMinVal = 0.0;
-    knob.dMaxVal = 1500.0;
-    knob.dStep = 100.0;
+    setRange(knob, kCenterEnd);
     knob.bOption1 = true;
     knob.bOption2 = false;
     knob.bOption3 = false;
@@ -68,9 +77,7 @@ void Bandscope::setUpCursorKnob() {
     knob.setSCaption(L"Cursor (MHz)");
     knob.iKnobStyle = 0;
     knob.bShowValue = true;
-    knob.dMinVal = 0.0;
-    knob.dMaxVal = 1000.0;
-    knob.dStep = 100.0;
+    setRange(knob, kCursorEnd);
     knob.bOption1 = true;
     knob.Refresh();
 }
@@ -97,15 +104,35 @@ void Bandscope::rescaleKnobsToRange() {
     }
 }
 
+void Bandscope::resetKnobRanges() {
+    const auto reset = [](turndial::tdKnob& knob, double end) {
+        // Never under the user's hand.
+        if (knob.bMouseDown())
+            return;
+        setRange(knob, end);
+        knob.Refresh();
+    };
+    reset(ui_.tdKnCenter, kCenterEnd);
+    reset(ui_.tdKnCursor, kCursorEnd);
+}
+
+void Bandscope::showCenter() {
+    if (!(range_.maxFreq > range_.minFreq))
+        return;
+    const double center =
+        isUnsetFrequency(range_.center) ? range_.minFreq + (range_.maxFreq - range_.minFreq) / 2.0 : range_.center;
+    if (look_.bUseMovers)
+        ui_.tdKnMovCenter.setDVal(center);
+    else
+        ui_.tdKnCenter.setDVal(center);
+}
+
 double Bandscope::CursorVal() const noexcept {
     return look_.bUseMovers ? ui_.tdKnMovCursor.dVal() : ui_.tdKnCursor.dVal();
 }
 
 void Bandscope::setCursorVal(double value) {
-    // The getters first: they make the range of channels that have not been drawn yet.
-    const double minimum = DisplayMinFreq();
-    const double maximum = DisplayMaxFreq();
-    if (!hasUsableRange() || !(value >= minimum && value <= maximum))
+    if (!deriveRange() || !(value >= range_.minFreq && value <= range_.maxFreq))
         return;
     setShownCursor(value);
 }
@@ -116,14 +143,14 @@ void Bandscope::setShownCursor(double value) {
     else
         ui_.tdKnCursor.setDVal(value);
     std::int16_t flag = 100;
-    reported(L"CursorVal", L"", flag, [&] { DrawCursorLine(value, look_.lCursorColor, true); });
+    reported(L"CursorVal", L"", flag, [&] { DrawCursorLine(value, look_.lCursorColor); });
 }
 
 void Bandscope::cmdCenterCursor_Click() {
     std::int16_t flag = 100;
     reported(L"cmdCenterCursor_Click", L"", flag, [&] {
         const double center = DisplayCenterFreq();
-        DrawCursorLine(center, look_.lCursorColor, true);
+        DrawCursorLine(center, look_.lCursorColor);
         ui_.tdKnMovCursor.setDVal(center);
     });
 }
@@ -139,19 +166,32 @@ void Bandscope::applyNewCenter(double value) {
 
 // The center nudges against the sense of the cursor: turning up pulls the picture, not the center, to the right.
 void Bandscope::tdKnMovCenter_ValueChanged(double d) {
-    // Without a range there is no step to nudge by.
-    if (d == 0.0 || !hasUsableRange())
-        return;
-    const double nudge = GridStepX() / kNudge;
-    applyNewCenter(DisplayCenterFreq() + (d > 0.0 ? -nudge : nudge));
+    std::int16_t flag = 100;
+    reported(L"tdKnMovCenter_ValueChanged", L"", flag, [&] {
+        // Without a range there is no step to nudge by.
+        if (d == 0.0 || !deriveRange())
+            return;
+        flag = 200;
+        const double nudge = GridStepX() / kNudge;
+        applyNewCenter(DisplayCenterFreq() + (d > 0.0 ? -nudge : nudge));
+    });
+}
+
+void Bandscope::tdKnMovCenter_TurnEnd() {
+    applyNewCenter(ui_.tdKnMovCenter.dVal());
+    tellRangeChanged();
 }
 
 void Bandscope::tdKnMovCursor_ValueChanged(double d) {
-    if (d == 0.0 || !hasUsableRange())
-        return;
-    const double nudge = GridStepX() / kNudge;
-    const double from = ui_.tdKnMovCursor.dVal() > 0.0 ? ui_.tdKnMovCursor.dVal() : DisplayCenterFreq();
-    setShownCursor(from + (d > 0.0 ? nudge : -nudge));
+    std::int16_t flag = 100;
+    reported(L"tdKnMovCursor_ValueChanged", L"", flag, [&] {
+        if (d == 0.0 || !deriveRange())
+            return;
+        flag = 200;
+        const double nudge = GridStepX() / kNudge;
+        const double from = ui_.tdKnMovCursor.dVal() > 0.0 ? ui_.tdKnMovCursor.dVal() : DisplayCenterFreq();
+        setShownCursor(from + (d > 0.0 ? nudge : -nudge));
+    });
 }
 
 void Bandscope::tellRangeChanged() {

@@ -17,6 +17,8 @@ namespace {
 constexpr std::size_t kAhead = 8;      // records that are fetched while one is read
 constexpr std::size_t kFewHoles = 64;  // not worth closing
 constexpr double kLeastUnit = 1e-9;    // MHz
+// Differences of edges within this distance from 0 are exact enough for the grid, whichever two are taken.
+constexpr double kFarthest = 1e15;  // MHz
 
 bool hasOddFillStyle(const DrawRecord& record) {
     return record.iFillStyle < 0 || record.iFillStyle > 7;
@@ -38,7 +40,7 @@ void fetch(const FreqSlot* channel) {
 
 bool ChannelSnapshot::isRegular(const DrawRecord& record) noexcept {
     return record.bVisible && record.dFreq > 0.0 && record.dFreqLo <= record.dFreq && record.dFreq <= record.dFreqHi &&
-           std::isfinite(record.dFreqHi - record.dFreqLo);
+           record.dFreqLo >= -kFarthest && record.dFreqHi <= kFarthest;
 }
 
 bool ChannelSnapshot::update(const ChannelStore& store, ChannelKind kind) noexcept {

@@ -79,7 +79,7 @@ class ChannelSnapshot {
     [[nodiscard]] std::int32_t indexOf(std::size_t place) const noexcept;
     [[nodiscard]] std::size_t placeOf(std::int32_t index) const noexcept;
 
-    /// Visible, at a frequency above 0 and inside its band, whose edges are finite.
+    /// Visible, at a frequency above 0 and inside its band, whose edges are no further from 0 than 1e15 MHz.
     [[nodiscard]] static bool isRegular(const DrawRecord& record) noexcept;
     /// Sets `bDrawn` in the record and in the copy.
     void markDrawn(std::size_t place) noexcept {

@@ -1,6 +1,7 @@
 #include "control/ChannelStore.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "util/ConvertFreq.h"
 #include "util/RuntimeError.h"
@@ -51,6 +52,26 @@ void fillInEdges(FreqSlot& channel) {
         channel.setDFreqLo(centre - offset);
 }
 
+/// The band edges of a channel as far as they count for the extremes, MHz: a channel without a frequency, and an edge
+/// that is not above 0, widen nothing.
+struct CountedEdges {
+    double low = FREQ_UNSET;
+    double high = -FREQ_UNSET;
+};
+
+CountedEdges countedEdges(double frequency, double low, double high) {
+    CountedEdges counted;
+    if (frequency > 0.0) {
+        counted.low = low > 0.0 ? low : FREQ_UNSET;
+        counted.high = high > 0.0 ? high : -FREQ_UNSET;
+    }
+    return counted;
+}
+
+CountedEdges countedEdges(const FreqSlotFields& fields) {
+    return countedEdges(fields.dFreq, fields.dFreqLo, fields.dFreqHi);
+}
+
 void raise(double& maximum, double value) {
     if (value > maximum)
         maximum = value;
@@ -99,8 +120,9 @@ void ChannelStore::addKey(std::wstring_view key, ChannelKind kind, std::int32_t 
 void ChannelStore::noteAdded(ChannelKind kind, FreqSlot& channel) {
     EdgeRange& range = edges(kind);
     if (const FreqSlotFields* const own = channel.watch()) {
-        raise(range.maximum, own->dFreqHi);
-        lower(range.minimum, own->dFreqLo);
+        const CountedEdges counted = countedEdges(*own);
+        raise(range.maximum, counted.high);
+        lower(range.minimum, counted.low);
         return;
     }
     ++foreign_;
@@ -123,6 +145,9 @@ void ChannelStore::widen(ChannelKind kind, FreqSlot& channel) {
     if (!tx)
         return;
     const double power = channel.dPwrDBM();
+    // Minus infinity is the power of 0 W. As an extreme it would leave the picture without a scale.
+    if (!std::isfinite(power))
+        return;
     raise(e.dTXPwrDBMMax, power);
     lower(e.dTXPwrDBMMin, power);
     lower(e.dPwrMin, power);
@@ -155,9 +180,8 @@ FreqSlotRef ChannelStore::findByKey(std::wstring_view key) const {
     return channel ? channel : findByKey(ChannelKind::RX, key);
 }
 
-void ChannelStore::closeGap(ChannelKind kind, std::int32_t index) {
-    if (!removeAtOnce(kind, index))
-        removeWithKeys(kind, index);
+std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::int32_t index) {
+    return removeAtOnce(kind, index) ? nullptr : removeWithKeys(kind, index);
 }
 
 // What comes of removing one channel after the other when each has a key of its own that nobody has changed.
@@ -170,7 +194,10 @@ bool ChannelStore::removeAtOnce(ChannelKind kind, std::int32_t index) {
         return false;
     ChannelSnapshot::Removal removal(snapshot(kind));
     EdgeRange& range = edges(kind);
-    range.known = range.known && fields.dFreqLo > range.minimum && fields.dFreqHi < range.maximum;
+    const CountedEdges counted = countedEdges(fields);
+    const bool inside = (counted.low > range.minimum || counted.low == FREQ_UNSET) &&
+                        (counted.high < range.maximum || counted.high == -FREQ_UNSET);
+    range.known = range.known && inside;
     matches_.drop();
     const FreqSlotRef gone = list.take(static_cast<std::size_t>(index));
     removal.done(index);
@@ -193,24 +220,33 @@ bool ChannelStore::keysAreAsTheyCame() {
     return true;
 }
 
-void ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
+std::exception_ptr ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
     keys_.unlink();
     edges(kind).known = false;
     matches_.drop();
     ChannelList& list = channels(kind);
     ChannelSnapshot::Removal removal(snapshot(kind));
+    std::exception_ptr failed;
     // Reading a key may run the host's code, which may change the list: its length is asked for again each time.
     for (std::int32_t j = index; j < count(kind) - 1; ++j) {
         const FreqSlotRef moved = at(kind, j + 1);
         static_cast<void>(list.replace(static_cast<std::size_t>(j), moved));
-        const std::wstring key = moved->sKey();
-        forgetKey(key);
-        addKey(key, kind, j);
+        // A key that cannot be moved ends nothing: with the array half moved, one channel would be in it twice and
+        // another one lost.
+        try {
+            const std::wstring key = moved->sKey();
+            forgetKey(key);
+            addKey(key, kind, j);
+        } catch (...) {
+            if (!failed)
+                failed = std::current_exception();
+        }
     }
-    if (list.empty())
-        return;
-    static_cast<void>(list.take(list.size() - 1));
-    removal.done(std::min(index, count(kind)));
+    if (!list.empty()) {
+        static_cast<void>(list.take(list.size() - 1));
+        removal.done(std::min(index, count(kind)));
+    }
+    return failed;
 }
 
 void ChannelStore::forgetKey(std::wstring_view key) {
@@ -246,8 +282,9 @@ void ChannelStore::widenByEdges(ChannelKind kind) {
     if (foreign_ != 0 || !range.known || range.revision != revision) {
         EdgeRange fresh{FREQ_UNSET, -FREQ_UNSET, revision, true};
         for (std::int32_t i = 0; const FreqSlotRef channel = at(kind, i); ++i) {
-            raise(fresh.maximum, channel->dFreqHi());
-            lower(fresh.minimum, channel->dFreqLo());
+            const CountedEdges counted = countedEdges(channel->dFreq(), channel->dFreqLo(), channel->dFreqHi());
+            raise(fresh.maximum, counted.high);
+            lower(fresh.minimum, counted.low);
         }
         range = fresh;
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,6 +41,8 @@ class ChannelStore {
     void add(ChannelKind kind, const FreqSlotRef& channel, std::int32_t& index);
 
     [[nodiscard]] std::int32_t count(ChannelKind kind) const noexcept;
+    /// Neither a TX nor an RX channel.
+    [[nodiscard]] bool empty() const noexcept { return tx_.empty() && rx_.empty(); }
     /// Nothing outside 0 to count - 1.
     [[nodiscard]] FreqSlotRef at(ChannelKind kind, std::int32_t index) const noexcept;
     /// The same without a reference, for an index from 0 to count - 1.
@@ -58,9 +61,10 @@ class ChannelStore {
     /// The index kept for the key (without regard to case), of whichever kind.
     [[nodiscard]] std::optional<std::int32_t> indexOfKey(std::wstring_view key) const { return keys_.find(key); }
 
-    /// Closes the gap at `index`, moving the later channels down by one, each with its key. Throws RuntimeError 5 when
-    /// a moved channel's key is not known (a second channel of the same key), leaving what has been moved so far.
-    void closeGap(ChannelKind kind, std::int32_t index);
+    /// Closes the gap at `index`, moving the later channels down by one, each with its key. A channel whose key is not
+    /// known (its key was changed after adding, or it has the key of another channel) is moved without one. Returns the
+    /// first error of that kind, a RuntimeError 5 or what reading a key threw, and null when there was none.
+    [[nodiscard]] std::exception_ptr closeGap(ChannelKind kind, std::int32_t index);
     /// Throws RuntimeError 5 when the key is not known.
     void forgetKey(std::wstring_view key);
 
@@ -100,7 +104,7 @@ class ChannelStore {
     void noteAdded(ChannelKind kind, FreqSlot& channel);
     void widen(ChannelKind kind, FreqSlot& channel);
     void widenByEdges(ChannelKind kind);
-    void removeWithKeys(ChannelKind kind, std::int32_t index);
+    std::exception_ptr removeWithKeys(ChannelKind kind, std::int32_t index);
     bool removeAtOnce(ChannelKind kind, std::int32_t index);
     [[nodiscard]] bool keysAreAsTheyCame();
 

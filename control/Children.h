@@ -1,6 +1,7 @@
 // The child controls, in the order of the Tab key.
 #pragma once
 
+#include "formenv/Menu.h"
 #include "formenv/PictureBox.h"
 #include "formenv/Platform.h"
 #include "formenv/Widget.h"
@@ -13,6 +14,10 @@ struct Children {
         : picUnits(platform, &fraPic, L"picUnits"), picSpectrum(platform, &picUnits, L"picSpectrum") {}
 
     formenv::Widget userControl{formenv::WidgetKind::UserControl, nullptr, L"kvBandscope"};
+
+    // The control's menu. Nothing opens it: the background is the host's to set.
+    formenv::Menu mnuConfig{nullptr, L"mnuConfig", L"Configuration"};
+    formenv::Menu mnuConfigBColor{&mnuConfig, L"mnuConfigBColor", L"Display Background Color"};
 
     formenv::Frame fraPic{&userControl, L"fraPic"};
     formenv::PictureBox picUnits;

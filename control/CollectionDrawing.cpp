@@ -72,19 +72,19 @@ void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_
 
 void Bandscope::DrawChnl(FreqSlot& channel) {
     const DrawRecord record = channel.drawRecord();
+    const double floor = DisplayMinPwr();
+    // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
+    const double top = record.dPwrDBM > floor ? record.dPwrDBM : DisplayMaxPwr() / 2.0;
+    PictureBox& picture = ui_.picSpectrum;
+    const KeepDrawing keep(picture);
+    picture.setFillStyle(record.iFillStyle);
     if (!record.bVisible && !record.bDrawn)
         return;
+    picture.setDrawMode(record.bVisible ? kCopyPen : kNotXorPen);
     const double minFreq = DisplayMinFreq();
     const double maxFreq = DisplayMaxFreq();
     if (record.dFreqLo > maxFreq || record.dFreqHi < minFreq)
         return;
-    PictureBox& picture = ui_.picSpectrum;
-    const KeepDrawing keep(picture);
-    const double floor = DisplayMinPwr();
-    // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
-    const double top = record.dPwrDBM > floor ? record.dPwrDBM : DisplayMaxPwr() / 2.0;
-    picture.setFillStyle(record.iFillStyle);
-    picture.setDrawMode(record.bVisible ? kCopyPen : kNotXorPen);
     picture.setFillColor(record.lColor);
     const double low = record.dFreqLo < minFreq ? minFreq : record.dFreqLo;
     const double high = record.dFreqHi > maxFreq ? maxFreq : record.dFreqHi;

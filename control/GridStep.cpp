@@ -1,8 +1,12 @@
 // The step between two grid lines: chosen on the grid knob, whose stops the grid-range box selects, or derived from
 // the displayed range.
 #include <array>
+#include <cmath>
+#include <iterator>
+#include <string>
 
 #include "control/Bandscope.h"
+#include "util/NumberFormat.h"
 
 namespace kv::control {
 
@@ -37,6 +41,30 @@ Slice sliceOf(const std::wstring& unit) {
 
 constexpr std::int16_t kUsualGridX = 20;
 
+/// Steps whose difference is the rounding of a division are the same.
+bool sameStep(double a, double b) {
+    constexpr double kHair = 1e-9;
+    return std::abs(a - b) <= kHair * std::abs(b);
+}
+
+/// A step in MHz as the stops of the grid knob are labeled, in Hz with a suffix and six significant digits: "25K".
+std::wstring stepText(double step) {
+    struct Unit {
+        double hertz;
+        const wchar_t* suffix;
+    };
+    constexpr Unit kUnits[] = {{1e12, L"T"}, {1e9, L"G"}, {1e6, L"M"}, {1e3, L"K"}, {1.0, L""}};
+    constexpr double kHertzPerMHz = 1e6;
+    constexpr double kLeastMantissa = 0.9999995;  // rounds to 1
+    const double hertz = step * kHertzPerMHz;
+    const Unit* unit = std::begin(kUnits);
+    while (unit + 1 != std::end(kUnits) && hertz < unit->hertz * kLeastMantissa)
+        ++unit;
+    const double mantissa = hertz / unit->hertz;
+    const wchar_t* const format = mantissa < 9.999995 ? L"0.#####" : mantissa < 99.99995 ? L"0.####" : L"0.###";
+    return util::formatNumber(mantissa, format) + unit->suffix;
+}
+
 }  // namespace
 
 std::int16_t Bandscope::nGridX() noexcept {
@@ -59,6 +87,7 @@ void Bandscope::SetGridKnob() {
     knob.iKnobStyle = 0;
     knob.bOption1 = false;
     knob.bShowValue = true;
+    knob.textOffStops = stepText;
     const Slice slice = sliceOf(ui_.cboGridRange.text());
     knob.dMinVal = kGridTable.at(slice.first).step;
     knob.dMaxVal = kGridTable.at(slice.last).step;
@@ -71,15 +100,25 @@ void Bandscope::SetGridKnob() {
 }
 
 double Bandscope::GridStepX() {
-    if (isUnsetFrequency(grid_.step))
+    if (isUnsetFrequency(grid_.step)) {
         grid_.step = (range_.maxFreq - range_.minFreq) / nGridX();
+        grid_.chosen = false;
+    }
     return grid_.step;
+}
+
+// The lines are as many as `nGridX` says, whatever step was chosen: the read-out tells what is drawn.
+void Bandscope::showGridStep() {
+    if (!(range_.maxFreq > range_.minFreq))
+        return;
+    const double drawn = (range_.maxFreq - range_.minFreq) / nGridX();
+    ui_.tdKnGrid.setSValText(grid_.chosen && sameStep(grid_.step, drawn) ? std::wstring() : stepText(drawn));
 }
 
 // A chosen step makes the range: as many divisions as there are, around the center. So turning the grid knob zooms,
 // and the middle line goes on marking the center.
 void Bandscope::applyChosenStep() {
-    if (!hasUsableRange() || isUnsetFrequency(grid_.step))
+    if (!deriveRange() || isUnsetFrequency(grid_.step))
         return;
     showAround(DisplayCenterFreq(), grid_.step * nGridX() / 2.0);
     applyHorizontalScale();
@@ -129,7 +168,7 @@ void Bandscope::cboGridRange_Click() {
         SetGridKnob();
         ui_.tdKnGrid.setDVal(kept);
         flag = 200;
-        if (!hasUsableRange())
+        if (!deriveRange())
             return;
         minimum = range_.minFreq;
         maximum = range_.maxFreq;
@@ -164,7 +203,7 @@ void Bandscope::tdKnGrid_TurnEnd() {
 
 // A derived step stands on no stop of the knob: the knob's value alone would not bring the display back.
 void Bandscope::rememberBeforeTurn() noexcept {
-    grid_.beforeTurn = {range_.minFreq, range_.maxFreq, grid_.step};
+    grid_.beforeTurn = {range_.minFreq, range_.maxFreq, grid_.step, grid_.chosen};
 }
 
 void Bandscope::takeGridTurnBack() {
@@ -172,7 +211,8 @@ void Bandscope::takeGridTurnBack() {
     reported(L"tdKnGrid_GivenUp", L"", flag, [&] {
         range_.minFreq = grid_.beforeTurn.minFreq;
         range_.maxFreq = grid_.beforeTurn.maxFreq;
-        setGridStepX(grid_.beforeTurn.step);
+        grid_.step = grid_.beforeTurn.step;
+        grid_.chosen = grid_.beforeTurn.chosen;
         flag = 200;
         drawUnlessDrawing();
     });

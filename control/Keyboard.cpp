@@ -1,5 +1,5 @@
 // The spectrum by keyboard, for everything that the mouse does there. Tab, Enter and Escape are the host's, but for
-// Escape during a drag.
+// Escape during a drag and while a span has been begun.
 //
 //   Left, Right               one grid division to that side
 //   Page Up, Page Down        half a display to the left, to the right
@@ -8,7 +8,10 @@
 //   Ctrl+Left, Ctrl+Right     the cursor to the next channel on that side
 //   Shift+Left, Shift+Right   the cursor by a tenth of a division
 //   Space                     the cursor's frequency becomes the center
+//   B                         one end of a span, at the cursor; once more: zooms to the span from there to the cursor
+//   C                         the control panel, collapsed and expanded
 //   M                         the report of what is under the cursor, on and off
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -29,6 +32,8 @@ constexpr int kLeft = 37;
 constexpr int kUp = 38;
 constexpr int kRight = 39;
 constexpr int kDown = 40;
+constexpr int kB = 66;
+constexpr int kC = 67;
 constexpr int kM = 77;
 constexpr int kPadPlus = 107;
 constexpr int kPadMinus = 109;
@@ -47,7 +52,7 @@ constexpr double kWidest = 1e8;  // MHz; ten times what the coarsest grid step s
 bool Bandscope::wantsKey(int code) const noexcept {
     switch (code) {
         case key::kEscape:
-            return isDragging();
+            return isDragging() || drag_.spanFrom.has_value();
         case key::kSpace:
         case key::kPageUp:
         case key::kPageDown:
@@ -56,6 +61,8 @@ bool Bandscope::wantsKey(int code) const noexcept {
         case key::kUp:
         case key::kRight:
         case key::kDown:
+        case key::kB:
+        case key::kC:
         case key::kM:
         case key::kPadPlus:
         case key::kPadMinus:
@@ -71,12 +78,14 @@ bool Bandscope::picSpectrum_KeyDown(int code, int shift) {
     if (!wantsKey(code) || (shift & ~(kShift | kCtrl)) != 0)
         return false;
     if (code == key::kEscape)
-        return giveUpDrag();
+        return giveUpDrag() || dropSpan();
     std::int16_t flag = 100;
     reported(L"picSpectrum_KeyDown", L"", flag, [&] {
-        if (code == key::kM)
+        if (code == key::kC)
+            ToggleControlsSection();
+        else if (code == key::kM)
             toggleReport();
-        else if (hasUsableRange())
+        else if (deriveRange())
             steer(code, shift);
     });
     return true;
@@ -105,6 +114,9 @@ void Bandscope::steer(int code, int shift) {
             break;
         case key::kSpace:
             panTo(cursorOrCenter());
+            break;
+        case key::kB:
+            markSpan();
             break;
         case key::kUp:
         case key::kPlus:
@@ -142,7 +154,31 @@ void Bandscope::cursorTo(double frequency) {
     if (frequency < range_.minFreq || frequency > range_.maxFreq)
         panTo(frequency);
     setShownCursor(frequency);
+    if (drag_.spanFrom && !isDragging())
+        marks_.drawBand(insidePicture(*drag_.spanFrom), insidePicture(frequency));
     pointAt(frequency, kInvalid);
+}
+
+/// The box of a drag, by keys: its first end at the cursor, then the zoom to what lies between that end and the cursor.
+void Bandscope::markSpan() {
+    const double cursor = cursorOrCenter();
+    if (!drag_.spanFrom) {
+        drag_.spanFrom = cursor;
+        cursorTo(cursor);
+        return;
+    }
+    const double from = *drag_.spanFrom;
+    dropSpan();
+    zoomTo(std::min(from, cursor), std::max(from, cursor));
+}
+
+bool Bandscope::dropSpan() {
+    if (!drag_.spanFrom)
+        return false;
+    drag_.spanFrom.reset();
+    if (!isDragging())
+        marks_.takeBandOff();
+    return true;
 }
 
 void Bandscope::cursorToChannel(double side) {

@@ -1,9 +1,10 @@
 // Where the children stand: the panel's arrangement, the arithmetic of a resize, and the panel's collapse to a strip.
 // All lengths are twips.
+#include <algorithm>
 #include <cmath>
 
 #include "control/Bandscope.h"
-#include "util/RuntimeError.h"
+#include "util/Raised.h"
 
 namespace kv::control {
 
@@ -33,12 +34,10 @@ constexpr double kTextHeight = 15.0;
 constexpr double kKnobTop = 21.0;
 constexpr double kKnobHeight = 122.0;
 
-/// Half to even, as the conversion to a whole number does; throws RuntimeError 6 beyond 16 bits.
+/// Half to even, as the conversion to a whole number does. A height beyond 16 bits, as of a window over several
+/// screens, becomes the largest one: the host has to hear of the change all the same.
 std::int16_t toInteger16(double value) {
-    const double whole = std::nearbyint(value);
-    if (!(whole >= -32768.0 && whole <= 32767.0))
-        throw util::RuntimeError(util::error_number::kOverflow);
-    return static_cast<std::int16_t>(whole);
+    return static_cast<std::int16_t>(std::clamp(std::nearbyint(value), -32768.0, 32767.0));
 }
 
 void put(formenv::Widget& widget, double left, double top, double width, double height) {
@@ -134,18 +133,18 @@ void Bandscope::resize(double width, double height) {
     std::int16_t flag = 100;
     noted(L"UserControl_Resize", flag, [&] {
         ui_.userControl.move({ui_.userControl.left(), ui_.userControl.top(), width, height});
-        UserControl_Resize();
+        UserControl_Resize(flag);
     });
 }
 
-void Bandscope::UserControl_Resize() {
+void Bandscope::UserControl_Resize(std::int16_t& flag) {
     formenv::Widget& control = ui_.userControl;
     if (control.width() < layout_.nMinWid) {
         control.setWidth(layout_.nMinWid);
-        UserControl_Resize();
+        UserControl_Resize(flag);
         return;
     }
-    placeChildren(++layout_.generation);
+    placeChildren(++layout_.generation, flag);
 }
 
 /// Lets pending events run; true when one of them resized the control again, which makes this pass stale.
@@ -154,35 +153,44 @@ bool Bandscope::yieldedTo(std::uint64_t generation) {
     return layout_.generation != generation;
 }
 
-void Bandscope::placeChildren(std::uint64_t generation) {
+void Bandscope::placeChildren(std::uint64_t generation, std::int16_t& flag) {
+    flag = 200;
     const double width = ui_.userControl.width();
     formenv::Frame& pic = ui_.fraPic;
     formenv::Frame& panel = ui_.fraControl;
     pic.move({kMargin, 0.0, width - kMargin - kMargin, pic.height()});
+    flag = 300;
     if (!layout_.bSizing) {
         pic.setHeight(ui_.userControl.height() - kMargin - panel.height() - kMargin);
         if (yieldedTo(generation))
             return;
     }
+    flag = 400;
     panel.move({kMargin, pic.top() + pic.height() + kMargin, pic.width(), panel.height()});
     if (yieldedTo(generation))
         return;
+    flag = 500;
     formenv::PictureBox& units = ui_.picUnits;
     units.move({kUnitsLeft, kUnitsTop, pic.width() - kUnitsLeft - kUnitsRightAllowance,
                 pic.height() - kUnitsTop - kUnitsBottomAllowance});
     if (yieldedTo(generation))
         return;
+    flag = 600;
     DisplayMaxFreq();
+    flag = 700;
     layout_.dLblHalfWid = units.textWidth(FreqLblFormat()) / 2.0;
+    flag = 800;
     formenv::PictureBox& spectrum = ui_.picSpectrum;
     const double left = layout_.dLblHalfWid > 0.0 ? layout_.dLblHalfWid : kLabelHalfWidthFallback;
     // At another size the marks stand on other pixels; the old ones could not be taken away any more.
-    underMarks([&] {
+    {
+        const Marks::Aside aside(marks_);
         spectrum.move({left, kSpectrumTop, units.width() - left - layout_.dLblHalfWid,
                        units.height() - kSpectrumTop - kSpectrumBottomAllowance});
-    });
+    }
     if (yieldedTo(generation))
         return;
+    flag = 900;
     if (!(range_.maxFreq < range_.minFreq))
         DisplayMaxFreq();
 }
@@ -192,8 +200,14 @@ bool Bandscope::isCollapsed() const noexcept {
 }
 
 void Bandscope::ToggleControlsSection() {
+    std::int16_t flag = 100;
+    reported(L"ToggleControlsSection", L"", flag, [&] { toggleControlsSection(flag); });
+}
+
+void Bandscope::toggleControlsSection(std::int16_t& flag) {
     formenv::Frame& panel = ui_.fraControl;
     const bool expand = isCollapsed();
+    flag = expand ? 100 : 200;
     panel.setHeight(expand ? layout_.nCtlFullHgt : kCollapsedHeight);
     panel.setCaption(expand ? L"-" : L"+");
     if (look_.bUseMovers) {
@@ -206,19 +220,23 @@ void Bandscope::ToggleControlsSection() {
     ui_.tdKnGrid.setVisible(expand);
     ui_.lblNumTX.setVisible(expand);
     ui_.lblNumRX.setVisible(expand);
-    layout_.bSizing = true;
-    resize(ui_.userControl.width(), panel.top() + panel.height() + kMargin);
-    layout_.bSizing = false;
+    flag = 300;
+    {
+        const util::Raised sizing(layout_.bSizing);
+        resize(ui_.userControl.width(), panel.top() + panel.height() + kMargin);
+    }
+    flag = 400;
     services_.platform.pumpEvents();
+    ui_.userControl.update();
     services_.platform.pumpEvents();
+    flag = 500;
     services_.events.ChgHeight(toInteger16(ui_.userControl.height()));
 }
 
 void Bandscope::fraControl_MouseDown(int button, double x, double y) {
     if (button != formenv::mouse_button::kRight || x > kToggleRight || y > kToggleBottom)
         return;
-    std::int16_t flag = 100;
-    reported(L"ToggleControlsSection", L"", flag, [&] { ToggleControlsSection(); });
+    ToggleControlsSection();
 }
 
 void Bandscope::fraControl_MouseMove(double x, double y) {

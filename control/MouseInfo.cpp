@@ -17,8 +17,7 @@ constexpr double kReach = 1.5;  // pixels
 
 /// "2.50000+ MHz from center": the magnitude, then the side.
 std::wstring distanceText(double offset) {
-    return util::formatNumber(offset < 0.0 ? -offset : offset, kPointerFormat) + (offset < 0.0 ? L"-" : L"+") +
-           L" MHz from center";
+    return util::signedNumberText(util::formatNumber(offset, L""), kPointerFormat, 0, 0) + L" MHz from center";
 }
 
 }  // namespace
@@ -44,10 +43,14 @@ void Bandscope::pointAt(double x, double y) {
         ShowMouseInfo(x, y);
 }
 
-void Bandscope::picSpectrum_DblClick() {
+void Bandscope::picSpectrum_DblClick(double x, double y) {
     std::int16_t flag = 100;
     reported(L"picSpectrum_DblClick", L"", flag, [&] {
-        setDisplayCenterFreq(mouse_.x);
+        // Without a range the picture has no frequency to recenter on.
+        if (!hasUsableRange())
+            return;
+        mouse_ = {x, y};
+        setDisplayCenterFreq(x);
         flag = 200;
         DrawDisplay();
         flag = 300;
@@ -88,8 +91,11 @@ void Bandscope::ShowMouseInfo(double x, double y) {
             mouseInfo_.window->Hide();
         return;
     }
+    // Without a position there is nothing to report, and an older report would tell of another place.
     if (x > 0.0)
         BuildMouseReport(x, y);
+    else
+        mouseInfo_.report.begin(L"");
     showReport();
 }
 
@@ -121,21 +127,26 @@ void Bandscope::closeMouseInfo() noexcept {
 }
 
 void Bandscope::BuildMouseReport(double x, double /*y*/) {
-    const formenv::PictureBox& picture = ui_.picSpectrum;
-    const double reach = kReach * picture.scaleWidth() / picture.pixelSize().width;
-    MouseReport& report = mouseInfo_.report;
-    report.begin(ui_.lblFMHz.caption());
-    for (const ChannelKind kind : {ChannelKind::RX, ChannelKind::TX}) {
-        forEachChannelAt(store_, kind, x, reach, [&](std::int32_t index) {
-            // Reading the channel may have cleared the store.
-            if (const FreqSlotRef channel = store_.at(kind, index))
-                report.add(kind, *channel);
-            // Over thousands of products the rest would be read for nothing.
-            return !report.isFull();
-        });
-        if (report.isFull())
-            return;
-    }
+    std::int16_t flag = 100;
+    reported(L"BuildMouseReport", L"", flag, [&] {
+        const formenv::PictureBox& picture = ui_.picSpectrum;
+        const double reach = kReach * picture.scaleWidth() / picture.pixelSize().width;
+        flag = 200;
+        MouseReport& report = mouseInfo_.report;
+        report.begin(ui_.lblFMHz.caption());
+        for (const ChannelKind kind : {ChannelKind::RX, ChannelKind::TX}) {
+            flag = kind == ChannelKind::RX ? 300 : 400;
+            forEachChannelAt(store_, kind, x, reach, [&](std::int32_t index) {
+                // Reading the channel may have cleared the store.
+                if (const FreqSlotRef channel = store_.at(kind, index))
+                    report.add(kind, *channel);
+                // Over thousands of products the rest would be read for nothing.
+                return !report.isFull();
+            });
+            if (report.isFull())
+                return;
+        }
+    });
 }
 
 }  // namespace kv::control

@@ -1,6 +1,7 @@
 // From the extremes of the channels to the range that the picture shows, and from there to the picture's scale.
 #include <cmath>
 #include <string>
+#include <tuple>
 
 #include "control/Bandscope.h"
 #include "util/NumberFormat.h"
@@ -59,8 +60,8 @@ void Bandscope::applyHorizontalScale() {
 }
 
 // A picture has no scale without a height; equal bounds keep the one it has.
-void Bandscope::applyVerticalScale() {
-    const double height = checked(range_.minPwr - DisplayMaxPwr());
+void Bandscope::applyVerticalScale(double minPwr) {
+    const double height = checked(minPwr - DisplayMaxPwr());
     if (height != 0.0)
         ui_.picSpectrum.setScaleHeight(height);
 }
@@ -80,15 +81,18 @@ void Bandscope::setDisplayCenterFreq(double value) {
 
 void Bandscope::setDisplayMinPwr(double value) {
     range_.minPwr = checked(value);
-    applyVerticalScale();
+    applyVerticalScale(range_.minPwr);
 }
 
+// What is read before there is a channel is not kept: it would cut off the first channels that come.
 double Bandscope::DisplayMinPwr() {
-    if (isUnsetMinimum(range_.minPwr)) {
-        range_.minPwr = store_.extremes().dPwrMin;
-        applyVerticalScale();
-    }
-    return range_.minPwr;
+    if (!isUnsetMinimum(range_.minPwr))
+        return range_.minPwr;
+    const double minimum = store_.extremes().dPwrMin;
+    if (!store_.empty())
+        range_.minPwr = minimum;
+    applyVerticalScale(minimum);
+    return minimum;
 }
 
 void Bandscope::setDisplayMaxPwr(double value) {
@@ -97,18 +101,28 @@ void Bandscope::setDisplayMaxPwr(double value) {
 }
 
 double Bandscope::DisplayMaxPwr() {
-    if (isUnsetMaxPower(range_.maxPwr)) {
-        range_.maxPwr = store_.extremes().dPwrMax;
-        ui_.picSpectrum.setScaleTop(range_.maxPwr);
-    }
-    return range_.maxPwr;
+    if (!isUnsetMaxPower(range_.maxPwr))
+        return range_.maxPwr;
+    const double maximum = store_.extremes().dPwrMax;
+    if (!store_.empty())
+        range_.maxPwr = maximum;
+    ui_.picSpectrum.setScaleTop(maximum);
+    return maximum;
 }
 
 bool Bandscope::hasUsableRange() const noexcept {
     return range_.maxFreq > range_.minFreq && store_.extremes().dPwrMin < store_.extremes().dPwrMax;
 }
 
+// The getters derive what is still unset, so that a range which nothing has read yet counts as well.
+bool Bandscope::deriveRange() {
+    DisplayMinFreq();
+    DisplayMaxFreq();
+    return hasUsableRange();
+}
+
 void Bandscope::shiftRangeOntoCenter() {
+    deriveRange();
     if (isUnsetFrequency(range_.center) || !(range_.maxFreq > range_.minFreq))
         return;
     const double halfSpan = checked(range_.maxFreq - range_.minFreq) / 2.0;
@@ -134,17 +148,12 @@ bool Bandscope::applyScale() {
     DisplayMaxFreq();
     if (!(range_.maxFreq > range_.minFreq))
         return false;
-    DisplayMinPwr();
-    DisplayMaxPwr();
     // A host that sets the highest power moves the top alone; in a drawing the height follows.
-    applyVerticalScale();
+    applyVerticalScale(DisplayMinPwr());
     return true;
 }
 
 bool Bandscope::ScaleDisplay() {
-    // The range first, so that a center which the host set before the first drawing counts in that drawing.
-    DisplayMinFreq();
-    DisplayMaxFreq();
     shiftRangeOntoCenter();
     return applyScale();
 }
@@ -213,6 +222,7 @@ void Bandscope::RescaleAll() {
             return;
         ui_.tdKnGrid.setDVal(step);
         ui_.tdKnGrid.Refresh();
+        showGridStep();
     });
 }
 
@@ -226,10 +236,14 @@ void Bandscope::DrawByRange(double dFMin, double dFMax) {
         const double maximum = dFMax > 0.0 ? dFMax : e.dFreqMax;
         if (isEmptyStoreMinimum(minimum) || isUnsetFrequency(maximum)) {
             // Nothing to take a bound from: the range stays unset rather than far away from every channel.
-            JustDrawIt();
+            drawUnlessDrawing();
             return;
         }
         flag = 300;
+        // The scale of the channels; it stays when the bounds give no range, as reversed ones do.
+        ui_.picSpectrum.setScaleLeft(e.dFreqMin);
+        if (const double span = checked(e.dFreqMax - e.dFreqMin); span != 0.0)
+            ui_.picSpectrum.setScaleWidth(span);
         SetDisplayRange(minimum, maximum);
         range_.center = 0.0;
         flag = 400;
@@ -239,8 +253,7 @@ void Bandscope::DrawByRange(double dFMin, double dFMax) {
         DisplayMaxFreq();
         DisplayCenterFreq();
         flag = 500;
-        if (!drawing_.bDrawing)
-            JustDrawIt();
+        drawUnlessDrawing();
     });
 }
 
@@ -269,6 +282,30 @@ void Bandscope::setShowAll(bool value) {
     });
 }
 
+// Ticked, the whole range is shown; cleared, the range from before. The host hears of both.
+void Bandscope::chkViewAllxx_Click() {
+    std::int16_t flag = 100;
+    reported(L"chkViewAllxx_Click", L"", flag, [&] {
+        const std::pair<double, double> before{range_.minFreq, range_.maxFreq};
+        if (ui_.chkViewAllxx.value() != 0) {
+            deriveRange();
+            range_.beforeViewAll = {range_.minFreq, range_.maxFreq};
+            flag = 200;
+            if (store_.extremes().dFreqMin < store_.extremes().dFreqMax)
+                showWholeSpan();
+        } else if (range_.beforeViewAll.first < range_.beforeViewAll.second) {
+            flag = 300;
+            std::tie(range_.minFreq, range_.maxFreq) = range_.beforeViewAll;
+            range_.center = 0.0;
+            deriveGridStep();
+            drawUnlessDrawing();
+        }
+        flag = 400;
+        if (before != std::pair(range_.minFreq, range_.maxFreq))
+            tellRangeChanged();
+    });
+}
+
 void Bandscope::tellRangeAlreadyShown() {
     const std::wstring format = knobFormat();
     const auto text = [&format](double value) { return util::formatNumber(value, format); };
@@ -281,13 +318,14 @@ void Bandscope::tellRangeAlreadyShown() {
 
 void Bandscope::showWholeSpan() {
     const Extremes& e = store_.extremes();
+    resetKnobRanges();
     SetDisplayRange(e.dFreqMin, e.dFreqMax);
-    rescaleKnobsToRange();
     setDisplayCenterFreq((DisplayMinFreq() + DisplayMaxFreq()) / 2.0);
     nGridX();
     deriveGridStep();
     ui_.tdKnGrid.setDVal(grid_.step);
     ui_.tdKnGrid.Refresh();
+    rescaleKnobsToRange();
     JustDrawIt();
 }
 

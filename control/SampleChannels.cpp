@@ -43,7 +43,13 @@ constexpr Sample kSamples[] = {
 }  // namespace
 
 void Bandscope::LoadSampleChannels() {
-    range_.endBuffer = 5.0;
+    // A margin that suits the set, for this drawing only; the host's own is put back.
+    struct Margin {
+        explicit Margin(double& endBuffer) : buffer(endBuffer), hosts(endBuffer) { buffer = 5.0; }
+        ~Margin() { buffer = hosts; }
+        double& buffer;
+        double hosts;
+    } const margin(range_.endBuffer);
     int number = 0;
     int tx = 0;
     int rx = 0;

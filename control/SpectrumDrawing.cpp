@@ -1,10 +1,11 @@
 // Draws the display: grid, labels, cursor line and, by CollectionDrawing.cpp, the channels. Everything is in user units
 // of the picture, MHz and dBm; the picture box turns them into pixels.
+#include <algorithm>
 #include <string>
-#include <utility>
 
 #include "control/Bandscope.h"
 #include "util/NumberFormat.h"
+#include "util/Raised.h"
 #include "util/RuntimeError.h"
 
 namespace kv::control {
@@ -14,28 +15,16 @@ using formenv::PictureBox;
 
 namespace {
 
-constexpr int kNotXorPen = 10;
 constexpr int kCrossHatch = 6;
 constexpr int kHeavy = 3;  // pixels: middle grid line and ticks
 constexpr double kLabelPoints = 8.0;
 constexpr double kLabelRoom = 300.0;  // twips under the spectrum
+// A host may change the range whenever one of its channels is read: drawing again has to end some time.
+constexpr int kMostRepeats = 8;
 
 std::wstring number(std::int32_t value) {
     return std::to_wstring(value);
 }
-
-/// Sets a flag for the time of a block, also when an error ends it. A block inside another leaves the flag set.
-class Raised {
-  public:
-    explicit Raised(bool& flag) : flag_(flag), before_(flag) { flag_ = true; }
-    ~Raised() { flag_ = before_; }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
-
-  private:
-    bool& flag_;
-    bool before_;
-};
 
 }  // namespace
 
@@ -56,25 +45,26 @@ bool Bandscope::DrawDisplay() {
         // With the picture go the cursor line and the rubber band, before an event can move them.
         ClearDisplay();
         platform.pumpEvents();
-        takeMarksOff();
+        marks_.takeOff();
         flag = 1200;
         DrawDisplayTX();
         platform.pumpEvents();
-        takeMarksOff();
+        marks_.takeOff();
         flag = 1300;
         DrawDisplayRX();
         platform.pumpEvents();
         platform.pumpEvents();
-        takeMarksOff();
+        marks_.takeOff();
         flag = 1400;
         DrawGrid();
         platform.pumpEvents();
-        takeMarksOff();
+        marks_.takeOff();
         flag = 1500;
         DrawFreqLbls();
         platform.pumpEvents();
         flag = 1600;
-        takeMarksOff();
+        marks_.takeOff();
+        showOnKnobs();
         return true;
     } catch (...) {
         services_.errors.ErrHand(flag, L"DrawDisplay", L"kvBandscope.DrawDisplay Flag " + number(flag),
@@ -83,11 +73,31 @@ bool Bandscope::DrawDisplay() {
     }
 }
 
+void Bandscope::showOnKnobs() {
+    showCenter();
+    showGridStep();
+}
+
 void Bandscope::JustDrawIt() {
+    // Called from within a drawing, by an event: the outer one takes care of what comes meanwhile.
+    if (drawing_.bDrawing) {
+        drawOnce();
+        return;
+    }
+    int repeats = 0;
+    do {
+        drawing_.bAgain = false;
+        drawOnce();
+    } while (drawing_.bAgain && drawing_.drawnSpan != displaySpan() && ++repeats < kMostRepeats);
+    drawing_.bAgain = false;
+}
+
+void Bandscope::drawOnce() {
     std::int16_t flag = 100;
     reported(L"JustDrawIt", L"", flag, [&] {
-        const Raised drawing(drawing_.bDrawing);
+        const util::Raised drawing(drawing_.bDrawing);
         const bool scaled = applyScale();
+        drawing_.drawnSpan = displaySpan();
         flag = 200;
         ClearDisplay();
         ClearDisplayLabels();
@@ -101,15 +111,22 @@ void Bandscope::JustDrawIt() {
         DrawGrid();
         flag = 600;
         // An event may have drawn the line or the rubber band; a second stroke would take it away.
-        takeMarksOff();
+        marks_.takeOff();
         DrawFreqLbls();
         flag = 700;
         const double cursor = CursorVal();
         if (cursor >= range_.minFreq && cursor <= range_.maxFreq)
-            DrawCursorLine(cursor, look_.lCursorColor, false);
+            DrawCursorLine(cursor, look_.lCursorColor);
+        showOnKnobs();
     });
-    if (!drawing_.bDrawing && std::exchange(drawing_.bAgain, false))
-        JustDrawIt();
+}
+
+void Bandscope::drawOrClear() {
+    DrawDisplay();
+    if (range_.maxFreq > range_.minFreq)
+        return;
+    ClearDisplay();
+    ClearDisplayLabels();
 }
 
 void Bandscope::DrawInitialDisplay() {
@@ -120,7 +137,7 @@ void Bandscope::DrawInitialDisplay() {
         flag = 200;
         ReScaleChannels();
         flag = 300;
-        DrawDisplay();
+        drawOrClear();
     });
 }
 
@@ -131,6 +148,8 @@ void Bandscope::Refresh() {
         ClearDisplay();
         flag = 200;
         DrawGrid();
+        // Drawing the grid lets events run, which may draw the marks.
+        marks_.takeOff();
         flag = 300;
         DrawFreqLbls();
         flag = 400;
@@ -143,13 +162,16 @@ void Bandscope::Refresh() {
         flag = 600;
         for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
             refreshCollection(kind);
+        showOnKnobs();
     });
 }
 
 bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
     try {
-        if (chnl)
-            underMarks([&] { DrawChnl(*chnl); });
+        if (chnl) {
+            const Marks::Aside aside(marks_);
+            DrawChnl(*chnl);
+        }
     } catch (...) {
         // A host redraws single channels at will; one that cannot be drawn is simply not there.
         return true;
@@ -159,8 +181,7 @@ bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
 
 void Bandscope::ClearDisplay() {
     ui_.picSpectrum.cls();
-    drawing_.dCursorLineFreq = -FREQ_UNSET;
-    forgetRubberBand();
+    marks_.forget();
 }
 
 void Bandscope::ClearDisplayLabels() {
@@ -224,67 +245,20 @@ void Bandscope::drawFreqLabel(double x) {
     const std::wstring text = util::formatNumber(x, FreqLblFormat());
     const double width = strip.textWidth(text);
     const double share = (x - range_.minFreq) / (range_.maxFreq - range_.minFreq);
-    double left = picture.left() + share * picture.width() - width / 2.0;
+    // A long label at the left end would lose its first digit at the strip's edge.
+    const double left = std::max(picture.left() + share * picture.width() - width / 2.0, 0.0);
     if (left + width > picture.left() + picture.width())
         return;
-    // A long label at the left end would lose its first digit at the strip's edge.
-    if (left < 0.0)
-        left = 0.0;
     strip.currentX = left;
     strip.currentY = picture.top() + picture.height() + (kLabelRoom - strip.textHeight(text)) / 2.0;
     strip.print(text);
 }
 
-void Bandscope::DrawCursorLine(double frequency, formenv::OleColor color, bool removeOld) {
-    if (removeOld)
-        strokeCursor(drawing_.dCursorLineFreq, drawing_.cursorLineColor);
-    strokeCursor(frequency, color);
-    drawing_.dCursorLineFreq = frequency;
-    drawing_.cursorLineColor = color;
-}
-
-void Bandscope::takeCursorLineOff() {
-    strokeCursor(drawing_.dCursorLineFreq, drawing_.cursorLineColor);
-    drawing_.dCursorLineFreq = -FREQ_UNSET;
-}
-
-void Bandscope::takeMarksOff() {
-    takeCursorLineOff();
-    takeRubberBandOff();
-}
-
-// What is painted over a part of the line would turn into a trace of it when the line moves on; so with the band.
-void Bandscope::underMarks(const std::function<void()>& draw) {
-    const double frequency = drawing_.dCursorLineFreq;
-    const double band = drag_.band;
-    takeMarksOff();
-    const auto putBack = [&] {
-        DrawCursorLine(frequency, drawing_.cursorLineColor, true);
-        drag_.band = band;
-        if (band != kInvalid)
-            strokeRubberBand();
-    };
-    try {
-        draw();
-    } catch (...) {
-        putBack();
-        throw;
-    }
-    putBack();
-}
-
-// Not-XOR: the same stroke once more takes the line away again.
-void Bandscope::strokeCursor(double frequency, formenv::OleColor color) {
-    PictureBox& picture = ui_.picSpectrum;
+void Bandscope::DrawCursorLine(double frequency, formenv::OleColor color) {
+    const CursorLine line{frequency, DisplayMinPwr(), DisplayMaxPwr(), color};
     // Before the first range the picture's scale means no frequencies.
-    if (!(range_.maxFreq > range_.minFreq))
-        return;
-    if (!(frequency >= picture.scaleLeft() && frequency <= picture.scaleLeft() + picture.scaleWidth()))
-        return;
-    const KeepDrawing keep(picture);
-    picture.setDrawMode(kNotXorPen);
-    picture.setDrawWidth(1);
-    picture.line(frequency, DisplayMinPwr(), frequency, DisplayMaxPwr(), color);
+    if (range_.maxFreq > range_.minFreq)
+        marks_.drawCursor(line);
 }
 
 }  // namespace kv::control

@@ -120,11 +120,7 @@ FreqSlotRef Bandscope::GetChnlByKey(const std::wstring& sKey) const {
 }
 
 std::int32_t Bandscope::nFindMatchRX(const FreqSlotRef& chnl) {
-    return quietly(std::int32_t{kInvalid}, [&] {
-        if (!chnl)
-            throw util::RuntimeError(util::error_number::kObjectNotSet);
-        return store_.findMatchRX(*chnl);
-    });
+    return quietly(std::int32_t{kInvalid}, [&] { return chnl ? store_.findMatchRX(*chnl) : std::int32_t{kInvalid}; });
 }
 
 void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
@@ -139,10 +135,11 @@ void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
         std::wstring prefix = sID.substr(0, 2);
         for (wchar_t& letter : prefix)
             letter = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(letter)));
+        std::exception_ptr failed;
         if (prefix == L"TX")
-            store_.closeGap(ChannelKind::TX, index);
+            failed = store_.closeGap(ChannelKind::TX, index);
         else if (prefix == L"RX")
-            store_.closeGap(ChannelKind::RX, index);
+            failed = store_.closeGap(ChannelKind::RX, index);
         flag = 400;
         store_.forgetKey(sID);
         flag = 500;
@@ -154,6 +151,10 @@ void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
         ShowRXLabels();
         flag = 700;
         DrawDisplay();
+        if (failed) {
+            flag = 300;
+            std::rethrow_exception(failed);
+        }
     });
 }
 
@@ -180,15 +181,19 @@ void Bandscope::ClearAllChnls() {
 void Bandscope::cmdDrawTX_Click() {
     if (NumTX() < 1)
         services_.platform.messageBox(L"No TX channels to draw.", L"", MessageIcon::None, MessageButtons::Ok);
-    else
-        underMarks([&] { DrawDisplayTX(); });
+    else {
+        const Marks::Aside aside(marks_);
+        DrawDisplayTX();
+    }
 }
 
 void Bandscope::cmdDrawRX_Click() {
     if (NumRX() < 1)
         services_.platform.messageBox(L"No RX channels to draw.", L"", MessageIcon::None, MessageButtons::Ok);
-    else
-        underMarks([&] { DrawDisplayRX(); });
+    else {
+        const Marks::Aside aside(marks_);
+        DrawDisplayRX();
+    }
 }
 
 void Bandscope::addTestFrequencies() {

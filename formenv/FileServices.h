@@ -37,8 +37,8 @@ class FileServices {
     virtual void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
                               const std::wstring& value) = 0;
 
-    /// The folder for the files that users work with; it need not exist.
-    [[nodiscard]] virtual std::wstring workFolder() = 0;
+    /// The folder for print files, created when it does not exist; empty when there is none to be had.
+    [[nodiscard]] virtual std::wstring printFolder() = 0;
 
     /// The INI file that keeps the places of windows; it need not exist. Empty when there is none to be had.
     [[nodiscard]] virtual std::wstring placementFile() = 0;

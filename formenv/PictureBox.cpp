@@ -208,6 +208,16 @@ void PictureBox::drawBox(double x1, double y1, double x2, double y2, OleColor co
     touched();
 }
 
+void PictureBox::strokeLine(PixelPoint from, PixelPoint to, const Pen& pen, DrawMode mode) {
+    target().line(from, to, pen, mode);
+    touched();
+}
+
+void PictureBox::strokeBox(const PixelRect& box, const Pen& pen, const Brush& brush, DrawMode mode) {
+    target().rectangle(box, pen, brush, mode);
+    touched();
+}
+
 void PictureBox::print(std::wstring_view text) {
     target().text({pixelX(currentX), pixelY(currentY)}, text, font(), platform_.resolve(foreColor()));
     const double down = scaleHeight() < 0.0 ? -1.0 : 1.0;

@@ -56,6 +56,11 @@ class PictureBox : public Widget {
     void box(double x1, double y1, double x2, double y2, OleColor color);
     void filledBox(double x1, double y1, double x2, double y2, OleColor color);
 
+    /// The same in pixels, past scale and drawing properties, for strokes that a later one has to meet exactly whatever
+    /// the scale has become by then. The current position stays where it is.
+    void strokeLine(PixelPoint from, PixelPoint to, const Pen& pen, DrawMode mode);
+    void strokeBox(const PixelRect& box, const Pen& pen, const Brush& brush, DrawMode mode);
+
     double currentX = 0.0;
     double currentY = 0.0;
     /// Prints at the current position in `ForeColor`, then moves to the start of the next line.

@@ -75,7 +75,8 @@ class Platform {
     /// The handle of the window that forms loaded now belong to; 0 for none.
     [[nodiscard]] virtual std::intptr_t formOwner() const noexcept { return 0; }
 
-    /// Starts a program in a normal window and does not wait for it; throws RuntimeError 53 when it cannot.
+    /// Starts a program in a normal window and does not wait for it. One that is named without a folder is taken from
+    /// the system's folder only. Throws RuntimeError 53 when it cannot.
     virtual void startProgram(const std::wstring& command) = 0;
 
     /// The screens that top-level windows stand on.

@@ -15,7 +15,7 @@ namespace kv::formenv {
 
 class Widget;
 
-/// Shown instead of a caption's text size: which kind of window stands for a widget.
+/// Which kind of window stands for a widget.
 enum class WidgetKind { UserControl, Form, Frame, PictureBox, Label, Button, CheckBox, ComboBox, TextBox, Custom };
 
 enum class Change {
@@ -31,7 +31,8 @@ enum class Change {
     Picture,
     Text,
     Locked,
-    Spoken
+    Spoken,
+    Update  ///< nothing is different; what waits to be shown is to be shown now
 };
 
 /// The window that stands for a widget. It is told of every change and never keeps state of its own.
@@ -133,7 +134,8 @@ class Widget {
     void setPeer(Peer* peer) noexcept { peer_ = peer; }
 
     Handler onClick;
-    Handler onDblClick;
+    /// The second press of a double-click, at its own position.
+    MouseHandler onDblClick;
     MouseHandler onMouseDown;
     MouseHandler onMouseMove;
     MouseHandler onMouseUp;
@@ -145,6 +147,11 @@ class Widget {
     /// To be chosen before a window stands for the widget: a click gives it the focus.
     bool takesFocus = false;
     Spoken spoken;
+    /// Has the windows of the widget and of those inside it show at once what they would show when events run next.
+    void update() {
+        if (peer_)
+            peer_->changed(Change::Update);
+    }
     /// What `spoken.value` says is another now.
     void tellSpoken() {
         if (peer_)

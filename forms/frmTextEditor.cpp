@@ -262,7 +262,7 @@ void frmTextEditor::leave(const wchar_t* procedure) {
 void frmTextEditor::cmdPrint_Click() {
     std::int16_t flag = 100;
     reported(L"cmdPrint_Click", flag, [&] {
-        const std::wstring path = util::setPathName(files_.workFolder(), kPrintFile);
+        const std::wstring path = util::setPathName(files_.printFolder(), kPrintFile);
         flag = 200;
         // With its mark, so that every viewer shows every letter.
         files_.writeFile(path, kUtf8Mark + util::toUtf8(txtEdit.text()));

@@ -59,6 +59,8 @@ std::wstring tdKnob::readOut() const {
             std::find_if(stops_.begin(), stops_.end(), [this](const KnobStop& stop) { return stop.dValue == dVal(); });
         if (at != stops_.end())
             return at->sLabel;
+        if (textOffStops)
+            return textOffStops(dVal());
     }
     return KnobBase::readOut();
 }

@@ -29,12 +29,13 @@ class KnobBase : public formenv::Widget, public KnobControl {
     [[nodiscard]] const std::wstring& sCaption() const noexcept { return caption(); }
     void setSCaption(std::wstring caption) { setCaption(std::move(caption)); }
 
-    std::wstring sFormat;     ///< number format of the read-out; empty: as many digits as the value has
+    std::wstring sFormat;     ///< number format of the read-out; empty: as many digits as the value has, at most 12
     bool bShowValue = false;  ///< shows the read-out
 
     /// What the read-out shows.
     [[nodiscard]] std::wstring sValText() const { return valText_.empty() ? readOut() : valText_; }
-    /// Shows `text` in place of the number until the value changes; an empty text shows the number again.
+    /// Shows `text` in place of the number until the value changes, in a quieter color, because it is not the knob's
+    /// own value. An empty text shows the number again.
     void setSValText(std::wstring text);
 
     /// Paints the knob again after its settings changed.
@@ -126,6 +127,9 @@ class tdKnob final : public KnobBase {
     bool bOption2 = false;
     /// The knob turns round and round: past one end of the scale it goes on at the other.
     bool bOption3 = false;
+
+    /// The read-out of a value between or beyond the stops when there is no number format; empty: the number.
+    std::function<std::wstring(double value)> textOffStops;
 
     /// `bFirst` starts a fresh list.
     void AddStop(bool bFirst, std::wstring sLabel, double dValue);

@@ -34,6 +34,17 @@ int detentsOf(Key key, int page) {
     }
 }
 
+/// The value to 12 significant digits: what arithmetic adds behind them says nothing to a reader.
+double withoutRounding(double value) {
+    constexpr int kDigits = 12;
+    const double exponent = std::floor(std::log10(std::abs(value)));
+    // Of zeros and of what is not finite there is nothing to round, nor where the scale would not be exact.
+    if (!(std::abs(exponent) < 10.0))
+        return value;
+    const double scale = std::pow(10.0, kDigits - 1 - exponent);
+    return std::round(value * scale) / scale;
+}
+
 SmoothPoint middleOfPixel(int x, int y) {
     return {x + 0.5, y + 0.5};
 }
@@ -56,7 +67,7 @@ void KnobBase::setSValText(std::wstring text) {
 }
 
 std::wstring KnobBase::readOut() const {
-    return util::formatNumber(dVal_, sFormat);
+    return util::formatNumber(sFormat.empty() ? withoutRounding(dVal_) : dVal_, sFormat);
 }
 
 void KnobBase::begin(Hold hold) {
@@ -228,7 +239,7 @@ void KnobBase::paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& t
     dpi_ = std::max(dpi, 1);
     const KnobLook look{enabled(), hover_, focus_, hold_ != Hold::None};
     const KnobPicture picture(buffer, text, dpi_, inkFor(palette, look), look, font());
-    paintBody(picture, paintPanel(picture, caption(), bShowValue ? sValText() : std::wstring()));
+    paintBody(picture, paintPanel(picture, caption(), bShowValue ? sValText() : std::wstring(), !valText_.empty()));
     if (look.focus && look.enabled)
         paintFocus(picture);
 }

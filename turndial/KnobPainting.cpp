@@ -33,16 +33,16 @@ std::wstring fitted(const KnobPicture& picture, const std::wstring& text, double
     return {};
 }
 
-void centeredText(const KnobPicture& picture, const std::wstring& text, const SmoothBox& box) {
+void centeredText(const KnobPicture& picture, const std::wstring& text, const SmoothBox& box, formenv::Rgb color) {
     const std::wstring shown = fitted(picture, text, box.width());
     const PixelSize size = picture.text.textSize(shown, picture.font);
     const formenv::PixelPoint at{static_cast<int>(std::lround(box.middle().x - size.width / 2.0)),
                                  static_cast<int>(std::lround(box.middle().y - size.height / 2.0))};
     if (!shown.empty())
-        picture.text.draw(picture.shapes.buffer(), at, shown, picture.font, picture.ink.text);
+        picture.text.draw(picture.shapes.buffer(), at, shown, picture.font, color);
 }
 
-void paintField(const KnobPicture& picture, const std::wstring& readOut, const SmoothBox& row) {
+void paintField(const KnobPicture& picture, const std::wstring& readOut, const SmoothBox& row, bool borrowed) {
     const double unit = picture.unit;
     const double textWidth = picture.text.textSize(readOut, picture.font).width;
     // Wide enough for most values, so that it stands still while its digits run.
@@ -50,14 +50,16 @@ void paintField(const KnobPicture& picture, const std::wstring& readOut, const S
         std::round(std::min(row.width(), std::max(kFieldWidth * unit, textWidth + 2 * kFieldPadding * unit)));
     const double left = std::round(row.middle().x - width / 2.0);
     const SmoothBox field{left, row.top, left + width, row.bottom};
-    picture.shapes.box(field, kFieldCorner * unit, picture.ink.field);
+    if (!borrowed)
+        picture.shapes.box(field, kFieldCorner * unit, picture.ink.field);
     picture.shapes.frame(field, kFieldCorner * unit, std::max(1.0, std::floor(unit)), picture.ink.fieldEdge);
-    centeredText(picture, readOut, field.inset(2.0 * unit));
+    centeredText(picture, readOut, field.inset(2.0 * unit), borrowed ? picture.ink.label : picture.ink.text);
 }
 
 }  // namespace
 
-SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, const std::wstring& readOut) {
+SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, const std::wstring& readOut,
+                     bool borrowed) {
     const formenv::PixelBuffer& buffer = picture.shapes.buffer();
     picture.shapes.clear(picture.ink.face);
     const double unit = picture.unit;
@@ -71,12 +73,12 @@ SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, co
     const double fieldHeight = line + std::round(3.0 * unit);
     const bool hasField = !readOut.empty() && all.height() - fieldHeight - gap >= kLeastBody * unit;
     if (hasField) {
-        paintField(picture, readOut, {all.left, all.bottom - fieldHeight, all.right, all.bottom});
+        paintField(picture, readOut, {all.left, all.bottom - fieldHeight, all.right, all.bottom}, borrowed);
         body.bottom -= fieldHeight + gap;
     }
     // The value matters more than its name.
     if (!caption.empty() && (hasField || readOut.empty()) && body.height() - line - gap >= kLeastBody * unit) {
-        centeredText(picture, caption, {all.left, all.top, all.right, all.top + line});
+        centeredText(picture, caption, {all.left, all.top, all.right, all.top + line}, picture.ink.text);
         body.top += line + gap;
     }
     return body;

@@ -31,9 +31,10 @@ struct KnobPicture {
 };
 
 /// Clears the picture and paints caption and read-out, each left out when it is empty or when there is no room for it
-/// beside a body of a useful size. Returns the room for the body.
+/// beside a body of a useful size. A `borrowed` read-out, which is not the knob's own value, is quieter. Returns the
+/// room for the body.
 [[nodiscard]] formenv::SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption,
-                                            const std::wstring& readOut);
+                                            const std::wstring& readOut, bool borrowed);
 
 /// Marks the knob that the keyboard turns.
 void paintFocus(const KnobPicture& picture);

@@ -21,6 +21,11 @@ bool isBlank(const std::wstring& text) {
     return getLenTrim(text) < 1;
 }
 
+/// With a drive or on a server: what it names does not depend on the current folder.
+bool isAbsolute(const std::wstring& path) {
+    return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
+}
+
 /// The folder part of a program's path, with its backslash. Paths with blanks may stand in quotes.
 std::wstring folderOf(const std::wstring& program) {
     std::wstring_view path = trim(program);
@@ -134,13 +139,13 @@ std::wstring Configuration::getTempFolder(UserPrompt& user) noexcept {
     return folder;
 }
 
-bool Configuration::createScratch(const std::wstring& folder) {
+bool Configuration::isThere(const std::wstring& folder, const wchar_t* procedure) {
     try {
         if (!system_.files.folderExists(folder))
             system_.files.createFolder(folder);
         return true;
     } catch (...) {
-        noteError(L"getScratchFolder", currentError());
+        noteError(procedure, currentError());
         return false;
     }
 }
@@ -150,11 +155,20 @@ std::wstring Configuration::getScratchFolder() noexcept {
         for (const bool maker : {true, false}) {
             const std::wstring parent = maker ? getKorvaneDirectory() : system_.files.userTempFolder();
             std::wstring folder = setPathName(parent, L"TEMP");
-            if (!isBlank(parent) && createScratch(folder))
+            if (!isBlank(parent) && isThere(folder, L"getScratchFolder"))
                 return folder;
         }
         return {};
     });
+}
+
+std::wstring Configuration::getPrintFolder() noexcept {
+    const std::wstring work = getWorkFolder();
+    // Without a maker's directory the work folder is a bare name. A folder of that name would be made in the current
+    // folder, which is the host's.
+    if (isAbsolute(work) && isThere(work, L"getPrintFolder"))
+        return work;
+    return getScratchFolder();
 }
 
 /// For files that have no maker's directory to be in; empty when the system knows no folder for them.

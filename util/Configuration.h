@@ -40,6 +40,10 @@ class Configuration {
     /// directory, or none that lets it be created, TEMP in the user's temporary folder.
     [[nodiscard]] std::wstring getScratchFolder() noexcept;
 
+    /// The folder for print files: the work folder, created without asking; the scratch folder when there is no work
+    /// folder that exists or can be created. Empty when there is neither.
+    [[nodiscard]] std::wstring getPrintFolder() noexcept;
+
     /// The INI file that keeps the places of windows: the product INI; without a maker's directory "kvBandscope.INI" in
     /// a folder of the user's own. Empty when there is neither.
     [[nodiscard]] std::wstring getPlacementINI() noexcept;
@@ -78,7 +82,8 @@ class Configuration {
     std::wstring ownFolder();
     std::wstring folderSetting(const wchar_t* key, const wchar_t* usual);
     void createPath(const std::wstring& path);
-    bool createScratch(const std::wstring& folder);
+    /// Makes the folder when it does not exist; false when that fails.
+    bool isThere(const std::wstring& folder, const wchar_t* procedure);
     bool offerToCreate(const std::wstring& path, UserPrompt& user);
     void note(const std::wstring& text) noexcept;
     void noteError(const wchar_t* procedure, const RuntimeError& error) noexcept;

@@ -154,6 +154,9 @@ void KnobWindow::changed(Change what) {
         case Change::Spoken:
             Speech::tellValue(window_);
             break;
+        case Change::Update:
+            UpdateWindow(window_);
+            break;
         case Change::Colors:
         case Change::Font:
         case Change::Picture:

@@ -123,6 +123,9 @@ void WidgetWindow::changed(Change what) {
         case Change::Spoken:
             Speech::tellValue(window_);
             break;
+        case Change::Update:
+            RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+            break;
         case Change::ToolTip:
             tree_.toolTips_.set(tree_.root_, window_, widget_.toolTip());
             break;

@@ -135,8 +135,8 @@ void WinFiles::writeSetting(const std::wstring& key, const std::wstring& section
     configuration().writeSetting(key, section, file, value);
 }
 
-std::wstring WinFiles::workFolder() {
-    return configuration().getWorkFolder();
+std::wstring WinFiles::printFolder() {
+    return configuration().getPrintFolder();
 }
 
 std::wstring WinFiles::placementFile() {

@@ -19,7 +19,7 @@ class WinFiles final : public formenv::FileServices {
                                                           const std::wstring& file) override;
     void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
                       const std::wstring& value) override;
-    [[nodiscard]] std::wstring workFolder() override;
+    [[nodiscard]] std::wstring printFolder() override;
     [[nodiscard]] std::wstring placementFile() override;
 };
 

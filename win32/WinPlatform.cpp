@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "util/RuntimeError.h"
+#include "util/Text.h"
 #include "win32/DibSurface.h"
 #include "win32/FormWindow.h"
 
@@ -31,6 +32,24 @@ UINT iconFlag(formenv::MessageIcon icon) {
             break;
     }
     return 0;
+}
+
+/// The program of a command line, without quotes.
+std::wstring programOf(const std::wstring& command) {
+    if (command.starts_with(L'"'))
+        return command.substr(1, command.find(L'"', 1) - 1);
+    return command.substr(0, command.find(L' '));
+}
+
+/// The file to start for a program that is named without a folder; empty for one with a folder. The system would look
+/// in the host's folder and in the current one first, where anybody may have put a program of that name.
+std::wstring inSystemFolder(const std::wstring& program) {
+    if (program.find_first_of(L"\\/:") != std::wstring::npos)
+        return {};
+    std::wstring folder(MAX_PATH, L'\0');
+    folder.resize(GetSystemDirectoryW(folder.data(), MAX_PATH));
+    const bool hasType = program.find(L'.') != std::wstring::npos;
+    return util::setPathName(folder, hasType ? program : program + L".exe");
 }
 
 HWND rootOf(HWND window) {
@@ -98,12 +117,14 @@ std::intptr_t WinPlatform::formOwner() const noexcept {
 
 void WinPlatform::startProgram(const std::wstring& command) {
     std::wstring line = command;  // the system writes into it
+    const std::wstring file = inSystemFolder(programOf(command));
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESHOWWINDOW;
     start.wShowWindow = SW_SHOWNORMAL;
     PROCESS_INFORMATION started{};
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started))
+    if (!CreateProcessW(file.empty() ? nullptr : file.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                        nullptr, &start, &started))
         throw util::RuntimeError(util::error_number::kFileNotFound);
     CloseHandle(started.hThread);
     CloseHandle(started.hProcess);

@@ -79,13 +79,18 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
             call(widget.onMouseDown, formenv::mouse_button::kLeft);
             return true;
         case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK:
+            // A second quick press is a press like the first one.
             call(widget.onMouseDown, formenv::mouse_button::kRight);
             return true;
         case WM_LBUTTONUP: {
+            // Of a press that began elsewhere only the end arrives here: that is no click.
+            const bool pressedHere = holder_ == window;
             letMouseGo(window);
             RECT client{};
             GetClientRect(window, &client);
-            const formenv::Handler click = PtInRect(&client, {px, py}) ? widget.onClick : formenv::Handler();
+            const formenv::Handler click =
+                pressedHere && PtInRect(&client, {px, py}) ? widget.onClick : formenv::Handler();
             call(widget.onMouseUp, formenv::mouse_button::kLeft);
             if (click)
                 click();
@@ -96,8 +101,7 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
             return true;
         case WM_LBUTTONDBLCLK:
             holdMouse(window);
-            if (const formenv::Handler handler = widget.onDblClick)
-                handler();
+            call(widget.onDblClick, formenv::mouse_button::kLeft);
             return true;
         default:
             return false;

@@ -53,7 +53,7 @@ class ChannelSnapshotTest : public ::testing::Test {
         // Past the member: reading it is the host's moment.
         const std::wstring key = std::as_const(static_cast<FreqSlotBase&>(*channel)).fields().sKey;
         try {
-            store_.closeGap(kind, index);
+            static_cast<void>(store_.closeGap(kind, index));
             store_.forgetKey(key);
         } catch (const util::RuntimeError&) {
             // Somebody has taken the keys out of order; the store goes on with what there is.

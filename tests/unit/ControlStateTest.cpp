@@ -213,8 +213,9 @@ TEST_F(ControlStateTest, MouseInformationTicksAndShowsItsBox) {
 TEST_F(ControlStateTest, DoubleClickRecentresOnTheFrequencyUnderTheMouse) {
     addTX(450.0);
     scope.DrawDisplay();
-    ui.picSpectrum.onMouseMove(0, 0, 480.0, 1.0);
-    ui.picSpectrum.onDblClick();
+    ui.picSpectrum.onMouseMove(0, 0, 470.0, 1.0);
+    // At its own position, which need not be that of the last move.
+    ui.picSpectrum.onDblClick(1, 0, 480.0, 1.0);
     EXPECT_EQ(scope.DisplayCenterFreq(), 480.0);
     EXPECT_THAT(events.heard, ElementsAre("ChgFreqRange 380 580"));
 }

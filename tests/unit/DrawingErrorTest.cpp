@@ -363,9 +363,9 @@ TEST_F(EmptyDrawingTest, JustDrawItWithoutARangeOnlyClears) {
 TEST_F(EmptyDrawingTest, RefreshAndOrderBoxOnAnEmptyStoreAreHarmless) {
     divert();
     ui.chkOrder.onClick();
-    EXPECT_THAT(spectrum.lines(), IsEmpty());
-    scope.Refresh();
     EXPECT_THAT(spectrum.lines(), ElementsAre("clear ffffff"));
+    scope.Refresh();
+    EXPECT_THAT(spectrum.lines(), ElementsAre("clear ffffff", "clear ffffff"));
 }
 
 TEST_F(EmptyDrawingTest, AStoreThatWasClearedKeepsItsRange) {

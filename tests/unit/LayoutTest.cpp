@@ -127,14 +127,6 @@ TEST_F(LayoutTest, ACollapseHidesTheKnobsAndCountsAndRotaryKnobsStayHidden) {
     EXPECT_THAT(shown(), ElementsAre(true, true, true, true, true, false, false));
 }
 
-TEST_F(LayoutTest, AHeightBeyondSixteenBitsIsAnOverflowAndNoEvent) {
-    scope.resize(10800.0, 40000.0);
-    rightClick(10.0, 10.0);
-    EXPECT_EQ(takeReport().number, util::error_number::kOverflow);
-    EXPECT_THAT(events.heard, IsEmpty());
-    EXPECT_TRUE(collapsed());
-}
-
 TEST_F(LayoutTest, TheCornerHasItsTooltipAndTheRestHasNone) {
     EXPECT_EQ(tipAt(400.0, 315.0), L"Right-Click to collapse controls section.");
     EXPECT_EQ(tipAt(400.5, 315.0), L"");

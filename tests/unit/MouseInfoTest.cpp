@@ -184,8 +184,8 @@ TEST_F(MouseInfoTest, AnErrorInAChannelIsReportedAndTheReadOutsStand) {
     broken->onRead = failsAt("sLabel", 440);
     pointAt(450.0);
     const RecordingErrors::Report report = takeReport();
-    EXPECT_EQ(report.procedure, L"picSpectrum_MouseMove");
-    EXPECT_EQ(report.flag, 100);
+    EXPECT_EQ(report.procedure, L"BuildMouseReport");
+    EXPECT_EQ(report.flag, 400);
     EXPECT_EQ(report.number, 440);
     EXPECT_EQ(ui.lblFMHz.caption(), L"450.00000 MHz");
 }

@@ -145,7 +145,7 @@ class MemoryFiles : public formenv::FileServices {
             throw util::RuntimeError(util::error_number::kPathFileAccess);
         settings.write(key, section, file, value);
     }
-    std::wstring workFolder() override { return L"C:\\Work"; }
+    std::wstring printFolder() override { return L"C:\\Work"; }
     std::wstring placementFile() override { return L"C:\\Places.INI"; }
     util::TextIniSource settings;
     std::map<std::wstring, std::string> files;

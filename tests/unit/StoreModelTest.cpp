@@ -60,11 +60,12 @@ class Model {
             return true;
         const auto index = static_cast<std::size_t>(keys_.at(folded(key)));
         const std::wstring prefix = folded(key.substr(0, 2));
+        bool whole = true;
+        if (prefix == L"tx")
+            whole = close(tx_, index);
+        else if (prefix == L"rx")
+            whole = close(rx_, index);
         try {
-            if (prefix == L"tx")
-                close(tx_, index);
-            else if (prefix == L"rx")
-                close(rx_, index);
             removeKey(key);
         } catch (const KeyError&) {
             return false;
@@ -73,7 +74,7 @@ class Model {
         recalc(rx_, extremes.dRXFreqMin, extremes.dRXFreqMax);
         extremes.dFreqMin = std::min(extremes.dTXFreqMin, extremes.dRXFreqMin);
         extremes.dFreqMax = std::max(extremes.dTXFreqMax, extremes.dRXFreqMax);
-        return true;
+        return whole;
     }
 
     void clear(bool tx) { (tx ? tx_ : rx_) = Array(1); }
@@ -122,26 +123,35 @@ class Model {
         if (keys_.erase(folded(key)) == 0)
             throw KeyError{};
     }
-    void close(Array& array, std::size_t index) {
+    /// False when the key of a channel could not be moved with it.
+    bool close(Array& array, std::size_t index) {
+        bool whole = true;
         const std::size_t count = array[0] ? array.size() : 0;
         for (std::size_t j = index; j + 2 <= count; ++j) {
             array[j] = array[j + 1];
-            removeKey(look(array[j]).sKey);
-            addKey(look(array[j]).sKey, static_cast<std::int32_t>(j));
+            try {
+                removeKey(look(array[j]).sKey);
+                addKey(look(array[j]).sKey, static_cast<std::int32_t>(j));
+            } catch (const KeyError&) {
+                whole = false;
+            }
         }
         if (count < 2)
             array[0] = nullptr;
         else
             array.resize(count - 1);
+        return whole;
     }
     static void recalc(const Array& array, double& minimum, double& maximum) {
         minimum = FREQ_UNSET;
         maximum = -FREQ_UNSET;
         for (const AnySlot& slot : array) {
-            if (!slot)
+            if (!slot || !(look(slot).dFreq > 0.0))
                 continue;
-            maximum = std::max(maximum, look(slot).dFreqHi);
-            minimum = std::min(minimum, look(slot).dFreqLo);
+            if (look(slot).dFreqHi > 0.0)
+                maximum = std::max(maximum, look(slot).dFreqHi);
+            if (look(slot).dFreqLo > 0.0)
+                minimum = std::min(minimum, look(slot).dFreqLo);
         }
     }
     void widen(bool tx, const FreqSlotFields& f) {

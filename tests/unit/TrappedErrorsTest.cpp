@@ -131,8 +131,7 @@ TEST_F(TrappedErrors, OfTheScalingProcedures) {
 
 TEST_F(TrappedErrors, OfTheKnobsAndTheGridRange) {
     show();
-    ui.tdKnMovCenter.setDVal(kInfinity);
-    ui.tdKnMovCenter.onTurnEnd();
+    ui.tdKnCenter.onValueChanged(kInfinity);
     expectRecord(kOverflow, L"SetNewCenter", 100);
     ui.tdKnGrid.onValueChanged(kInfinity);
     expectRecord(kOverflow, L"tdKnGrid_ValueChanged", 200);
@@ -163,18 +162,16 @@ TEST_F(TrappedErrors, OfTheMouseAndThePanel) {
     ui.userControl.onClick();
     expectRecord(kOutOfMemory, L"UserControl_Click", 100);
     show();
-    ui.picSpectrum.onMouseMove(0, 0, kInfinity, 1.0);
-    ui.picSpectrum.onDblClick();
+    ui.picSpectrum.onDblClick(1, 0, kInfinity, 1.0);
     expectRecord(kOverflow, L"picSpectrum_DblClick", 100);
-    ui.picSpectrum.onMouseMove(0, 0, 451.0, 1.0);
-    ui.picSpectrum.onDblClick();
+    ui.picSpectrum.onDblClick(1, 0, 451.0, 1.0);
     expectRecord(util::error_number::kAutomation, L"picSpectrum_DblClick", 300);
     ui.fraControl.onMouseDown(formenv::mouse_button::kRight, 0, 10.0, 10.0);
-    expectRecord(util::error_number::kAutomation, L"ToggleControlsSection", 100);
+    expectRecord(util::error_number::kAutomation, L"ToggleControlsSection", 500);
     ui.fraControl.onMouseDown(formenv::mouse_button::kRight, 0, 10.0, 10.0);
-    expectRecord(util::error_number::kAutomation, L"ToggleControlsSection", 100);
+    expectRecord(util::error_number::kAutomation, L"ToggleControlsSection", 500);
     scope.resize(12000.0, 1000.0);
-    expectRecord(util::error_number::kInvalidPropertyValue, L"UserControl_Resize", 100);
+    expectRecord(util::error_number::kInvalidPropertyValue, L"UserControl_Resize", 300);
 }
 
 TEST_F(TrappedErrors, OfRemovalAndExport) {

@@ -44,7 +44,21 @@ class VisiblePaintingTest : public ::testing::Test {
     ChannelKind anyKind() { return oneIn(3) ? ChannelKind::RX : ChannelKind::TX; }
 
     double anyOddNumber() {
-        const double odd[] = {kNaN, kInfinity, -kInfinity, 0.0, -0.0, -5.0, 1e300, -1e300, 1e-300, 1e9};
+        const double odd[] = {kNaN,
+                              kInfinity,
+                              -kInfinity,
+                              0.0,
+                              -0.0,
+                              -5.0,
+                              1e300,
+                              -1e300,
+                              1e-300,
+                              1e9,
+                              1e308,
+                              -1e308,
+                              std::numeric_limits<double>::max(),
+                              std::numeric_limits<double>::lowest(),
+                              std::numeric_limits<double>::denorm_min()};
         return odd[upTo(std::size(odd))];
     }
 
@@ -268,6 +282,35 @@ TEST_F(VisiblePaintingTest, PaintingAllAtOnceMakesThePictureOfDrawingOneByOne) {
             ASSERT_NO_FATAL_FAILURE(compare()) << "set " << sets << ", round " << round;
         }
     }
+}
+
+TEST_F(VisiblePaintingTest, EdgesAtTheEndsOfWhatADoubleHoldsHideNoOtherChannel) {
+    both([](Twin& twin) { twin.scope.setMany(64); });
+    const auto add = [&](double low, double frequency, double high) {
+        FreqSlotFields fields;
+        fields.dFreq = frequency;
+        fields.dFreqLo = low;
+        fields.dFreqHi = high;
+        fields.dPwrDBM = 20.0;
+        fields.lColor = 0xFF0000U - static_cast<std::uint32_t>(lastKey_);
+        fields.sKey = L"TX#" + std::to_wstring(++lastKey_);
+        both([&](Twin& twin) {
+            const util::Ref<FreqSlotBase> slot(&twin == &quiet_ ? static_cast<FreqSlotBase*>(new QuietSlot)
+                                                                : static_cast<FreqSlotBase*>(new PlainSlot));
+            slot->fields() = fields;
+            twin.add(ChannelKind::TX, slot);
+        });
+    };
+    // Several blocks of regular channels, and in the last one edges whose difference is more than a double holds.
+    for (int i = 0; i < 700; ++i)
+        add(440.0 + i * 0.02, 440.01 + i * 0.02, 440.015 + i * 0.02);
+    add(-1e308, 450.0, 450.1);
+    add(451.0, 452.0, 1e308);
+    both([](Twin& twin) {
+        twin.scope.setFreqEndBuffer(1.0);
+        twin.scope.DrawByRange(440.0, 455.0);
+    });
+    compare();
 }
 
 }  // namespace

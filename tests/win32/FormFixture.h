@@ -66,7 +66,7 @@ class EditorWindowFiles final : public formenv::FileServices {
                       const std::wstring& value) override {
         settings[key] = value;
     }
-    std::wstring workFolder() override { return L"C:\\nowhere"; }
+    std::wstring printFolder() override { return L"C:\\nowhere"; }
     std::wstring placementFile() override { return L"C:\\places.ini"; }
     std::map<std::wstring, std::wstring> settings;
     std::string written;

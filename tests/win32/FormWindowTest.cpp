@@ -318,4 +318,44 @@ TEST(StartProgram, StartsOneAndTellsOfOneThatIsNotThere) {
     RemoveDirectoryW(mark.c_str());
 }
 
+/// The current folder for the time of a test.
+class CurrentFolder {
+  public:
+    explicit CurrentFolder(const std::wstring& folder) {
+        GetCurrentDirectoryW(MAX_PATH, before_);
+        SetCurrentDirectoryW(folder.c_str());
+    }
+    ~CurrentFolder() { SetCurrentDirectoryW(before_); }
+    CurrentFolder(const CurrentFolder&) = delete;
+    CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+  private:
+    wchar_t before_[MAX_PATH] = L"";
+};
+
+TEST(StartProgram, TakesAProgramWithoutAFolderFromTheSystemsFolderOnly) {
+    win32::WinPlatform platform;
+    wchar_t temp[MAX_PATH + 1] = L"";
+    GetTempPathW(MAX_PATH + 1, temp);
+    const std::wstring folder = temp + std::wstring(L"kvCurrent") + std::to_wstring(GetCurrentProcessId());
+    ASSERT_TRUE(CreateDirectoryW(folder.c_str(), nullptr));
+    const std::wstring planted = folder + L"\\kvviewer.exe";
+    wchar_t system[MAX_PATH] = L"";
+    GetSystemDirectoryW(system, MAX_PATH);
+    ASSERT_TRUE(CopyFileW((system + std::wstring(L"\\cmd.exe")).c_str(), planted.c_str(), TRUE));
+    {
+        const CurrentFolder current(folder);
+        for (const wchar_t* command : {L"kvviewer /c exit", L"kvviewer.exe /c exit", L"\"kvviewer\" /c exit"}) {
+            try {
+                platform.startProgram(command);
+                ADD_FAILURE() << "started from the current folder";
+            } catch (const util::RuntimeError& error) {
+                EXPECT_EQ(error.number(), 53);
+            }
+        }
+    }
+    EXPECT_TRUE(DeleteFileW(planted.c_str()));
+    EXPECT_TRUE(RemoveDirectoryW(folder.c_str()));
+}
+
 }  // namespace

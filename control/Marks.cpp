@@ -1,0 +1,87 @@
+#include "control/Marks.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kv::control {
+
+using formenv::DrawMode;
+using formenv::FillStyle;
+
+void Marks::drawCursor(const CursorLine& line) {
+    takeCursorOff();
+    const formenv::UserScale scale = picture_.scale();
+    if (!(line.frequency >= scale.left && line.frequency <= scale.left + scale.width))
+        return;
+    const int x = picture_.pixelX(line.frequency);
+    const Cursor drawn{
+        line, {x, picture_.pixelY(line.from)}, {x, picture_.pixelY(line.to)}, picture_.platform().resolve(line.color)};
+    stroke(drawn);
+    cursor_ = drawn;
+}
+
+void Marks::takeCursorOff() {
+    if (const std::optional<Cursor> drawn = std::exchange(cursor_, std::nullopt))
+        stroke(*drawn);
+}
+
+void Marks::drawBand(double from, double to) {
+    takeBandOff();
+    const auto [left, right] = std::minmax({picture_.pixelX(from), picture_.pixelX(to)});
+    const Band drawn{from, to, {left, 0, right + 1, picture_.pixelSize().height}};
+    stroke(drawn);
+    band_ = drawn;
+}
+
+void Marks::takeBandOff() {
+    if (const std::optional<Band> drawn = std::exchange(band_, std::nullopt))
+        stroke(*drawn);
+}
+
+void Marks::takeOff() {
+    takeCursorOff();
+    takeBandOff();
+}
+
+void Marks::forget() noexcept {
+    cursor_.reset();
+    band_.reset();
+    ++clearings_;
+}
+
+void Marks::stroke(const Cursor& cursor) {
+    picture_.strokeLine(cursor.from, cursor.to, {cursor.color, 1}, DrawMode::NotXorPen);
+}
+
+void Marks::stroke(const Band& band) {
+    picture_.strokeBox(band.box, {picture_.platform().resolve(picture_.foreColor()), 1}, {FillStyle::Transparent, 0},
+                       DrawMode::Invert);
+}
+
+Marks::Aside::Aside(Marks& marks) : marks_(marks), clearings_(marks.clearings_) {
+    if (marks.cursor_)
+        cursor_ = marks.cursor_->line;
+    if (marks.band_)
+        band_ = std::pair(marks.band_->from, marks.band_->to);
+    marks.takeOff();
+}
+
+Marks::Aside::~Aside() {
+    try {
+        putBack();
+    } catch (...) {
+        // Without memory for the picture there is nothing that a mark could be on.
+        marks_.forget();
+    }
+}
+
+void Marks::Aside::putBack() {
+    if (marks_.clearings_ != clearings_)
+        return;
+    if (cursor_ && !marks_.cursor_)
+        marks_.drawCursor(*cursor_);
+    if (band_ && !marks_.band_)
+        marks_.drawBand(band_->first, band_->second);
+}
+
+}  // namespace kv::control
