@@ -53,13 +53,20 @@ bool savePicture(const wchar_t* file) {
         return false;
     BSTR key = SysAllocString(L"TX1");
     channel->put_sKey(key);
-    channel->put_dFreq(462.55);   // MHz
-    channel->put_dBW(20.0);       // kHz
+    channel->put_dFreq(462.55);     // MHz
+    channel->put_dFreqLo(462.542);  // the edges of the box; without them it is twice dBW wide
+    channel->put_dFreqHi(462.558);
+    channel->put_dBW(16.0);       // kHz
     channel->put_dPwrDBM(46.99);  // dBm
     channel->put_lColor(RGB(31, 119, 180));
     long index = 0;
     scope->AddTXChnl(channel.Get(), &index);  // 0, then 1, 2, ...
-    scope->DrawByRange(462.3, 462.8);         // MHz
+    scope->put_FreqEndBuffer(0.0);            // MHz; no margin, so that exactly the range below is shown
+    scope->put_nGridX(10);                    // 10 divisions of 20 kHz
+    scope->put_DisplayMaxPwr(60.0);           // dBm
+    scope->DrawByRange(462.5, 462.7);         // MHz
+    VARIANT_BOOL drawn = VARIANT_FALSE;
+    scope->DrawDisplay(&drawn);  // once more, without the cursor line that DrawByRange draws
 
     double height = 0.0;  // of the picture, in twips
     double width = 0.0;

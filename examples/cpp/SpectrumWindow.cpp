@@ -184,7 +184,7 @@ class Spectrum {
 };
 // [end]
 
-/// A transmit channel, its power in dBm and its colour.
+/// A transmit channel of 16 kHz, its frequency in MHz, power in dBm and color.
 void addChannel(_kvBandscope* scope, const wchar_t* key, double frequency, double power, OLE_COLOR color) {
     ComPtr<_FreqSlot> channel;
     if (FAILED(CoCreateInstance(CLSID_FreqSlot, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(channel.GetAddressOf()))))
@@ -193,7 +193,9 @@ void addChannel(_kvBandscope* scope, const wchar_t* key, double frequency, doubl
     channel->put_sKey(text);
     SysFreeString(text);
     channel->put_dFreq(frequency);
-    channel->put_dBW(10.0);
+    channel->put_dFreqLo(frequency - 0.008);  // 16 kHz wide; without edges the box is twice dBW wide
+    channel->put_dFreqHi(frequency + 0.008);
+    channel->put_dBW(16.0);
     channel->put_dPwrDBM(power);
     channel->put_lColor(color);
     long index = 0;
@@ -248,9 +250,11 @@ int run(const wchar_t* file) {
             SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&spectrum));
             ShowWindow(window, SW_SHOWDEFAULT);
             addChannel(scope, L"TX1", 462.55, 46.99, RGB(31, 119, 180));
-            addChannel(scope, L"TX2", 462.60, 30.0, RGB(56, 142, 60));
+            addChannel(scope, L"TX2", 462.65, 30.0, RGB(56, 142, 60));
             scope->put_DisplayMaxPwr(60.0);
-            scope->DrawByRange(462.5, 462.65);
+            scope->put_FreqEndBuffer(0.0);  // no margin: exactly the range below
+            scope->put_nGridX(10);          // grid lines 20 kHz apart, the channels between them
+            scope->DrawByRange(462.5, 462.7);
             result = *file && !save(scope, file) ? 1 : 0;
             MSG message{};
             while (!*file && GetMessageW(&message, nullptr, 0, 0) > 0) {

@@ -3,12 +3,17 @@ var scope = new ActiveXObject("kvBandscope.kvBandscope");
 var channel = new ActiveXObject("kvBandscope.FreqSlot");
 channel.sKey = "RX1";
 channel.dFreq = 467.55; // MHz
-channel.dBW = 20; // kHz
+channel.dFreqLo = 467.542; // the edges of the box; without them it is twice dBW wide
+channel.dFreqHi = 467.558;
+channel.dBW = 16; // kHz
 channel.dPwrDBM = 20; // dBm
 channel.lColor = 0x388e3c; // blue, green, red from left to right
 scope.AddRXChnl(channel);
+scope.FreqEndBuffer = 0; // MHz; no margin, so that exactly the range below is shown
+scope.nGridX = 10; // 10 divisions of 20 kHz
 scope.DisplayMaxPwr = 40; // dBm
-scope.DrawByRange(467.3, 467.8);
+scope.DrawByRange(467.5, 467.7); // MHz
+scope.DrawDisplay(); // once more, without the cursor line that DrawByRange draws
 var file = scope.DisplayToBMP(0, 0, "");
 WScript.Echo("Picture saved as " + file);
 WScript.Quit(file !== "" ? 42 : 1); // 42: a script that stops at an error may end with 0

@@ -3,8 +3,10 @@ Set scope = CreateObject("kvBandscope.kvBandscope")
 Set product = CreateObject("kvBandscope.FreqSlot")
 product.sKey = "TXIM1"
 product.sLabel = "Intermod Product [third order product] 2A-B"
-product.dFreq = 462.6
-product.dBW = 12.5
+product.dFreq = 462.6                   ' MHz
+product.dBW = 48                        ' kHz; a product of 2A-B is three times as wide as its transmitters
+product.dFreqLo = 462.576               ' MHz; half of that to each side
+product.dFreqHi = 462.624
 product.dPwrDBM = -5
 product.lColor = RGB(227, 160, 90)
 product.nIMComps = 2                    ' first the number, then the components
@@ -15,9 +17,12 @@ product.nIMComp(1) = -1
 product.dIMCompFreq(1) = 462.55
 product.sIMCompLabel(1) = "Repeater 15"
 scope.AddTXChnl product
-scope.DisplayMinPwr = -20               ' the product is weaker than the 0 dBm that the display begins with
-scope.DisplayMaxPwr = 40
-scope.DrawByRange 462.5, 462.7
+scope.DisplayMaxPwr = 40                ' dBm; first the top, then the bottom, which applies the whole scale
+scope.DisplayMinPwr = -20               ' below the product's -5 dBm, so that its box has a height
+scope.FreqEndBuffer = 0                 ' MHz
+scope.nGridX = 10
+scope.DrawByRange 462.51, 462.71        ' MHz
+scope.DrawDisplay                       ' once more, without the cursor line
 file = scope.DisplayToBMP(height, width, name)
 WScript.Echo "Picture saved as " & file
 If file <> "" And product.bDrawn Then WScript.Quit 42

@@ -42,7 +42,7 @@ struct ProductOptions {
     /// Only products whose centre lies in this range, ends included. Those not above 0 are never given.
     std::int64_t lowestHz = 1;
     std::int64_t highestHz = std::numeric_limits<std::int64_t>::max();
-    /// Output intercept point of the mixing stage.
+    /// Output intercept point of the mixing stage, the same for every order.
     double interceptDbm = 70.0;
 };
 
@@ -58,7 +58,8 @@ struct ProductOptions {
 ///     P = sum |c_i| P_i - (order - 1) IP + 20 log10(M / M2)      all powers in dBm
 /// where IP is the intercept point and M = order! / prod |c_i|! the number of ways in which the terms mix, against M2
 /// of the two-signal product of the same order that defines the intercept point. With equal carriers A+B-C thus lies
-/// 6.02 dB above 2A-B. One intercept point serves every order.
+/// 6.02 dB above 2A-B. One intercept point serves every order, although that of the second order is usually higher in
+/// practice: levels of second-order products are to be compared with each other only.
 class ProductGenerator {
   public:
     /// Throws std::length_error for more than 65,535 transmitters.

@@ -33,7 +33,7 @@ const Expected kExpected[] = {
     {"frs-gmrs.csv", 22, 0, 462, 4620, 164, 106, 457'387'500, 472'875'000},
     {"noaa-weather-radio.csv", 7, 0, 42, 105, 19, 13, 162'250'000, 162'700'000},
     {"pmr446.csv", 16, 0, 240, 1680, 46, 84, 445'818'750, 446'381'250},
-    {"marine-vhf.csv", 31, 31, 930, 13485, 511, 148, 150'575'000, 167'750'000},
+    {"marine-vhf.csv", 31, 33, 930, 13485, 558, 137, 150'875'000, 167'600'000},
     {"site-100.csv", 100, 0, 9900, 485100, 8705, 148, 127'402'500, 195'825'000},
 };
 
@@ -121,13 +121,33 @@ TEST(ProductPlans, MarineDuplexAndSimplexChannels) {
         EXPECT_TRUE(channel.frequencyHz == ship || channel.frequencyHz == ship + 4'600'000) << channel.label;
         (channel.frequencyHz == ship ? simplex : duplex) += 1;
     }
-    EXPECT_EQ(duplex, 17);
-    EXPECT_EQ(simplex, 14);
+    EXPECT_EQ(duplex, 15);
+    EXPECT_EQ(simplex, 16);
     EXPECT_EQ(channels.at(L"TX16")->frequencyHz, 156'800'000);
     EXPECT_EQ(channels.at(L"TX70")->frequencyHz, 156'525'000);
-    EXPECT_EQ(channels.at(L"TX28")->frequencyHz, 162'000'000);
     EXPECT_EQ(channels.at(L"TXAIS1")->frequencyHz, 161'975'000);
     EXPECT_EQ(channels.at(L"TXAIS2")->frequencyHz, 162'025'000);
+}
+
+// Since 2019 the upper halves of channels 27 and 28 are data channels, and the lower ones stand alone.
+TEST(ProductPlans, MarineChannels27And28AreNoLongerDuplex) {
+    const Plan plan = kv::host::loadPlan(kPlans / "marine-vhf.csv");
+    const auto channels = byKey(plan);
+    EXPECT_EQ(channels.count(L"TX27") + channels.count(L"RX27"), 0U);
+    EXPECT_EQ(channels.count(L"TX28") + channels.count(L"RX28"), 0U);
+    EXPECT_EQ(channels.at(L"TX1027")->frequencyHz, 157'350'000);
+    EXPECT_EQ(channels.at(L"TX1028")->frequencyHz, 157'400'000);
+    EXPECT_EQ(channels.at(L"TXASM1")->frequencyHz, 161'950'000);
+    EXPECT_EQ(channels.at(L"TXASM2")->frequencyHz, 162'000'000);
+}
+
+TEST(ProductPlans, MarineShipToShipChannelsHaveNoCoastTransmitter) {
+    const Plan plan = kv::host::loadPlan(kPlans / "marine-vhf.csv");
+    const auto channels = byKey(plan);
+    for (const wchar_t* channel : {L"06", L"08"}) {
+        EXPECT_EQ(channels.count(std::wstring(L"TX") + channel), 0U);
+        EXPECT_EQ(channels.count(std::wstring(L"RX") + channel), 1U);
+    }
 }
 
 }  // namespace
