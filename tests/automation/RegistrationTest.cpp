@@ -138,8 +138,17 @@ TEST_F(RegistrationTest, MachineAndUserDoNotTouchEachOther) {
     EXPECT_EQ(install(false, L"user"), S_OK);
     EXPECT_EQ(classesOf(machine), expectedKeys());
     ASSERT_EQ(install(true, L"user"), S_OK);
-    EXPECT_EQ(unregisterServer(), S_OK);
+    EXPECT_EQ(unregisterServer(), S_FALSE);
     EXPECT_EQ(classesOf(user), expectedKeys());
+}
+
+TEST_F(RegistrationTest, UnregisteringTheMachineTellsThatTheUsersEntriesAreStillThere) {
+    ASSERT_EQ(registerServer(), S_OK);
+    ASSERT_EQ(install(true, L"user"), S_OK);
+    EXPECT_EQ(install(false, L""), S_FALSE) << "done, and other entries of these classes exist";
+    EXPECT_EQ(unregisterServer(), S_FALSE);
+    EXPECT_EQ(install(false, L"user"), S_OK);
+    EXPECT_EQ(unregisterServer(), S_OK);
 }
 
 TEST_F(RegistrationTest, WhereTheMachinesClassesCannotBeWrittenTheUsersAre) {
