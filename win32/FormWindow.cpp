@@ -1,8 +1,7 @@
 #include "win32/FormWindow.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
+#include <map>
 
 #include "formenv/Twips.h"
 #include "util/RuntimeError.h"
@@ -19,7 +18,6 @@ namespace {
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 // A resizable window with this frame has no small icon in its title.
 constexpr DWORD kExStyle = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
-constexpr UINT_PTR kSubclass = 1;
 
 /// From a point of the screen to what window placements count in, which leaves task bars out.
 POINT workspaceOffset(const RECT& place) {
@@ -73,8 +71,8 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
     void placeRoot() override;
 
   private:
-    static LRESULT CALLBACK childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                           DWORD_PTR self);
+    static LRESULT CALLBACK childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] LRESULT pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
     void listenTo(const formenv::Widget& parent);
     void follow(HWND window);
     void limit(MINMAXINFO& limits) const;
@@ -83,6 +81,8 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
     formenv::Form* form_;
     WinPlatform& platform_;
     IUnknown* keeper_;
+    /// The procedures of the system's controls. Common controls before version 6 have no subclassing by name.
+    std::map<HWND, WNDPROC> procedures_;
     std::unique_ptr<WindowTree> tree_;
     HWND focus_ = nullptr;  ///< while another window is active
 };
@@ -115,33 +115,44 @@ void FormWindow::Root::lost() {
 /// Keys arrive at the control with the focus.
 void FormWindow::Root::listenTo(const formenv::Widget& parent) {
     for (const formenv::Widget* child : parent.children()) {
-        if (auto* window = dynamic_cast<WidgetWindow*>(child->peer()))
-            SetWindowSubclass(window->window(), &Root::childProcedure, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+        const auto* window = dynamic_cast<WidgetWindow*>(child->peer());
+        if (window && isTabStop(*child)) {
+            const HWND handle = window->window();
+            procedures_[handle] = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(handle, GWLP_WNDPROC));
+            SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+            SetWindowLongPtrW(handle, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Root::childProcedure));
+        }
         listenTo(*child);
     }
 }
 
-LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                                  DWORD_PTR self) {
-    if (message == WM_NCDESTROY)
-        RemoveWindowSubclass(window, &Root::childProcedure, id);
+/// The control's own answer.
+LRESULT FormWindow::Root::pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
+    const auto found = procedures_.find(window);
+    return found == procedures_.end() ? DefWindowProcW(window, message, wParam, lParam)
+                                      : CallWindowProcW(found->second, window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* root = reinterpret_cast<Root*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    // Whatever the message leads to, this object stays to its end. What a key does may release the whole control.
+    const Held held(isFormKey(message) ? root->keeper_ : nullptr);
+    const std::shared_ptr<Root> kept = root->weak_from_this().lock();
     // A message loop for dialogs leaves all keys to the window.
     if (message == WM_GETDLGCODE && lParam)
-        return DefSubclassProc(window, message, wParam, 0) | DLGC_WANTALLKEYS;
-    if (!isFormKey(message))
-        return DefSubclassProc(window, message, wParam, lParam);
-    auto* root = reinterpret_cast<Root*>(self);
-    const Held held(root->keeper_);
-    const std::shared_ptr<Root> kept = root->weak_from_this().lock();
+        return root->pass(window, message, wParam, 0) | DLGC_WANTALLKEYS;
     try {
-        if (kept && kept->form_) {
+        if (isFormKey(message) && kept && kept->form_) {
             if (const std::optional<LRESULT> answer = formKey(*kept->form_, window, message, wParam))
                 return *answer;
         }
     } catch (...) {
         // A window procedure is called by the system: nothing may leave it.
     }
-    return DefSubclassProc(window, message, wParam, lParam);
+    const LRESULT result = root->pass(window, message, wParam, lParam);
+    if (message == WM_NCDESTROY)
+        root->procedures_.erase(window);
+    return result;
 }
 
 std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
