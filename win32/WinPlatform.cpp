@@ -5,13 +5,11 @@
 #include "util/RuntimeError.h"
 #include "win32/DibSurface.h"
 #include "win32/FormWindow.h"
+#include "win32/PendingEvents.h"
 
 namespace kv::win32 {
 
 namespace {
-
-// More than any burst of input; a bound, so that windows that never stop posting cannot hold up a drawing for good.
-constexpr int kMostMessages = 10000;
 
 int screenDpi() {
     const ScreenDc screen;
@@ -51,16 +49,7 @@ formenv::PixelSize WinPlatform::textSize(std::wstring_view text, const formenv::
 }
 
 void WinPlatform::pumpEvents() {
-    MSG message;
-    for (int i = 0; i < kMostMessages && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
-        if (message.message == WM_QUIT) {
-            // Not ours to take: it ends the host's own loop.
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return;
-        }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
+    runPendingEvents();
 }
 
 bool WinPlatform::hasUser() const noexcept {
