@@ -268,6 +268,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     // ControlKeys.cpp
     void focusCame(HWND window) noexcept;
     void focusLeft(HWND to) noexcept;
+    void enabledChanged(bool enabled) noexcept;
     void tellFocus(bool has) noexcept;
     void takeFocus(const MSG* message) noexcept;
     [[nodiscard]] bool holdsFocus() const noexcept;
@@ -300,6 +301,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     bool isActiveObject_ = false;  ///< frame and document have been told
     bool hasFocus_ = false;
     bool translating_ = false;
+    bool tabLeaves_ = false;    ///< the last key was a Tab that leads out of the control
     HWND lastFocus_ = nullptr;  ///< where the focus was when it left
     unsigned epoch_ = 0;        ///< counts activations and their ends, so that one that was overtaken stops
 

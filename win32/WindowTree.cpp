@@ -39,7 +39,9 @@ WindowSort sortOf(const Widget& widget) {
         case WidgetKind::Frame:
             return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
         case WidgetKind::PictureBox:
-            return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U), 0};
+            // Hosts that only know dialog keys reach the picture inside another one by this.
+            return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U),
+                    widget.children().empty() ? 0U : static_cast<DWORD>(WS_EX_CONTROLPARENT)};
         case WidgetKind::Label:
             return {L"STATIC",
                     SS_LEFTNOWORDWRAP | SS_NOPREFIX |
