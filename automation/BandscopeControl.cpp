@@ -21,6 +21,7 @@ constexpr DISPID kChgFreqRange = 3;
 
 BandscopeControl::BandscopeControl() {
     platform_.setKeeper(static_cast<IOleObject*>(this));
+    platform_.setBoxHost(this);
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
     nameParts(*scope_);
@@ -31,6 +32,7 @@ BandscopeControl::~BandscopeControl() {
     // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
     references_ = 1;
     platform_.setKeeper(nullptr);
+    platform_.setBoxHost(nullptr);
     ++atWork_;
     inPlaceActive_ = false;
     windows_.reset();

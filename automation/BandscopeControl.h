@@ -44,6 +44,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
                                public IQuickActivate,
                                public IProvideClassInfo2,
                                private control::HostEvents,
+                               private win32::BoxHost,
                                private MessageListener {
   public:
     BandscopeControl();
@@ -168,7 +169,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE OnDocWindowActivate(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE EnableModeless(BOOL enable) override;
 
     // IQuickActivate
     HRESULT STDMETHODCALLTYPE QuickActivate(QACONTAINER* container, QACONTROL* control) override;
@@ -188,6 +189,11 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void ChgGridRange() override;
     void ChgHeight(std::int16_t iHgt) override;
     void ChgFreqRange(double dMin, double dMax) override;
+
+    // win32::BoxHost
+    bool canShowBoxes() noexcept override { return site_.Get() != nullptr; }
+    HWND boxOwner() noexcept override;
+    Microsoft::WRL::ComPtr<IOleInPlaceFrame> boxFrame() noexcept override { return frame_; }
 
     /// The interfaces that QueryInterface offers; nullptr for any other.
     [[nodiscard]] void* offered(REFIID iid) noexcept;
@@ -282,7 +288,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     win32::WinPlatform platform_;
     win32::WinFiles files_;
     // Without a container, as in a script, there may be nobody who would close a message box.
-    formenv::PlatformPrompt prompt_{platform_, [this] { return site_.Get() != nullptr; }};
+    formenv::PlatformPrompt prompt_{platform_, [this] { return canShowBoxes(); }};
     util::ErrorHandler errors_{win32::techSupportLog(), prompt_};
     std::unique_ptr<control::Bandscope> scope_;
     /// One for the control's life: it may be at work further down the stack while the control is activated again.

@@ -84,6 +84,7 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
     /// The procedures of the system's controls. Common controls before version 6 have no subclassing by name.
     std::map<HWND, WNDPROC> procedures_;
     std::unique_ptr<WindowTree> tree_;
+    HWND made_ = nullptr;   ///< the window as the platform knows it
     HWND focus_ = nullptr;  ///< while another window is active
 };
 
@@ -96,6 +97,8 @@ bool FormWindow::Root::create(HWND owner) {
     tree_ = std::make_unique<WindowTree>(*form_, platform_, std::move(callbacks));
     if (!tree_->createTopLevel(owner, kStyle, kExStyle, pixelRect(*form_, platform_.dpi())))
         return false;
+    made_ = tree_->root();
+    platform_.formMade(made_);
     listenTo(*form_);
     follow(tree_->root());
     return true;
@@ -108,6 +111,7 @@ void FormWindow::Root::close() noexcept {
 }
 
 void FormWindow::Root::lost() {
+    platform_.formGone(made_);
     if (form_)
         form_->windowLost();
 }

@@ -5,6 +5,7 @@
 #include "util/RuntimeError.h"
 #include "win32/DibSurface.h"
 #include "win32/FormWindow.h"
+#include "win32/Held.h"
 #include "win32/PendingEvents.h"
 
 namespace kv::win32 {
@@ -35,6 +36,31 @@ HWND rootOf(HWND window) {
     return window ? GetAncestor(window, GA_ROOT) : nullptr;
 }
 
+/// The answer for a user who is not there.
+formenv::MessageAnswer unasked(formenv::MessageButtons buttons) {
+    return buttons == formenv::MessageButtons::Ok ? formenv::MessageAnswer::Ok : formenv::MessageAnswer::No;
+}
+
+/// While it lives the container keeps its modeless windows disabled. The same frame is told of both ends.
+class OpenBox {
+  public:
+    explicit OpenBox(BoxHost* host) {
+        if (host)
+            frame_ = host->boxFrame();
+        if (frame_)
+            frame_->EnableModeless(FALSE);
+    }
+    ~OpenBox() {
+        if (frame_)
+            frame_->EnableModeless(TRUE);
+    }
+    OpenBox(const OpenBox&) = delete;
+    OpenBox& operator=(const OpenBox&) = delete;
+
+  private:
+    Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame_;
+};
+
 }  // namespace
 
 WinPlatform::WinPlatform() : dpi_(screenDpi()), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(dpi_) {}
@@ -60,12 +86,18 @@ bool WinPlatform::hasUser() const noexcept {
 
 formenv::MessageAnswer WinPlatform::messageBox(const std::wstring& text, const std::wstring& title,
                                                formenv::MessageIcon icon, formenv::MessageButtons buttons) {
+    if (boxHost_ && !boxHost_->canShowBoxes())
+        return unasked(buttons);
     return messageBoxBefore(formOwner(), text, title, icon, buttons);
 }
 
 formenv::MessageAnswer WinPlatform::messageBoxBefore(std::intptr_t window, const std::wstring& text,
                                                      const std::wstring& title, formenv::MessageIcon icon,
                                                      formenv::MessageButtons buttons) {
+    if (!hasUser())
+        return unasked(buttons);
+    const Held held(keeper_);
+    const OpenBox open(boxHost_);
     const UINT kind = buttons == formenv::MessageButtons::Ok ? MB_OK : MB_YESNO | MB_DEFBUTTON2;
     const int answer = MessageBoxW(reinterpret_cast<HWND>(window), text.c_str(), title.c_str(), kind | iconFlag(icon));
     if (answer == IDYES)
@@ -73,8 +105,24 @@ formenv::MessageAnswer WinPlatform::messageBoxBefore(std::intptr_t window, const
     return answer == IDNO ? formenv::MessageAnswer::No : formenv::MessageAnswer::Ok;
 }
 
+void WinPlatform::enableForms(bool enable) noexcept {
+    formsEnabled_ = enable;
+    for (const HWND form : forms_)
+        EnableWindow(form, enable);
+}
+
+void WinPlatform::formMade(HWND window) {
+    forms_.insert(window);
+    if (!formsEnabled_)
+        EnableWindow(window, FALSE);
+}
+
+void WinPlatform::formGone(HWND window) noexcept {
+    forms_.erase(window);
+}
+
 std::unique_ptr<formenv::FormWindow> WinPlatform::createFormWindow(formenv::Form& form) {
-    return std::make_unique<FormWindow>(form, *this, rootOf(owner_), keeper_);
+    return std::make_unique<FormWindow>(form, *this, reinterpret_cast<HWND>(formOwner()), keeper_);
 }
 
 formenv::FormBorder WinPlatform::formBorder() const noexcept {
@@ -82,7 +130,8 @@ formenv::FormBorder WinPlatform::formBorder() const noexcept {
 }
 
 std::intptr_t WinPlatform::formOwner() const noexcept {
-    return reinterpret_cast<std::intptr_t>(rootOf(owner_));
+    const HWND window = owner_ || !boxHost_ ? owner_ : boxHost_->boxOwner();
+    return reinterpret_cast<std::intptr_t>(rootOf(window));
 }
 
 void WinPlatform::startProgram(const std::wstring& command) {
