@@ -201,6 +201,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     // PersistImpl, ViewImpl
     void saved() noexcept override;
     SIZE viewPixels() override;
+    SIZE viewStartPixels() override;
     SIZEL viewExtent() override;
     SIZEL viewNaturalExtent(const SIZEL* proposed) override;
     void paintView(HDC dc, const RECT& bounds) override;

@@ -134,6 +134,11 @@ SIZE BandscopeControl::viewPixels() {
             formenv::twipsToPixels(control.height(), platform_.dpi())};
 }
 
+SIZE BandscopeControl::viewStartPixels() {
+    return {formenv::twipsToPixels(scope_->MinWid(), platform_.dpi()),
+            formenv::twipsToPixels(scope_->MinHgt(), platform_.dpi())};
+}
+
 SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
     const SIZEL start{twipsToHimetric(scope_->MinWid()), twipsToHimetric(scope_->MinHgt())};
     return proposed ? SIZEL{std::max(proposed->cx, start.cx), std::max<LONG>(proposed->cy, 0)} : start;

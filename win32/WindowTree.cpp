@@ -230,9 +230,11 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_PAINT:
             paintWindow(*target);
             return 0;
+        case WM_PRINT:
         case WM_PRINTCLIENT:
-            paintWidget(target->widget(), reinterpret_cast<HDC>(wParam), {0, 0});
-            return 0;
+            if (printWindow(*target, message, reinterpret_cast<HDC>(wParam), lParam))
+                return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
         case WM_COMMAND:
             return lParam ? handleCommand(reinterpret_cast<HWND>(lParam), HIWORD(wParam)) : 0;
         case WM_CTLCOLORSTATIC:

@@ -121,6 +121,8 @@ class WindowTree {
     [[nodiscard]] bool framesFocus(const WidgetWindow& target) const;
     void drawItem(const DRAWITEMSTRUCT& item);
     void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
+    void paintAll(formenv::Widget& widget, HDC dc, POINT origin);
+    bool printWindow(WidgetWindow& target, UINT message, HDC dc, LPARAM what);
     bool createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place);
     void createChildren(formenv::Widget& parent, HWND window);
     void noteStale(WidgetWindow& window);
