@@ -1,6 +1,8 @@
 #include "automation/BandscopeControl.h"
 
 #include <array>
+#include <cmath>
+#include <limits>
 #include <new>
 #include <string>
 #include <utility>
@@ -8,6 +10,7 @@
 #include "automation/FreqSlotObject.h"
 #include "automation/Spoken.h"
 #include "automation/TypeLib.h"
+#include "util/RuntimeError.h"
 
 namespace kv::automation {
 
@@ -111,7 +114,10 @@ void BandscopeControl::ChgGridRange() {
 }
 
 void BandscopeControl::ChgHeight(std::int16_t iHgt) {
-    const std::array<Variant, 1> arguments{Variant(static_cast<short>(iHgt))};
+    const long height = std::lround(toHostTwips(iHgt));
+    if (height > std::numeric_limits<short>::max())
+        throw util::RuntimeError(util::error_number::kOverflow);
+    const std::array<Variant, 1> arguments{Variant(static_cast<short>(height))};
     if (freezeCount_ == 0)
         fire(kChgHeight, arguments);
 }

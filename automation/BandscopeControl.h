@@ -7,6 +7,7 @@
 #include <oleidl.h>
 #include <wrl/client.h>
 
+#include <array>
 #include <atomic>
 #include <memory>
 
@@ -257,6 +258,8 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     // ControlInPlace.cpp
     /// The private message by which a size that the container insists on is taken over.
     static constexpr UINT kAdoptSize = WM_APP + 0x140;
+    /// The one by which the pictures are drawn anew, because their colors or their resolution changed.
+    static constexpr UINT kRedraw = WM_APP + 0x141;
     HRESULT activate(IOleClientSite* site, bool withUi, const MSG* message) noexcept;
     HRESULT activateInPlace();
     HRESULT makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epoch);
@@ -267,6 +270,14 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void followSize(formenv::PixelSize size);
     void adoptPixelSize(int width, int height);
     void adoptWindowSize() noexcept;
+
+    /// Twips inside go by the resolution of the control's window, those of the host by that of the whole screen.
+    [[nodiscard]] double toHostTwips(double twips) const noexcept {
+        return twips * platform_.dpi() / platform_.hostDpi();
+    }
+    [[nodiscard]] double fromHostTwips(double twips) const noexcept {
+        return twips * platform_.hostDpi() / platform_.dpi();
+    }
 
     // ControlHost.cpp
     [[nodiscard]] bool ambientFlag(DISPID property, bool otherwise) noexcept;
@@ -280,6 +291,13 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void takeFocus(const MSG* message) noexcept;
     [[nodiscard]] bool holdsFocus() const noexcept;
     [[nodiscard]] bool moveFocus(bool back) noexcept;
+
+    // ControlLooks.cpp
+    using SystemColors = std::array<COLORREF, COLOR_MENUBAR + 1>;
+    [[nodiscard]] static SystemColors presentColors() noexcept;
+    void noteLooks() noexcept;
+    void followDpi() noexcept;
+    void redrawPictures() noexcept;
 
     void tellPicture(bool captionsToo) noexcept;
     void tellSpectrum() noexcept;
@@ -321,6 +339,10 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
         bool uiDead = false;
     };
     Ambient ambient_;  ///< for a container that has no such properties
+
+    SystemColors colors_ = presentColors();  ///< that the pictures were drawn with
+    int pictureDpi_ = platform_.dpi();       ///< that the pictures were drawn at
+    HWND redrawPosted_ = nullptr;            ///< the window that a redraw waits for
 
     int atWork_ = 0;
     formenv::Widget::Looks told_;

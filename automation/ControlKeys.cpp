@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "automation/BandscopeControl.h"
+#include "win32/WindowDpi.h"
 
 namespace kv::automation {
 
@@ -190,6 +191,8 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
         return 0;
     if (message == WM_KILLFOCUS && window != rootWindow())
         lastFocus_ = window;
+    if (message == WM_PAINT || message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED)
+        noteLooks();
     const LRESULT result = MessageWatch::pass(window, message, wParam, lParam);
     if (message == WM_SETFOCUS)
         focusCame(window);
@@ -201,6 +204,10 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
         enabledChanged(wParam != FALSE);
     else if (message == kAdoptSize && window == rootWindow())
         adoptWindowSize();
+    else if (window == rootWindow() && (message == win32::kDpiChangedAfterParent || message == WM_WINDOWPOSCHANGED))
+        followDpi();
+    else if (message == kRedraw && window == rootWindow())
+        redrawPictures();
     return result;
 }
 

@@ -125,7 +125,7 @@ HRESULT BandscopeControl::GetUserType(DWORD /*form*/, LPOLESTR* type) {
 
 SIZEL BandscopeControl::viewExtent() {
     const formenv::Widget& control = scope_->children().userControl;
-    return {twipsToHimetric(control.width()), twipsToHimetric(control.height())};
+    return {twipsToHimetric(toHostTwips(control.width())), twipsToHimetric(toHostTwips(control.height()))};
 }
 
 SIZE BandscopeControl::viewPixels() {
@@ -140,7 +140,7 @@ SIZE BandscopeControl::viewStartPixels() {
 }
 
 SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
-    const SIZEL start{twipsToHimetric(scope_->MinWid()), twipsToHimetric(scope_->MinHgt())};
+    const SIZEL start{twipsToHimetric(toHostTwips(scope_->MinWid())), twipsToHimetric(toHostTwips(scope_->MinHgt()))};
     return proposed ? SIZEL{std::max(proposed->cx, start.cx), std::max<LONG>(proposed->cy, 0)} : start;
 }
 
@@ -158,7 +158,8 @@ HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
     // While windows stand, their size is set by SetObjectRects, in pixels; an extent then only repeats it, rounded.
     if (rootWindow())
         return S_OK;
-    return member([&] { scope_->resize(himetricToTwips(size->cx), himetricToTwips(size->cy)); });
+    return member(
+        [&] { scope_->resize(fromHostTwips(himetricToTwips(size->cx)), fromHostTwips(himetricToTwips(size->cy))); });
 }
 
 HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {

@@ -7,6 +7,7 @@
 #include "util/RuntimeError.h"
 #include "win32/FormKeys.h"
 #include "win32/Held.h"
+#include "win32/WindowDpi.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
@@ -75,6 +76,7 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
     [[nodiscard]] LRESULT pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
     void listenTo(const formenv::Widget& parent);
     void follow(HWND window);
+    void rescale(HWND window, int dpi, const RECT& place);
     void limit(MINMAXINFO& limits) const;
     void lost();
 
@@ -95,7 +97,7 @@ bool FormWindow::Root::create(HWND owner) {
     callbacks.topLevel = this;
     callbacks.keep = weak_from_this();
     tree_ = std::make_unique<WindowTree>(*form_, platform_, std::move(callbacks));
-    if (!tree_->createTopLevel(owner, kStyle, kExStyle, pixelRect(*form_, platform_.dpi())))
+    if (!tree_->createTopLevel(owner, kStyle, kExStyle, pixelRect(*form_, platform_.hostDpi())))
         return false;
     made_ = tree_->root();
     platform_.formMade(made_);
@@ -175,6 +177,9 @@ std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, 
         case WM_SIZE:
             follow(window);
             return 0;
+        case kDpiChanged:
+            rescale(window, HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+            return 0;
         case WM_ACTIVATE:
             if (LOWORD(wParam) == WA_INACTIVE && IsChild(window, GetFocus()))
                 focus_ = GetFocus();
@@ -192,9 +197,20 @@ std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, 
     }
 }
 
+/// To another monitor, at the place there that the system proposes.
+void FormWindow::Root::rescale(HWND window, int dpi, const RECT& place) {
+    tree_->followDpi(dpi);
+    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    // The same pixels may mean another size.
+    if (form_)
+        follow(window);
+}
+
 /// The form learns where its window stands. Whole pixels that mean the place it has leave it alone.
 void FormWindow::Root::follow(HWND window) {
-    const int dpi = platform_.dpi();
+    // Places on the screen are in the resolution of the screen, the form's inside is in its own.
+    const int dpi = platform_.hostDpi();
     formenv::Place place = form_->place();
     WindowState state = WindowState::Normal;
     if (IsIconic(window)) {
@@ -218,14 +234,15 @@ void FormWindow::Root::follow(HWND window) {
         return;
     RECT client{};
     GetClientRect(window, &client);
-    form_->clientResized(formenv::pixelsToTwips(client.right, dpi), formenv::pixelsToTwips(client.bottom, dpi));
+    form_->clientResized(formenv::pixelsToTwips(client.right, tree_->dpi()),
+                         formenv::pixelsToTwips(client.bottom, tree_->dpi()));
 }
 
 void FormWindow::Root::placeRoot() {
     const HWND root = window();
     if (!root || !form_)
         return;
-    RECT place = pixelRect(*form_, platform_.dpi());
+    RECT place = pixelRect(*form_, platform_.hostDpi());
     if (!IsIconic(root) && !IsZoomed(root)) {
         SetWindowPos(root, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                      SWP_NOZORDER | SWP_NOACTIVATE);
@@ -244,7 +261,7 @@ void FormWindow::Root::placeRoot() {
 }
 
 void FormWindow::Root::limit(MINMAXINFO& limits) const {
-    const int dpi = platform_.dpi();
+    const int dpi = tree_->dpi();
     limits.ptMinTrackSize.x =
         std::max(limits.ptMinTrackSize.x, static_cast<LONG>(formenv::twipsToPixels(form_->leastWidth(), dpi)));
     limits.ptMinTrackSize.y =

@@ -63,7 +63,8 @@ class OpenBox {
 
 }  // namespace
 
-WinPlatform::WinPlatform() : dpi_(screenDpi()), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(dpi_) {}
+WinPlatform::WinPlatform()
+    : hostDpi_(screenDpi()), dpi_(hostDpi_), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(hostDpi_) {}
 
 std::unique_ptr<formenv::Surface> WinPlatform::createSurface(formenv::PixelSize size) {
     return std::make_unique<DibSurface>(size, fonts_, tiles_);
@@ -126,7 +127,7 @@ std::unique_ptr<formenv::FormWindow> WinPlatform::createFormWindow(formenv::Form
 }
 
 formenv::FormBorder WinPlatform::formBorder() const noexcept {
-    return FormWindow::border(dpi_);
+    return FormWindow::border(hostDpi_);
 }
 
 std::intptr_t WinPlatform::formOwner() const noexcept {

@@ -35,7 +35,14 @@ class WinPlatform final : public formenv::Platform {
   public:
     WinPlatform();
 
+    /// Of the control's window; of the whole screen while there is none yet.
     [[nodiscard]] int dpi() const noexcept override { return dpi_; }
+    /// Of the whole screen: what hosts convert by, whichever monitor the control is on.
+    [[nodiscard]] int hostDpi() const noexcept { return hostDpi_; }
+    void setDpi(int dpi) noexcept {
+        dpi_ = dpi;
+        fonts_.setDpi(dpi);
+    }
     [[nodiscard]] formenv::Rgb systemColor(int index) const noexcept override { return GetSysColor(index); }
     [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(formenv::PixelSize size) override;
     [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps_; }
@@ -68,6 +75,7 @@ class WinPlatform final : public formenv::Platform {
     [[nodiscard]] FontCache& fonts() noexcept { return fonts_; }
 
   private:
+    int hostDpi_;
     int dpi_;
     FontCache fonts_;
     formenv::HatchTiles tiles_;

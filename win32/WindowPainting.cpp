@@ -171,8 +171,12 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
     const RECT at = placeOf(widget, origin, platform_.dpi());
     RECT bounds{origin.x, origin.y, origin.x + at.right - at.left, origin.y + at.bottom - at.top};
     switch (widget.kind()) {
-        case WidgetKind::UserControl:
         case WidgetKind::Form:
+            // Its place is that of its frame on the screen, in the resolution of the screen.
+            GetClipBox(dc, &bounds);
+            fill(dc, bounds, platform_.resolve(widget.backColor()));
+            break;
+        case WidgetKind::UserControl:
             fill(dc, bounds, platform_.resolve(widget.backColor()));
             break;
         case WidgetKind::Frame:
