@@ -113,6 +113,16 @@ TEST_F(Ambient, ObjectsForOtherPropertiesAreLeftAlone) {
     EXPECT_TRUE(container.log.calls.empty());
 }
 
+TEST(AmbientBeforeLoading, TheSiteIsAskedForFirst) {
+    // Containers read this before the control has anything of theirs.
+    const auto object = createInstance<IOleObject>(CLSID_kvBandscope);
+    ASSERT_TRUE(object);
+    DWORD status = 0;
+    EXPECT_EQ(object->GetMiscStatus(DVASPECT_CONTENT, &status), S_OK);
+    EXPECT_TRUE(status & OLEMISC_SETCLIENTSITEFIRST);
+    EXPECT_FALSE(status & (OLEMISC_NOUIACTIVATE | OLEMISC_INVISIBLEATRUNTIME));
+}
+
 TEST(AmbientWithoutAutomation, TheControlRuns) {
     // This site has no IDispatch.
     Container container;
