@@ -1,6 +1,8 @@
 #include "automation/BandscopeControl.h"
 
 #include <array>
+#include <cmath>
+#include <limits>
 #include <new>
 #include <string>
 #include <utility>
@@ -8,6 +10,7 @@
 #include "automation/FreqSlotObject.h"
 #include "automation/Spoken.h"
 #include "automation/TypeLib.h"
+#include "util/RuntimeError.h"
 
 namespace kv::automation {
 
@@ -21,6 +24,7 @@ constexpr DISPID kChgFreqRange = 3;
 
 BandscopeControl::BandscopeControl() {
     platform_.setKeeper(static_cast<IOleObject*>(this));
+    platform_.setBoxHost(this);
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
     nameParts(*scope_);
@@ -31,6 +35,7 @@ BandscopeControl::~BandscopeControl() {
     // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
     references_ = 1;
     platform_.setKeeper(nullptr);
+    platform_.setBoxHost(nullptr);
     ++atWork_;
     inPlaceActive_ = false;
     windows_.reset();
@@ -109,7 +114,10 @@ void BandscopeControl::ChgGridRange() {
 }
 
 void BandscopeControl::ChgHeight(std::int16_t iHgt) {
-    const std::array<Variant, 1> arguments{Variant(static_cast<short>(iHgt))};
+    const long height = std::lround(toHostTwips(iHgt));
+    if (height > std::numeric_limits<short>::max())
+        throw util::RuntimeError(util::error_number::kOverflow);
+    const std::array<Variant, 1> arguments{Variant(static_cast<short>(height))};
     if (freezeCount_ == 0)
         fire(kChgHeight, arguments);
 }

@@ -7,6 +7,7 @@
 #include <oleidl.h>
 #include <wrl/client.h>
 
+#include <array>
 #include <atomic>
 #include <memory>
 
@@ -44,6 +45,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
                                public IQuickActivate,
                                public IProvideClassInfo2,
                                private control::HostEvents,
+                               private win32::BoxHost,
                                private MessageListener {
   public:
     BandscopeControl();
@@ -168,7 +170,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE OnDocWindowActivate(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE EnableModeless(BOOL enable) override;
 
     // IQuickActivate
     HRESULT STDMETHODCALLTYPE QuickActivate(QACONTAINER* container, QACONTROL* control) override;
@@ -189,12 +191,18 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void ChgHeight(std::int16_t iHgt) override;
     void ChgFreqRange(double dMin, double dMax) override;
 
+    // win32::BoxHost
+    bool canShowBoxes() noexcept override { return site_.Get() != nullptr; }
+    HWND boxOwner() noexcept override;
+    Microsoft::WRL::ComPtr<IOleInPlaceFrame> boxFrame() noexcept override { return frame_; }
+
     /// The interfaces that QueryInterface offers; nullptr for any other.
     [[nodiscard]] void* offered(REFIID iid) noexcept;
 
     // PersistImpl, ViewImpl
     void saved() noexcept override;
     SIZE viewPixels() override;
+    SIZE viewStartPixels() override;
     SIZEL viewExtent() override;
     SIZEL viewNaturalExtent(const SIZEL* proposed) override;
     void paintView(HDC dc, const RECT& bounds) override;
@@ -250,6 +258,8 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     // ControlInPlace.cpp
     /// The private message by which a size that the container insists on is taken over.
     static constexpr UINT kAdoptSize = WM_APP + 0x140;
+    /// The one by which the pictures are drawn anew, because their colors or their resolution changed.
+    static constexpr UINT kRedraw = WM_APP + 0x141;
     HRESULT activate(IOleClientSite* site, bool withUi, const MSG* message) noexcept;
     HRESULT activateInPlace();
     HRESULT makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epoch);
@@ -261,6 +271,14 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void adoptPixelSize(int width, int height);
     void adoptWindowSize() noexcept;
 
+    /// Twips inside go by the resolution of the control's window, those of the host by that of the whole screen.
+    [[nodiscard]] double toHostTwips(double twips) const noexcept {
+        return twips * platform_.dpi() / platform_.hostDpi();
+    }
+    [[nodiscard]] double fromHostTwips(double twips) const noexcept {
+        return twips * platform_.hostDpi() / platform_.dpi();
+    }
+
     // ControlHost.cpp
     [[nodiscard]] bool ambientFlag(DISPID property, bool otherwise) noexcept;
     void adoptInputState() noexcept;
@@ -268,10 +286,18 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     // ControlKeys.cpp
     void focusCame(HWND window) noexcept;
     void focusLeft(HWND to) noexcept;
+    void enabledChanged(bool enabled) noexcept;
     void tellFocus(bool has) noexcept;
     void takeFocus(const MSG* message) noexcept;
     [[nodiscard]] bool holdsFocus() const noexcept;
     [[nodiscard]] bool moveFocus(bool back) noexcept;
+
+    // ControlLooks.cpp
+    using SystemColors = std::array<COLORREF, COLOR_MENUBAR + 1>;
+    [[nodiscard]] static SystemColors presentColors() noexcept;
+    void noteLooks() noexcept;
+    void followDpi() noexcept;
+    void redrawPictures() noexcept;
 
     void tellPicture(bool captionsToo) noexcept;
     void tellSpectrum() noexcept;
@@ -281,7 +307,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     win32::WinPlatform platform_;
     win32::WinFiles files_;
     // Without a container, as in a script, there may be nobody who would close a message box.
-    formenv::PlatformPrompt prompt_{platform_, [this] { return site_.Get() != nullptr; }};
+    formenv::PlatformPrompt prompt_{platform_, [this] { return canShowBoxes(); }};
     util::ErrorHandler errors_{win32::techSupportLog(), prompt_};
     std::unique_ptr<control::Bandscope> scope_;
     /// One for the control's life: it may be at work further down the stack while the control is activated again.
@@ -300,6 +326,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     bool isActiveObject_ = false;  ///< frame and document have been told
     bool hasFocus_ = false;
     bool translating_ = false;
+    bool tabLeaves_ = false;    ///< the last key was a Tab that leads out of the control
     HWND lastFocus_ = nullptr;  ///< where the focus was when it left
     unsigned epoch_ = 0;        ///< counts activations and their ends, so that one that was overtaken stops
 
@@ -312,6 +339,10 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
         bool uiDead = false;
     };
     Ambient ambient_;  ///< for a container that has no such properties
+
+    SystemColors colors_ = presentColors();  ///< that the pictures were drawn with
+    int pictureDpi_ = platform_.dpi();       ///< that the pictures were drawn at
+    HWND redrawPosted_ = nullptr;            ///< the window that a redraw waits for
 
     int atWork_ = 0;
     formenv::Widget::Looks told_;

@@ -248,6 +248,8 @@ HRESULT BandscopeControl::DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName,
     return memberReturn(value, [&] {
         std::wstring name = sFName ? toWide(*sFName) : std::wstring();
         const std::wstring written = scope_->DisplayToBMP(*dHgt, *dWid, name);
+        *dHgt = toHostTwips(*dHgt);
+        *dWid = toHostTwips(*dWid);
         if (sFName) {
             Bstr used(name);
             std::swap(*sFName, *used.address());

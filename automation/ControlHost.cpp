@@ -73,6 +73,22 @@ HRESULT BandscopeControl::OnAmbientPropertyChange(DISPID property) {
     return S_OK;
 }
 
+HWND BandscopeControl::boxOwner() noexcept {
+    ComPtr<IOleWindow> window;
+    HWND owner = nullptr;
+    const ComPtr<IOleClientSite> site = site_;
+    if (!site || FAILED(site.As(&window)) || FAILED(window->GetWindow(&owner)))
+        return nullptr;
+    return IsWindow(owner) ? owner : nullptr;
+}
+
+/// The container shows a modal window: the control's own text window takes no input either.
+HRESULT BandscopeControl::EnableModeless(BOOL enable) {
+    const ComPtr<IOleObject> alive(this);
+    platform_.enableForms(enable != FALSE);
+    return S_OK;
+}
+
 HRESULT BandscopeControl::QuickActivate(QACONTAINER* container, QACONTROL* control) {
     if (!container || !control)
         return E_POINTER;

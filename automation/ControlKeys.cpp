@@ -2,15 +2,21 @@
 #include <olectl.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "automation/BandscopeControl.h"
+#include "win32/WindowDpi.h"
 
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
 
 namespace {
+
+bool isKey(UINT message) {
+    return message >= WM_KEYFIRST && message <= WM_KEYLAST;
+}
 
 bool isPress(UINT message) {
     return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_MBUTTONDOWN;
@@ -49,10 +55,26 @@ bool isPlainTab(const MSG& message) {
            GetKeyState(VK_MENU) >= 0;
 }
 
-/// Asks the window as a dialog would. A window that takes all keys says so for those it has a use for at that moment:
-/// a list that hangs down and a knob that is being turned take Escape, nothing else does.
+/// Tab moves the focus at this moment: the key is down, and not in order to change the window or the page. Containers
+/// move the focus into the control without a word about the key that made them do it.
+bool isTabDown() {
+    return GetKeyState(VK_TAB) < 0 && GetKeyState(VK_MENU) >= 0 && GetKeyState(VK_CONTROL) >= 0;
+}
+
+/// What a window takes, as it tells a dialog.
+LRESULT wantsOf(HWND window, const MSG& message) {
+    return SendMessageW(window, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message));
+}
+
+/// A window that takes all keys says so for those it has a use for at that moment: a list that hangs down and a knob
+/// that is being turned take Escape, nothing else does.
 bool wantsKey(HWND focus, const MSG& message) {
-    const LRESULT wants = SendMessageW(focus, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message));
+    // The letters of a list and of a text must not reach the access keys of the form.
+    if (message.message == WM_CHAR)
+        return (wantsOf(focus, message) & DLGC_WANTCHARS) != 0;
+    if (message.message != WM_KEYDOWN)
+        return false;
+    const LRESULT wants = wantsOf(focus, message);
     if (wants & DLGC_WANTALLKEYS)
         return true;
     switch (message.wParam) {
@@ -100,7 +122,7 @@ void BandscopeControl::takeFocus(const MSG* message) noexcept {
     const HWND root = rootWindow();
     if (!root || !IsWindowEnabled(root) || (holdsFocus() && GetFocus() != root))
         return;
-    const bool byTab = message && message->message == WM_KEYDOWN && message->wParam == VK_TAB;
+    const bool byTab = (message && message->message == WM_KEYDOWN && message->wParam == VK_TAB) || isTabDown();
     if (!byTab && lastFocus_ && IsChild(root, lastFocus_) && IsWindowVisible(lastFocus_) &&
         IsWindowEnabled(lastFocus_)) {
         SetFocus(lastFocus_);
@@ -143,7 +165,16 @@ void BandscopeControl::focusLeft(HWND to) noexcept {
     const HWND root = rootWindow();
     if (!root || (to && (to == root || IsChild(root, to))))
         return;
+    // The next Tab begins a new round. The key may have been released by the time the container gives the focus back.
+    if (std::exchange(tabLeaves_, false) || isTabDown())
+        lastFocus_ = nullptr;
     tellFocus(false);
+}
+
+/// A disabled window keeps the focus of the windows inside it, and would go on obeying keys.
+void BandscopeControl::enabledChanged(bool enabled) noexcept {
+    if (!enabled && holdsFocus())
+        SetFocus(GetParent(rootWindow()));
 }
 
 LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -155,8 +186,13 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
         if (!IsWindow(window))
             return 0;
     }
+    // Keys that were on their way when the control was disabled.
+    if (isKey(message) && rootWindow() && !IsWindowEnabled(rootWindow()))
+        return 0;
     if (message == WM_KILLFOCUS && window != rootWindow())
         lastFocus_ = window;
+    if (message == WM_PAINT || message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED)
+        noteLooks();
     const LRESULT result = MessageWatch::pass(window, message, wParam, lParam);
     if (message == WM_SETFOCUS)
         focusCame(window);
@@ -164,38 +200,50 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
         focusLeft(reinterpret_cast<HWND>(wParam));
     else if (isPress(message) && uiActive_ && !holdsFocus())
         takeFocus(nullptr);
+    else if (message == WM_ENABLE && window == rootWindow())
+        enabledChanged(wParam != FALSE);
     else if (message == kAdoptSize && window == rootWindow())
         adoptWindowSize();
+    else if (window == rootWindow() && (message == win32::kDpiChangedAfterParent || message == WM_WINDOWPOSCHANGED))
+        followDpi();
+    else if (message == kRedraw && window == rootWindow())
+        redrawPictures();
     return result;
 }
 
+/// First the control's own use of a key, then the container's: a form would take the arrow keys to its next control.
 HRESULT BandscopeControl::TranslateAccelerator(LPMSG message) {
     if (!message)
         return E_POINTER;
-    if (translating_ || message->message < WM_KEYFIRST || message->message > WM_KEYLAST || !holdsFocus())
+    if (translating_ || !isKey(message->message) || !holdsFocus() || !IsWindowEnabled(rootWindow()))
         return S_FALSE;
     const ComPtr<IOleObject> alive(this);
     const Work work(*this, true);
-    // Between the control's own parts Tab is nobody else's business; a container would take it to leave at once.
-    if (isPlainTab(*message) && !wantsKey(GetFocus(), *message) && moveFocus(GetKeyState(VK_SHIFT) < 0))
+    const HWND focus = GetFocus();
+    tabLeaves_ = false;
+    if (wantsKey(focus, *message)) {
+        MSG passed = *message;
+        // For a window that takes no letters, one would stay in the queue and be the form's access key.
+        if (message->message == WM_KEYDOWN && (wantsOf(focus, *message) & DLGC_WANTCHARS))
+            ::TranslateMessage(&passed);
+        DispatchMessageW(&passed);
         return S_OK;
+    }
+    // Between the control's own parts the Tab key is not the container's, which would move the focus out at once.
+    if (isPlainTab(*message)) {
+        if (moveFocus(GetKeyState(VK_SHIFT) < 0))
+            return S_OK;
+        tabLeaves_ = true;
+    }
     ComPtr<IOleControlSite> site;
     const ComPtr<IOleClientSite> clientSite = site_;
-    if (clientSite && SUCCEEDED(clientSite.As(&site))) {
-        // Some containers answer by asking the active object, which is this one.
-        translating_ = true;
-        const HRESULT taken = site->TranslateAccelerator(message, keyModifiers());
-        translating_ = false;
-        if (taken == S_OK)
-            return S_OK;
-    }
-    // The container may have done anything meanwhile.
-    if (message->message != WM_KEYDOWN || !holdsFocus() || !wantsKey(GetFocus(), *message))
+    if (!clientSite || FAILED(clientSite.As(&site)))
         return S_FALSE;
-    MSG passed = *message;
-    ::TranslateMessage(&passed);
-    DispatchMessageW(&passed);
-    return S_OK;
+    // Some containers answer by asking the active object, which is this one.
+    translating_ = true;
+    const HRESULT answer = site->TranslateAccelerator(message, keyModifiers());
+    translating_ = false;
+    return answer;
 }
 
 }  // namespace kv::automation

@@ -125,7 +125,7 @@ HRESULT BandscopeControl::GetUserType(DWORD /*form*/, LPOLESTR* type) {
 
 SIZEL BandscopeControl::viewExtent() {
     const formenv::Widget& control = scope_->children().userControl;
-    return {twipsToHimetric(control.width()), twipsToHimetric(control.height())};
+    return {twipsToHimetric(toHostTwips(control.width())), twipsToHimetric(toHostTwips(control.height()))};
 }
 
 SIZE BandscopeControl::viewPixels() {
@@ -134,8 +134,13 @@ SIZE BandscopeControl::viewPixels() {
             formenv::twipsToPixels(control.height(), platform_.dpi())};
 }
 
+SIZE BandscopeControl::viewStartPixels() {
+    return {formenv::twipsToPixels(scope_->MinWid(), platform_.dpi()),
+            formenv::twipsToPixels(scope_->MinHgt(), platform_.dpi())};
+}
+
 SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
-    const SIZEL start{twipsToHimetric(scope_->MinWid()), twipsToHimetric(scope_->MinHgt())};
+    const SIZEL start{twipsToHimetric(toHostTwips(scope_->MinWid())), twipsToHimetric(toHostTwips(scope_->MinHgt()))};
     return proposed ? SIZEL{std::max(proposed->cx, start.cx), std::max<LONG>(proposed->cy, 0)} : start;
 }
 
@@ -153,7 +158,8 @@ HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
     // While windows stand, their size is set by SetObjectRects, in pixels; an extent then only repeats it, rounded.
     if (rootWindow())
         return S_OK;
-    return member([&] { scope_->resize(himetricToTwips(size->cx), himetricToTwips(size->cy)); });
+    return member(
+        [&] { scope_->resize(fromHostTwips(himetricToTwips(size->cx)), fromHostTwips(himetricToTwips(size->cy))); });
 }
 
 HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {

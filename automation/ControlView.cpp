@@ -22,7 +22,11 @@ bool isPlacedAspect(DWORD aspect) {
 }  // namespace
 
 Snapshot ViewImpl::snapshot() {
-    return Snapshot(viewPixels(), [this](HDC dc, const RECT& bounds) { paintView(dc, bounds); });
+    SIZE size = viewPixels();
+    // Without an extent it shows what it would begin with.
+    if (size.cx < 1 || size.cy < 1)
+        size = viewStartPixels();
+    return Snapshot(size, [this](HDC dc, const RECT& bounds) { paintView(dc, bounds); });
 }
 
 HRESULT ViewImpl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*device*/, HDC /*deviceDc*/,

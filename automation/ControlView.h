@@ -57,6 +57,7 @@ class ViewImpl : public IViewObjectEx, public IDataObject {
     void tellDataEnds() noexcept;
 
     virtual SIZE viewPixels() = 0;
+    virtual SIZE viewStartPixels() = 0;
     virtual SIZEL viewExtent() = 0;  ///< hundredths of a millimetre
     /// The extent that suits the control best when it is offered `proposed`; the control's own choice without one.
     virtual SIZEL viewNaturalExtent(const SIZEL* proposed) = 0;

@@ -39,19 +39,21 @@ STDAPI DllRegisterServer() {
 STDAPI DllUnregisterServer() {
     const RegistrationScope scope = kv::automation::allowedScope();
     const HRESULT hr = kv::automation::unregisterModule(scope);
+    if (FAILED(hr))
+        return hr;
     // Success must not be reported while the machine's entries are still there for want of rights.
-    if (SUCCEEDED(hr) && scope == RegistrationScope::user && kv::automation::isRegistered(RegistrationScope::machine))
-        return E_ACCESSDENIED;
-    return hr;
+    if (scope == RegistrationScope::user)
+        return kv::automation::isRegistered(RegistrationScope::machine) ? E_ACCESSDENIED : S_OK;
+    // S_FALSE: other entries of these classes still exist.
+    return kv::automation::isRegistered(RegistrationScope::user) ? S_FALSE : S_OK;
 }
 
 /// regsvr32 /n /i:user: for the present user only. Without a text it is the ordinary registration.
 STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
-    RegistrationScope scope = kv::automation::allowedScope();
-    if (commandLine && *commandLine) {
-        if (lstrcmpiW(commandLine, L"user") != 0)
-            return E_INVALIDARG;
-        scope = RegistrationScope::user;
-    }
-    return install ? kv::automation::registerModule(scope) : kv::automation::unregisterModule(scope);
+    if (!commandLine || !*commandLine)
+        return install ? DllRegisterServer() : DllUnregisterServer();
+    if (lstrcmpiW(commandLine, L"user") != 0)
+        return E_INVALIDARG;
+    constexpr RegistrationScope kScope = RegistrationScope::user;
+    return install ? kv::automation::registerModule(kScope) : kv::automation::unregisterModule(kScope);
 }

@@ -148,10 +148,15 @@ void PictureBox::placed() {
         return;
     const std::unique_ptr<Surface> previous = std::move(surface_);
     copyOverlap(old, surface().pixels());
-    touched();
+    changed();
 }
 
 void PictureBox::touched() {
+    blank_ = false;
+    changed();
+}
+
+void PictureBox::changed() {
     if (dirty_) {
         countChange(Change::Picture);
         return;
@@ -164,7 +169,8 @@ void PictureBox::cls() {
     currentX = scaleLeft();
     currentY = scaleTop();
     target().clear(platform_.resolve(backColor()));
-    touched();
+    blank_ = true;
+    changed();
 }
 
 void PictureBox::setBackColor(OleColor color) {

@@ -47,6 +47,8 @@ class PictureBox : public Widget {
 
     /// Erases everything drawn and puts the current position at the scale's origin.
     void cls();
+    /// Nothing was drawn since it was erased.
+    [[nodiscard]] bool isBlank() const noexcept { return blank_; }
     /// Also erases everything drawn.
     void setBackColor(OleColor color) override;
 
@@ -78,6 +80,8 @@ class PictureBox : public Widget {
     [[nodiscard]] double userY(int pixel) const noexcept;
 
     [[nodiscard]] PixelSize pixelSize() const noexcept;
+    /// The platform has another resolution: the picture gets as many pixels as it takes now.
+    void rescaled() { placed(); }
     /// The kept picture. Valid until the box changes its size.
     [[nodiscard]] Surface& surface();
     [[nodiscard]] Platform& platform() const noexcept { return platform_; }
@@ -108,12 +112,14 @@ class PictureBox : public Widget {
 
     [[nodiscard]] Canvas& target();
     void touched();
+    void changed();
     void drawBox(double x1, double y1, double x2, double y2, OleColor color, const Brush& brush);
 
     Platform& platform_;
     std::unique_ptr<Surface> surface_;
     Canvas* diverted_ = nullptr;
     bool dirty_ = false;
+    bool blank_ = true;
     bool userScale_ = false;
     UserScale scale_;
     Drawing drawing_;

@@ -24,25 +24,13 @@ int shiftState() {
     return (isDown(VK_SHIFT) ? 1 : 0) | (isDown(VK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
 }
 
-bool takesFocus(const Widget& widget) {
-    switch (widget.kind()) {
-        case WidgetKind::Button:
-        case WidgetKind::CheckBox:
-        case WidgetKind::ComboBox:
-        case WidgetKind::TextBox:
-            return true;
-        default:
-            return false;
-    }
-}
-
 /// The controls that take the focus now, in the order of the Tab key.
 void collectStops(const Widget& parent, std::vector<WidgetWindow*>& stops) {
     for (Widget* child : parent.children()) {
         if (!child->visible() || !child->enabled())
             continue;
         auto* window = dynamic_cast<WidgetWindow*>(child->peer());
-        if (window && takesFocus(*child))
+        if (window && isTabStop(*child))
             stops.push_back(window);
         collectStops(*child, stops);
     }
@@ -143,6 +131,18 @@ std::optional<LRESULT> letter(const formenv::Form& form, HWND window, WPARAM cod
 }
 
 }  // namespace
+
+bool isTabStop(const Widget& widget) noexcept {
+    switch (widget.kind()) {
+        case WidgetKind::Button:
+        case WidgetKind::CheckBox:
+        case WidgetKind::ComboBox:
+        case WidgetKind::TextBox:
+            return true;
+        default:
+            return false;
+    }
+}
 
 bool isFormKey(UINT message) noexcept {
     return message == WM_KEYDOWN || message == WM_CHAR || message == WM_SYSKEYDOWN || message == WM_SYSCHAR;

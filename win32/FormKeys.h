@@ -14,6 +14,9 @@ namespace kv::win32 {
 /// the form hears every key first. Nothing leaves the message to the window.
 [[nodiscard]] std::optional<LRESULT> formKey(formenv::Form& form, HWND window, UINT message, WPARAM wParam);
 
+/// Is it one of the controls that the Tab key leads to?
+[[nodiscard]] bool isTabStop(const formenv::Widget& widget) noexcept;
+
 /// Is it one of the messages that `formKey` looks at?
 [[nodiscard]] bool isFormKey(UINT message) noexcept;
 

@@ -1,13 +1,13 @@
 #include "win32/FormWindow.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
+#include <map>
 
 #include "formenv/Twips.h"
 #include "util/RuntimeError.h"
 #include "win32/FormKeys.h"
 #include "win32/Held.h"
+#include "win32/WindowDpi.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
@@ -19,7 +19,6 @@ namespace {
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 // A resizable window with this frame has no small icon in its title.
 constexpr DWORD kExStyle = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
-constexpr UINT_PTR kSubclass = 1;
 
 /// From a point of the screen to what window placements count in, which leaves task bars out.
 POINT workspaceOffset(const RECT& place) {
@@ -73,17 +72,21 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
     void placeRoot() override;
 
   private:
-    static LRESULT CALLBACK childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                           DWORD_PTR self);
+    static LRESULT CALLBACK childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] LRESULT pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
     void listenTo(const formenv::Widget& parent);
     void follow(HWND window);
+    void rescale(HWND window, int dpi, const RECT& place);
     void limit(MINMAXINFO& limits) const;
     void lost();
 
     formenv::Form* form_;
     WinPlatform& platform_;
     IUnknown* keeper_;
+    /// The procedures of the system's controls. Common controls before version 6 have no subclassing by name.
+    std::map<HWND, WNDPROC> procedures_;
     std::unique_ptr<WindowTree> tree_;
+    HWND made_ = nullptr;   ///< the window as the platform knows it
     HWND focus_ = nullptr;  ///< while another window is active
 };
 
@@ -94,8 +97,10 @@ bool FormWindow::Root::create(HWND owner) {
     callbacks.topLevel = this;
     callbacks.keep = weak_from_this();
     tree_ = std::make_unique<WindowTree>(*form_, platform_, std::move(callbacks));
-    if (!tree_->createTopLevel(owner, kStyle, kExStyle, pixelRect(*form_, platform_.dpi())))
+    if (!tree_->createTopLevel(owner, kStyle, kExStyle, pixelRect(*form_, platform_.hostDpi())))
         return false;
+    made_ = tree_->root();
+    platform_.formMade(made_);
     listenTo(*form_);
     follow(tree_->root());
     return true;
@@ -108,6 +113,7 @@ void FormWindow::Root::close() noexcept {
 }
 
 void FormWindow::Root::lost() {
+    platform_.formGone(made_);
     if (form_)
         form_->windowLost();
 }
@@ -115,33 +121,44 @@ void FormWindow::Root::lost() {
 /// Keys arrive at the control with the focus.
 void FormWindow::Root::listenTo(const formenv::Widget& parent) {
     for (const formenv::Widget* child : parent.children()) {
-        if (auto* window = dynamic_cast<WidgetWindow*>(child->peer()))
-            SetWindowSubclass(window->window(), &Root::childProcedure, kSubclass, reinterpret_cast<DWORD_PTR>(this));
+        const auto* window = dynamic_cast<WidgetWindow*>(child->peer());
+        if (window && isTabStop(*child)) {
+            const HWND handle = window->window();
+            procedures_[handle] = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(handle, GWLP_WNDPROC));
+            SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+            SetWindowLongPtrW(handle, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Root::childProcedure));
+        }
         listenTo(*child);
     }
 }
 
-LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                                  DWORD_PTR self) {
-    if (message == WM_NCDESTROY)
-        RemoveWindowSubclass(window, &Root::childProcedure, id);
+/// The control's own answer.
+LRESULT FormWindow::Root::pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
+    const auto found = procedures_.find(window);
+    return found == procedures_.end() ? DefWindowProcW(window, message, wParam, lParam)
+                                      : CallWindowProcW(found->second, window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* root = reinterpret_cast<Root*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    // Whatever the message leads to, this object stays to its end. What a key does may release the whole control.
+    const Held held(isFormKey(message) ? root->keeper_ : nullptr);
+    const std::shared_ptr<Root> kept = root->weak_from_this().lock();
     // A message loop for dialogs leaves all keys to the window.
     if (message == WM_GETDLGCODE && lParam)
-        return DefSubclassProc(window, message, wParam, 0) | DLGC_WANTALLKEYS;
-    if (!isFormKey(message))
-        return DefSubclassProc(window, message, wParam, lParam);
-    auto* root = reinterpret_cast<Root*>(self);
-    const Held held(root->keeper_);
-    const std::shared_ptr<Root> kept = root->weak_from_this().lock();
+        return root->pass(window, message, wParam, 0) | DLGC_WANTALLKEYS;
     try {
-        if (kept && kept->form_) {
+        if (isFormKey(message) && kept && kept->form_) {
             if (const std::optional<LRESULT> answer = formKey(*kept->form_, window, message, wParam))
                 return *answer;
         }
     } catch (...) {
         // A window procedure is called by the system: nothing may leave it.
     }
-    return DefSubclassProc(window, message, wParam, lParam);
+    const LRESULT result = root->pass(window, message, wParam, lParam);
+    if (message == WM_NCDESTROY)
+        root->procedures_.erase(window);
+    return result;
 }
 
 std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -160,6 +177,9 @@ std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, 
         case WM_SIZE:
             follow(window);
             return 0;
+        case kDpiChanged:
+            rescale(window, HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+            return 0;
         case WM_ACTIVATE:
             if (LOWORD(wParam) == WA_INACTIVE && IsChild(window, GetFocus()))
                 focus_ = GetFocus();
@@ -177,9 +197,20 @@ std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, 
     }
 }
 
+/// To another monitor, at the place there that the system proposes.
+void FormWindow::Root::rescale(HWND window, int dpi, const RECT& place) {
+    tree_->followDpi(dpi);
+    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    // The same pixels may mean another size.
+    if (form_)
+        follow(window);
+}
+
 /// The form learns where its window stands. Whole pixels that mean the place it has leave it alone.
 void FormWindow::Root::follow(HWND window) {
-    const int dpi = platform_.dpi();
+    // Places on the screen are in the resolution of the screen, the form's inside is in its own.
+    const int dpi = platform_.hostDpi();
     formenv::Place place = form_->place();
     WindowState state = WindowState::Normal;
     if (IsIconic(window)) {
@@ -203,14 +234,15 @@ void FormWindow::Root::follow(HWND window) {
         return;
     RECT client{};
     GetClientRect(window, &client);
-    form_->clientResized(formenv::pixelsToTwips(client.right, dpi), formenv::pixelsToTwips(client.bottom, dpi));
+    form_->clientResized(formenv::pixelsToTwips(client.right, tree_->dpi()),
+                         formenv::pixelsToTwips(client.bottom, tree_->dpi()));
 }
 
 void FormWindow::Root::placeRoot() {
     const HWND root = window();
     if (!root || !form_)
         return;
-    RECT place = pixelRect(*form_, platform_.dpi());
+    RECT place = pixelRect(*form_, platform_.hostDpi());
     if (!IsIconic(root) && !IsZoomed(root)) {
         SetWindowPos(root, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                      SWP_NOZORDER | SWP_NOACTIVATE);
@@ -229,7 +261,7 @@ void FormWindow::Root::placeRoot() {
 }
 
 void FormWindow::Root::limit(MINMAXINFO& limits) const {
-    const int dpi = platform_.dpi();
+    const int dpi = tree_->dpi();
     limits.ptMinTrackSize.x =
         std::max(limits.ptMinTrackSize.x, static_cast<LONG>(formenv::twipsToPixels(form_->leastWidth(), dpi)));
     limits.ptMinTrackSize.y =

@@ -4,12 +4,12 @@
 
 namespace kv::win32 {
 
-HFONT FontCache::get(const formenv::Font& font) {
-    const auto key = std::make_tuple(font.face, font.points, font.bold);
+HFONT FontCache::get(const formenv::Font& font, int dpi) {
+    const auto key = std::make_tuple(font.face, font.points, font.bold, dpi);
     const auto found = fonts_.find(key);
     if (found != fonts_.end())
         return found->second.get();
-    const int height = -static_cast<int>(std::lround(font.points * dpi_ / 72.0));
+    const int height = -static_cast<int>(std::lround(font.points * dpi / 72.0));
     GdiObject<HFONT> made(CreateFontW(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
                                       DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
                                       DEFAULT_PITCH | FF_SWISS, font.face.c_str()));

@@ -50,17 +50,20 @@ class Selected {
     HGDIOBJ previous_;
 };
 
-/// Fonts by face, size and weight, each made once.
+/// Fonts by face, size, weight and resolution, each made once.
 class FontCache {
   public:
     explicit FontCache(int dpi) : dpi_(dpi) {}
+    /// The resolution from now on. Fonts of other ones stay: windows use them.
+    void setDpi(int dpi) noexcept { dpi_ = dpi; }
     /// Falls back to the system's own dialog font when a font cannot be made.
-    [[nodiscard]] HFONT get(const formenv::Font& font);
+    [[nodiscard]] HFONT get(const formenv::Font& font) { return get(font, dpi_); }
+    [[nodiscard]] HFONT get(const formenv::Font& font, int dpi);
     [[nodiscard]] formenv::PixelSize textSize(HDC dc, std::wstring_view text, const formenv::Font& font);
 
   private:
     int dpi_;
-    std::map<std::tuple<std::wstring, double, bool>, GdiObject<HFONT>> fonts_;
+    std::map<std::tuple<std::wstring, double, bool, int>, GdiObject<HFONT>> fonts_;
 };
 
 }  // namespace kv::win32

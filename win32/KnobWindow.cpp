@@ -174,6 +174,11 @@ void KnobWindow::place() {
     SetWindowPos(window_, nullptr, left, top, std::max(width, 0), std::max(height, 0), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void KnobWindow::rescale() {
+    place();
+    invalidate();
+}
+
 void KnobWindow::invalidate() {
     painted_ = false;
     if (window_)

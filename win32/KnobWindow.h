@@ -27,6 +27,8 @@ class KnobWindow final : public formenv::Peer {
     KnobWindow& operator=(const KnobWindow&) = delete;
 
     void changed(formenv::Change what) override;
+    /// The platform has another resolution.
+    void rescale();
     [[nodiscard]] turndial::KnobBase& knob() noexcept { return knob_; }
     /// nullptr when the system has destroyed it.
     [[nodiscard]] HWND window() const noexcept { return window_; }

@@ -56,7 +56,7 @@ WidgetWindow::WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND windo
     widget_.setPeer(this);
     if (widget_.kind() == WidgetKind::PictureBox)
         static_cast<formenv::PictureBox&>(widget_).shown();
-    const WPARAM font = reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font()));
+    const WPARAM font = reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font(), tree_.dpi()));
     SendMessageW(window_, WM_SETFONT, font, FALSE);
     if (widget_.kind() == WidgetKind::ComboBox) {
         place();
@@ -107,8 +107,8 @@ void WidgetWindow::changed(Change what) {
                              static_cast<WPARAM>(static_cast<formenv::ComboBox&>(widget_).listIndex()), 0);
             break;
         case Change::Font:
-            SendMessageW(window_, WM_SETFONT, reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font())),
-                         TRUE);
+            SendMessageW(window_, WM_SETFONT,
+                         reinterpret_cast<WPARAM>(tree_.platform().fonts().get(widget_.font(), tree_.dpi())), TRUE);
             break;
         case Change::Colors:
         case Change::Picture:
@@ -147,8 +147,15 @@ void WidgetWindow::sync() {
         ShowWindow(window_, widget_.visible() ? SW_SHOWNA : SW_HIDE);
 }
 
+void WidgetWindow::rescale() {
+    changed(Change::Font);
+    if (widget_.kind() != WidgetKind::UserControl && widget_.kind() != WidgetKind::Form)
+        place();
+    InvalidateRect(window_, nullptr, FALSE);
+}
+
 void WidgetWindow::place() {
-    const int dpi = tree_.platform().dpi();
+    const int dpi = tree_.dpi();
     const int left = formenv::twipsToPixels(widget_.left(), dpi);
     int top = formenv::twipsToPixels(widget_.top(), dpi);
     const int width = formenv::twipsToPixels(widget_.left() + widget_.width(), dpi) - left;

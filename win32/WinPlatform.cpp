@@ -6,13 +6,12 @@
 #include "util/Text.h"
 #include "win32/DibSurface.h"
 #include "win32/FormWindow.h"
+#include "win32/Held.h"
+#include "win32/PendingEvents.h"
 
 namespace kv::win32 {
 
 namespace {
-
-// More than any burst of input; a bound, so that windows that never stop posting cannot hold up a drawing for good.
-constexpr int kMostMessages = 10000;
 
 int screenDpi() {
     const ScreenDc screen;
@@ -56,9 +55,35 @@ HWND rootOf(HWND window) {
     return window ? GetAncestor(window, GA_ROOT) : nullptr;
 }
 
+/// The answer for a user who is not there.
+formenv::MessageAnswer unasked(formenv::MessageButtons buttons) {
+    return buttons == formenv::MessageButtons::Ok ? formenv::MessageAnswer::Ok : formenv::MessageAnswer::No;
+}
+
+/// While it lives the container keeps its modeless windows disabled. The same frame is told of both ends.
+class OpenBox {
+  public:
+    explicit OpenBox(BoxHost* host) {
+        if (host)
+            frame_ = host->boxFrame();
+        if (frame_)
+            frame_->EnableModeless(FALSE);
+    }
+    ~OpenBox() {
+        if (frame_)
+            frame_->EnableModeless(TRUE);
+    }
+    OpenBox(const OpenBox&) = delete;
+    OpenBox& operator=(const OpenBox&) = delete;
+
+  private:
+    Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame_;
+};
+
 }  // namespace
 
-WinPlatform::WinPlatform() : dpi_(screenDpi()), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(dpi_) {}
+WinPlatform::WinPlatform()
+    : hostDpi_(screenDpi()), dpi_(hostDpi_), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(hostDpi_) {}
 
 std::unique_ptr<formenv::Surface> WinPlatform::createSurface(formenv::PixelSize size) {
     return std::make_unique<DibSurface>(size, fonts_, tiles_);
@@ -70,16 +95,7 @@ formenv::PixelSize WinPlatform::textSize(std::wstring_view text, const formenv::
 }
 
 void WinPlatform::pumpEvents() {
-    MSG message;
-    for (int i = 0; i < kMostMessages && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
-        if (message.message == WM_QUIT) {
-            // Not ours to take: it ends the host's own loop.
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return;
-        }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
+    runPendingEvents();
 }
 
 bool WinPlatform::hasUser() const noexcept {
@@ -90,12 +106,18 @@ bool WinPlatform::hasUser() const noexcept {
 
 formenv::MessageAnswer WinPlatform::messageBox(const std::wstring& text, const std::wstring& title,
                                                formenv::MessageIcon icon, formenv::MessageButtons buttons) {
+    if (boxHost_ && !boxHost_->canShowBoxes())
+        return unasked(buttons);
     return messageBoxBefore(formOwner(), text, title, icon, buttons);
 }
 
 formenv::MessageAnswer WinPlatform::messageBoxBefore(std::intptr_t window, const std::wstring& text,
                                                      const std::wstring& title, formenv::MessageIcon icon,
                                                      formenv::MessageButtons buttons) {
+    if (!hasUser())
+        return unasked(buttons);
+    const Held held(keeper_);
+    const OpenBox open(boxHost_);
     const UINT kind = buttons == formenv::MessageButtons::Ok ? MB_OK : MB_YESNO | MB_DEFBUTTON2;
     const int answer = MessageBoxW(reinterpret_cast<HWND>(window), text.c_str(), title.c_str(), kind | iconFlag(icon));
     if (answer == IDYES)
@@ -103,16 +125,33 @@ formenv::MessageAnswer WinPlatform::messageBoxBefore(std::intptr_t window, const
     return answer == IDNO ? formenv::MessageAnswer::No : formenv::MessageAnswer::Ok;
 }
 
+void WinPlatform::enableForms(bool enable) noexcept {
+    formsEnabled_ = enable;
+    for (const HWND form : forms_)
+        EnableWindow(form, enable);
+}
+
+void WinPlatform::formMade(HWND window) {
+    forms_.insert(window);
+    if (!formsEnabled_)
+        EnableWindow(window, FALSE);
+}
+
+void WinPlatform::formGone(HWND window) noexcept {
+    forms_.erase(window);
+}
+
 std::unique_ptr<formenv::FormWindow> WinPlatform::createFormWindow(formenv::Form& form) {
-    return std::make_unique<FormWindow>(form, *this, rootOf(owner_), keeper_);
+    return std::make_unique<FormWindow>(form, *this, reinterpret_cast<HWND>(formOwner()), keeper_);
 }
 
 formenv::FormBorder WinPlatform::formBorder() const noexcept {
-    return FormWindow::border(dpi_);
+    return FormWindow::border(hostDpi_);
 }
 
 std::intptr_t WinPlatform::formOwner() const noexcept {
-    return reinterpret_cast<std::intptr_t>(rootOf(owner_));
+    const HWND window = owner_ || !boxHost_ ? owner_ : boxHost_->boxOwner();
+    return reinterpret_cast<std::intptr_t>(rootOf(window));
 }
 
 void WinPlatform::startProgram(const std::wstring& command) {

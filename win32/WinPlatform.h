@@ -3,7 +3,11 @@
 
 #include <windows.h>
 
+#include <oleidl.h>
 #include <unknwn.h>
+#include <wrl/client.h>
+
+#include <set>
 
 #include "formenv/HatchTiles.h"
 #include "formenv/Platform.h"
@@ -13,17 +17,39 @@
 
 namespace kv::win32 {
 
+/// What a message box needs of the container that the control is in.
+class BoxHost {
+  public:
+    /// A user works with the container and can answer.
+    [[nodiscard]] virtual bool canShowBoxes() noexcept = 0;
+    /// The container's window, for a control without one of its own; null for none.
+    [[nodiscard]] virtual HWND boxOwner() noexcept = 0;
+    /// The container's frame, which disables its modeless windows while a box is open; null for none.
+    [[nodiscard]] virtual Microsoft::WRL::ComPtr<IOleInPlaceFrame> boxFrame() noexcept = 0;
+
+  protected:
+    ~BoxHost() = default;
+};
+
 class WinPlatform final : public formenv::Platform {
   public:
     WinPlatform();
 
+    /// Of the control's window; of the whole screen while there is none yet.
     [[nodiscard]] int dpi() const noexcept override { return dpi_; }
+    /// Of the whole screen: what hosts convert by, whichever monitor the control is on.
+    [[nodiscard]] int hostDpi() const noexcept { return hostDpi_; }
+    void setDpi(int dpi) noexcept {
+        dpi_ = dpi;
+        fonts_.setDpi(dpi);
+    }
     [[nodiscard]] formenv::Rgb systemColor(int index) const noexcept override { return GetSysColor(index); }
     [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(formenv::PixelSize size) override;
     [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps_; }
     [[nodiscard]] formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override;
     void pumpEvents() override;
     [[nodiscard]] bool hasUser() const noexcept override;
+    /// Where no user can see a box, none is shown and the answer is OK or No.
     formenv::MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, formenv::MessageIcon icon,
                                       formenv::MessageButtons buttons) override;
     formenv::MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
@@ -35,14 +61,21 @@ class WinPlatform final : public formenv::Platform {
     void startProgram(const std::wstring& command) override;
     [[nodiscard]] formenv::Desktop& desktop() override { return desktop_; }
 
-    /// The window that message boxes stand before; nullptr for none.
+    /// The control's window, whose top-level window owns message boxes and forms; nullptr for none.
     void setOwner(HWND owner) noexcept { owner_ = owner; }
+    /// Null: boxes are shown in any case. Must live as long as the forms.
+    void setBoxHost(BoxHost* host) noexcept { boxHost_ = host; }
+    /// Enables or disables the windows of all forms, those that are made later included.
+    void enableForms(bool enable) noexcept;
+    void formMade(HWND window);
+    void formGone(HWND window) noexcept;
     /// Held through every message of a form: its handlers may make the host let go of the control. To be set before a
     /// form is loaded; must live as long as the forms.
     void setKeeper(IUnknown* keeper) noexcept { keeper_ = keeper; }
     [[nodiscard]] FontCache& fonts() noexcept { return fonts_; }
 
   private:
+    int hostDpi_;
     int dpi_;
     FontCache fonts_;
     formenv::HatchTiles tiles_;
@@ -50,6 +83,9 @@ class WinPlatform final : public formenv::Platform {
     WinBitmaps bitmaps_;
     HWND owner_ = nullptr;
     IUnknown* keeper_ = nullptr;
+    BoxHost* boxHost_ = nullptr;
+    std::set<HWND> forms_;
+    bool formsEnabled_ = true;
 };
 
 }  // namespace kv::win32

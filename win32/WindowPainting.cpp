@@ -171,8 +171,12 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
     const RECT at = placeOf(widget, origin, platform_.dpi());
     RECT bounds{origin.x, origin.y, origin.x + at.right - at.left, origin.y + at.bottom - at.top};
     switch (widget.kind()) {
-        case WidgetKind::UserControl:
         case WidgetKind::Form:
+            // Its place is that of its frame on the screen, in the resolution of the screen.
+            GetClipBox(dc, &bounds);
+            fill(dc, bounds, platform_.resolve(widget.backColor()));
+            break;
+        case WidgetKind::UserControl:
             fill(dc, bounds, platform_.resolve(widget.backColor()));
             break;
         case WidgetKind::Frame:
@@ -216,19 +220,39 @@ void WindowTree::paintWidget(Widget& widget, HDC dc, POINT origin) {
     }
 }
 
+/// A widget with everything inside it.
+void WindowTree::paintAll(Widget& widget, HDC dc, POINT origin) {
+    paintWidget(widget, dc, origin);
+    for (Widget* child : widget.children()) {
+        if (!child->visible())
+            continue;
+        const RECT place = placeOf(*child, origin, platform_.dpi());
+        paintAll(*child, dc, {place.left, place.top});
+    }
+}
+
+/// WM_PRINT and WM_PRINTCLIENT, by which hosts take pictures of their forms. Not every system passes WM_PRINT on to the
+/// windows inside. A form's own frame is the system's to print.
+bool WindowTree::printWindow(WidgetWindow& target, UINT message, HDC dc, LPARAM what) {
+    if (target.widget().kind() == WidgetKind::Form || (message == WM_PRINT && !(what & PRF_CHILDREN)))
+        return false;
+    if ((what & PRF_CHECKVISIBLE) && !IsWindowVisible(target.window()))
+        return true;
+    const int saved = SaveDC(dc);
+    if (what & PRF_CHILDREN)
+        paintAll(target.widget(), dc, {0, 0});
+    else
+        paintWidget(target.widget(), dc, {0, 0});
+    RestoreDC(dc, saved);
+    return true;
+}
+
 void WindowTree::paint(HDC dc, const RECT& bounds) {
     const int saved = SaveDC(dc);
     IntersectClipRect(dc, bounds.left, bounds.top, bounds.right, bounds.bottom);
-    const std::function<void(Widget&, POINT)> paintAll = [&](Widget& widget, POINT origin) {
-        paintWidget(widget, dc, origin);
-        for (Widget* child : widget.children()) {
-            if (!child->visible())
-                continue;
-            const RECT place = placeOf(*child, origin, platform_.dpi());
-            paintAll(*child, {place.left, place.top});
-        }
-    };
-    paintAll(rootWidget_, {bounds.left, bounds.top});
+    // The control may be smaller than its bounds, as one without a height is.
+    fill(dc, bounds, platform_.resolve(rootWidget_.backColor()));
+    paintAll(rootWidget_, dc, {bounds.left, bounds.top});
     RestoreDC(dc, saved);
 }
 

@@ -5,6 +5,7 @@
 
 #include "formenv/Twips.h"
 #include "win32/Held.h"
+#include "win32/WindowDpi.h"
 
 namespace kv::win32 {
 
@@ -39,7 +40,9 @@ WindowSort sortOf(const Widget& widget) {
         case WidgetKind::Frame:
             return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
         case WidgetKind::PictureBox:
-            return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U), 0};
+            // Hosts that only know dialog keys reach the picture inside another one by this.
+            return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U),
+                    widget.children().empty() ? 0U : static_cast<DWORD>(WS_EX_CONTROLPARENT)};
         case WidgetKind::Label:
             return {L"STATIC",
                     SS_LEFTNOWORDWRAP | SS_NOPREFIX |
@@ -64,6 +67,15 @@ WindowSort sortOf(const Widget& widget) {
             break;
     }
     return {nullptr, 0, 0};
+}
+
+/// Pictures at another resolution have other pixels.
+void rescalePictures(Widget& parent) {
+    for (Widget* child : parent.children()) {
+        if (child->kind() == WidgetKind::PictureBox)
+            static_cast<formenv::PictureBox*>(child)->rescaled();
+        rescalePictures(*child);
+    }
 }
 
 }  // namespace
@@ -108,6 +120,7 @@ WindowTree::~WindowTree() {
 bool WindowTree::create(HWND parent, const RECT& place) {
     if (root_)
         return true;
+    setDpi(windowDpi(parent, platform_.hostDpi()));
     if (!createRoot(kRootClass, WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, WS_EX_CONTROLPARENT, parent, place))
         return false;
     platform_.setOwner(root_);
@@ -115,6 +128,7 @@ bool WindowTree::create(HWND parent, const RECT& place) {
 }
 
 bool WindowTree::createTopLevel(HWND owner, DWORD style, DWORD exStyle, const RECT& place) {
+    setDpi(windowDpi(owner, platform_.hostDpi()));
     return root_ || createRoot(kFormClass, style, exStyle, owner, place);
 }
 
@@ -125,6 +139,8 @@ bool WindowTree::createRoot(const wchar_t* className, DWORD style, DWORD exStyle
                             place.right - place.left, place.bottom - place.top, parent, nullptr, ownModule(), this);
     if (!root_)
         return false;
+    if (callbacks_.topLevel)
+        setDpi(windowDpi(root_, dpi()));
     windows_.emplace(root_, std::make_unique<WidgetWindow>(*this, rootWidget_, root_));
     createChildren(rootWidget_, root_);
     return true;
@@ -140,7 +156,7 @@ void WindowTree::createChildren(Widget& parent, HWND window) {
         const WindowSort sort = sortOf(*child);
         if (!sort.className)
             continue;
-        const RECT place = pixelRect(*child, platform_.dpi());
+        const RECT place = pixelRect(*child, dpi());
         const DWORD visible = child->visible() ? WS_VISIBLE : 0U;
         const HWND made =
             CreateWindowExW(sort.exStyle, sort.className, windowTextOf(*child).c_str(),
@@ -151,6 +167,23 @@ void WindowTree::createChildren(Widget& parent, HWND window) {
         windows_.emplace(made, std::make_unique<WidgetWindow>(*this, *child, made));
         createChildren(*child, made);
     }
+}
+
+void WindowTree::setDpi(int newDpi) {
+    if (callbacks_.topLevel) {
+        ownDpi_ = newDpi;
+    } else if (newDpi != platform_.dpi()) {
+        platform_.setDpi(newDpi);
+        rescalePictures(rootWidget_);
+    }
+}
+
+void WindowTree::followDpi(int newDpi) {
+    setDpi(newDpi);
+    for (const auto& [window, widget] : windows_)
+        widget->rescale();
+    for (const std::unique_ptr<KnobWindow>& knob : knobs_)
+        knob->rescale();
 }
 
 void WindowTree::destroy() noexcept {
@@ -228,9 +261,11 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_PAINT:
             paintWindow(*target);
             return 0;
+        case WM_PRINT:
         case WM_PRINTCLIENT:
-            paintWidget(target->widget(), reinterpret_cast<HDC>(wParam), {0, 0});
-            return 0;
+            if (printWindow(*target, message, reinterpret_cast<HDC>(wParam), lParam))
+                return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
         case WM_COMMAND:
             return lParam ? handleCommand(reinterpret_cast<HWND>(lParam), HIWORD(wParam)) : 0;
         case WM_CTLCOLORSTATIC:

@@ -38,6 +38,8 @@ class WidgetWindow final : public formenv::Peer {
     [[nodiscard]] HWND window() const noexcept { return window_; }
     /// Brings caption and visibility up to date after a burst of changes.
     void sync();
+    /// The tree has another resolution.
+    void rescale();
     /// What the user's edit has left in a text box.
     [[nodiscard]] std::wstring editedText() const;
     /// The text of the box is being set from the program.
@@ -99,6 +101,11 @@ class WindowTree {
     void destroy() noexcept;
     [[nodiscard]] HWND root() const noexcept { return root_; }
 
+    /// Font, place and picture of every widget at another resolution. The size of the root is left to its container.
+    void followDpi(int dpi);
+    /// Of these windows: a form may be on another monitor than the control.
+    [[nodiscard]] int dpi() const noexcept { return callbacks_.topLevel ? ownDpi_ : platform_.dpi(); }
+
     /// Paints the whole control into a device context at `bounds`, windows or not.
     void paint(HDC dc, const RECT& bounds);
 
@@ -121,17 +128,21 @@ class WindowTree {
     [[nodiscard]] bool framesFocus(const WidgetWindow& target) const;
     void drawItem(const DRAWITEMSTRUCT& item);
     void paintWidget(formenv::Widget& widget, HDC dc, POINT origin);
+    void paintAll(formenv::Widget& widget, HDC dc, POINT origin);
+    bool printWindow(WidgetWindow& target, UINT message, HDC dc, LPARAM what);
     bool createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place);
     void createChildren(formenv::Widget& parent, HWND window);
     void noteStale(WidgetWindow& window);
     void syncStale();
     void rootDestroyed() noexcept;
+    void setDpi(int dpi);
     [[nodiscard]] static bool registerClasses() noexcept;
 
     formenv::Widget& rootWidget_;
     WinPlatform& platform_;
     Callbacks callbacks_;
     HWND root_ = nullptr;
+    int ownDpi_ = 0;  ///< of a window of its own
     std::map<HWND, std::unique_ptr<WidgetWindow>> windows_;
     std::vector<std::unique_ptr<KnobWindow>> knobs_;
     std::vector<HWND> stale_;

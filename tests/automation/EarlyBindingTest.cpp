@@ -13,15 +13,26 @@ struct Member {
     std::vector<VARTYPE> types;  ///< of all parameters, that of the result among them
 };
 
-VARTYPE typeOf(const TYPEDESC& type) {
-    switch (type.vt) {
-        case VT_PTR:
-            // A pointer to an interface is an object; one to anything else is a reference.
-            return type.lptdesc->vt == VT_USERDEFINED ? static_cast<VARTYPE>(VT_DISPATCH)
-                                                      : static_cast<VARTYPE>(VT_BYREF | typeOf(*type.lptdesc));
-        default:
-            return type.vt;
-    }
+/// The type behind a name: a color's is a number, and VT_USERDEFINED stands for an interface.
+VARTYPE namedType(ITypeInfo* info, HREFTYPE reference) {
+    ComPtr<ITypeInfo> named;
+    TYPEATTR* attributes = nullptr;
+    if (FAILED(info->GetRefTypeInfo(reference, named.GetAddressOf())) || FAILED(named->GetTypeAttr(&attributes)))
+        return VT_EMPTY;
+    const VARTYPE result =
+        attributes->typekind == TKIND_ALIAS ? attributes->tdescAlias.vt : static_cast<VARTYPE>(VT_USERDEFINED);
+    named->ReleaseTypeAttr(attributes);
+    return result;
+}
+
+VARTYPE typeOf(ITypeInfo* info, const TYPEDESC& type) {
+    if (type.vt == VT_USERDEFINED)
+        return namedType(info, type.hreftype);
+    if (type.vt != VT_PTR)
+        return type.vt;
+    // A pointer to an interface is an object; one to anything else is a reference.
+    const VARTYPE inner = typeOf(info, *type.lptdesc);
+    return inner == VT_USERDEFINED ? static_cast<VARTYPE>(VT_DISPATCH) : static_cast<VARTYPE>(VT_BYREF | inner);
 }
 
 class EarlyBinding : public testing::Test {
@@ -49,7 +60,7 @@ class EarlyBinding : public testing::Test {
             if (text.str() == name && found->invkind == kind) {
                 member = {found->oVft, found->callconv, {}};
                 for (SHORT p = 0; p < found->cParams; ++p)
-                    member.types.push_back(typeOf(found->lprgelemdescParam[p].tdesc));
+                    member.types.push_back(typeOf(info.Get(), found->lprgelemdescParam[p].tdesc));
             }
             info->ReleaseFuncDesc(found);
         }
@@ -91,7 +102,7 @@ TEST_F(EarlyBinding, EveryPropertyReadsAsByName) {
         const MEMBERID id = found->memid;
         Member member{found->oVft, found->callconv, {}};
         if (found->invkind == INVOKE_PROPERTYGET && found->cParams == 1)
-            member.types.push_back(typeOf(found->lprgelemdescParam[0].tdesc));
+            member.types.push_back(typeOf(info.Get(), found->lprgelemdescParam[0].tdesc));
         info->ReleaseFuncDesc(found);
         if (member.types.empty())
             continue;

@@ -56,9 +56,11 @@ LRESULT CALLBACK MessageBoxes::hook(int code, WPARAM window, LPARAM details) {
 
 void MessageBoxes::answer(HWND box) {
     last_ = box;
-    SeenBox seen{windowText(box), L"", {}};
+    SeenBox seen{windowText(box), L"", {}, GetWindow(box, GW_OWNER)};
     EnumChildWindows(box, &collect, reinterpret_cast<LPARAM>(&seen));
     seen_.push_back(seen);
+    if (onBox)
+        onBox();
     PostMessageW(box, WM_COMMAND, IDOK, 0);
 }
 

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct SeenBox {
     std::wstring title;
     std::wstring text;
     std::vector<std::wstring> buttons;
+    HWND owner = nullptr;
 };
 
 /// While it lives every message box of the thread is answered with OK as soon as it shows. One at a time.
@@ -23,6 +25,8 @@ class MessageBoxes {
     MessageBoxes& operator=(const MessageBoxes&) = delete;
 
     [[nodiscard]] const std::vector<SeenBox>& seen() const noexcept { return seen_; }
+    /// Called while a box is open.
+    std::function<void()> onBox;
 
   private:
     static LRESULT CALLBACK hook(int code, WPARAM window, LPARAM details);

@@ -283,6 +283,16 @@ std::vector<HWND> Container::children(const wchar_t* className) const {
     return search.found;
 }
 
+Sited::Sited(const Scope& scope) {
+    site = new MockSite(host.get());
+    EXPECT_EQ(scope.get()->QueryInterface(IID_PPV_ARGS(object_.GetAddressOf())), S_OK);
+    EXPECT_EQ(object_->SetClientSite(site.Get()), S_OK);
+}
+
+Sited::~Sited() {
+    object_->SetClientSite(nullptr);
+}
+
 void pump() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {

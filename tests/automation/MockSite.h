@@ -188,6 +188,21 @@ class Container {
     [[nodiscard]] std::vector<HWND> children(const wchar_t* className) const;
 };
 
+/// A control in a container where it is not active. Must not outlive the control.
+class Sited {
+  public:
+    explicit Sited(const Scope& scope);
+    ~Sited();
+    Sited(const Sited&) = delete;
+    Sited& operator=(const Sited&) = delete;
+
+    HostWindow host;
+    ComPtr<MockSite> site;
+
+  private:
+    ComPtr<IOleObject> object_;
+};
+
 /// Lets pending messages run.
 void pump();
 /// Places of windows inside their parents, pixels.

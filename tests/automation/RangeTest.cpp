@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "tests/automation/MessageBoxes.h"
+#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -222,10 +223,21 @@ TEST_P(Range, ShowAllDoesNothingWithoutASpan) {
     EXPECT_TRUE(boxes.seen().empty());
 }
 
+TEST_P(Range, ShowAllShowsNoBoxThatNoUserCouldSee) {
+    scope.setFreqEndBuffer(20.25);
+    addAt(450.0, L"TX1");
+    addAt(460.5, L"TX2");
+    const MessageBoxes boxes;
+    scope.setShowAll(true);
+    EXPECT_TRUE(boxes.seen().empty());
+    expectRange(429.75, 480.75);
+}
+
 TEST_P(Range, ShowAllTellsThatTheRangeShowsAllAlready) {
     scope.setFreqEndBuffer(20.25);
     addAt(450.0, L"TX1");
     addAt(460.5, L"TX2");
+    const Sited sited(scope);
     const MessageBoxes boxes;
     scope.setShowAll(true);
     ASSERT_EQ(boxes.seen().size(), 1U);

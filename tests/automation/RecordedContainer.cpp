@@ -124,8 +124,12 @@ HRESULT RecordedSite::GetWindowContext(IOleInPlaceFrame** frameOut, IOleInPlaceU
     *placeOut = place;
     *clip = place;
     info->hwndFrame = window_;
-    frame.CopyTo(frameOut);
-    return document.CopyTo(documentOut);
+    // Either may be missing.
+    if (frame)
+        frame.CopyTo(frameOut);
+    if (document)
+        document.CopyTo(documentOut);
+    return S_OK;
 }
 
 HRESULT RecordedSite::OnPosRectChange(LPCRECT wanted) {

@@ -88,6 +88,16 @@ TEST_F(RegistrationTest, WritesTheTableForTheMachine) {
     EXPECT_TRUE(classesOf(user).empty());
 }
 
+TEST_F(RegistrationTest, TheTypeLibraryIsFoundInThisBitness) {
+    ComPtr<ITypeLib> library;
+    ASSERT_EQ(LoadRegTypeLib(LIBID_kvBandscope, 1, 0, LOCALE_NEUTRAL, library.GetAddressOf()), TYPE_E_LIBNOTREGISTERED);
+    ASSERT_EQ(registerServer(), S_OK);
+    ASSERT_EQ(LoadRegTypeLib(LIBID_kvBandscope, 1, 0, LOCALE_NEUTRAL, library.GetAddressOf()), S_OK);
+    ComPtr<ITypeInfo> control;
+    EXPECT_EQ(library->GetTypeInfoOfGuid(CLSID_kvBandscope, control.GetAddressOf()), S_OK);
+    EXPECT_EQ(unregisterServer(), S_OK);
+}
+
 TEST_F(RegistrationTest, RemovesEverythingItWrote) {
     write(machine, L"CLSID\\" + kForeign, L"a neighbour");
     write(machine, L"TypeLib\\" + kForeign + L"\\1.0", L"a neighbour");
@@ -138,8 +148,17 @@ TEST_F(RegistrationTest, MachineAndUserDoNotTouchEachOther) {
     EXPECT_EQ(install(false, L"user"), S_OK);
     EXPECT_EQ(classesOf(machine), expectedKeys());
     ASSERT_EQ(install(true, L"user"), S_OK);
-    EXPECT_EQ(unregisterServer(), S_OK);
+    EXPECT_EQ(unregisterServer(), S_FALSE);
     EXPECT_EQ(classesOf(user), expectedKeys());
+}
+
+TEST_F(RegistrationTest, UnregisteringTheMachineTellsThatTheUsersEntriesAreStillThere) {
+    ASSERT_EQ(registerServer(), S_OK);
+    ASSERT_EQ(install(true, L"user"), S_OK);
+    EXPECT_EQ(install(false, L""), S_FALSE) << "done, and other entries of these classes exist";
+    EXPECT_EQ(unregisterServer(), S_FALSE);
+    EXPECT_EQ(install(false, L"user"), S_OK);
+    EXPECT_EQ(unregisterServer(), S_OK);
 }
 
 TEST_F(RegistrationTest, WhereTheMachinesClassesCannotBeWrittenTheUsersAre) {

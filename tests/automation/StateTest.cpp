@@ -5,6 +5,7 @@
 
 #include "tests/automation/HostedControl.h"
 #include "tests/automation/MessageBoxes.h"
+#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -169,6 +170,9 @@ TEST_P(State, DrawAllShowsItsMessageAndDrawsNothing) {
     scope.AddTXChnl(channel({.freq = 450.0, .key = L"TX1"}));
     const Picture before = capture(scope);
     const MessageBoxes boxes;
+    scope.DrawAll();
+    EXPECT_TRUE(boxes.seen().empty()) << "no user could see it";
+    const Sited sited(scope);
     scope.DrawAll();
     ASSERT_EQ(boxes.seen().size(), 1U);
     EXPECT_EQ(boxes.seen()[0].title, L"Incorrect Function Call");

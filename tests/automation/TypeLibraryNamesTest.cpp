@@ -77,5 +77,47 @@ TEST_F(TypeLibraryNames, ArgumentsOfTheEvents) {
     EXPECT_EQ(signature(info.Get(), 2), L"ChgHeight(iHgt)");
 }
 
+// What containers have by the same names on the object around a control, so that the control's own member is reached
+// another way. docs/host-guide.md tells how.
+const wchar_t* const kContainerNames[] = {
+    L"Anchor",     L"BackColor",     L"Bounds",  L"Cancel",   L"Click",   L"Container",  L"Controls", L"Cursor",
+    L"DataFormat", L"Default",       L"Destroy", L"Dock",     L"DoVerb",  L"Drag",       L"EditMode", L"Enabled",
+    L"Enter",      L"Error",         L"Exit",    L"Focus",    L"Font",    L"ForeColor",  L"GotFocus", L"Handle",
+    L"Height",     L"HelpContext",   L"Hide",    L"Index",    L"Init",    L"Invalidate", L"Layout",   L"Left",
+    L"Location",   L"LostFocus",     L"Move",    L"Name",     L"Object",  L"Parent",     L"Refresh",  L"Region",
+    L"Resize",     L"Scale",         L"Select",  L"SetFocus", L"Show",    L"Site",       L"Size",     L"State",
+    L"TabIndex",   L"TabStop",       L"Tag",     L"Text",     L"ToolTip", L"Top",        L"Update",   L"Updated",
+    L"Visible",    L"WhatsThisHelp", L"Width",   L"ZOrder"};
+
+TEST_F(TypeLibraryNames, OnlyOneMemberIsHiddenByAContainersOwn) {
+    std::vector<std::wstring> hidden;
+    for (const IID* iid : {&IID__kvBandscope, &DIID___kvBandscope}) {
+        const ComPtr<ITypeInfo> info = describe(*iid);
+        for (DISPID member = 1; !signature(info.Get(), member).empty(); ++member) {
+            const std::wstring text = signature(info.Get(), member);
+            const std::wstring name = text.substr(0, text.find(L'('));
+            for (const wchar_t* other : kContainerNames)
+                if (lstrcmpiW(name.c_str(), other) == 0)
+                    hidden.push_back(name);
+        }
+    }
+    EXPECT_EQ(hidden, std::vector<std::wstring>{L"Refresh"});
+}
+
+TEST_F(TypeLibraryNames, NoMemberIsCalledLikeTheSetterOfAnother) {
+    // Some languages call the setter of a property Prop "SetProp".
+    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
+        const ComPtr<ITypeInfo> info = describe(*iid);
+        std::vector<std::wstring> names;
+        for (DISPID member = 1; !signature(info.Get(), member).empty(); ++member) {
+            const std::wstring text = signature(info.Get(), member);
+            names.push_back(text.substr(0, text.find(L'(')));
+        }
+        for (const std::wstring& name : names)
+            for (const std::wstring& other : names)
+                EXPECT_NE(lstrcmpiW(name.c_str(), (L"Set" + other).c_str()), 0) << testing::PrintToString(name);
+    }
+}
+
 }  // namespace
 }  // namespace kv::test

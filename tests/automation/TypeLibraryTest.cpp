@@ -113,6 +113,21 @@ std::string narrow(const Text& text) {
     return result;
 }
 
+// The alias by which designers and Visual Basic know a color, and the library that has it.
+constexpr GUID kOleColor = {0x66504301, 0xBE0F, 0x101A, {0x8B, 0xBB, 0x00, 0xAA, 0x00, 0x30, 0x0C, 0xAB}};
+constexpr GUID kStdole = {0x00020430, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
+
+GUID libraryOf(ITypeInfo* type) {
+    ComPtr<ITypeLib> library;
+    UINT index = 0;
+    TLIBATTR* attr = nullptr;
+    if (FAILED(type->GetContainingTypeLib(library.GetAddressOf(), &index)) || FAILED(library->GetLibAttr(&attr)))
+        return {};
+    const GUID result = attr->guid;
+    library->ReleaseTLibAttr(attr);
+    return result;
+}
+
 std::string named(ITypeInfo* info, HREFTYPE reference) {
     ComPtr<ITypeInfo> type;
     TYPEATTR* attr = nullptr;
@@ -122,7 +137,8 @@ std::string named(ITypeInfo* info, HREFTYPE reference) {
     if (attr->typekind == TKIND_ALIAS) {
         Text name;
         type->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr);
-        result = name.str() == L"OLE_COLOR" && attr->tdescAlias.vt == VT_UI4 ? "color" : narrow(name);
+        const bool isColor = name.str() == L"OLE_COLOR" && attr->guid == kOleColor && libraryOf(type.Get()) == kStdole;
+        result = isColor ? "color" : "alias " + narrow(name);
     }
     type->ReleaseTypeAttr(attr);
     return result;
@@ -138,8 +154,6 @@ std::string typeName(ITypeInfo* info, const TYPEDESC& type) {
             return "int32";
         case VT_BOOL:
             return "bool";
-        case VT_UI4:
-            return "color";
         case VT_BSTR:
             return "string";
         case VT_VOID:
@@ -247,6 +261,12 @@ TEST_F(TypeLibraryTest, ControlHasItsMembersInOrder) {
     ASSERT_EQ(members.size(), std::size(kControl));
     for (std::size_t i = 0; i < members.size(); ++i)
         expectMember(members[i], kControl[i]);
+}
+
+TEST_F(TypeLibraryTest, NoPropertyOfTheControlIsOfferedInADesigner) {
+    // Nothing that is set there would be saved.
+    for (const Found& member : membersOf(library.Get(), IID__kvBandscope, true))
+        EXPECT_EQ((member.flags & FUNCFLAG_FNONBROWSABLE) != 0, member.kind != kFunction) << member.name;
 }
 
 TEST_F(TypeLibraryTest, VtableBeginsBehindIDispatch) {

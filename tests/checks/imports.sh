@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The built files need libraries of the system only, and the module exports what a control's module has to export.
+# The built files need libraries of the system only, and of these nothing that an older system lacks. The module exports
+# what a control's module has to export.
 # Prints "PASS name" or "FAIL name: why" lines.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
@@ -10,6 +11,29 @@ exports='DllCanUnloadNow DllGetClassObject DllInstall DllRegisterServer DllUnreg
 dump() { x86_64-w64-mingw32-objdump -p "$1"; }
 
 imports_of() { dump "$1" | sed -nE 's/^\s*DLL Name: (.*)$/\1/p'; }
+
+# library!name of everything that a file imports by name; the library in small letters and without its ending.
+names_of() {
+    dump "$1" | awk '
+        /^\tDLL Name: / { library = tolower($3); sub(/\.dll$/, "", library); next }
+        /^The Export Tables|^The Function Table/ { over = 1 }
+        library && !over && NF == 3 && $1 ~ /^[0-9a-f]+$/ && $2 ~ /^[0-9]+$/ { print library "!" $3 }'
+}
+
+# A program without a manifest gets version 5.82 of the common controls: what that version has by name in every Windows.
+# Names with Dpi came with Windows 8.1 and 10: they are looked up at run time.
+check_names() {
+    local name=import-names-$1-$2 file=$ROOT/build/$1/$2 names missing
+    names=$(names_of "$file")
+    missing=$(grep -E '^comctl32!|Dpi' <<<"$names" | grep -vxE 'comctl32!InitCommonControls(Ex)?' || true)
+    if [[ $(grep -c '^user32!' <<<"$names" || true) -lt 20 ]]; then
+        say "FAIL $name: the names cannot be read"
+    elif [[ -n $missing ]]; then
+        say "FAIL $name: not in every supported Windows:" $missing
+    else
+        say "PASS $name"
+    fi
+}
 
 # The names in the export table, sorted, on one line.
 exports_of() {
@@ -54,5 +78,6 @@ check_exports() {
 for arch in x64 x86; do
     check_imports "$arch" kvBandscope.ocx
     check_imports "$arch" BandscopeHost.exe
+    check_names "$arch" kvBandscope.ocx
     check_exports "$arch"
 done

@@ -41,5 +41,5 @@ notices() {
 notices missing-help 's/\[id\(20\), helpstring\("[^"]*"\)\]/[id(20)]/' '_kvBandscope.ClearDisplay has no description'
 notices missing-unit 's/(\[id\(41\), propget, .*) Unit: MHz\./\1/' '_kvBandscope.CursorVal has no Unit'
 notices missing-start 's/ Start: 20\.//' '_kvBandscope.nGridX has no Start'
-notices two-descriptions 's/(\[id\(31\), propput, helpstring\(")/\1The /' '_kvBandscope.GridColor is described in two ways'
+notices two-descriptions 's/(\[id\(31\), propput, .*helpstring\(")/\1The /' '_kvBandscope.GridColor is described in two ways'
 notices missing-member '/\[id\(54\)/,+1d' '_kvBandscope has 70 members'

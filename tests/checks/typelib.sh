@@ -34,3 +34,17 @@ if [[ $(grep -c ' lColorSpecBack "' "$scratch/x64-reads-x64" || true) == 2 ]] &&
 else
     say "FAIL typelib-complete: 109 functions of two function tables are expected in:"$'\n'"$(cat "$scratch/x64-reads-x64")"
 fi
+
+# Visual Basic knows no unsigned number but stdole's color, and designers know a color by that alias only: 11 functions
+# take or return one, each described twice.
+color='OLE_COLOR alias \{66504301-BE0F-101A-8BBB-00AA00300CAB\} of \{00020430-0000-0000-C000-000000000046\}'
+colors=$(grep -cE "^    \S+ $color\*? flags |\": $color\$" "$scratch/x64-reads-x64" || true)
+# Types 16 to 23 are the 8-bit number, all unsigned ones, both 64-bit ones and those of the machine's width. IDispatch's
+# own functions, whose numbers begin at 1610612736, have some.
+unknown=$(awk '/^  [0-9]+ kind / { own = $1 < 1610612736 }
+    own && (/^    [^ ]+ (1[6-9]|2[0-3])\*? flags / || /": (1[6-9]|2[0-3])\*?$/)' "$scratch/x64-reads-x64")
+if [[ $colors == 22 && -z $unknown ]]; then
+    say "PASS typelib-types"
+else
+    say "FAIL typelib-types: $colors instead of 22 colors of stdole, and numbers that Visual Basic lacks: $unknown"
+fi

@@ -41,6 +41,18 @@ std::string nameOf(ITypeInfo* info, MEMBERID member) {
     return text + " \"" + taken(help) + "\"";
 }
 
+/// An alias by its own identifier and that of its library, so that one of another origin differs.
+std::string aliasText(ITypeInfo* alias, const GUID& guid) {
+    ComPtr<ITypeLib> library;
+    UINT index = 0;
+    TLIBATTR* attr = nullptr;
+    if (FAILED(alias->GetContainingTypeLib(library.GetAddressOf(), &index)) || FAILED(library->GetLibAttr(&attr)))
+        return " alias of an unreadable library";
+    const std::string text = " alias " + idText(guid) + " of " + idText(attr->guid);
+    library->ReleaseTLibAttr(attr);
+    return text;
+}
+
 std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
     if (type.vt == VT_PTR)
         return typeText(info, *type.lptdesc) + "*";
@@ -48,10 +60,17 @@ std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
         return std::to_string(type.vt);
     ComPtr<ITypeInfo> other;
     BSTR name = nullptr;
+    TYPEATTR* attr = nullptr;
     if (FAILED(info->GetRefTypeInfo(type.hreftype, other.GetAddressOf())) ||
         FAILED(other->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr)))
         return "unreadable";
-    return taken(name);
+    std::string text = taken(name);
+    if (FAILED(other->GetTypeAttr(&attr)))
+        return text + " unreadable";
+    if (attr->typekind == TKIND_ALIAS)
+        text += aliasText(other.Get(), attr->guid);
+    other->ReleaseTypeAttr(attr);
+    return text;
 }
 
 void writeFunctions(ITypeInfo* info, const TYPEATTR& attr) {

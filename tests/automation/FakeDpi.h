@@ -1,0 +1,24 @@
+// Monitors of any resolution, for a module that asks the system for them.
+#pragma once
+
+#include <windows.h>
+
+namespace kv::test {
+
+/// While it lives the module under test finds the function that tells a window's resolution here. One at a time.
+class FakeDpi {
+  public:
+    explicit FakeDpi(UINT dpi);
+    ~FakeDpi();
+    FakeDpi(const FakeDpi&) = delete;
+    FakeDpi& operator=(const FakeDpi&) = delete;
+
+    /// The resolution of every window from now on; 0: the system does not have the function.
+    static void set(UINT dpi) noexcept;
+
+  private:
+    FARPROC* slot_;
+    FARPROC before_ = nullptr;
+};
+
+}  // namespace kv::test

@@ -1,0 +1,103 @@
+#include "win32/PendingEvents.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace kv::win32 {
+
+namespace {
+
+// More than any burst of input. Windows that never stop posting must not hold up a drawing forever.
+constexpr int kMostMessages = 10000;
+/// PeekMessage's filter for messages without a window.
+const HWND kThreadOnly = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
+constexpr UINT kLastMessage = 0xFFFFFFFF;
+
+bool isKey(UINT message) {
+    return message >= WM_KEYFIRST && message <= WM_KEYLAST;
+}
+
+std::optional<MSG> peek(UINT first, UINT last) {
+    MSG message{};
+    return PeekMessageW(&message, nullptr, first, last, PM_NOREMOVE) ? std::optional(message) : std::nullopt;
+}
+
+/// WM_PAINT and WM_TIMER are made when nothing else is queued.
+bool isMadeOnDemand(const MSG& message) {
+    return message.message == WM_PAINT || message.message == WM_TIMER;
+}
+
+bool comesBefore(const MSG& a, const MSG& b) {
+    if (isMadeOnDemand(a) != isMadeOnDemand(b))
+        return isMadeOnDemand(b);
+    return static_cast<LONG>(a.time - b.time) < 0;
+}
+
+/// The next message that is no keyboard message. The two ranges around those of the keyboard are looked at only while a
+/// keyboard message is in the way: a filter changes the order in which the system hands out messages.
+std::optional<MSG> nextMessage() {
+    const std::optional<MSG> next = peek(0, 0);
+    if (!next || !isKey(next->message))
+        return next;
+    const std::optional<MSG> below = peek(0, WM_KEYFIRST - 1);
+    const std::optional<MSG> above = peek(WM_KEYLAST + 1, kLastMessage);
+    if (!below || !above)
+        return below ? below : above;
+    // Times are coarse. What ends a window (WM_CLOSE) is below and comes after what was posted at the same time.
+    return comesBefore(*below, *above) ? below : above;
+}
+
+/// Messages without a window, until the loop ends.
+class ThreadMessages {
+  public:
+    ThreadMessages() = default;
+    ~ThreadMessages() {
+        // A message that the queue has no room for any more is lost, as it would be for its sender.
+        for (const MSG& message : kept_)
+            PostThreadMessageW(GetCurrentThreadId(), message.message, message.wParam, message.lParam);
+    }
+    ThreadMessages(const ThreadMessages&) = delete;
+    ThreadMessages& operator=(const ThreadMessages&) = delete;
+
+    void keep(const MSG& message) {
+        // A timer goes on while the loop runs: as in the queue, one message stands for all of its ticks.
+        const bool isKnownTimer = message.message == WM_TIMER && std::any_of(kept_.begin(), kept_.end(), [&](auto& m) {
+                                      return m.message == WM_TIMER && m.wParam == message.wParam;
+                                  });
+        if (!isKnownTimer)
+            kept_.push_back(message);
+    }
+
+  private:
+    std::vector<MSG> kept_;
+};
+
+}  // namespace
+
+void runPendingEvents() {
+    ThreadMessages forTheHost;
+    for (int i = 0; i < kMostMessages; ++i) {
+        const std::optional<MSG> next = nextMessage();
+        if (!next || next->message == WM_QUIT)
+            return;
+        MSG message{};
+        const HWND window = next->hwnd ? next->hwnd : kThreadOnly;
+        if (!PeekMessageW(&message, window, next->message, next->message, PM_REMOVE))
+            continue;
+        if (message.message == WM_QUIT) {
+            // No filter holds it back. It ends the host's own loop.
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        // A timer without a window may have a procedure of its own, which any loop calls.
+        if (message.hwnd || (message.message == WM_TIMER && message.lParam))
+            DispatchMessageW(&message);
+        else
+            forTheHost.keep(message);
+    }
+}
+
+}  // namespace kv::win32
