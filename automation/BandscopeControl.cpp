@@ -1,5 +1,6 @@
 #include "automation/BandscopeControl.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -114,9 +115,8 @@ void BandscopeControl::ChgGridRange() {
 }
 
 void BandscopeControl::ChgHeight(std::int16_t iHgt) {
-    const long height = std::lround(toHostTwips(iHgt));
-    if (height > std::numeric_limits<short>::max())
-        throw util::RuntimeError(util::error_number::kOverflow);
+    constexpr double kMost = std::numeric_limits<short>::max();
+    const double height = std::min(std::round(toHostTwips(iHgt)), kMost);
     const std::array<Variant, 1> arguments{Variant(static_cast<short>(height))};
     if (freezeCount_ == 0)
         fire(kChgHeight, arguments);
