@@ -194,7 +194,7 @@ class Finder:
                 called = called or token.text == "("
                 k = self.partner[k]
             k += 1
-        if k > i and (assigned or called):
+        if k > i and (assigned or called) and self.at(k - 1) not in ("delete", "default"):
             self.add("assignment" if assigned else "call", i, k - 1, "")
 
 
