@@ -133,6 +133,15 @@ class Bandscope {
     [[nodiscard]] const forms::frmTextEditor* mouseInfoWindow() const noexcept { return mouseInfo_.window.get(); }
     /// From so many channels of a kind on, these are painted all at once: for tests, whose sets are small.
     void setMany(std::int32_t count) noexcept { drawing_.nMany = count; }
+    /// Chooses the movers or the rotary knobs for center and cursor, and sets the chosen ones up. For tests: hosts have
+    /// no such member, and every control of theirs keeps the movers that it starts with.
+    void setBUseMovers(bool value) {
+        look_.bUseMovers = value;
+        setUpCursorKnob();
+        SetCenterFreqKnob();
+    }
+    /// The word for the transmit channels; empty before the first one. For tests: no caption shows it.
+    [[nodiscard]] const std::wstring& sTXNoun() const noexcept { return sTXNoun_; }
 
   private:
     // Bandscope.cpp
@@ -191,7 +200,6 @@ class Bandscope {
     // CenterCursorKnobs.cpp
     void setUpCursorKnob();
     void SetCenterFreqKnob();
-    void ReScaleknob(turndial::tdKnob& knob, double dMin, double dMax, double dStepIn, std::int16_t& nSteps);
     void rescaleKnobsToRange();
     void resetKnobRanges();
     /// Shows the center of the range on the knob, also while no center is set.

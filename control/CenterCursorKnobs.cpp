@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "control/Bandscope.h"
+#include "control/KnobRescale.h"
 
 namespace kv::control {
 
@@ -79,21 +80,6 @@ void Bandscope::setUpCursorKnob() {
     knob.bShowValue = true;
     setRange(knob, kCursorEnd);
     knob.bOption1 = true;
-    knob.Refresh();
-}
-
-void Bandscope::ReScaleknob(turndial::tdKnob& knob, double dMin, double dMax, double dStepIn, std::int16_t& nSteps) {
-    if (knob.bMouseDown())
-        return;
-    knob.dMinVal = dMin > 0.0 ? dMin : 0.0;
-    knob.dMaxVal = dMax;
-    if (dStepIn > 0.0) {
-        knob.dStep = dStepIn;
-    } else {
-        if (nSteps <= 0)
-            nSteps = 10;
-        knob.dStep = (dMax - dMin) / nSteps;
-    }
     knob.Refresh();
 }
 

@@ -53,7 +53,7 @@ std::unique_ptr<Surface> HeadlessPlatform::createSurface(PixelSize size) {
 }
 
 PixelSize HeadlessPlatform::textSize(std::wstring_view text, const Font& font) {
-    return letters_.textSize(text, font);
+    return noFonts ? PixelSize{} : letters_.textSize(text, font);
 }
 
 void HeadlessPlatform::pumpEvents() {

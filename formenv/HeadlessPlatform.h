@@ -44,6 +44,8 @@ class HeadlessPlatform final : public Platform {
     }
 
     int dots = 96;
+    /// Texts have no size, as when the system cannot load any font.
+    bool noFonts = false;
     HeadlessBitmaps bitmaps;
     std::vector<Message> messages;
     int pumps = 0;

@@ -212,6 +212,7 @@ TEST(ParseNumberTest, TooSmallIsZero) {
     EXPECT_EQ(parseNumber(L"0.00001e-2147483648"), 0.0);
     EXPECT_EQ(parseNumber(L"1e-99999999999999999999"), 0.0);
     EXPECT_EQ(parseNumber(L"0." + std::wstring(400, L'0') + L"1"), 0.0);
+    EXPECT_EQ(parseNumber(L"0." + std::wstring(400, L'0') + L"1e+5"), 0.0);
     EXPECT_EQ(parseNumber(L"0e999"), 0.0);
     EXPECT_EQ(parseNumber(L"0.000e99999999999999999999"), 0.0);
     EXPECT_EQ(parseNumber(L"5e-324"), std::numeric_limits<double>::denorm_min());

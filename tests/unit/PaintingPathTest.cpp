@@ -1,0 +1,111 @@
+// Which way the channels of a kind are drawn: many are painted all at once from the copy of their records, few are
+// asked one by one.
+#include "tests/unit/QuietSlot.h"
+#include "tests/unit/ScopeFixture.h"
+
+namespace kv::control {
+namespace {
+
+/// A record of our own class that counts how often it is asked for what drawing needs.
+class AskedSlot final : public FreqSlotBase {
+  public:
+    void retain() noexcept override { ++references_; }
+    /// Out of line for the same reason as PlainSlot's.
+    [[gnu::noinline]] void release() noexcept override {
+        if (--references_ == 0)
+            delete this;
+    }
+    FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const FreqSlotFields* peek() const noexcept override { return &fields(); }
+    DrawRecord drawRecord() override { return (++asked, FreqSlotBase::drawRecord()); }
+
+    int asked = 0;
+
+  private:
+    int references_ = 0;
+};
+
+class PaintingPathTest : public ScopeTest {
+  protected:
+    void add(ChannelKind kind, int count) {
+        for (int i = 0; i < count; ++i) {
+            const util::Ref<AskedSlot> slot(new AskedSlot);
+            FreqSlotFields& fields = slot->fields();
+            fields.dFreq = 400.0 + 0.1 * static_cast<double>(slots.size());
+            fields.dFreqLo = fields.dFreq - 0.5;
+            fields.dFreqHi = fields.dFreq + 0.5;
+            fields.dPwrDBM = 30.0;
+            fields.sKey = L"#" + std::to_wstring(slots.size());
+            if (kind == ChannelKind::TX)
+                scope.AddTXChnl(FreqSlotRef(slot.get()));
+            else
+                scope.AddRXChnl(FreqSlotRef(slot.get()));
+            slots.push_back(slot);
+        }
+    }
+    /// How often the records were asked since the last call, and whether all are marked as drawn.
+    int asked() {
+        int sum = 0;
+        for (const util::Ref<AskedSlot>& slot : slots) {
+            sum += std::exchange(slot->asked, 0);
+            EXPECT_TRUE(slot->bDrawn());
+        }
+        return sum;
+    }
+    /// The picture is that of the drawing one by one.
+    void expectPictureOfOneByOne() {
+        const std::vector<std::uint32_t> painted = pixelsOf(ui.picSpectrum);
+        scope.setMany(1'000'000);
+        scope.DrawDisplay();
+        EXPECT_EQ(asked(), static_cast<int>(slots.size()));
+        EXPECT_EQ(pixelsOf(ui.picSpectrum), painted);
+    }
+
+    std::vector<util::Ref<AskedSlot>> slots;
+};
+
+TEST_F(PaintingPathTest, ManyChannelsOfEitherKindArePaintedWithoutAskingThem) {
+    scope.setMany(20);
+    for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
+        scope.ClearAllChnls();
+        slots.clear();
+        add(kind, 20);
+        EXPECT_TRUE(scope.DrawDisplay());
+        EXPECT_EQ(asked(), 0);
+        scope.JustDrawIt();
+        EXPECT_EQ(asked(), 0);
+        scope.Refresh();
+        EXPECT_EQ(asked(), 0);
+    }
+    scope.DrawDisplay();
+    expectPictureOfOneByOne();
+}
+
+TEST_F(PaintingPathTest, FewChannelsAreAskedOneByOne) {
+    scope.setMany(20);
+    add(ChannelKind::TX, 19);
+    add(ChannelKind::RX, 19);
+    EXPECT_TRUE(scope.DrawDisplay());
+    EXPECT_EQ(asked(), 38);
+    scope.Refresh();
+    EXPECT_EQ(asked(), 38);
+}
+
+TEST_F(PaintingPathTest, AThousandAreManyWithoutFurtherWord) {
+    add(ChannelKind::TX, 1000);
+    add(ChannelKind::RX, 3);
+    EXPECT_TRUE(scope.DrawDisplay());
+    EXPECT_EQ(asked(), 3);
+}
+
+TEST_F(PaintingPathTest, TheButtonPaintsManyToo) {
+    scope.setMany(20);
+    add(ChannelKind::TX, 30);
+    scope.DrawDisplay();
+    asked();
+    ui.cmdDrawTX.onClick();
+    EXPECT_EQ(asked(), 0);
+}
+
+}  // namespace
+}  // namespace kv::control

@@ -1,0 +1,78 @@
+// Records of a host's class that do not take what the control sets.
+#include "tests/unit/ScopeFixture.h"
+
+namespace kv::control {
+namespace {
+
+class StubbornSlot final : public FreqSlotBase {
+  public:
+    void retain() noexcept override { ++references_; }
+    /// Out of line for the same reason as PlainSlot's.
+    [[gnu::noinline]] void release() noexcept override {
+        if (--references_ == 0)
+            delete this;
+    }
+    void setSFreqUnits(const std::wstring& value) override {
+        if (takesUnits)
+            FreqSlotBase::setSFreqUnits(value);
+    }
+    void setSBWUnits(const std::wstring& value) override {
+        if (takesBandwidthUnits)
+            FreqSlotBase::setSBWUnits(value);
+    }
+    void setDFreqHi(double value) override {
+        if (takesEdges)
+            FreqSlotBase::setDFreqHi(value);
+    }
+    void setDFreqLo(double value) override {
+        if (takesEdges)
+            FreqSlotBase::setDFreqLo(value);
+    }
+
+    bool takesUnits = true;
+    bool takesBandwidthUnits = true;
+    bool takesEdges = true;
+
+  private:
+    int references_ = 0;
+};
+
+class StubbornRecordTest : public ScopeTest {
+  protected:
+    StubbornRecordTest() {
+        slot->fields().dFreq = 450.0;
+        slot->fields().dBW = 25.0;
+        slot->fields().dPwrDBM = 30.0;
+        slot->fields().sKey = L"TX1";
+    }
+    void add() { scope.AddTXChnl(FreqSlotRef(slot.get())); }
+
+    util::Ref<StubbornSlot> slot{new StubbornSlot};
+};
+
+TEST_F(StubbornRecordTest, WithoutAUnitOfTheFrequencyTheEdgesAreTheCenter) {
+    slot->takesUnits = false;
+    add();
+    EXPECT_EQ(slot->dFreqLo(), 450.0);
+    EXPECT_EQ(slot->dFreqHi(), 450.0);
+}
+
+TEST_F(StubbornRecordTest, WithoutAUnitOfTheBandwidthTheEdgesAreTheCenter) {
+    slot->takesBandwidthUnits = false;
+    add();
+    EXPECT_EQ(slot->dFreqLo(), 450.0);
+    EXPECT_EQ(slot->dFreqHi(), 450.0);
+}
+
+TEST_F(StubbornRecordTest, WithoutEdgesItWidensThePowersOnly) {
+    slot->takesEdges = false;
+    add();
+    EXPECT_EQ(scope.extremes().dTXFreqMin, FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dTXFreqMax, -FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dFreqMin, FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dFreqMax, -FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dTXPwrDBMMax, 30.0);
+}
+
+}  // namespace
+}  // namespace kv::control
