@@ -164,8 +164,8 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
         focusLeft(reinterpret_cast<HWND>(wParam));
     else if (isPress(message) && uiActive_ && !holdsFocus())
         takeFocus(nullptr);
-    else if (message == kAdoptSize && window == rootWindow())
-        adoptWindowSize();
+    else if (message == kAskForRoom && window == rootWindow())
+        askForRoom();
     return result;
 }
 

@@ -133,9 +133,16 @@ void Bandscope::arrangePanel() {
 void Bandscope::resize(double width, double height) {
     std::int16_t flag = 100;
     noted(L"UserControl_Resize", flag, [&] {
+        if (height != ui_.userControl.height())
+            layout_.bKeptHeight = false;
         ui_.userControl.move({ui_.userControl.left(), ui_.userControl.top(), width, height});
         UserControl_Resize();
     });
+}
+
+double Bandscope::leastHeight(bool collapsed) const noexcept {
+    return kMargin + (collapsed ? kCollapsedHeight : layout_.nCtlFullHgt) + kMargin + kUnitsTop +
+           kUnitsBottomAllowance + kSpectrumTop + kSpectrumBottomAllowance;
 }
 
 void Bandscope::UserControl_Resize() {
@@ -191,6 +198,29 @@ bool Bandscope::isCollapsed() const noexcept {
     return ui_.fraControl.height() <= kCollapsedHeight;
 }
 
+/// Adjusts the control's height to the panel's. Where the container keeps the control's height, the picture takes the
+/// room of the panel or gives it back. It is drawn again, because the host is told of no new size and would not do it.
+void Bandscope::changeHeight(bool expand) {
+    formenv::Widget& control = ui_.userControl;
+    const formenv::Frame& panel = ui_.fraControl;
+    bool kept = expand && layout_.bKeptHeight;
+    std::int16_t flag = 100;
+    noted(L"UserControl_Resize", flag, [&] {
+        if (!kept) {
+            const double wanted = panel.top() + panel.height() + kMargin;
+            layout_.bSizing = true;
+            control.setHeight(wanted);
+            kept = control.height() != wanted;
+        }
+        layout_.bSizing = !kept;
+        UserControl_Resize();
+    });
+    layout_.bSizing = false;
+    layout_.bKeptHeight = kept && !expand;
+    if (kept)
+        JustDrawIt();
+}
+
 void Bandscope::ToggleControlsSection() {
     formenv::Frame& panel = ui_.fraControl;
     const bool expand = isCollapsed();
@@ -206,9 +236,7 @@ void Bandscope::ToggleControlsSection() {
     ui_.tdKnGrid.setVisible(expand);
     ui_.lblNumTX.setVisible(expand);
     ui_.lblNumRX.setVisible(expand);
-    layout_.bSizing = true;
-    resize(ui_.userControl.width(), panel.top() + panel.height() + kMargin);
-    layout_.bSizing = false;
+    changeHeight(expand);
     services_.platform.pumpEvents();
     services_.platform.pumpEvents();
     services_.events.ChgHeight(toInteger16(ui_.userControl.height()));

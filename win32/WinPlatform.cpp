@@ -51,6 +51,11 @@ formenv::PixelSize WinPlatform::textSize(std::wstring_view text, const formenv::
 }
 
 void WinPlatform::pumpEvents() {
+    if (pump_.scope() != PumpScope::All) {
+        if (pump_.scope() == PumpScope::OwnWindows)
+            runWindowEvents(owner_);
+        return;
+    }
     MSG message;
     for (int i = 0; i < kMostMessages && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); ++i) {
         if (message.message == WM_QUIT) {
