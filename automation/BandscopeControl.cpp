@@ -26,10 +26,13 @@ constexpr DISPID kChgFreqRange = 3;
 BandscopeControl::BandscopeControl() {
     platform_.setKeeper(static_cast<IOleObject*>(this));
     platform_.setBoxHost(this);
+    // Nothing of the program may run before it has the object: it would make a second one where it waits for the first.
+    const win32::EventPump::Limit creating(platform_.pump(), win32::PumpScope::None);
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
     nameParts(*scope_);
     told_ = scope_->children().userControl.looks();
+    extent_ = naturalExtent();
 }
 
 BandscopeControl::~BandscopeControl() {
@@ -110,7 +113,7 @@ ULONG BandscopeControl::Release() {
 }
 
 void BandscopeControl::ChgGridRange() {
-    if (freezeCount_ == 0)
+    if (!silent_)
         fire(kChgGridRange);
 }
 
@@ -118,13 +121,13 @@ void BandscopeControl::ChgHeight(std::int16_t iHgt) {
     constexpr double kMost = std::numeric_limits<short>::max();
     const double height = std::min(std::round(toHostTwips(iHgt)), kMost);
     const std::array<Variant, 1> arguments{Variant(static_cast<short>(height))};
-    if (freezeCount_ == 0)
+    if (!silent_)
         fire(kChgHeight, arguments);
 }
 
 void BandscopeControl::ChgFreqRange(double dMin, double dMax) {
     const std::array<Variant, 2> arguments{Variant(dMin), Variant(dMax)};
-    if (freezeCount_ == 0)
+    if (!silent_)
         fire(kChgFreqRange, arguments);
 }
 

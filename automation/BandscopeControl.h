@@ -33,7 +33,7 @@ namespace kv::automation {
 // ConnectionPoints, images in ControlPersist, pictures in ControlView); the others stand here, each group implemented
 // in a source file of its own: BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events),
 // ControlOle.cpp (IOleObject), ControlHost.cpp (IOleControl, ambient properties, IQuickActivate), ControlInPlace.cpp
-// (windows and activation), ControlKeys.cpp (keyboard and focus).
+// (windows and activation), ControlSize.cpp (extent and window rectangle), ControlKeys.cpp (keyboard and focus).
 class BandscopeControl final : public DispatchImpl<_kvBandscope>,
                                public ConnectionPointsImpl,
                                public PersistImpl,
@@ -229,6 +229,31 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
         bool isMessage_;
     };
 
+    /// A call of the container's that may show, hide or size the control. The container expects no other part of the
+    /// program to run meanwhile, and no call about the size from inside.
+    class ContainerCall {
+      public:
+        explicit ContainerCall(BandscopeControl& control) noexcept
+            : control_(control),
+              alive_(&control),
+              work_(control),
+              limit_(control.platform_.pump(), win32::PumpScope::OwnWindows) {
+            ++control_.containerCalls_;
+        }
+        ~ContainerCall() {
+            if (--control_.containerCalls_ == 0)
+                control_.askForRoomLater();
+        }
+        ContainerCall(const ContainerCall&) = delete;
+        ContainerCall& operator=(const ContainerCall&) = delete;
+
+      private:
+        BandscopeControl& control_;
+        Microsoft::WRL::ComPtr<IOleObject> alive_;
+        Work work_;
+        win32::EventPump::Limit limit_;
+    };
+
     /// A member that does something: alive through the events it may let run.
     template <class F>
     HRESULT member(F&& body) noexcept {
@@ -256,20 +281,37 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     }
 
     // ControlInPlace.cpp
-    /// The private message by which a size that the container insists on is taken over.
-    static constexpr UINT kAdoptSize = WM_APP + 0x140;
-    /// The one by which the pictures are drawn anew, because their colors or their resolution changed.
+    /// The private message by which the pictures are drawn anew, because their colors or their resolution changed.
     static constexpr UINT kRedraw = WM_APP + 0x141;
-    HRESULT activate(IOleClientSite* site, bool withUi, const MSG* message) noexcept;
-    HRESULT activateInPlace();
-    HRESULT makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epoch);
+    /// What a verb brings along.
+    struct Verb {
+        IOleClientSite* site = nullptr;
+        const MSG* message = nullptr;
+        const RECT* place = nullptr;
+    };
+    HRESULT show(const Verb& verb, bool withUi) noexcept;
+    HRESULT hide(const Verb& verb) noexcept;
+    HRESULT activateInPlace(const Verb& verb, bool hidden);
+    HRESULT makeWindows(IOleInPlaceSite& inPlaceSite, const RECT* verbPlace, unsigned epoch);
     HRESULT activateUi() noexcept;
     void deactivate() noexcept;
     win32::WindowTree& windowTree();
     [[nodiscard]] HWND rootWindow() const noexcept { return windows_ ? windows_->root() : nullptr; }
+
+    // ControlSize.cpp
+    /// The private message by which the control asks the container for room once the container's own call is over.
+    static constexpr UINT kAskForRoom = WM_APP + 0x140;
+    void placeWindow(const RECT& place, const RECT* clip, bool atActivation);
+    void adoptSize(const SIZE& window, bool atActivation);
+    void adoptExtent(const SIZEL& extent);
+    void layOut();
     void followSize(formenv::PixelSize size);
-    void adoptPixelSize(int width, int height);
-    void adoptWindowSize() noexcept;
+    void askForRoomLater() noexcept;
+    void askForRoom() noexcept;
+    void forgetAsking() noexcept;
+    [[nodiscard]] SIZE roomFor(const SIZE& window) const noexcept;
+    [[nodiscard]] SIZEL naturalExtent() const noexcept;
+    [[nodiscard]] LONG pixelsOf(double twips) const noexcept;
 
     /// Twips inside go by the resolution of the control's window, those of the host by that of the whole screen.
     [[nodiscard]] double toHostTwips(double twips) const noexcept {
@@ -319,9 +361,10 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame_;
     Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document_;
     Microsoft::WRL::ComPtr<IOleAdviseHolder> adviseHolder_;
-    int freezeCount_ = 0;
     bool closed_ = false;
-    bool inPlaceActive_ = false;  ///< the site has been told of the activation and not of its end
+    bool silent_ = false;           ///< the container has closed the control or taken its site: it hears no more events
+    bool activatedBefore_ = false;  ///< since the site was set
+    bool inPlaceActive_ = false;    ///< the site has been told of the activation and not of its end
     bool uiActive_ = false;
     bool isActiveObject_ = false;  ///< frame and document have been told
     bool hasFocus_ = false;
@@ -330,9 +373,21 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     HWND lastFocus_ = nullptr;  ///< where the focus was when it left
     unsigned epoch_ = 0;        ///< counts activations and their ends, so that one that was overtaken stops
 
-    bool followingSize_ = false;
-    SIZE given_{};            ///< pixels, by the container
-    bool overruled_ = false;  ///< the control wanted another size than was given
+    // ControlSize.cpp
+    SIZEL extent_{};            ///< as the container set it, or that of its window
+    SIZE given_{};              ///< by the container, pixels; 0 x 0 before it has given a size
+    bool sized_ = false;        ///< the container has given a size that the control can be used in
+    SIZE first_{};              ///< of the window since its activation
+    bool placeholder_ = false;  ///< the first window is too low for any picture, and the extent is the natural one
+    bool wantsHeight_ = false;  ///< the first window is too low to be used
+    bool wantsRoom_ = false;    ///< the container is to be asked for a larger window
+    bool askPosted_ = false;
+    SIZE refused_{-1, -1};  ///< the window's size that the container kept when it was asked
+    SIZE askedAt_{-1, -1};  ///< the window's size when the container was asked last
+    int asked_ = 0;         ///< how often, without another size in between
+    int containerCalls_ = 0;
+    bool followingSize_ =
+        false;  ///< the container is asked about a size that the control is about to lay itself out in
 
     struct Ambient {
         bool userMode = true;

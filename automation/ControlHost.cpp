@@ -34,11 +34,9 @@ HRESULT BandscopeControl::OnMnemonic(MSG* message) {
     return message ? S_OK : E_INVALIDARG;
 }
 
-HRESULT BandscopeControl::FreezeEvents(BOOL freeze) {
-    if (freeze)
-        ++freezeCount_;
-    else if (freezeCount_ > 0)
-        --freezeCount_;
+/// Some containers freeze the events for a load and never thaw them. A control may go on, since the container is the
+/// one that ignores them.
+HRESULT BandscopeControl::FreezeEvents(BOOL /*freeze*/) {
     return S_OK;
 }
 

@@ -3,92 +3,74 @@
 #include <utility>
 
 #include "automation/BandscopeControl.h"
-#include "formenv/Twips.h"
 
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
 
-namespace {
-
-/// Shows what the container leaves of a window at `place`.
-void clipWindow(HWND window, const RECT& place, const RECT* clip) {
-    RECT visible = place;
-    HRGN region = nullptr;
-    // An empty clip comes from containers that do not clip.
-    if (clip && !IsRectEmpty(clip)) {
-        IntersectRect(&visible, &place, clip);
-        if (!EqualRect(&visible, &place)) {
-            if (!IsRectEmpty(&visible))
-                OffsetRect(&visible, -place.left, -place.top);
-            region = CreateRectRgnIndirect(&visible);
-        }
-    }
-    SetWindowRgn(window, region, TRUE);
-}
-
-SIZE sizeOf(const RECT& place) {
-    return {place.right - place.left, place.bottom - place.top};
-}
-
-bool operator==(const SIZE& a, const SIZE& b) {
-    return a.cx == b.cx && a.cy == b.cy;
-}
-
-class Flag {
-  public:
-    explicit Flag(bool& flag) noexcept : flag_(flag), before_(flag) { flag_ = true; }
-    ~Flag() { flag_ = before_; }
-    Flag(const Flag&) = delete;
-    Flag& operator=(const Flag&) = delete;
-
-  private:
-    bool& flag_;
-    bool before_;
-};
-
-}  // namespace
-
-HRESULT BandscopeControl::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
-                                 LPCRECT /*place*/) {
-    const ComPtr<IOleObject> alive(this);
-    const Work work(*this);
-    switch (verb) {
+HRESULT BandscopeControl::DoVerb(LONG number, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
+                                 LPCRECT place) {
+    const ContainerCall call(*this);
+    const Verb verb{site, message, place};
+    switch (number) {
         case OLEIVERB_PRIMARY:
         case OLEIVERB_SHOW:
         case OLEIVERB_INPLACEACTIVATE:
-            return activate(site, false, nullptr);
+            return show(verb, false);
         case OLEIVERB_UIACTIVATE:
-            return activate(site, true, message);
+            return show(verb, true);
         case OLEIVERB_HIDE:
-            deactivate();
-            return S_OK;
+            return hide(verb);
         case OLEIVERB_DISCARDUNDOSTATE:
             return S_OK;
         default:
             break;
     }
     // Neither a window of its own nor property pages; and a number that is nobody's verb stands for the first.
-    if (verb < 0)
+    if (number < 0)
         return E_NOTIMPL;
-    const HRESULT result = activate(site, false, nullptr);
+    const HRESULT result = show(verb, false);
     return FAILED(result) ? result : OLEOBJ_S_INVALIDVERB;
 }
 
-HRESULT BandscopeControl::activate(IOleClientSite* site, bool withUi, const MSG* message) noexcept {
-    if (site && !site_)
-        site_ = site;
-    closed_ = false;
-    HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(); });
-    if (FAILED(result) || !withUi)
+HRESULT BandscopeControl::show(const Verb& verb, bool withUi) noexcept {
+    const bool wasActive = inPlaceActive_;
+    HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(verb, false); });
+    if (FAILED(result))
+        return result;
+    // A verb may have hidden it. The focus stays where it is.
+    if (const HWND root = rootWindow(); root && wasActive)
+        ShowWindow(root, SW_SHOWNA);
+    if (!withUi)
         return result;
     result = activateUi();
     if (SUCCEEDED(result) && uiActive_)
-        takeFocus(message);
+        takeFocus(verb.message);
     return result;
 }
 
-HRESULT BandscopeControl::activateInPlace() {
+/// Containers hide and show a control around each resize and keep its window's handle, so that the control stays
+/// active. As the first verb it makes the window, hidden: containers show it later, by the verb or by its handle.
+HRESULT BandscopeControl::hide(const Verb& verb) noexcept {
+    if (!inPlaceActive_) {
+        if (!activatedBefore_ && !closed_)
+            static_cast<void>(firewall(IID_IOleObject, [&] { return activateInPlace(verb, true); }));
+        return S_OK;
+    }
+    UIDeactivate();
+    const HWND root = rootWindow();
+    if (!root)
+        return S_OK;
+    if (holdsFocus())
+        SetFocus(GetParent(root));
+    if (rootWindow() == root)
+        ShowWindow(root, SW_HIDE);
+    return S_OK;
+}
+
+HRESULT BandscopeControl::activateInPlace(const Verb& verb, bool hidden) {
+    if (verb.site && !site_)
+        site_ = verb.site;
     if (inPlaceActive_)
         return S_OK;
     const unsigned epoch = ++epoch_;
@@ -97,6 +79,8 @@ HRESULT BandscopeControl::activateInPlace() {
     const ComPtr<IOleClientSite> site = site_;
     if (!site)
         return E_UNEXPECTED;
+    closed_ = false;
+    silent_ = false;
     ComPtr<IOleInPlaceSite> inPlaceSite;
     HRESULT result = site.As(&inPlaceSite);
     if (FAILED(result))
@@ -107,6 +91,7 @@ HRESULT BandscopeControl::activateInPlace() {
     if (result != S_OK)
         return FAILED(result) ? result : E_FAIL;
     inPlaceActive_ = true;
+    activatedBefore_ = true;
     inPlaceSite_ = inPlaceSite;
     result = inPlaceSite->OnInPlaceActivate();
     if (overtaken())
@@ -116,20 +101,22 @@ HRESULT BandscopeControl::activateInPlace() {
         inPlaceSite_.Reset();
         return result;
     }
-    result = makeWindows(*inPlaceSite.Get(), epoch);
+    result = makeWindows(*inPlaceSite.Get(), verb.place, epoch);
     if (overtaken())
         return outcome();
     if (FAILED(result)) {
         deactivate();
         return result;
     }
+    if (hidden)
+        return S_OK;
     ShowWindow(rootWindow(), SW_SHOWNA);
     if (!overtaken())
         site->ShowObject();
     return outcome();
 }
 
-HRESULT BandscopeControl::makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epoch) {
+HRESULT BandscopeControl::makeWindows(IOleInPlaceSite& inPlaceSite, const RECT* verbPlace, unsigned epoch) {
     HWND parent = nullptr;
     ComPtr<IOleInPlaceFrame> frame;
     ComPtr<IOleInPlaceUIWindow> document;
@@ -142,20 +129,18 @@ HRESULT BandscopeControl::makeWindows(IOleInPlaceSite& inPlaceSite, unsigned epo
         result = inPlaceSite.GetWindow(&parent);
     if (FAILED(result) || epoch_ != epoch)
         return result;
+    if (IsRectEmpty(&place) && verbPlace)
+        place = *verbPlace;
     win32::WindowTree& tree = windowTree();
     if (!tree.create(parent, place) || epoch_ != epoch)
         return E_FAIL;
     frame_ = frame;
     document_ = document;
     watch_.add(tree.root());
-    clipWindow(tree.root(), place, &clip);
+    forgetAsking();
     adoptInputState();
-    if (epoch_ != epoch)
-        return S_OK;
-    given_ = sizeOf(place);
-    overruled_ = false;
-    // Placing the children lets events run.
-    adoptPixelSize(given_.cx, given_.cy);
+    if (epoch_ == epoch)
+        placeWindow(place, &clip, true);
     return S_OK;
 }
 
@@ -202,73 +187,11 @@ HRESULT BandscopeControl::activateUi() noexcept {
     return stands() ? S_OK : E_ABORT;
 }
 
-void BandscopeControl::adoptPixelSize(int width, int height) {
-    const int dpi = platform_.dpi();
-    scope_->resize(formenv::pixelsToTwips(width, dpi), formenv::pixelsToTwips(height, dpi));
-}
-
-/// The control gave itself another size (its least width, or the panel's collapse): the window follows, and the
-/// container is asked to make room.
-void BandscopeControl::followSize(formenv::PixelSize size) {
-    const HWND root = rootWindow();
-    if (followingSize_ || !root)
-        return;
-    const Flag following(followingSize_);
-    overruled_ = true;
-    RECT place{};
-    GetWindowRect(root, &place);
-    MapWindowPoints(nullptr, GetParent(root), reinterpret_cast<POINT*>(&place), 2);
-    place.right = place.left + size.width;
-    place.bottom = place.top + size.height;
-    SetWindowPos(root, nullptr, 0, 0, size.width, size.height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
-    if (site)
-        site->OnPosRectChange(&place);
-    RECT now{};
-    // The control is in the middle of arranging its children for the size that it wanted: another one comes next.
-    if (rootWindow() && GetClientRect(rootWindow(), &now) && !(sizeOf(now) == SIZE{size.width, size.height}))
-        PostMessageW(rootWindow(), kAdoptSize, 0, 0);
-}
-
-/// The window's size is the container's last word, even below the control's least width: what does not fit is cut off.
-void BandscopeControl::adoptWindowSize() noexcept {
-    static_cast<void>(member([&] {
-        const SIZE size = viewPixels();
-        RECT now{};
-        if (!GetClientRect(rootWindow(), &now) || sizeOf(now) == size)
-            return;
-        const Flag following(followingSize_);
-        adoptPixelSize(now.right, now.bottom);
-    }));
-}
-
-HRESULT BandscopeControl::SetObjectRects(LPCRECT place, LPCRECT clip) {
-    if (!place)
-        return E_POINTER;
-    return member([&] {
-        const HWND root = rootWindow();
-        if (!root)
-            return;
-        const SIZE size = sizeOf(*place);
-        // The same size again after the control asked for another: asking once more would never end.
-        const bool insists = overruled_ && size == given_;
-        given_ = size;
-        overruled_ = false;
-        clipWindow(root, *place, clip);
-        SetWindowPos(root, nullptr, place->left, place->top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
-        if (rootWindow() != root || followingSize_)
-            return;
-        if (insists)
-            adoptWindowSize();
-        else
-            adoptPixelSize(size.cx, size.cy);
-    });
-}
-
 HRESULT BandscopeControl::GetWindow(HWND* window) {
     if (!window)
         return E_POINTER;
-    *window = rootWindow();
+    // While the windows are being destroyed there is none any more.
+    *window = inPlaceActive_ ? rootWindow() : nullptr;
     return *window ? S_OK : E_FAIL;
 }
 

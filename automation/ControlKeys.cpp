@@ -202,8 +202,8 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
         takeFocus(nullptr);
     else if (message == WM_ENABLE && window == rootWindow())
         enabledChanged(wParam != FALSE);
-    else if (message == kAdoptSize && window == rootWindow())
-        adoptWindowSize();
+    else if (message == kAskForRoom && window == rootWindow())
+        askForRoom();
     else if (window == rootWindow() && (message == win32::kDpiChangedAfterParent || message == WM_WINDOWPOSCHANGED))
         followDpi();
     else if (message == kRedraw && window == rootWindow())

@@ -37,7 +37,7 @@ void BandscopeControl::followDpi() noexcept {
 void BandscopeControl::redrawPictures() noexcept {
     redrawPosted_ = nullptr;
     followDpi();
-    adoptWindowSize();
+    layOut();
     const SystemColors now = presentColors();
     if (now != colors_)
         RedrawWindow(rootWindow(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);

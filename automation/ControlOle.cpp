@@ -1,28 +1,16 @@
-// The control as an embedded object: site, size, verbs, life.
+// The control as an embedded object: site, verbs, life.
 #include "automation/BandscopeControl.h"
 
-#include <algorithm>
 #include <cwchar>
 #include <utility>
 
 #include "automation/Enumerator.h"
-#include "formenv/Twips.h"
 
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
 
 namespace {
-
-constexpr double kHimetricPerInch = 2540.0;
-
-LONG twipsToHimetric(double twips) {
-    return static_cast<LONG>(twips * kHimetricPerInch / formenv::kTwipsPerInch + 0.5);
-}
-
-double himetricToTwips(LONG himetric) {
-    return himetric * formenv::kTwipsPerInch / kHimetricPerInch;
-}
 
 /// The caller's, to be freed by CoTaskMemFree; null when there is no memory.
 LPOLESTR taskText(const wchar_t* text) noexcept {
@@ -63,6 +51,13 @@ HRESULT BandscopeControl::SetClientSite(IOleClientSite* site) {
     // The one before may call back when it is let go.
     const ComPtr<IOleClientSite> before = std::move(site_);
     site_ = site;
+    silent_ = !site;
+    activatedBefore_ = false;
+    if (site)
+        return S_OK;
+    // Some containers end with this call: they neither close the control nor take their sink back.
+    scope_->closeMouseInfo();
+    forgetViewSink();
     return S_OK;
 }
 
@@ -75,6 +70,7 @@ HRESULT BandscopeControl::Close(DWORD /*saveOption*/) {
     const ComPtr<IOleObject> alive(this);
     deactivate();
     scope_->closeMouseInfo();
+    silent_ = true;
     if (closed_)
         return S_OK;
     closed_ = true;
@@ -123,53 +119,8 @@ HRESULT BandscopeControl::GetUserType(DWORD /*form*/, LPOLESTR* type) {
     return *type ? S_OK : E_OUTOFMEMORY;
 }
 
-SIZEL BandscopeControl::viewExtent() {
-    const formenv::Widget& control = scope_->children().userControl;
-    return {twipsToHimetric(toHostTwips(control.width())), twipsToHimetric(toHostTwips(control.height()))};
-}
-
-SIZE BandscopeControl::viewPixels() {
-    const formenv::Widget& control = scope_->children().userControl;
-    return {formenv::twipsToPixels(control.width(), platform_.dpi()),
-            formenv::twipsToPixels(control.height(), platform_.dpi())};
-}
-
-SIZE BandscopeControl::viewStartPixels() {
-    return {formenv::twipsToPixels(scope_->MinWid(), platform_.dpi()),
-            formenv::twipsToPixels(scope_->MinHgt(), platform_.dpi())};
-}
-
-SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
-    const SIZEL start{twipsToHimetric(toHostTwips(scope_->MinWid())), twipsToHimetric(toHostTwips(scope_->MinHgt()))};
-    return proposed ? SIZEL{std::max(proposed->cx, start.cx), std::max<LONG>(proposed->cy, 0)} : start;
-}
-
 void BandscopeControl::paintView(HDC dc, const RECT& bounds) {
     windowTree().paint(dc, bounds);
-}
-
-HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
-    if (aspect != DVASPECT_CONTENT)
-        return DV_E_DVASPECT;
-    if (!size)
-        return E_POINTER;
-    if (size->cx < 0 || size->cy < 0)
-        return E_INVALIDARG;
-    // While windows stand, their size is set by SetObjectRects, in pixels; an extent then only repeats it, rounded.
-    if (rootWindow())
-        return S_OK;
-    return member(
-        [&] { scope_->resize(fromHostTwips(himetricToTwips(size->cx)), fromHostTwips(himetricToTwips(size->cy))); });
-}
-
-HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {
-    if (!size)
-        return E_POINTER;
-    *size = SIZEL{};
-    if (aspect != DVASPECT_CONTENT)
-        return DV_E_DVASPECT;
-    *size = viewExtent();
-    return S_OK;
 }
 
 HRESULT BandscopeControl::Advise(IAdviseSink* sink, DWORD* connection) {

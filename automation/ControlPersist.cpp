@@ -102,21 +102,24 @@ HRESULT PersistImpl::GetClassID(CLSID* clsid) {
     return S_OK;
 }
 
-HRESULT PersistImpl::InitNew() {
-    if (initialised_)
+HRESULT PersistImpl::begin(Origin origin) noexcept {
+    if (origin_ != Origin::None && origin_ != origin)
         return E_UNEXPECTED;
-    initialised_ = true;
+    origin_ = origin;
     return S_OK;
+}
+
+HRESULT PersistImpl::InitNew() {
+    return begin(Origin::New);
 }
 
 HRESULT PersistImpl::Load(IStream* stream) {
     if (!stream)
         return E_POINTER;
-    if (initialised_)
+    if (origin_ == Origin::New)
         return E_UNEXPECTED;
     const HRESULT result = readImage(*stream);
-    initialised_ = SUCCEEDED(result);
-    return result;
+    return FAILED(result) ? result : begin(Origin::Loaded);
 }
 
 HRESULT PersistImpl::Save(IStream* stream, BOOL /*clearDirty*/) {
@@ -133,9 +136,9 @@ HRESULT PersistImpl::GetSizeMax(ULARGE_INTEGER* size) {
 HRESULT PersistImpl::InitNew(IStorage* storage) {
     if (!storage)
         return E_POINTER;
-    if (initialised_)
+    if (origin_ != Origin::None)
         return CO_E_ALREADYINITIALIZED;
-    initialised_ = true;
+    origin_ = Origin::New;
     turn_ = Turn::Scribble;
     return S_OK;
 }
@@ -143,7 +146,7 @@ HRESULT PersistImpl::InitNew(IStorage* storage) {
 HRESULT PersistImpl::Load(IStorage* storage) {
     if (!storage)
         return E_POINTER;
-    if (initialised_)
+    if (origin_ != Origin::None)
         return CO_E_ALREADYINITIALIZED;
     ComPtr<IStream> stream;
     HRESULT result = storage->OpenStream(kStreamName, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream);
@@ -153,7 +156,7 @@ HRESULT PersistImpl::Load(IStorage* storage) {
         result = S_OK;
     if (FAILED(result))
         return result;
-    initialised_ = true;
+    origin_ = Origin::Loaded;
     turn_ = Turn::Scribble;
     return S_OK;
 }
@@ -192,7 +195,7 @@ HRESULT PersistImpl::HandsOffStorage() {
 HRESULT PersistImpl::Load(IPropertyBag* bag, IErrorLog* errors) {
     if (!bag)
         return E_POINTER;
-    if (initialised_)
+    if (origin_ == Origin::New)
         return E_UNEXPECTED;
     Variant version;
     // A bag that does not have the property is one that an earlier control, or a person, filled.
@@ -201,8 +204,7 @@ HRESULT PersistImpl::Load(IPropertyBag* bag, IErrorLog* errors) {
         tellLog(errors, STG_E_INVALIDHEADER);
         return STG_E_INVALIDHEADER;
     }
-    initialised_ = true;
-    return S_OK;
+    return begin(Origin::Loaded);
 }
 
 HRESULT PersistImpl::Save(IPropertyBag* bag, BOOL /*clearDirty*/, BOOL /*saveAll*/) {

@@ -22,7 +22,9 @@ class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IP
     // IPersist
     HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override;
 
-    // All three. A control is made new or loaded once; a host that does neither has a new one.
+    // All three. A control is made new or loaded; a host that does neither has a new one. A container may do the same
+    // again at any time, as some do with each new site: there are no settings to set back, and channels and pictures
+    // belong to the running host. Only the other one of the two is refused.
     HRESULT STDMETHODCALLTYPE IsDirty() override { return S_FALSE; }
     HRESULT STDMETHODCALLTYPE InitNew() override;
 
@@ -31,7 +33,8 @@ class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IP
     HRESULT STDMETHODCALLTYPE Save(IStream* stream, BOOL clearDirty) override;
     HRESULT STDMETHODCALLTYPE GetSizeMax(ULARGE_INTEGER* size) override;
 
-    // IPersistStorage. The storage is used during the calls only, but its turns are kept all the same.
+    // IPersistStorage. The storage is used during the calls only, but its turns are kept all the same. Here a second
+    // beginning is an error of its own.
     HRESULT STDMETHODCALLTYPE InitNew(IStorage* storage) override;
     HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override;
     HRESULT STDMETHODCALLTYPE Save(IStorage* storage, BOOL sameAsLoad) override;
@@ -52,7 +55,12 @@ class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IP
     /// What the container may do next with the storage.
     enum class Turn { None, Scribble, NoScribble, HandsOff };
 
-    bool initialised_ = false;
+    enum class Origin { None, New, Loaded };
+
+    /// E_UNEXPECTED when the control has the other origin.
+    [[nodiscard]] HRESULT begin(Origin origin) noexcept;
+
+    Origin origin_ = Origin::None;
     Turn turn_ = Turn::None;
 };
 

@@ -175,6 +175,11 @@ void ViewImpl::tellViewSink() noexcept {
     sink->OnViewChange(aspects, -1);
 }
 
+void ViewImpl::forgetViewSink() noexcept {
+    // The sink may call back when it is released.
+    const ComPtr<IAdviseSink> before = std::move(viewSink_);
+}
+
 void ViewImpl::tellViewChanged() noexcept {
     const ComPtr<IDataObject> alive(this);
     tellViewSink();

@@ -53,6 +53,7 @@ class ViewImpl : public IViewObjectEx, public IDataObject {
 
     /// Tells everybody who asked for it that the picture has changed. The container may do anything meanwhile.
     void tellViewChanged() noexcept;
+    void forgetViewSink() noexcept;
     /// For those who want the data once more when there is to be none any longer.
     void tellDataEnds() noexcept;
 

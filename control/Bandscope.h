@@ -125,7 +125,10 @@ class Bandscope {
     void ToggleControlsSection();
     /// True while the panel is the strip that a right-click leaves of it.
     [[nodiscard]] bool isCollapsed() const noexcept;
-    /// True while the panel changes the control's height by itself.
+    /// The least height of the control that leaves room for a spectrum, with the panel collapsed or expanded; twips.
+    [[nodiscard]] double leastHeight(bool collapsed) const noexcept;
+    /// True while the panel changes the control's height by itself. The control's peer may then move it to another
+    /// height, in which it lays itself out.
     [[nodiscard]] bool bSizing() const noexcept { return layout_.bSizing; }
     /// The container is done with the control: the report window goes, without a question.
     void closeMouseInfo() noexcept;
@@ -244,6 +247,7 @@ class Bandscope {
     void fraControl_MouseMove(double x, double y);
     void placeChildren(std::uint64_t generation, std::int16_t& flag);
     bool yieldedTo(std::uint64_t generation);
+    void changeHeight(bool expand);
 
     // MouseInfo.cpp
     void picSpectrum_MouseMove(int button, int shift, double x, double y);
@@ -329,6 +333,7 @@ class Bandscope {
         std::int16_t nMinWid = 0;
         std::int16_t nMinHgt = 0;
         bool bSizing = false;
+        bool bKeptHeight = false;  ///< the panel collapsed, and the container did not change the control's height
         double dLblHalfWid = 300.0;
         std::uint64_t generation = 0;  ///< counts resizes, so that an overtaken one stops
     };

@@ -132,9 +132,16 @@ void Bandscope::arrangePanel() {
 void Bandscope::resize(double width, double height) {
     std::int16_t flag = 100;
     noted(L"UserControl_Resize", flag, [&] {
+        if (height != ui_.userControl.height())
+            layout_.bKeptHeight = false;
         ui_.userControl.move({ui_.userControl.left(), ui_.userControl.top(), width, height});
         UserControl_Resize(flag);
     });
+}
+
+double Bandscope::leastHeight(bool collapsed) const noexcept {
+    return kMargin + (collapsed ? kCollapsedHeight : layout_.nCtlFullHgt) + kMargin + kUnitsTop +
+           kUnitsBottomAllowance + kSpectrumTop + kSpectrumBottomAllowance;
 }
 
 void Bandscope::UserControl_Resize(std::int16_t& flag) {
@@ -199,6 +206,30 @@ bool Bandscope::isCollapsed() const noexcept {
     return ui_.fraControl.height() <= kCollapsedHeight;
 }
 
+/// Adjusts the control's height to the panel's. Where the container keeps the control's height, the picture takes the
+/// room of the panel or gives it back. It is drawn again, because the host is told of no new size and would not do it.
+void Bandscope::changeHeight(bool expand) {
+    formenv::Widget& control = ui_.userControl;
+    const formenv::Frame& panel = ui_.fraControl;
+    bool kept = expand && layout_.bKeptHeight;
+    {
+        const util::Raised sizing(layout_.bSizing);
+        std::int16_t flag = 100;
+        noted(L"UserControl_Resize", flag, [&] {
+            if (!kept) {
+                const double wanted = panel.top() + panel.height() + kMargin;
+                control.setHeight(wanted);
+                kept = control.height() != wanted;
+            }
+            layout_.bSizing = !kept;
+            UserControl_Resize(flag);
+        });
+    }
+    layout_.bKeptHeight = kept && !expand;
+    if (kept)
+        JustDrawIt();
+}
+
 void Bandscope::ToggleControlsSection() {
     std::int16_t flag = 100;
     reported(L"ToggleControlsSection", L"", flag, [&] { toggleControlsSection(flag); });
@@ -221,10 +252,7 @@ void Bandscope::toggleControlsSection(std::int16_t& flag) {
     ui_.lblNumTX.setVisible(expand);
     ui_.lblNumRX.setVisible(expand);
     flag = 300;
-    {
-        const util::Raised sizing(layout_.bSizing);
-        resize(ui_.userControl.width(), panel.top() + panel.height() + kMargin);
-    }
+    changeHeight(expand);
     flag = 400;
     services_.platform.pumpEvents();
     ui_.userControl.update();

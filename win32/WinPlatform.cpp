@@ -95,7 +95,10 @@ formenv::PixelSize WinPlatform::textSize(std::wstring_view text, const formenv::
 }
 
 void WinPlatform::pumpEvents() {
-    runPendingEvents();
+    if (pump_.scope() == PumpScope::All)
+        runPendingEvents();
+    else if (pump_.scope() == PumpScope::OwnWindows)
+        runWindowEvents(owner_);
 }
 
 bool WinPlatform::hasUser() const noexcept {

@@ -11,6 +11,7 @@
 
 #include "formenv/HatchTiles.h"
 #include "formenv/Platform.h"
+#include "win32/EventPump.h"
 #include "win32/Gdi.h"
 #include "win32/WinBitmaps.h"
 #include "win32/WinDesktop.h"
@@ -73,6 +74,8 @@ class WinPlatform final : public formenv::Platform {
     /// form is loaded; must live as long as the forms.
     void setKeeper(IUnknown* keeper) noexcept { keeper_ = keeper; }
     [[nodiscard]] FontCache& fonts() noexcept { return fonts_; }
+    /// For limits to what `pumpEvents` handles.
+    [[nodiscard]] EventPump& pump() noexcept { return pump_; }
 
   private:
     int hostDpi_;
@@ -81,6 +84,7 @@ class WinPlatform final : public formenv::Platform {
     formenv::HatchTiles tiles_;
     WinDesktop desktop_;
     WinBitmaps bitmaps_;
+    EventPump pump_;
     HWND owner_ = nullptr;
     IUnknown* keeper_ = nullptr;
     BoxHost* boxHost_ = nullptr;

@@ -222,24 +222,17 @@ TEST_F(ContainerInput, TheReadOutsFollowTheMouse) {
     EXPECT_TRUE(isShown(label(expected)));
 }
 
-TEST_F(ContainerInput, FrozenEventsAreNotHeard) {
+TEST_F(ContainerInput, AFreezeMutesNothingForGood) {
     const auto control = container.as<IOleControl>();
     EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
     EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
     choose(0);
-    EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
-    choose(1);
-    EXPECT_TRUE(sink->heard.empty());
-    EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
-    EXPECT_TRUE(sink->heard.empty());
-    choose(2);
-    EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange));
+    EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange)) << "some containers never thaw";
     // More thaws than freezes do no harm.
-    EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
-    EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
-    choose(0);
-    EXPECT_EQ(sink->heard.size(), 1U);
-    EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
+    choose(2);
+    EXPECT_EQ(sink->heard.size(), 2U);
 }
 
 TEST_F(ContainerInput, AFailingSinkDoesNotStopTheOthers) {

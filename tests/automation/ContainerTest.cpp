@@ -132,12 +132,14 @@ TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
     expectLayout(720, 400);
 }
 
-TEST_F(ContainerTest, IsWidenedAlsoWhenTheHostDoesNotAnswer) {
-    container.resize(300, 410);
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 1);
-    EXPECT_EQ(container.size().cx, 720);
-    EXPECT_EQ(container.size().cy, 410);
-    expectLayout(720, 410);
+TEST_F(ContainerTest, IsCutOffWhenTheHostDoesNotAnswer) {
+    for (int round = 0; round < 2; ++round) {
+        container.resize(300, 410);
+        EXPECT_EQ(container.site->count("OnPosRectChange"), 1);
+        EXPECT_EQ(container.size().cx, 300);
+        EXPECT_EQ(container.size().cy, 410);
+        expectLayout(720, 410);
+    }
 }
 
 TEST_F(ContainerTest, AcceptsALowerHeight) {
@@ -170,11 +172,27 @@ TEST_F(ContainerTest, TellsItsSizeToTheHost) {
     EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &extent), S_OK);
     EXPECT_EQ(extent.cx, 720 * 2540 / 96);
     EXPECT_EQ(extent.cy, 480 * 2540 / 96);
-    // An active control's size is set in pixels; an extent repeats it, rounded, and must not move anything.
-    extent.cx += 500;
+    // A container sets the extent, reads it back, and then places the window for it.
+    extent = {(800 * 2540 + 48) / 96, (500 * 2540 + 48) / 96};
+    SIZEL taken{};
     EXPECT_EQ(container.as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &extent), S_OK);
-    EXPECT_EQ(container.size().cx, 720);
+    EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &taken), S_OK);
+    EXPECT_EQ(taken.cx, extent.cx);
+    EXPECT_EQ(taken.cy, extent.cy);
+    EXPECT_EQ(container.size().cx, 720) << "only a rectangle moves the window";
     expectLayout(720, 480);
+    container.resize(800, 500);
+    expectLayout(800, 500);
+    EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &taken), S_OK);
+    EXPECT_EQ(taken.cx, extent.cx);
+    EXPECT_EQ(taken.cy, extent.cy);
+    // Whatever was set, the next rectangle decides.
+    extent = {5000, 5000};
+    EXPECT_EQ(container.as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &extent), S_OK);
+    container.resize(720, 480);
+    EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &taken), S_OK);
+    EXPECT_EQ(taken.cx, 720 * 2540 / 96);
+    EXPECT_EQ(taken.cy, 480 * 2540 / 96);
 }
 
 TEST_F(ContainerTest, ShowsOnlyWhatTheContainerLeavesOfIt) {

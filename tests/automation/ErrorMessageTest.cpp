@@ -112,6 +112,10 @@ TEST_F(InstalledErrorReport, HandlerOfTheHostsThatFailsIsNoErrorOfOurs) {
 
 TEST_F(InstalledErrorReport, ErrorInsideAHandlerOfTheHostsIsReportedAndTheEventEnds) {
     activate();
+    // Where the container grants the lower height, nothing else is drawn.
+    container.site->onPosRectChange = [this](const RECT& wanted) {
+        EXPECT_EQ(container.as<IOleInPlaceObject>()->SetObjectRects(&wanted, &wanted), S_OK);
+    };
     fail(1, L"dFreq");
     const ComPtr<EventSink> sink(new EventSink);
     sink->onEvent = [this](DISPID) { EXPECT_FALSE(rescale()); };

@@ -180,7 +180,7 @@ class ExportWindow : public testing::Test {
   protected:
     ExportWindow() {
         container.activate();
-        container.resize(700, 460);
+        container.resize(740, 460);
         container.addTx({.freq = 450.0, .bw = 5000.0, .power = 2.0, .key = L"TX1", .color = 0x000000FF});
         EXPECT_TRUE(container.draw());
         pump();

@@ -169,11 +169,39 @@ TEST(Persist, OddStreamsAreSurvived) {
     EXPECT_EQ(odd->references(), 1U);
 }
 
-TEST(Persist, AControlIsMadeOnce) {
+class Bag final : public Counted<IPropertyBag, IErrorLog> {
+  public:
+    std::map<std::wstring, Var> values;
+    std::vector<std::wstring> errors;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
+        const auto found = values.find(name);
+        return found == values.end() ? E_INVALIDARG : VariantCopy(value, &found->second);
+    }
+    HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) override {
+        return VariantCopy(&values[name], value);
+    }
+    HRESULT STDMETHODCALLTYPE AddError(LPCOLESTR name, EXCEPINFO* info) override {
+        EXPECT_TRUE(info->bstrDescription);
+        errors.emplace_back(name);
+        return S_OK;
+    }
+};
+
+TEST(Persist, AControlIsMadeNewOrLoadedAndMayBeSoAgain) {
     const auto stream = fresh<IPersistStreamInit>();
     EXPECT_EQ(stream->InitNew(), S_OK);
-    EXPECT_EQ(stream->InitNew(), E_UNEXPECTED);
+    EXPECT_EQ(stream->InitNew(), S_OK);
     EXPECT_EQ(stream->Load(streamOf(kImage).Get()), E_UNEXPECTED);
+    const ComPtr<Bag> bag(new Bag);
+    ComPtr<IPersistPropertyBag> fromBag;
+    ASSERT_EQ(stream.As(&fromBag), S_OK);
+    EXPECT_EQ(fromBag->InitNew(), S_OK);
+    EXPECT_EQ(fromBag->Load(bag.Get(), nullptr), E_UNEXPECTED);
     ComPtr<IPersistStorage> storage;
     ASSERT_EQ(stream.As(&storage), S_OK);
     EXPECT_EQ(storage->InitNew(newStorage().Get()), CO_E_ALREADYINITIALIZED);
@@ -181,6 +209,12 @@ TEST(Persist, AControlIsMadeOnce) {
     const auto loaded = fresh<IPersistStreamInit>();
     EXPECT_EQ(loaded->Load(streamOf(kImage).Get()), S_OK);
     EXPECT_EQ(loaded->InitNew(), E_UNEXPECTED);
+    EXPECT_EQ(loaded->Load(streamOf(kImage).Get()), S_OK);
+    EXPECT_EQ(loaded->Load(streamOf({'?'}).Get()), STG_E_INVALIDHEADER) << "and is what it was";
+    EXPECT_EQ(loaded->Load(streamOf(kImage).Get()), S_OK);
+    EXPECT_EQ(loaded->IsDirty(), S_FALSE);
+    ASSERT_EQ(loaded.As(&fromBag), S_OK);
+    EXPECT_EQ(fromBag->Load(bag.Get(), nullptr), S_OK);
 }
 
 TEST(Persist, AStorageKeepsItsTurns) {
@@ -221,29 +255,6 @@ TEST(Persist, AStorageWithAnotherStreamIsRefused) {
     EXPECT_EQ(persist->Load(storage.Get()), STG_E_INVALIDHEADER);
     EXPECT_EQ(persist->InitNew(storage.Get()), S_OK);
 }
-
-class Bag final : public Counted<IPropertyBag, IErrorLog> {
-  public:
-    std::map<std::wstring, Var> values;
-    std::vector<std::wstring> errors;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
-        *object = nullptr;
-        return E_NOINTERFACE;
-    }
-    HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
-        const auto found = values.find(name);
-        return found == values.end() ? E_INVALIDARG : VariantCopy(value, &found->second);
-    }
-    HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) override {
-        return VariantCopy(&values[name], value);
-    }
-    HRESULT STDMETHODCALLTYPE AddError(LPCOLESTR name, EXCEPINFO* info) override {
-        EXPECT_TRUE(info->bstrDescription);
-        errors.emplace_back(name);
-        return S_OK;
-    }
-};
 
 TEST(Persist, APropertyBagHoldsAVersion) {
     const ComPtr<Bag> bag(new Bag);

@@ -93,7 +93,7 @@ HRESULT RecordedSite::QueryInterface(REFIID iid, void** object) {
         return offer<IOleInPlaceSite>(this, object);
     if (iid == IID_IOleControlSite)
         return offer<IOleControlSite>(this, object);
-    if (iid == IID_IDispatch)
+    if (iid == IID_IDispatch && hasAmbients)
         return offer<IDispatch>(this, object);
     *object = nullptr;
     return E_NOINTERFACE;
@@ -110,26 +110,24 @@ HRESULT RecordedSite::GetContainer(IOleContainer** container) {
 }
 
 HRESULT RecordedSite::GetWindow(HWND* window) {
-    *window = window_;
+    *window = hasWindow ? window_ : nullptr;
     return log_.note("GetWindow");
 }
 
 HRESULT RecordedSite::GetWindowContext(IOleInPlaceFrame** frameOut, IOleInPlaceUIWindow** documentOut, LPRECT placeOut,
-                                       LPRECT clip, LPOLEINPLACEFRAMEINFO info) {
+                                       LPRECT clipOut, LPOLEINPLACEFRAMEINFO info) {
     *frameOut = nullptr;
     *documentOut = nullptr;
     const HRESULT answer = log_.note("GetWindowContext");
     if (FAILED(answer))
         return answer;
     *placeOut = place;
-    *clip = place;
+    *clipOut = clip.value_or(place);
     info->hwndFrame = window_;
     // Either may be missing.
     if (frame)
         frame.CopyTo(frameOut);
-    if (document)
-        document.CopyTo(documentOut);
-    return S_OK;
+    return hasDocument && document ? document.CopyTo(documentOut) : answer;
 }
 
 HRESULT RecordedSite::OnPosRectChange(LPCRECT wanted) {

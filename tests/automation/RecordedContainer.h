@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -73,7 +74,14 @@ class RecordedSite final : public Counted<IOleClientSite, IOleInPlaceSite, IOleC
   public:
     RecordedSite(CallLog& log, HWND window);
 
+    /// The window that the control goes into when it is activated next.
+    void moveTo(HWND window) { window_ = window; }
+
     RECT place{};
+    std::optional<RECT> clip;  ///< instead of the place itself
+    bool hasWindow = true;     ///< its window can be gone before the control
+    bool hasDocument = true;
+    bool hasAmbients = true;
     std::map<DISPID, Var> ambient;
     std::function<void(const RECT&)> onPosRectChange;
     ComPtr<RecordedFrame> frame;
@@ -93,7 +101,7 @@ class RecordedSite final : public Counted<IOleClientSite, IOleInPlaceSite, IOleC
     HRESULT STDMETHODCALLTYPE OnInPlaceActivate() override { return log_.note("OnInPlaceActivate"); }
     HRESULT STDMETHODCALLTYPE OnUIActivate() override { return log_.note("OnUIActivate"); }
     HRESULT STDMETHODCALLTYPE GetWindowContext(IOleInPlaceFrame** frameOut, IOleInPlaceUIWindow** documentOut,
-                                               LPRECT placeOut, LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
+                                               LPRECT placeOut, LPRECT clipOut, LPOLEINPLACEFRAMEINFO info) override;
     HRESULT STDMETHODCALLTYPE Scroll(SIZE) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE OnUIDeactivate(BOOL) override { return log_.note("OnUIDeactivate"); }
     HRESULT STDMETHODCALLTYPE OnInPlaceDeactivate() override { return log_.note("OnInPlaceDeactivate"); }

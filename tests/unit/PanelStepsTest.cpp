@@ -37,7 +37,7 @@ TEST_F(PanelStepsTest, ResizeNamesTheStepThatFailed) {
 
 TEST_F(PanelStepsTest, ToggleNamesTheStepThatFailed) {
     const double full = ui.userControl.height();
-    // Two yields of the resize, which reports for itself, come first.
+    // The yields of the resize, which reports for itself, come first.
     failAtYield(5);
     scope.ToggleControlsSection();
     platform.onPump = nullptr;

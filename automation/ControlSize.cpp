@@ -1,0 +1,265 @@
+// The size of the control: the extent that the container sets, the rectangle of the window, and the layout, which is
+// never narrower than the control's least width. docs/design.md tells how they depend on each other.
+#include <algorithm>
+
+#include "automation/BandscopeControl.h"
+#include "automation/Extent.h"
+#include "formenv/Twips.h"
+
+namespace kv::automation {
+
+using Microsoft::WRL::ComPtr;
+
+namespace {
+
+/// How often the control asks about the same size again. A container that gives the room and takes it back each time
+/// must not keep both of them busy forever.
+constexpr int kMostAsks = 8;
+
+/// Shows what the container leaves of a window at `place`.
+void clipWindow(HWND window, const RECT& place, const RECT* clip) {
+    RECT visible = place;
+    HRGN region = nullptr;
+    // An empty clip comes from containers that do not clip.
+    if (clip && !IsRectEmpty(clip)) {
+        IntersectRect(&visible, &place, clip);
+        if (!EqualRect(&visible, &place)) {
+            if (!IsRectEmpty(&visible))
+                OffsetRect(&visible, -place.left, -place.top);
+            region = CreateRectRgnIndirect(&visible);
+        }
+    }
+    SetWindowRgn(window, region, TRUE);
+}
+
+bool operator==(const SIZE& a, const SIZE& b) {
+    return a.cx == b.cx && a.cy == b.cy;
+}
+
+SIZE sizeOf(const RECT& place) {
+    return {std::max<LONG>(place.right - place.left, 0), std::max<LONG>(place.bottom - place.top, 0)};
+}
+
+SIZE sizeOf(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return {client.right, client.bottom};
+}
+
+bool isEmpty(const SIZE& size) {
+    return size.cx <= 0 || size.cy <= 0;
+}
+
+RECT placeInParent(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+class Flag {
+  public:
+    explicit Flag(bool& flag) noexcept : flag_(flag), before_(flag) { flag_ = true; }
+    ~Flag() { flag_ = before_; }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+  private:
+    bool& flag_;
+    bool before_;
+};
+
+}  // namespace
+
+LONG BandscopeControl::pixelsOf(double twips) const noexcept {
+    return formenv::twipsToPixels(twips, platform_.dpi());
+}
+
+SIZEL BandscopeControl::naturalExtent() const noexcept {
+    return {twipsToHimetric(toHostTwips(scope_->MinWid())), twipsToHimetric(toHostTwips(scope_->MinHgt()))};
+}
+
+SIZE BandscopeControl::viewStartPixels() {
+    return {pixelsOf(scope_->MinWid()), pixelsOf(scope_->MinHgt())};
+}
+
+SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
+    const SIZEL natural = naturalExtent();
+    return proposed ? SIZEL{std::max(proposed->cx, natural.cx), std::max<LONG>(proposed->cy, 0)} : natural;
+}
+
+/// What the container's rectangle leaves of the layout, as in the window.
+SIZE BandscopeControl::viewPixels() {
+    const formenv::Widget& control = scope_->children().userControl;
+    const SIZE layout{pixelsOf(control.width()), pixelsOf(control.height())};
+    return {given_.cx > 0 ? std::min(given_.cx, layout.cx) : layout.cx,
+            given_.cy > 0 ? std::min(given_.cy, layout.cy) : layout.cy};
+}
+
+/// A picture has a size, also while the container tries out an extent of 0.
+SIZEL BandscopeControl::viewExtent() {
+    return isEmpty(extent_) ? extentOf(viewPixels(), platform_.hostDpi(), extent_) : extent_;
+}
+
+HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {
+    if (!size)
+        return E_POINTER;
+    *size = SIZEL{};
+    if (aspect != DVASPECT_CONTENT)
+        return DV_E_DVASPECT;
+    *size = extent_;
+    return S_OK;
+}
+
+HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
+    if (aspect != DVASPECT_CONTENT)
+        return DV_E_DVASPECT;
+    if (!size)
+        return E_POINTER;
+    if (size->cx < 0 || size->cy < 0)
+        return E_INVALIDARG;
+    const ContainerCall call(*this);
+    return firewall(IID_IOleObject, [&] { adoptExtent(*size); });
+}
+
+/// A window keeps its size, which only SetObjectRects changes: containers also set an extent to try it out.
+void BandscopeControl::adoptExtent(const SIZEL& extent) {
+    const SIZE pixels = himetricToPixels(extent, platform_.hostDpi());
+    extent_ = extent;
+    placeholder_ = false;
+    sized_ = sized_ || pixels.cy >= pixelsOf(scope_->leastHeight(false));
+    if (rootWindow())
+        return;
+    given_ = pixels;
+    if (!isEmpty(extent))
+        scope_->resize(fromHostTwips(himetricToTwips(extent.cx)), fromHostTwips(himetricToTwips(extent.cy)));
+}
+
+HRESULT BandscopeControl::SetObjectRects(LPCRECT place, LPCRECT clip) {
+    if (!place)
+        return E_POINTER;
+    const ContainerCall call(*this);
+    // Containers treat any other result as a failure of their own resize.
+    static_cast<void>(firewall(IID_IOleInPlaceObject, [&] { placeWindow(*place, clip, false); }));
+    return S_OK;
+}
+
+void BandscopeControl::placeWindow(const RECT& place, const RECT* clip, bool atActivation) {
+    const HWND root = rootWindow();
+    if (!root)
+        return;
+    const SIZE size = sizeOf(place);
+    clipWindow(root, place, clip);
+    SetWindowPos(root, nullptr, place.left, place.top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
+    // The container may have placed the window again when it heard of the new place.
+    if (rootWindow() == root)
+        adoptSize(sizeOf(root), atActivation);
+}
+
+/// The window has another size, or its first one, or the container repeats that.
+void BandscopeControl::adoptSize(const SIZE& window, bool atActivation) {
+    if (atActivation)
+        first_ = window;
+    const bool isFirst = !sized_ && window == first_;
+    placeholder_ = isFirst && (atActivation || placeholder_) && window.cy < pixelsOf(scope_->leastHeight(true));
+    wantsHeight_ =
+        isFirst && (atActivation || wantsHeight_) && window.cy < pixelsOf(scope_->leastHeight(scope_->isCollapsed()));
+    sized_ = sized_ || window.cy >= pixelsOf(scope_->leastHeight(false));
+    given_ = placeholder_ ? SIZE{} : window;
+    extent_ = placeholder_ ? naturalExtent() : extentOf(window, platform_.hostDpi(), extent_);
+    layOut();
+    const bool isCut = !isEmpty(given_) && pixelsOf(scope_->children().userControl.width()) > given_.cx;
+    wantsRoom_ = wantsHeight_ || isCut;
+}
+
+/// Arranges the control for the size that the container gave. Without room for a pixel it stays as it is.
+void BandscopeControl::layOut() {
+    if (followingSize_)
+        return;
+    if (placeholder_)
+        scope_->resize(scope_->MinWid(), scope_->MinHgt());
+    else if (!isEmpty(given_))
+        scope_->resize(formenv::pixelsToTwips(given_.cx, platform_.dpi()),
+                       formenv::pixelsToTwips(given_.cy, platform_.dpi()));
+}
+
+/// The control gave itself another size. For the height of a collapsed or expanded panel the container is asked at
+/// once, and the control is laid out in what the container makes of it. A layout that is wider than the window is cut
+/// off, and the container is asked when its own call is over.
+void BandscopeControl::followSize(formenv::PixelSize size) {
+    const HWND root = rootWindow();
+    if (!root || !scope_->bSizing())
+        return;
+    const SIZE before = sizeOf(root);
+    const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
+    if (size.height == before.cy)
+        return;
+    if (containerCalls_ == 0 && site) {
+        const Flag following(followingSize_);
+        RECT place = placeInParent(root);
+        place.bottom = place.top + size.height;
+        site->OnPosRectChange(&place);
+    }
+    if (rootWindow() != root)
+        return;
+    const SIZE now = sizeOf(root);
+    formenv::Widget& control = scope_->children().userControl;
+    formenv::Place place = control.place();
+    if (now.cx != before.cx)
+        place.width = formenv::pixelsToTwips(now.cx, platform_.dpi());
+    if (now.cy != size.height)
+        place.height = formenv::pixelsToTwips(now.cy, platform_.dpi());
+    control.move(place);
+}
+
+void BandscopeControl::askForRoomLater() noexcept {
+    const HWND root = rootWindow();
+    if (wantsRoom_ && !askPosted_ && root)
+        askPosted_ = PostMessageW(root, kAskForRoom, 0, 0) != FALSE;
+}
+
+void BandscopeControl::forgetAsking() noexcept {
+    wantsRoom_ = false;
+    askPosted_ = false;
+    refused_ = SIZE{-1, -1};
+    askedAt_ = SIZE{-1, -1};
+}
+
+/// The size that the control asks for in place of the window's.
+SIZE BandscopeControl::roomFor(const SIZE& window) const noexcept {
+    return {std::max(window.cx, pixelsOf(scope_->MinWid())), wantsHeight_ ? pixelsOf(scope_->MinHgt()) : window.cy};
+}
+
+void BandscopeControl::askForRoom() noexcept {
+    askPosted_ = false;
+    const HWND root = rootWindow();
+    const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
+    // Inside a call of the container's, the end of that call asks.
+    if (containerCalls_ > 0 || !wantsRoom_ || !root || !site)
+        return;
+    wantsRoom_ = false;
+    RECT place = placeInParent(root);
+    const SIZE now = sizeOf(place);
+    asked_ = now == askedAt_ ? asked_ + 1 : 1;
+    askedAt_ = now;
+    if (now == refused_ || asked_ > kMostAsks)
+        return;
+    const SIZE wanted = roomFor(now);
+    place.right = place.left + wanted.cx;
+    place.bottom = place.top + wanted.cy;
+    site->OnPosRectChange(&place);
+    if (rootWindow() != root)
+        return;
+    const SIZE after = sizeOf(root);
+    if (after.cx >= wanted.cx && after.cy >= wanted.cy)
+        return;
+    refused_ = after;
+    wantsHeight_ = false;
+    if (!placeholder_)
+        return;
+    placeholder_ = false;
+    given_ = after;
+    extent_ = extentOf(after, platform_.hostDpi(), extent_);
+}
+
+}  // namespace kv::automation

@@ -1,0 +1,53 @@
+// Code that runs when a window of the control's handles a message, as hooks and subclasses of programs do.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <utility>
+
+namespace kv::test {
+
+/// The window must not be hooked twice. It may be destroyed before the hook and inside its action.
+class WindowHook {
+  public:
+    static constexpr UINT kMessage = WM_APP + 0x222;
+
+    /// `action` runs at each kMessage.
+    WindowHook(HWND window, std::function<void()> action) : window_(window), action_(std::move(action)) {
+        SetPropW(window_, kName, this);
+        before_ = reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowHook::procedure)));
+    }
+    ~WindowHook() {
+        if (!IsWindow(window_))
+            return;
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
+        RemovePropW(window_, kName);
+    }
+    WindowHook(const WindowHook&) = delete;
+    WindowHook& operator=(const WindowHook&) = delete;
+
+    void post() const { PostMessageW(window_, kMessage, 0, 0); }
+
+  private:
+    static constexpr const wchar_t* kName = L"kvTestHook";
+
+    static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        const auto* hook = static_cast<const WindowHook*>(GetPropW(window, kName));
+        const WNDPROC before = hook->before_;
+        if (message == kMessage) {
+            hook->action_();
+            return 0;
+        }
+        if (message == WM_NCDESTROY)
+            RemovePropW(window, kName);
+        return CallWindowProcW(before, window, message, wParam, lParam);
+    }
+
+    HWND window_;
+    std::function<void()> action_;
+    WNDPROC before_ = nullptr;
+};
+
+}  // namespace kv::test

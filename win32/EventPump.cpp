@@ -1,0 +1,36 @@
+#include "win32/EventPump.h"
+
+namespace kv::win32 {
+
+namespace {
+
+// More than any burst of messages. A window that never stops posting must not hold up the container forever.
+constexpr int kMostMessages = 10000;
+constexpr UINT kLastMessage = 0xFFFFFFFF;
+
+/// The next message that is neither input of the user nor a posted keyboard message.
+bool takeNext(MSG& message, HWND window) {
+    constexpr UINT kNoInput = PM_REMOVE | PM_QS_POSTMESSAGE | PM_QS_PAINT | PM_QS_SENDMESSAGE;
+    // The upper range first: WM_PAINT, in the lower one, comes after what has been posted.
+    return PeekMessageW(&message, window, WM_KEYLAST + 1, kLastMessage, kNoInput) ||
+           PeekMessageW(&message, window, 0, WM_KEYFIRST - 1, kNoInput);
+}
+
+}  // namespace
+
+void runWindowEvents(HWND window) {
+    // A null window would stand for every window of the thread.
+    if (!window)
+        return;
+    MSG message{};
+    for (int i = 0; i < kMostMessages && IsWindow(window) && takeNext(message, window); ++i) {
+        if (message.message == WM_QUIT) {
+            // No filter holds it back. It ends the host's own loop.
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        DispatchMessageW(&message);
+    }
+}
+
+}  // namespace kv::win32
