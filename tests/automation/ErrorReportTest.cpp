@@ -149,7 +149,7 @@ TEST_F(InstalledErrorReport, SizeWithoutRoomForThePicturesIsRecordedWithoutAMess
     const MessageBoxes boxes;
     container.resize(600, 20);
     EXPECT_THAT(records(),
-                testing::Each(Record{"Error 380  Invalid property value", "UserControl_Resize; Flag 100", ""}));
+                testing::Each(Record{"Error 380  Invalid property value", "UserControl_Resize; Flag 300", ""}));
     EXPECT_THAT(records(), testing::Not(IsEmpty()));
     EXPECT_THAT(boxes.seen(), IsEmpty());
     container.resize(600, 480);

@@ -9,10 +9,8 @@
 namespace kv::util {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::SizeIs;
 
 constexpr wchar_t kRegistryINI[] = L"C:\\Host\\KVRegistry.INI";
@@ -172,27 +170,6 @@ TEST_F(ConfigurationTest, WorkPathSettingWinsOverTheDefaultFolder) {
     fake.ini.texts.setFile(kProductINI, L"[CONFIG]\r\nWORK PATH=D:\\Projects\\\r\n");
     EXPECT_EQ(configuration.getWorkFolder(), L"D:\\Projects\\");
     EXPECT_EQ(configuration.getSystemFolder(), L"C:\\KV\\SYSTEM");
-}
-
-TEST_F(ConfigurationTest, PrintFolderIsTheWorkFolderWhenItExistsOrCanBeCreated) {
-    install();
-    EXPECT_EQ(configuration.getPrintFolder(), L"C:\\KV\\WORK");
-    EXPECT_THAT(fake.files.created, ElementsAre(L"C:\\KV\\WORK"));
-    EXPECT_EQ(configuration.getPrintFolder(), L"C:\\KV\\WORK");
-    EXPECT_THAT(fake.files.created, ElementsAre(L"C:\\KV\\WORK"));
-}
-
-TEST_F(ConfigurationTest, PrintFolderIsTheScratchFolderWhereTheFamilyIsNotInstalled) {
-    EXPECT_EQ(configuration.getPrintFolder(), configuration.getScratchFolder());
-    EXPECT_NE(configuration.getPrintFolder(), L"");
-    EXPECT_THAT(fake.files.created, Not(Contains(L"WORK")));
-}
-
-TEST_F(ConfigurationTest, PrintFolderIsTheScratchFolderWhenTheWorkFolderCannotBeCreated) {
-    install();
-    fake.files.folders = {L"C:\\KV\\TEMP"};
-    fake.files.readOnly = true;
-    EXPECT_EQ(configuration.getPrintFolder(), L"C:\\KV\\TEMP");
 }
 
 TEST_F(ConfigurationTest, BlankSettingsCountAsMissing) {

@@ -61,7 +61,8 @@ std::unique_ptr<tdKnMover> mover() {
     auto knob = std::make_unique<tdKnMover>(nullptr, L"");
     knob->bShowValue = true;
     knob->setSCaption(L"Center Freq (MHz) of the display");
-    knob->setSValText(L"450.00000");
+    knob->sFormat = L"##0.00000";
+    knob->setDVal(450.0);
     knob->wheel(120, kPlain);
     return knob;
 }
@@ -200,6 +201,29 @@ TEST_F(KnobLooks, AreThoseOfTheSheet) {
         FAIL() << "the picture differs in cell " << (different - 1) / 3 % static_cast<std::size_t>(now.width) << ", "
                << (different - 1) / 3 / static_cast<std::size_t>(now.width) << "; it is in " << path.string();
     }
+}
+
+/// The share of a picture's pixels that another one has at the same position.
+double alike(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b) {
+    std::size_t same = 0;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        same += a[i] == b[i] ? 1 : 0;
+    return static_cast<double>(same) / static_cast<double>(a.size());
+}
+
+TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
+    const auto painted = [](bool borrowed) {
+        const auto knob = mover();
+        if (borrowed)
+            knob->setSValText(L"450.00000");
+        std::vector<std::uint32_t> pixels(static_cast<std::size_t>(kWidth * kHeight));
+        kv::formenv::BlockTextPainter letters;
+        knob->paint({pixels.data(), kWidth, kHeight, kWidth}, letters, kDpi, {});
+        return pixels;
+    };
+    const double same = alike(painted(false), painted(true));
+    EXPECT_LT(same, 1.0);
+    EXPECT_GT(same, 0.8) << "only the read-out";
 }
 
 }  // namespace

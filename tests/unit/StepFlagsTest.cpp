@@ -137,10 +137,12 @@ TEST_F(StepFlagsTest, OfTheMouseOnThePicture) {
 }
 
 TEST_F(StepFlagsTest, OfAKeyOnThePicture) {
+    constexpr int kRightKey = 39;
+    constexpr int kCtrl = 2;
     const SlotRef slot = addTX(450.0, 1.0, 10.0);
-    slot->onRead = failsAt("sLabel", kAutomation);
-    scope.setCursorVal(450.0);
-    ui.picSpectrum.onKeyDown(77, 0);
+    // The cursor to the next channel, whose frequency cannot be read.
+    slot->onRead = failsAt("dFreq", kAutomation);
+    ui.picSpectrum.onKeyDown(kRightKey, kCtrl);
     expectReport(L"picSpectrum_KeyDown", 100, kAutomation);
 }
 
