@@ -115,7 +115,8 @@ void tdKnob::turnToEnd(bool last) {
     if (!present.canTurn())
         return;
     const double value = present.valueAt(last ? 1.0 : 0.0, false);
-    if (value != dVal())
+    // Under another text the hand may want the value that the knob has.
+    if (value != dVal() || isReadOutBorrowed())
         turnTo(value);
 }
 

@@ -85,6 +85,9 @@ class KnobBase : public formenv::Widget, public KnobControl {
     /// Raises ValueChanged. False when the turn that raised it is over since, whoever ended it.
     bool tell(double value);
 
+    /// The read-out is a text that the program set.
+    [[nodiscard]] bool isReadOutBorrowed() const noexcept { return !valText_.empty(); }
+
   private:
     enum class Hold { None, Mouse, Key, Wheel };
 

@@ -239,7 +239,7 @@ void KnobBase::paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& t
     dpi_ = std::max(dpi, 1);
     const KnobLook look{enabled(), hover_, focus_, hold_ != Hold::None};
     const KnobPicture picture(buffer, text, dpi_, inkFor(palette, look), look, font());
-    paintBody(picture, paintPanel(picture, caption(), bShowValue ? sValText() : std::wstring(), !valText_.empty()));
+    paintBody(picture, paintPanel(picture, caption(), bShowValue ? sValText() : std::wstring(), isReadOutBorrowed()));
     if (look.focus && look.enabled)
         paintFocus(picture);
 }

@@ -30,7 +30,7 @@ class Atl : public Replica {
 };
 
 void setExtentOfTheWindow(Replica& container) {
-    // What arrives is not the window's size: another unit is taken for pixels.
+    // Some versions pass pixels where hundredths of a millimeter are expected.
     container.setExtent({container.site->place.right, container.site->place.bottom});
 }
 
@@ -39,7 +39,7 @@ void activate(Replica& container) {
     EXPECT_TRUE(IsWindowVisible(container.root()));
 }
 
-/// Whatever the control says about its site, it comes after the start.
+/// The control is started before it has a site, although it asks for the site first.
 constexpr Step kCreation[] = {
     {"new", &Replica::initNew},        {"site", &Replica::setSite}, {"host names", &Replica::setHostNames},
     {"extent", &setExtentOfTheWindow}, {"activate", &activate},     {"events", &Replica::adviseEvents}};

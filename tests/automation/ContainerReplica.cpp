@@ -186,7 +186,7 @@ void Replica::release(Replica& c) {
 HWND Replica::part(const wchar_t* className, const wchar_t* text) const {
     Find find{className, text};
     EnumChildWindows(root(), &findPart, reinterpret_cast<LPARAM>(&find));
-    EXPECT_TRUE(find.found) << windowText(root()).c_str();
+    EXPECT_TRUE(find.found) << "a part of the control is missing";
     return find.found;
 }
 

@@ -34,6 +34,17 @@ TEST_F(InstalledErrorReport, AnRXChannelThatFailsWhileItIsDrawn) {
     EXPECT_THAT(boxes.seen(), SizeIs(1));
 }
 
+TEST_F(InstalledErrorReport, AnUnsupportedFillStyleOutsideTheRangeIsLikeOneInside) {
+    activate();
+    EXPECT_EQ(container.control->put_FreqEndBuffer(1.0), S_OK);
+    EXPECT_EQ(container.control->DrawByRange(438.0, 455.0), S_OK);
+    slots[2]->values[L"iFillStyle"] = 8;
+    const MessageBoxes boxes;
+    EXPECT_TRUE(draw());
+    EXPECT_THAT(records(), ElementsAre(Record{"Error 380  Invalid property value", "DrawDisplayTX; Flag 200",
+                                              "kvBandscope.DrawDisplayTX Flag 200 kChnl 3 of 3"}));
+}
+
 TEST_F(InstalledErrorReport, RefreshHasItsContext) {
     activate();
     const MessageBoxes boxes;

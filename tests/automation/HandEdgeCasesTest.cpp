@@ -1,5 +1,7 @@
 // The user's hand where it is easily forgotten: before the first drawing, quick second clicks, presses that began
 // elsewhere, very tall windows, and the keys that stand for gestures of the mouse.
+#include <oleacc.h>
+
 #include "tests/automation/KnobHand.h"
 
 namespace kv::test {
@@ -126,6 +128,48 @@ TEST_F(HandEdgeCases, CenterButtonOnAFreshControlLeavesNoLineBehind) {
     const Picture before = shown();
     EXPECT_EQ(container.control->put_CursorVal(60.0), S_OK);
     EXPECT_EQ(changedColumns(before, shown()).size(), 1U);
+}
+
+TEST_F(HandEdgeCases, KnobsReadTheStepAndTheCenterThatAreDrawn) {
+    const auto readOut = [](HWND knob) {
+        ComPtr<IAccessible> object;
+        EXPECT_EQ(AccessibleObjectFromWindow(knob, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                             reinterpret_cast<void**>(object.GetAddressOf())),
+                  S_OK);
+        Text value;
+        EXPECT_EQ(object->get_accValue(Var(static_cast<int>(CHILDID_SELF)), value.put()), S_OK);
+        return value.str();
+    };
+    EXPECT_EQ(readOut(gridKnob()), L"500K");
+    fill();
+    EXPECT_EQ(readOut(gridKnob()), L"5M");
+    EXPECT_EQ(readOut(centerMover()), L"430.00000");
+    EXPECT_EQ(container.control->put_FreqEndBuffer(0.0), S_OK);
+    EXPECT_EQ(container.control->DrawByRange(400.0, 411.05), S_OK);
+    EXPECT_EQ(readOut(gridKnob()), L"552.5K");
+    // A stop that the hand chooses is the knob's own value again.
+    key(gridKnob(), VK_HOME);
+    EXPECT_EQ(readOut(gridKnob()), L"500K");
+}
+
+TEST_F(HandEdgeCases, RangeSetByAnEventInTheMiddleOfADrawingIsDrawnAsAWhole) {
+    fill();
+    container.host.onMessage = [this] { EXPECT_EQ(container.control->DrawByRange(395.0, 410.0), S_OK); };
+    PostMessageW(container.host.get(), WM_APP, 0, 0);
+    EXPECT_EQ(container.control->JustDrawIt(), S_OK);
+    container.host.onMessage = nullptr;
+    const Picture picture = shown();
+    EXPECT_LT(maxFreq(), 440.0) << "the event ran";
+    EXPECT_EQ(container.control->JustDrawIt(), S_OK);
+    expectSame(shown(), picture);
+}
+
+TEST_F(HandEdgeCases, PanelOfAVeryTallWindowCollapsesWithTheLargestHeightThatTheEventHolds) {
+    container.resize(800, 3000);
+    rightClick(WM_RBUTTONDOWN);
+    EXPECT_TRUE(isCollapsed());
+    ASSERT_THAT(sink->ids(), ElementsAre(kChgHeight));
+    EXPECT_THAT(sink->heard[0].arguments, ElementsAre(32767.0));
 }
 
 TEST_F(HandEdgeCases, KeyCTogglesThePanel) {

@@ -95,6 +95,14 @@ TEST_F(MouseReportWindow, TheHostOpensItWithoutAReport) {
     EXPECT_FALSE(isTicked());
 }
 
+TEST_F(MouseReportWindow, TheHostOpensItWithoutAnOlderReport) {
+    clickTickBox();
+    pointAt(400.5);
+    EXPECT_NE(text(), L"");
+    EXPECT_EQ(container.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(text(), L"");
+}
+
 TEST_F(MouseReportWindow, HasACloseButtonAndOneToPrintAndCannotBeEdited) {
     clickTickBox();
     EXPECT_TRUE(IsWindowVisible(button(L"Close")));

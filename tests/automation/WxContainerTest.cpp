@@ -225,7 +225,7 @@ TEST_F(WxContainerTest, ItsEndWithAHideAfterTheDeactivationLeavesNothing) {
 TEST_F(WxContainerTest, NoEventComesAfterTheEnd) {
     container.create();
     container.draw();
-    // The sink goes on pointing to a container that is gone: from inside the first event on, there is no second one.
+    // The container never disconnects its sink, which then points to a deleted object. It ends inside the first event.
     container.events->onEvent = [&](DISPID) {
         container.events->onEvent = nullptr;
         Replica::deactivate(container);
