@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "KnobFixture.h"
+#include "formenv/HeadlessPlatform.h"
 
 namespace {
 
@@ -200,6 +201,15 @@ TEST_F(KnobLooks, AreThoseOfTheSheet) {
         FAIL() << "the picture differs in cell " << (different - 1) / 3 % static_cast<std::size_t>(now.width) << ", "
                << (different - 1) / 3 / static_cast<std::size_t>(now.width) << "; it is in " << path.string();
     }
+}
+
+TEST(KnobColors, AreThoseOfTheSystem) {
+    kv::formenv::HeadlessPlatform platform;
+    const tdKnob knob(nullptr, L"");
+    const KnobPalette palette = systemPalette(platform, knob);
+    EXPECT_EQ(palette.highlight, 0xE3E3E3U);
+    EXPECT_EQ(palette.accent, 0xD77800U);
+    EXPECT_EQ(palette.grayText, 0x6D6D6DU);
 }
 
 }  // namespace
