@@ -24,7 +24,7 @@ constexpr int kDpi = 144;
 constexpr int kWidth = 171;
 constexpr int kHeight = 183;
 constexpr int kColumns = 4;
-constexpr int kRows = 3;
+constexpr int kRows = 4;
 /// The sheet keeps the mean of so many pixels each way: what differs between two systems' sines is lost in it.
 constexpr int kCell = 3;
 constexpr double kTolerance = 1.5;  // of 255
@@ -55,6 +55,15 @@ std::unique_ptr<tdKnob> selector(double value) {
     knob->bShowValue = true;
     knob->setSCaption(L"Grid (Hz)");
     knob->setDVal(value);
+    return knob;
+}
+
+std::unique_ptr<tdKnob> crowdedSelector() {
+    auto knob = std::make_unique<tdKnob>(nullptr, L"");
+    knob->bOption2 = true;
+    for (int stop = 0; stop <= 28; ++stop)
+        knob->AddStop(stop == 0, std::to_wstring(stop) + L"00K", stop);
+    knob->setDVal(14.0);
     return knob;
 }
 
@@ -98,6 +107,12 @@ class KnobLooks : public testing::Test {
         const auto offset = static_cast<std::size_t>(field / kColumns * kHeight * stride + field % kColumns * kWidth);
         kv::formenv::BlockTextPainter letters;
         knob.paint({pixels_.data() + offset, width, height, stride}, letters, kDpi, palette);
+    }
+
+    /// Paints a knob once more where the last one is.
+    void again(KnobBase& knob, int width, int height) {
+        --shown_;
+        show(knob, {}, width, height);
     }
 
     [[nodiscard]] Sheet painted() const {
@@ -185,6 +200,25 @@ TEST_F(KnobLooks, AreThoseOfTheSheet) {
     show(*darkWheel, darkPalette());
     const auto narrow = mover();
     show(*narrow, {}, 75, 120);
+
+    // Small, of many detents with its value off the scale, flat with the pointer on its left arrow, of many stops.
+    const auto small = dial(449.0);
+    small->hover(true);
+    show(*small, {}, 84, 132);
+    const auto fine = dial(470.0);
+    fine->dStep = 0.5;
+    fine->bShowValue = false;
+    show(*fine);
+    const auto flat = mover();
+    flat->setSCaption(L"");
+    flat->setSValText(L"1");
+    flat->hover(true);
+    show(*flat, {}, kWidth, 84);
+    flat->mouseMove(20, 28, kPlain);
+    flat->wheel(-120, kPlain);
+    again(*flat, kWidth, 84);
+    const auto crowded = crowdedSelector();
+    show(*crowded);
 
     const Sheet now = painted();
     const Sheet good = read(std::filesystem::path(KV_SOURCE_DIR) / "tests" / "unit" / "looks" / "knobs.ppm");
