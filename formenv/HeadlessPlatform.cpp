@@ -9,6 +9,10 @@ namespace kv::formenv {
 
 namespace {
 
+constexpr unsigned kHighlight = 0x8000000D;
+constexpr unsigned kGrayText = 0x80000011;
+constexpr unsigned kLight = 0x80000014;
+
 class MemorySurface final : public Surface {
   public:
     MemorySurface(PixelSize size, TextPainter& letters, HeadlessBitmaps& bitmaps)
@@ -43,6 +47,12 @@ Rgb HeadlessPlatform::systemColor(int index) const noexcept {
             return 0xF0F0F0;
         case system_color::kButtonShadow:
             return 0xA0A0A0;
+        case kHighlight:
+            return 0xD77800;
+        case kGrayText:
+            return 0x6D6D6D;
+        case kLight:
+            return 0xE3E3E3;
         default:
             return 0x000000;
     }

@@ -45,6 +45,7 @@ class Token:
 class Mutant:
     file: str
     line: int
+    column: int
     kind: str
     start: int
     end: int
@@ -56,7 +57,7 @@ class Mutant:
 
     def __str__(self):
         shorten = lambda part: " ".join(part.split())[:90] or "nothing"
-        return f"{self.file}:{self.line}: {self.kind}: {shorten(self.old)}  ->  {shorten(self.new)}"
+        return f"{self.file}:{self.line}:{self.column}: {self.kind}: {shorten(self.old)}  ->  {shorten(self.new)}"
 
 
 def tokens_of(text):
@@ -92,7 +93,8 @@ class Finder:
         """Replaces the tokens from `first` to `last`."""
         start, end = self.tokens[first].start, self.tokens[last].end
         line = self.text.count("\n", 0, start) + 1
-        self.mutants.append(Mutant(self.file, line, kind, start, end, self.text[start:end], new))
+        column = start - self.text.rfind("\n", 0, start)
+        self.mutants.append(Mutant(self.file, line, column, kind, start, end, self.text[start:end], new))
 
     def spaced(self, token):
         return self.text[token.start - 1].isspace() and self.text[token.end:token.end + 1].isspace()

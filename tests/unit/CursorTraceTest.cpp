@@ -81,6 +81,13 @@ TEST_F(CursorTraceTest, RedrawingAChannelKeepsTheLine) {
     EXPECT_EQ(changedColumns(), std::vector<int>{140});
 }
 
+TEST_F(CursorTraceTest, TheCenterButtonMovesTheLine) {
+    scope.setCursorVal(403.5);
+    ui.cmdCenterCursor.onClick();
+    EXPECT_EQ(scope.CursorVal(), 450.0);
+    EXPECT_EQ(changedColumns(), std::vector<int>{200});
+}
+
 TEST_F(CursorTraceTest, NoPositionIsLeftBehindWhereTheDisplayShowsTheMarker) {
     scope.ClearAllChnls();
     scope.setFreqEndBuffer(0.0);

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "KnobFixture.h"
+#include "formenv/HeadlessPlatform.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ constexpr int kDpi = 144;
 constexpr int kWidth = 171;
 constexpr int kHeight = 183;
 constexpr int kColumns = 4;
-constexpr int kRows = 3;
+constexpr int kRows = 4;
 /// The sheet keeps the mean of so many pixels each way: what differs between two systems' sines is lost in it.
 constexpr int kCell = 3;
 constexpr double kTolerance = 1.5;  // of 255
@@ -54,6 +55,15 @@ std::unique_ptr<tdKnob> selector(double value) {
     knob->bShowValue = true;
     knob->setSCaption(L"Grid (Hz)");
     knob->setDVal(value);
+    return knob;
+}
+
+std::unique_ptr<tdKnob> crowdedSelector() {
+    auto knob = std::make_unique<tdKnob>(nullptr, L"");
+    knob->bOption2 = true;
+    for (int stop = 0; stop <= 28; ++stop)
+        knob->AddStop(stop == 0, std::to_wstring(stop) + L"00K", stop);
+    knob->setDVal(14.0);
     return knob;
 }
 
@@ -98,6 +108,12 @@ class KnobLooks : public testing::Test {
         const auto offset = static_cast<std::size_t>(field / kColumns * kHeight * stride + field % kColumns * kWidth);
         kv::formenv::BlockTextPainter letters;
         knob.paint({pixels_.data() + offset, width, height, stride}, letters, kDpi, palette);
+    }
+
+    /// Paints a knob once more where the last one is.
+    void again(KnobBase& knob, int width, int height) {
+        --shown_;
+        show(knob, {}, width, height);
     }
 
     [[nodiscard]] Sheet painted() const {
@@ -186,6 +202,25 @@ TEST_F(KnobLooks, AreThoseOfTheSheet) {
     const auto narrow = mover();
     show(*narrow, {}, 75, 120);
 
+    // Small, of many detents with its value off the scale, flat with the pointer on its left arrow, of many stops.
+    const auto small = dial(449.0);
+    small->hover(true);
+    show(*small, {}, 84, 132);
+    const auto fine = dial(470.0);
+    fine->dStep = 0.5;
+    fine->bShowValue = false;
+    show(*fine);
+    const auto flat = mover();
+    flat->setSCaption(L"");
+    flat->setSValText(L"1");
+    flat->hover(true);
+    show(*flat, {}, kWidth, 84);
+    flat->mouseMove(20, 28, kPlain);
+    flat->wheel(-120, kPlain);
+    again(*flat, kWidth, 84);
+    const auto crowded = crowdedSelector();
+    show(*crowded);
+
     const Sheet now = painted();
     const Sheet good = read(std::filesystem::path(KV_SOURCE_DIR) / "tests" / "unit" / "looks" / "knobs.ppm");
     std::size_t different = good.bytes.size() == now.bytes.size() ? 0 : now.bytes.size();
@@ -224,6 +259,15 @@ TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
     const double same = alike(painted(false), painted(true));
     EXPECT_LT(same, 1.0);
     EXPECT_GT(same, 0.8) << "only the read-out";
+}
+
+TEST(KnobColors, AreThoseOfTheSystem) {
+    kv::formenv::HeadlessPlatform platform;
+    const tdKnob knob(nullptr, L"");
+    const KnobPalette palette = systemPalette(platform, knob);
+    EXPECT_EQ(palette.highlight, 0xE3E3E3U);
+    EXPECT_EQ(palette.accent, 0xD77800U);
+    EXPECT_EQ(palette.grayText, 0x6D6D6DU);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Which way the channels of a kind are drawn: many are painted all at once from the copy of their records, few are
 // asked one by one.
-#include "tests/unit/QuietSlot.h"
+#include <functional>
+#include <utility>
+
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -105,6 +107,60 @@ TEST_F(PaintingPathTest, TheButtonPaintsManyToo) {
     asked();
     ui.cmdDrawTX.onClick();
     EXPECT_EQ(asked(), 0);
+}
+
+TEST_F(PaintingPathTest, ThePictureFollowsSizePowersAndRangeOneByOne) {
+    scope.setDisplayMaxPwr(60.0);
+    scope.setDisplayMinPwr(0.0);
+    add(ChannelKind::TX, 40);
+    for (std::size_t i = 0; i < slots.size(); ++i)
+        slots[i]->fields().dPwrDBM = 1.5 * static_cast<double>(i);
+    const std::function<void()> changes[] = {
+        [] {},
+        [&] { ui.picSpectrum.setHeight(ui.picSpectrum.height() - 600.0); },
+        [&] { ui.picSpectrum.setWidth(ui.picSpectrum.width() - 900.0); },
+        [&] { scope.setDisplayMinPwr(10.0); },
+        [&] { scope.setDisplayMaxPwr(80.0); },
+        [&] { scope.setDisplayMaxPwr(20.0); },
+        [&] { scope.setDisplayMinPwr(-15.0); },
+        [&] { scope.setFreqEndBuffer(1.0); },
+        [&] { scope.DrawByRange(399.0, 405.0); },
+    };
+    for (std::size_t i = 0; i < std::size(changes); ++i) {
+        SCOPED_TRACE(i);
+        changes[i]();
+        scope.setMany(20);
+        scope.DrawDisplay();
+        const std::vector<std::uint32_t> painted = pixelsOf(ui.picSpectrum);
+        scope.setMany(1'000'000);
+        scope.DrawDisplay();
+        EXPECT_EQ(pixelsOf(ui.picSpectrum), painted);
+    }
+}
+
+TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) {
+    class CountedSlot final : public FreqSlotBase {
+      public:
+        void retain() noexcept override { ++references_; }
+        /// Out of line for the same reason as PlainSlot's.
+        [[gnu::noinline]] void release() noexcept override {
+            if (--references_ == 0)
+                delete this;
+        }
+        FreqSlotFields* watch() noexcept override { return watchFields(); }
+        [[nodiscard]] const FreqSlotFields* peek() const noexcept override { return &fields(); }
+        double dFreqAlt() override { return (++asked, FreqSlotBase::dFreqAlt()); }
+        int asked = 0;
+
+      private:
+        int references_ = 0;
+    };
+    addRX(450.0);
+    scope.ClearAllChnls();
+    const util::Ref<CountedSlot> slot(new CountedSlot);
+    scope.AddRXChnl(FreqSlotRef(slot.get()));
+    EXPECT_EQ(scope.nFindMatchRX(FreqSlotRef(slot.get())), 0);
+    EXPECT_EQ(slot->asked, 0);
 }
 
 }  // namespace

@@ -50,6 +50,14 @@ TEST_F(PanelCollapseTest, EventsRunTwiceInTheNewHeightBeforeTheHostHearsOfIt) {
     EXPECT_THAT(events.heard, ElementsAre("ChgHeight 5235"));
 }
 
+TEST_F(PanelCollapseTest, TheLargestHeightOfTheEventsTypeIsCarried) {
+    // Collapsing takes 1965 twips.
+    scope.resize(10800.0, 32767.0 + 1965.0);
+    toggle();
+    EXPECT_EQ(ui.userControl.height(), 32767.0);
+    EXPECT_THAT(events.heard, ElementsAre("ChgHeight 32767"));
+}
+
 TEST_F(PanelCollapseTest, TheEventCarriesTheHeightThatTheControlHasThen) {
     int pumps = 0;
     platform.onPump = [&] {

@@ -79,6 +79,14 @@ TEST_F(RangeBoundsTest, ShowAllRebuildsWhenEitherEndIsOutside) {
     }
 }
 
+TEST_F(RangeBoundsTest, ACenterOfZeroIsShownAtOnceAsTheMiddle) {
+    addTX(450.0);
+    expectRange(350.0, 550.0);
+    scope.setDisplayCenterFreq(500.0);
+    scope.setDisplayCenterFreq(0.0);
+    EXPECT_EQ(ui.tdKnMovCenter.dVal(), 450.0);
+}
+
 TEST_F(RangeBoundsTest, DrawByRangeDerivesTheExtremesFromTheRecordsAgain) {
     scope.setFreqEndBuffer(0.0);
     const SlotRef channel = addTX(450.0, 10.0, 30.0);

@@ -53,6 +53,18 @@ TEST_F(RefreshTest, KeepsTheDisplayedRange) {
     EXPECT_EQ(scope.DisplayMaxFreq(), maximum);
 }
 
+TEST_F(RefreshTest, ARemovalShowsTheNewRangesAndCountsToo) {
+    addTX(420.0, 5.0, 30.0, L"TX9");
+    addRX(540.0, 5.0, 30.0, L"RX9");
+    EXPECT_EQ(ui.lblNumRX.caption(), L"2 RX Channels");
+    scope.RemoveChnlByKey(L"RX9");
+    EXPECT_EQ(ui.lblNumRX.caption(), L"1 RX Channels");
+    EXPECT_EQ(ui.lblRXRange.caption(), L"490.00000 to 510.00000");
+    scope.RemoveChnlByKey(L"TX9");
+    EXPECT_EQ(ui.lblNumTX.caption(), L"1 tx Channels");
+    EXPECT_EQ(ui.lblTXRange.caption(), L"440.00000 to 460.00000");
+}
+
 TEST_F(RefreshTest, AnErrorInARecordIsReportedWithTheStep) {
     tx->onRead = failsAt("drawRecord", 440);
     scope.Refresh();
