@@ -212,7 +212,8 @@ TEST_F(KnobLooks, AreThoseOfTheSheet) {
     show(*fine);
     const auto flat = mover();
     flat->setSCaption(L"");
-    flat->setSValText(L"1");
+    flat->sFormat = L"0";
+    flat->setDVal(1.0);
     flat->hover(true);
     show(*flat, {}, kWidth, 84);
     flat->mouseMove(20, 28, kPlain);
