@@ -75,11 +75,5 @@ TEST_F(DemonstrationSetTest, HasKeysByWhichEachChannelCanBeRemoved) {
     EXPECT_EQ(scope.NumTX(), 8);
 }
 
-TEST_F(DemonstrationSetTest, IsShownWithFiveMegahertzOnEachSide) {
-    scope.UserControl_Click();
-    EXPECT_DOUBLE_EQ(scope.DisplayMinFreq(), scope.extremes().dFreqMin - 5.0);
-    EXPECT_DOUBLE_EQ(scope.DisplayMaxFreq(), scope.extremes().dFreqMax + 5.0);
-}
-
 }  // namespace
 }  // namespace kv::control
