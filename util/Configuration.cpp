@@ -163,7 +163,7 @@ std::wstring Configuration::getScratchFolder() noexcept {
 }
 
 std::wstring Configuration::getPrintFolder() noexcept {
-    const std::wstring work = getWorkFolder();
+    std::wstring work = getWorkFolder();
     // Without a maker's directory the work folder is a bare name. A folder of that name would be made in the current
     // folder, which is the host's.
     if (isAbsolute(work) && isThere(work, L"getPrintFolder"))
