@@ -233,17 +233,8 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     /// program to run meanwhile, and no call about the size from inside.
     class ContainerCall {
       public:
-        explicit ContainerCall(BandscopeControl& control) noexcept
-            : control_(control),
-              alive_(&control),
-              work_(control),
-              limit_(control.platform_.pump(), win32::PumpScope::OwnWindows) {
-            ++control_.containerCalls_;
-        }
-        ~ContainerCall() {
-            if (--control_.containerCalls_ == 0)
-                control_.askForRoomLater();
-        }
+        explicit ContainerCall(BandscopeControl& control) noexcept;
+        ~ContainerCall();
         ContainerCall(const ContainerCall&) = delete;
         ContainerCall& operator=(const ContainerCall&) = delete;
 

@@ -5,6 +5,7 @@
 #include "automation/BandscopeControl.h"
 #include "automation/Extent.h"
 #include "formenv/Twips.h"
+#include "util/Raised.h"
 
 namespace kv::automation {
 
@@ -57,19 +58,20 @@ RECT placeInParent(HWND window) {
     return place;
 }
 
-class Flag {
-  public:
-    explicit Flag(bool& flag) noexcept : flag_(flag), before_(flag) { flag_ = true; }
-    ~Flag() { flag_ = before_; }
-    Flag(const Flag&) = delete;
-    Flag& operator=(const Flag&) = delete;
-
-  private:
-    bool& flag_;
-    bool before_;
-};
-
 }  // namespace
+
+BandscopeControl::ContainerCall::ContainerCall(BandscopeControl& control) noexcept
+    : control_(control),
+      alive_(&control),
+      work_(control),
+      limit_(control.platform_.pump(), win32::PumpScope::OwnWindows) {
+    ++control_.containerCalls_;
+}
+
+BandscopeControl::ContainerCall::~ContainerCall() {
+    if (--control_.containerCalls_ == 0)
+        control_.askForRoomLater();
+}
 
 LONG BandscopeControl::pixelsOf(double twips) const noexcept {
     return formenv::twipsToPixels(twips, platform_.dpi());
@@ -195,7 +197,7 @@ void BandscopeControl::followSize(formenv::PixelSize size) {
     if (size.height == before.cy)
         return;
     if (containerCalls_ == 0 && site) {
-        const Flag following(followingSize_);
+        const util::Raised following(followingSize_);
         RECT place = placeInParent(root);
         place.bottom = place.top + size.height;
         site->OnPosRectChange(&place);

@@ -41,7 +41,7 @@ std::wstring programOf(const std::wstring& command) {
 }
 
 /// The file to start for a program that is named without a folder; empty for one with a folder. The system would look
-/// in the host's folder and in the current one first, where anybody may have put a program of that name.
+/// in the host's folder and in the current one first, where another user may have put a program of that name.
 std::wstring inSystemFolder(const std::wstring& program) {
     if (program.find_first_of(L"\\/:") != std::wstring::npos)
         return {};
