@@ -296,7 +296,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void adoptSize(const SIZE& window, bool atActivation);
     void adoptExtent(const SIZEL& extent);
     void layOut();
-    void followSize(formenv::PixelSize size);
+    void followSize(raster::PixelSize size);
     void askForRoomLater() noexcept;
     void askForRoom() noexcept;
     void forgetAsking() noexcept;

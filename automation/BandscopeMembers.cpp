@@ -6,7 +6,7 @@
 
 namespace kv::automation {
 
-using control::FreqSlotRef;
+using channels::FreqSlotRef;
 
 namespace {
 
@@ -214,7 +214,7 @@ HRESULT BandscopeControl::nFindMatchRX(_FreqSlot* chnl, long* value) {
         return result;
     // What cannot be read matches nothing.
     if (FAILED(result))
-        *value = control::kInvalid;
+        *value = channels::kInvalid;
     return S_OK;
 }
 

@@ -147,7 +147,7 @@ HRESULT BandscopeControl::makeWindows(IOleInPlaceSite& inPlaceSite, const RECT* 
 win32::WindowTree& BandscopeControl::windowTree() {
     if (!windows_) {
         win32::WindowTree::Callbacks callbacks;
-        callbacks.resizedByControl = [this](formenv::PixelSize size) { followSize(size); };
+        callbacks.resizedByControl = [this](raster::PixelSize size) { followSize(size); };
         // By deactivation, or because the container destroyed its window first.
         callbacks.destroyed = [this] { deactivate(); };
         callbacks.owner = static_cast<IOleObject*>(this);

@@ -4,7 +4,7 @@
 
 #include "automation/BandscopeControl.h"
 #include "automation/Extent.h"
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "util/Raised.h"
 
 namespace kv::automation {
@@ -74,7 +74,7 @@ BandscopeControl::ContainerCall::~ContainerCall() {
 }
 
 LONG BandscopeControl::pixelsOf(double twips) const noexcept {
-    return formenv::twipsToPixels(twips, platform_.dpi());
+    return raster::twipsToPixels(twips, platform_.dpi());
 }
 
 SIZEL BandscopeControl::naturalExtent() const noexcept {
@@ -181,14 +181,14 @@ void BandscopeControl::layOut() {
     if (placeholder_)
         scope_->resize(scope_->MinWid(), scope_->MinHgt());
     else if (!isEmpty(given_))
-        scope_->resize(formenv::pixelsToTwips(given_.cx, platform_.dpi()),
-                       formenv::pixelsToTwips(given_.cy, platform_.dpi()));
+        scope_->resize(raster::pixelsToTwips(given_.cx, platform_.dpi()),
+                       raster::pixelsToTwips(given_.cy, platform_.dpi()));
 }
 
 /// The control gave itself another size. For the height of a collapsed or expanded panel the container is asked at
 /// once, and the control is laid out in what the container makes of it. A layout that is wider than the window is cut
 /// off, and the container is asked when its own call is over.
-void BandscopeControl::followSize(formenv::PixelSize size) {
+void BandscopeControl::followSize(raster::PixelSize size) {
     const HWND root = rootWindow();
     if (!root || !scope_->bSizing())
         return;
@@ -208,9 +208,9 @@ void BandscopeControl::followSize(formenv::PixelSize size) {
     formenv::Widget& control = scope_->children().userControl;
     formenv::Place place = control.place();
     if (now.cx != before.cx)
-        place.width = formenv::pixelsToTwips(now.cx, platform_.dpi());
+        place.width = raster::pixelsToTwips(now.cx, platform_.dpi());
     if (now.cy != size.height)
-        place.height = formenv::pixelsToTwips(now.cy, platform_.dpi());
+        place.height = raster::pixelsToTwips(now.cy, platform_.dpi());
     control.move(place);
 }
 

@@ -4,8 +4,8 @@
 
 namespace kv::automation {
 
-control::ImComponent EarlyFreqSlot::imComponent(std::int32_t i) {
-    control::ImComponent component;
+channels::ImComponent EarlyFreqSlot::imComponent(std::int32_t i) {
+    channels::ImComponent component;
     Bstr label;
     check(slot_->get_nIMComp(i, &component.coefficient));
     check(slot_->get_dIMCompFreq(i, &component.frequency));

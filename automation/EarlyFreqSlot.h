@@ -41,7 +41,7 @@ class EarlyFreqSlot final : public HostChannel {
     std::uint32_t lColorLine() override { return get(&_FreqSlot::get_lColorLine); }
     std::uint32_t lColor() override { return get(&_FreqSlot::get_lColor); }
     std::int16_t nIMComps() override { return get(&_FreqSlot::get_nIMComps); }
-    control::ImComponent imComponent(std::int32_t i) override;
+    channels::ImComponent imComponent(std::int32_t i) override;
     std::wstring sKey() override { return getText(&_FreqSlot::get_sKey); }
     bool bVisible() override { return get(&_FreqSlot::get_bVisible) != VARIANT_FALSE; }
     bool bDrawn() override { return get(&_FreqSlot::get_bDrawn) != VARIANT_FALSE; }

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 
 namespace kv::automation {
 
@@ -21,11 +21,11 @@ inline constexpr int kHimetricPerInch = 2540;
 }
 
 [[nodiscard]] inline LONG twipsToHimetric(double twips) noexcept {
-    return static_cast<LONG>(twips * kHimetricPerInch / formenv::kTwipsPerInch + 0.5);
+    return static_cast<LONG>(twips * kHimetricPerInch / raster::kTwipsPerInch + 0.5);
 }
 
 [[nodiscard]] constexpr double himetricToTwips(LONG himetric) noexcept {
-    return himetric * formenv::kTwipsPerInch / kHimetricPerInch;
+    return himetric * raster::kTwipsPerInch / kHimetricPerInch;
 }
 
 [[nodiscard]] constexpr SIZE himetricToPixels(const SIZEL& extent, int dpi) noexcept {

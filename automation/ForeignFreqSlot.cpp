@@ -12,23 +12,23 @@ namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
 
-control::FreqSlotRef channelFromHost(IUnknown* object) {
+channels::FreqSlotRef channelFromHost(IUnknown* object) {
     if (!object)
         throw util::RuntimeError(util::error_number::kObjectNotSet);
     ComPtr<IChannelAccess> access;
     if (SUCCEEDED(object->QueryInterface(kIidChannelAccess, reinterpret_cast<void**>(access.GetAddressOf()))) &&
         access->home() == channelHome())
-        return control::FreqSlotRef(access->channel());
+        return channels::FreqSlotRef(access->channel());
     ComPtr<_FreqSlot> slot;
     if (SUCCEEDED(object->QueryInterface(IID_PPV_ARGS(slot.GetAddressOf()))))
-        return control::FreqSlotRef::adopt(new EarlyFreqSlot(std::move(slot)));
+        return channels::FreqSlotRef::adopt(new EarlyFreqSlot(std::move(slot)));
     ComPtr<IDispatch> dispatch;
     if (SUCCEEDED(object->QueryInterface(IID_PPV_ARGS(dispatch.GetAddressOf()))))
-        return control::FreqSlotRef::adopt(new LateFreqSlot(std::move(dispatch)));
+        return channels::FreqSlotRef::adopt(new LateFreqSlot(std::move(dispatch)));
     throw util::RuntimeError(util::error_number::kTypeMismatch);
 }
 
-HRESULT channelToHost(control::FreqSlot* channel, _FreqSlot** out) noexcept {
+HRESULT channelToHost(channels::FreqSlot* channel, _FreqSlot** out) noexcept {
     if (!out)
         return E_POINTER;
     *out = nullptr;

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "control/FreqSlot.h"
+#include "channels/FreqSlot.h"
 #include "kvBandscope.h"
 
 namespace kv::automation {
@@ -11,10 +11,10 @@ namespace kv::automation {
 /// The channel behind a host's object: one of our own class as it is; otherwise a way in through `_FreqSlot` when the
 /// object offers it, by name through IDispatch when not. The object is held as long as the channel is.
 /// Throws util::RuntimeError 91 for NULL and 13 for an object that offers none of them.
-[[nodiscard]] control::FreqSlotRef channelFromHost(IUnknown* object);
+[[nodiscard]] channels::FreqSlotRef channelFromHost(IUnknown* object);
 
 /// The host's view of a channel, counted for the caller: the host's own object again, not a copy. A null channel gives
 /// NULL and S_OK, which a host reads as Nothing.
-[[nodiscard]] HRESULT channelToHost(control::FreqSlot* channel, _FreqSlot** out) noexcept;
+[[nodiscard]] HRESULT channelToHost(channels::FreqSlot* channel, _FreqSlot** out) noexcept;
 
 }  // namespace kv::automation

@@ -51,8 +51,8 @@ HRESULT FreqSlotObject::get_nIMComps(short* value) {
     return firewallReturn(IID__FreqSlot, value, [&] { return nIMComps(); });
 }
 
-util::Ref<control::FreqSlotBase> makeFreqSlot() {
-    return util::Ref<control::FreqSlotBase>::adopt(new FreqSlotObject);
+util::Ref<channels::FreqSlotBase> makeFreqSlot() {
+    return util::Ref<channels::FreqSlotBase>::adopt(new FreqSlotObject);
 }
 
 HRESULT createFreqSlot(REFIID iid, void** object) {

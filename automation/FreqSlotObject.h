@@ -11,7 +11,7 @@
 #include "automation/Dispatch.h"
 #include "automation/Firewall.h"
 #include "automation/Module.h"
-#include "control/FreqSlot.h"
+#include "channels/FreqSlot.h"
 #include "kvBandscope.h"
 #include "util/Ref.h"
 
@@ -26,7 +26,7 @@ struct IChannelAccess : public IUnknown {
     /// Tells copies of the module in one process apart: C++ objects must not cross between them.
     virtual const void* home() noexcept = 0;
     /// Not counted.
-    virtual control::FreqSlot* channel() noexcept = 0;
+    virtual channels::FreqSlot* channel() noexcept = 0;
 };
 
 /// The home of this copy's channels.
@@ -36,9 +36,9 @@ struct IChannelAccess : public IUnknown {
 class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
                              public IProvideClassInfo,
                              public IChannelAccess,
-                             public control::FreqSlotBase {
-    using Fields = control::FreqSlotFields;
-    using Component = control::ImComponent;
+                             public channels::FreqSlotBase {
+    using Fields = channels::FreqSlotFields;
+    using Component = channels::ImComponent;
 
   public:
     FreqSlotObject() noexcept = default;
@@ -51,11 +51,11 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
 
     void retain() noexcept override { AddRef(); }
     void release() noexcept override { Release(); }
-    control::FreqSlotFields* watch() noexcept override { return watchFields(); }
-    [[nodiscard]] const control::FreqSlotFields* peek() const noexcept override { return &fields(); }
+    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
     const void* home() noexcept override { return channelHome(); }
-    control::FreqSlot* channel() noexcept override { return this; }
+    channels::FreqSlot* channel() noexcept override { return this; }
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override;
 
     HRESULT STDMETHODCALLTYPE put_dFreq(double value) override { return put(&Fields::dFreq, value); }
@@ -144,6 +144,6 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
 };
 
 /// A new record for the control's own use. Throws std::bad_alloc.
-[[nodiscard]] util::Ref<control::FreqSlotBase> makeFreqSlot();
+[[nodiscard]] util::Ref<channels::FreqSlotBase> makeFreqSlot();
 
 }  // namespace kv::automation

@@ -36,7 +36,7 @@ ULONG LateFreqSlot::Release() {
     return static_cast<ULONG>(left);
 }
 
-control::ImComponent LateFreqSlot::imComponent(std::int32_t i) {
+channels::ImComponent LateFreqSlot::imComponent(std::int32_t i) {
     const Index index = i;
     return {read(Name::nIMComp, VT_I2, index).iVal, read(Name::dIMCompFreq, VT_R8, index).dblVal,
             toWide(read(Name::sIMCompLabel, VT_BSTR, index).bstrVal)};

@@ -35,7 +35,7 @@ class LateFreqSlot final : public DispatchImpl<_FreqSlot>, public IChannelAccess
     void retain() noexcept override { AddRef(); }
     void release() noexcept override { Release(); }
     const void* home() noexcept override { return channelHome(); }
-    control::FreqSlot* channel() noexcept override { return this; }
+    channels::FreqSlot* channel() noexcept override { return this; }
     _FreqSlot* shareWithHost() noexcept override {
         AddRef();
         return this;
@@ -53,7 +53,7 @@ class LateFreqSlot final : public DispatchImpl<_FreqSlot>, public IChannelAccess
     std::uint32_t lColorLine() override { return read(Name::lColorLine, VT_UI4).ulVal; }
     std::uint32_t lColor() override { return read(Name::lColor, VT_UI4).ulVal; }
     std::int16_t nIMComps() override { return read(Name::nIMComps, VT_I2).iVal; }
-    control::ImComponent imComponent(std::int32_t i) override;
+    channels::ImComponent imComponent(std::int32_t i) override;
     std::wstring sKey() override { return text(Name::sKey); }
     bool bVisible() override { return read(Name::bVisible, VT_BOOL).boolVal != VARIANT_FALSE; }
     bool bDrawn() override { return read(Name::bDrawn, VT_BOOL).boolVal != VARIANT_FALSE; }

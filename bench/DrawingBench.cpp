@@ -107,10 +107,10 @@ void firstDraw(benchmark::State& state, SetKind kind) {
 }
 
 /// Records of the channels around a frequency, as far as a report of them goes.
-std::vector<control::FreqSlotRef> recordsAround(const ChannelSet& set, const View& view, double frequency) {
+std::vector<channels::FreqSlotRef> recordsAround(const ChannelSet& set, const View& view, double frequency) {
     constexpr std::size_t kMost = 5000;
     const double reach = kReachPixels * (view.maxFreq - view.minFreq) / kPictureWidth;
-    std::vector<control::FreqSlotRef> records;
+    std::vector<channels::FreqSlotRef> records;
     for (std::size_t i = 0; i < set.channels.size() && records.size() < kMost; ++i) {
         const Channel& channel = set.channels[i];
         if (channel.dFreqLo - reach <= frequency && frequency <= channel.dFreqHi + reach)
@@ -119,11 +119,11 @@ std::vector<control::FreqSlotRef> recordsAround(const ChannelSet& set, const Vie
     return records;
 }
 
-std::wstring reportOf(const std::vector<control::FreqSlotRef>& records, double frequency) {
+std::wstring reportOf(const std::vector<channels::FreqSlotRef>& records, double frequency) {
     control::MouseReport report;
     report.begin(std::to_wstring(frequency) + L" MHz");
-    for (const control::FreqSlotRef& record : records) {
-        report.add(control::ChannelKind::TX, *record);
+    for (const channels::FreqSlotRef& record : records) {
+        report.add(channels::ChannelKind::TX, *record);
         if (report.isFull())
             break;
     }
@@ -152,10 +152,10 @@ void mouseMove(benchmark::State& state, SetKind kind) {
     for (int i = 0; i < 24; ++i) {
         const double frequency = set.densest + (i % 2) * 8.0 * pixel;
         further.measure([&] { control.rig->moveMouseTo(frequency); });
-        const std::vector<control::FreqSlotRef> densest = recordsAround(set, control.view, set.densest);
+        const std::vector<channels::FreqSlotRef> densest = recordsAround(set, control.view, set.densest);
         std::wstring report;
         text.measure([&] { report = reportOf(densest, set.densest); });
-        const std::vector<control::FreqSlotRef> around = recordsAround(set, control.view, frequency);
+        const std::vector<channels::FreqSlotRef> around = recordsAround(set, control.view, frequency);
         shown.measure([&] {
             report = reportOf(around, frequency);
             control.rig->showText(report);

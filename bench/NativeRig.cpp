@@ -5,7 +5,7 @@
 #include "bench/Rig.h"
 #include "bench/SimpleSlot.h"
 #include "control/Bandscope.h"
-#include "formenv/HeadlessPlatform.h"
+#include "headless/HeadlessPlatform.h"
 
 namespace kv::bench {
 
@@ -52,7 +52,7 @@ class NativeRig final : public Rig {
             records_.push_back(makeSimpleSlot(set.channels[i], i + 1));
     }
     void addAll() override {
-        for (const control::FreqSlotRef& record : records_)
+        for (const channels::FreqSlotRef& record : records_)
             scope_.AddTXChnl(record);
     }
     void addAllByName() override { addAll(); }
@@ -87,13 +87,13 @@ class NativeRig final : public Rig {
     void remove(const std::wstring& key) override { scope_.RemoveChnlByKey(key); }
 
   private:
-    formenv::HeadlessPlatform platform_;
+    headless::HeadlessPlatform platform_;
     NoEvents events_;
     NoErrors errors_;
     NoFiles files_;
     control::Bandscope scope_{control::Services{platform_, events_, errors_, files_,
-                                                [] { return util::Ref<control::FreqSlotBase>(new SimpleSlot); }}};
-    std::vector<control::FreqSlotRef> records_;
+                                                [] { return util::Ref<channels::FreqSlotBase>(new SimpleSlot); }}};
+    std::vector<channels::FreqSlotRef> records_;
 };
 
 }  // namespace

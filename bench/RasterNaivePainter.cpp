@@ -2,14 +2,14 @@
 #include <numeric>
 
 #include "bench/NaiveShapes.h"
-#include "formenv/BlockTextPainter.h"
-#include "formenv/RasterCanvas.h"
+#include "headless/BlockTextPainter.h"
+#include "raster/RasterCanvas.h"
 
 namespace kv::bench {
 
 namespace {
 
-using formenv::DrawMode;
+using raster::DrawMode;
 
 class RasterNaivePainter final : public NaivePainter {
   public:
@@ -21,7 +21,7 @@ class RasterNaivePainter final : public NaivePainter {
                 channel,
                 [&](int left, int top, int right, int bottom) {
                     canvas_.rectangle({left, top, right + 1, bottom + 1}, {channel.lColor, 1},
-                                      {formenv::FillStyle::DownwardDiagonal, channel.lColor}, DrawMode::CopyPen);
+                                      {raster::FillStyle::DownwardDiagonal, channel.lColor}, DrawMode::CopyPen);
                 },
                 [&](int x, int from, int to) {
                     canvas_.line({x, from}, {x, to}, {channel.lColorLine, 1}, DrawMode::CopyPen);
@@ -31,9 +31,9 @@ class RasterNaivePainter final : public NaivePainter {
     std::uint64_t checksum() override { return std::accumulate(pixels_.begin(), pixels_.end(), std::uint64_t{0}); }
 
   private:
-    formenv::BlockTextPainter letters_;
+    headless::BlockTextPainter letters_;
     std::vector<std::uint32_t> pixels_ = std::vector<std::uint32_t>(std::size_t{kPictureWidth} * kPictureHeight);
-    formenv::RasterCanvas canvas_{letters_, {pixels_.data(), kPictureWidth, kPictureHeight, kPictureWidth}};
+    raster::RasterCanvas canvas_{letters_, {pixels_.data(), kPictureWidth, kPictureHeight, kPictureWidth}};
 };
 
 }  // namespace

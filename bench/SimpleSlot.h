@@ -2,28 +2,28 @@
 #pragma once
 
 #include "bench/ChannelSets.h"
-#include "control/FreqSlot.h"
+#include "channels/FreqSlot.h"
 
 namespace kv::bench {
 
-class SimpleSlot final : public control::FreqSlotBase {
+class SimpleSlot final : public channels::FreqSlotBase {
   public:
     void retain() noexcept override { ++references_; }
     void release() noexcept override {
         if (--references_ == 0)
             delete this;
     }
-    control::FreqSlotFields* watch() noexcept override { return watchFields(); }
-    [[nodiscard]] const control::FreqSlotFields* peek() const noexcept override { return &fields(); }
+    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
   private:
     int references_ = 0;
 };
 
-[[nodiscard]] inline control::FreqSlotRef makeSimpleSlot(const Channel& channel, std::size_t number) {
+[[nodiscard]] inline channels::FreqSlotRef makeSimpleSlot(const Channel& channel, std::size_t number) {
     auto* const slot = new SimpleSlot;
-    const control::FreqSlotRef held(slot);
-    control::FreqSlotFields& fields = slot->fields();
+    const channels::FreqSlotRef held(slot);
+    channels::FreqSlotFields& fields = slot->fields();
     fields.dFreq = channel.dFreq;
     fields.dBW = channel.dBW;
     fields.dFreqLo = channel.dFreqLo;

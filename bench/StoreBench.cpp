@@ -7,14 +7,14 @@
 #include "bench/Benchmarks.h"
 #include "bench/Median.h"
 #include "bench/SimpleSlot.h"
-#include "control/ChannelStore.h"
+#include "channels/ChannelStore.h"
 
 namespace kv::bench {
 
 namespace {
 
-using control::ChannelKind;
-using control::ChannelStore;
+using channels::ChannelKind;
+using channels::ChannelStore;
 
 constexpr std::size_t kRemovals = 1000;
 
@@ -46,14 +46,14 @@ double plainRemovalSeconds(std::size_t count) {
 void removals(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
     const ChannelSet& set = channelSet(SetKind::Narrow, count);
-    std::vector<control::FreqSlotRef> records;
+    std::vector<channels::FreqSlotRef> records;
     for (std::size_t i = 0; i < count; ++i)
         records.push_back(makeSimpleSlot(set.channels[i], i + 1));
     Times times;
     for (auto _ : state) {
         ChannelStore store;
         std::int32_t index = 0;
-        for (const control::FreqSlotRef& record : records)
+        for (const channels::FreqSlotRef& record : records)
             store.add(ChannelKind::TX, record, index);
         state.SetIterationTime(times.measure([&] {
             for (std::size_t i = 0; i < kRemovals; ++i) {

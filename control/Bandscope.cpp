@@ -52,7 +52,7 @@ void Bandscope::UserControl_Initialize() {
     SetGridRange();
     for (formenv::Label* label : {&ui_.lblTXRange, &ui_.lblRXRange, &ui_.lblFromCenter, &ui_.lblPwrdBm, &ui_.lblFMHz,
                                   &ui_.lblNumOther, &ui_.lblNumRX, &ui_.lblNumTX})
-        label->setBackColor(formenv::system_color::kButtonFace);
+        label->setBackColor(raster::system_color::kButtonFace);
     layout_.dLblHalfWid = 300.0;
     layout_.nMinWid = static_cast<std::int16_t>(ui_.userControl.width());
     layout_.nMinHgt = static_cast<std::int16_t>(ui_.userControl.height());
@@ -115,17 +115,17 @@ void Bandscope::DrawAll() {
         L"Incorrect Function Call", MessageIcon::Information, MessageButtons::Ok);
 }
 
-void Bandscope::setLColorLblBack(formenv::OleColor value) {
+void Bandscope::setLColorLblBack(raster::OleColor value) {
     ui_.picUnits.setBackColor(value);
     JustDrawIt();
 }
 
-void Bandscope::setLColorLblFore(formenv::OleColor value) {
+void Bandscope::setLColorLblFore(raster::OleColor value) {
     ui_.picUnits.setForeColor(value);
     JustDrawIt();
 }
 
-void Bandscope::setLColorSpecBack(formenv::OleColor value) {
+void Bandscope::setLColorSpecBack(raster::OleColor value) {
     // Another background erases the picture.
     ui_.picSpectrum.setBackColor(value);
     marks_.forget();

@@ -9,10 +9,10 @@
 #include <string>
 #include <utility>
 
-#include "control/ChannelStore.h"
+#include "channels/ChannelStore.h"
+#include "channels/FreqSlot.h"
 #include "control/Children.h"
 #include "control/CollectionPainter.h"
-#include "control/FreqSlot.h"
 #include "control/Marks.h"
 #include "control/MouseReport.h"
 #include "formenv/FileServices.h"
@@ -36,7 +36,7 @@ struct Services {
     HostEvents& events;
     util::ErrorReporter& errors;
     formenv::FileServices& files;
-    FreqSlotFactory newFreqSlot;
+    channels::FreqSlotFactory newFreqSlot;
 };
 
 /// What the panel says of the channels of one kind: nothing when the minimum is above the maximum.
@@ -54,17 +54,17 @@ class Bandscope {
     Bandscope& operator=(const Bandscope&) = delete;
 
     // Members of the automation interface, in its order. Frequencies in MHz, powers in dBm, lengths in twips.
-    std::int32_t AddTXChnl(const FreqSlotRef& chnl);
-    std::int32_t AddRXChnl(const FreqSlotRef& chnl);
-    FreqSlotRef GetTXChnl(std::int32_t i) const noexcept { return store_.at(ChannelKind::TX, i); }
-    FreqSlotRef GetRXChnl(std::int32_t i) const noexcept { return store_.at(ChannelKind::RX, i); }
-    [[nodiscard]] const Extremes& extremes() const noexcept { return store_.extremes(); }
-    std::int32_t NumTX() const noexcept { return store_.count(ChannelKind::TX); }
-    std::int32_t NumRX() const noexcept { return store_.count(ChannelKind::RX); }
+    std::int32_t AddTXChnl(const channels::FreqSlotRef& chnl);
+    std::int32_t AddRXChnl(const channels::FreqSlotRef& chnl);
+    channels::FreqSlotRef GetTXChnl(std::int32_t i) const noexcept { return store_.at(channels::ChannelKind::TX, i); }
+    channels::FreqSlotRef GetRXChnl(std::int32_t i) const noexcept { return store_.at(channels::ChannelKind::RX, i); }
+    [[nodiscard]] const channels::Extremes& extremes() const noexcept { return store_.extremes(); }
+    std::int32_t NumTX() const noexcept { return store_.count(channels::ChannelKind::TX); }
+    std::int32_t NumRX() const noexcept { return store_.count(channels::ChannelKind::RX); }
     bool DrawDisplay();
     void setBXLog(bool value) noexcept { look_.bXLog = value; }
     bool bXLog() const noexcept { return look_.bXLog; }
-    bool ReDrawChnl(const FreqSlotRef& chnl);
+    bool ReDrawChnl(const channels::FreqSlotRef& chnl);
     void ClearDisplay();
     void ClearDisplayLabels();
     void ClearAllChnls();
@@ -80,8 +80,8 @@ class Bandscope {
     double DisplayMinPwr();
     void setDisplayMaxPwr(double value);
     double DisplayMaxPwr();
-    void setGridColor(formenv::OleColor value) noexcept { look_.GridColor = value; }
-    formenv::OleColor GridColor() const noexcept { return look_.GridColor; }
+    void setGridColor(raster::OleColor value) noexcept { look_.GridColor = value; }
+    raster::OleColor GridColor() const noexcept { return look_.GridColor; }
     void setFreqEndBuffer(double value) noexcept { range_.endBuffer = value; }
     double FreqEndBuffer() noexcept;
     bool ReScaleChannels();
@@ -89,13 +89,13 @@ class Bandscope {
     void JustDrawIt();
     void DrawAll();
     void RescaleAll();
-    std::int32_t nFindMatchRX(const FreqSlotRef& chnl);
+    std::int32_t nFindMatchRX(const channels::FreqSlotRef& chnl);
     std::int16_t MinHgt() const noexcept { return layout_.nMinHgt; }
     std::int16_t MinWid() const noexcept { return layout_.nMinWid; }
     void setCursorVal(double value);
     double CursorVal() const noexcept;
-    void setLCursorColor(formenv::OleColor value) noexcept { look_.lCursorColor = value; }
-    formenv::OleColor lCursorColor() const noexcept { return look_.lCursorColor; }
+    void setLCursorColor(raster::OleColor value) noexcept { look_.lCursorColor = value; }
+    raster::OleColor lCursorColor() const noexcept { return look_.lCursorColor; }
     std::wstring DisplayToBMP(double& dHgt, double& dWid, std::wstring& sFName);
     void CopyDisplayToClipboard();
     void setBMouseInfo(bool value);
@@ -104,16 +104,16 @@ class Bandscope {
     void setShowAll(bool value);
     bool bLoadingAll() const noexcept { return look_.bLoadingAll; }
     void setBLoadingAll(bool value) noexcept { look_.bLoadingAll = value; }
-    FreqSlotRef GetTXbyKey(const std::wstring& sKey) const;
-    FreqSlotRef GetRXbyKey(const std::wstring& sKey) const;
-    FreqSlotRef GetChnlByKey(const std::wstring& sKey) const;
+    channels::FreqSlotRef GetTXbyKey(const std::wstring& sKey) const;
+    channels::FreqSlotRef GetRXbyKey(const std::wstring& sKey) const;
+    channels::FreqSlotRef GetChnlByKey(const std::wstring& sKey) const;
     void Refresh();
     void DrawByRange(double dFMin, double dFMax);
     void DrawNewCenterFreq();
     void RemoveChnlByKey(const std::wstring& sID);
-    void setLColorLblBack(formenv::OleColor value);
-    void setLColorLblFore(formenv::OleColor value);
-    void setLColorSpecBack(formenv::OleColor value);
+    void setLColorLblBack(raster::OleColor value);
+    void setLColorLblFore(raster::OleColor value);
+    void setLColorSpecBack(raster::OleColor value);
 
     // The control as a window of its container.
     [[nodiscard]] Children& children() noexcept { return ui_; }
@@ -153,9 +153,9 @@ class Bandscope {
     void LoadSampleChannels();
 
     // Summary.cpp
-    std::int32_t addQuietly(ChannelKind kind, const FreqSlotRef& chnl);
+    std::int32_t addQuietly(channels::ChannelKind kind, const channels::FreqSlotRef& chnl);
     void chooseNoun(const std::wstring& sLabel);
-    void noteSummary(ChannelKind kind, const ChannelSummary& summary);
+    void noteSummary(channels::ChannelKind kind, const ChannelSummary& summary);
     void ShowTXLabels(const std::wstring& sLabel);
     void ShowRXLabels();
     void cmdDrawTX_Click();
@@ -220,11 +220,11 @@ class Bandscope {
     // CollectionDrawing.cpp
     void DrawDisplayTX();
     void DrawDisplayRX();
-    void drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl);
-    void refreshCollection(ChannelKind kind);
+    void drawCollection(channels::ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl);
+    void refreshCollection(channels::ChannelKind kind);
     /// What painting a kind's channels all at once needs; nothing when they have to be drawn one by one.
-    std::optional<PaintedView> paintable(ChannelKind kind, bool onlyFrequencies);
-    void DrawChnl(FreqSlot& channel);
+    std::optional<PaintedView> paintable(channels::ChannelKind kind, bool onlyFrequencies);
+    void DrawChnl(channels::FreqSlot& channel);
 
     // SpectrumDrawing.cpp
     void drawOnce();
@@ -236,7 +236,7 @@ class Bandscope {
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
     void DrawFreqLbls();
     void drawFreqLabel(double x);
-    void DrawCursorLine(double frequency, formenv::OleColor color);
+    void DrawCursorLine(double frequency, raster::OleColor color);
     const std::wstring& FreqLblFormat();
 
     // Layout.cpp
@@ -293,20 +293,20 @@ class Bandscope {
     struct Look {  // Bandscope.cpp
         bool bXLog = true;
         bool bLoadingAll = false;
-        formenv::OleColor lCursorColor = 0;
-        formenv::OleColor GridColor = formenv::system_color::kButtonFace;
+        raster::OleColor lCursorColor = 0;
+        raster::OleColor GridColor = raster::system_color::kButtonFace;
         bool bUseMovers = true;
     };
     struct Range {  // RangeScaling.cpp; MHz and dBm
-        double minFreq = FREQ_UNSET;
-        double maxFreq = -FREQ_UNSET;
+        double minFreq = channels::FREQ_UNSET;
+        double maxFreq = -channels::FREQ_UNSET;
         double center = 0.0;
-        double minPwr = FREQ_UNSET;
-        double maxPwr = -FREQ_UNSET;
+        double minPwr = channels::FREQ_UNSET;
+        double maxPwr = -channels::FREQ_UNSET;
         double endBuffer = -1.0;  ///< negative: not set
         bool bShowAll = false;
         /// What `chkViewAllxx` was ticked over; MHz, a minimum above the maximum for none.
-        std::pair<double, double> beforeViewAll{FREQ_UNSET, -FREQ_UNSET};
+        std::pair<double, double> beforeViewAll{channels::FREQ_UNSET, -channels::FREQ_UNSET};
     };
     struct Grid {                 // GridStep.cpp
         std::int16_t nGridX = 0;  ///< divisions; below 1 means the usual 20
@@ -314,8 +314,8 @@ class Bandscope {
         bool chosen = false;      ///< by the user, on the knob or in the box
         /// The display as a turn of the grid knob found it.
         struct Before {
-            double minFreq = FREQ_UNSET;
-            double maxFreq = -FREQ_UNSET;
+            double minFreq = channels::FREQ_UNSET;
+            double maxFreq = -channels::FREQ_UNSET;
             double step = 0.0;
             bool chosen = false;
         };
@@ -324,7 +324,8 @@ class Bandscope {
     struct Drawing {  // SpectrumDrawing.cpp
         bool bDrawing = false;
         bool bAgain = false;  ///< a drawing was asked for under a running one, which may end outdated
-        std::pair<double, double> drawnSpan{FREQ_UNSET, -FREQ_UNSET};  ///< MHz, of the drawing that runs
+        std::pair<double, double> drawnSpan{channels::FREQ_UNSET,
+                                            -channels::FREQ_UNSET};  ///< MHz, of the drawing that runs
         std::wstring FreqLblFormat;
         std::int32_t nMany = 400;  ///< channels of a kind from which painting all at once is the faster way
     };
@@ -337,9 +338,9 @@ class Bandscope {
         double dLblHalfWid = 300.0;
         std::uint64_t generation = 0;  ///< counts resizes, so that an overtaken one stops
     };
-    struct Mouse {            // MouseInfo.cpp
-        double x = kInvalid;  ///< MHz
-        double y = kInvalid;  ///< dBm
+    struct Mouse {                      // MouseInfo.cpp
+        double x = channels::kInvalid;  ///< MHz
+        double y = channels::kInvalid;  ///< dBm
     };
     struct MouseInfo {  // MouseInfo.cpp
         MouseReport report;
@@ -356,7 +357,7 @@ class Bandscope {
     Services services_;
     Children ui_;
     Marks marks_{ui_.picSpectrum};
-    ChannelStore store_;
+    channels::ChannelStore store_;
     ChannelSummary txSummary_;
     ChannelSummary rxSummary_;
     CollectionPainter painter_;

@@ -105,8 +105,9 @@ void Bandscope::resetKnobRanges() {
 void Bandscope::showCenter() {
     if (!(range_.maxFreq > range_.minFreq))
         return;
-    const double center =
-        isUnsetFrequency(range_.center) ? range_.minFreq + (range_.maxFreq - range_.minFreq) / 2.0 : range_.center;
+    const double center = channels::isUnsetFrequency(range_.center)
+                              ? range_.minFreq + (range_.maxFreq - range_.minFreq) / 2.0
+                              : range_.center;
     if (look_.bUseMovers)
         ui_.tdKnMovCenter.setDVal(center);
     else

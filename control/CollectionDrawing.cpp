@@ -26,7 +26,7 @@ void Bandscope::DrawDisplayTX() {
     std::int16_t flag = 100;
     std::int32_t kChnl = 0;
     try {
-        drawCollection(ChannelKind::TX, flag, kChnl);
+        drawCollection(channels::ChannelKind::TX, flag, kChnl);
     } catch (...) {
         services_.errors.ErrHand(
             flag, L"DrawDisplayTX",
@@ -39,7 +39,7 @@ void Bandscope::DrawDisplayRX() {
     std::int16_t flag = 100;
     std::int32_t kChnl = 0;
     try {
-        drawCollection(ChannelKind::RX, flag, kChnl);
+        drawCollection(channels::ChannelKind::RX, flag, kChnl);
     } catch (...) {
         services_.errors.ErrHand(
             flag, L"DrawDisplayRX",
@@ -48,7 +48,7 @@ void Bandscope::DrawDisplayRX() {
     }
 }
 
-void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl) {
+void Bandscope::drawCollection(channels::ChannelKind kind, std::int16_t& flag, std::int32_t& kChnl) {
     const KeepDrawing keep(ui_.picSpectrum);
     const std::int32_t count = store_.count(kind);
     flag = 200;
@@ -61,7 +61,7 @@ void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_
         }
     }
     for (kChnl = 1; kChnl <= count; ++kChnl) {
-        const FreqSlotRef channel = store_.at(kind, kChnl - 1);
+        const channels::FreqSlotRef channel = store_.at(kind, kChnl - 1);
         if (!channel)
             throw util::RuntimeError(util::error_number::kSubscriptOutOfRange);
         if (channel->bVisible() && channel->dFreq() > 0.0)
@@ -70,8 +70,8 @@ void Bandscope::drawCollection(ChannelKind kind, std::int16_t& flag, std::int32_
     flag = 300;
 }
 
-void Bandscope::DrawChnl(FreqSlot& channel) {
-    const DrawRecord record = channel.drawRecord();
+void Bandscope::DrawChnl(channels::FreqSlot& channel) {
+    const channels::DrawRecord record = channel.drawRecord();
     const double floor = DisplayMinPwr();
     // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
     const double top = record.dPwrDBM > floor ? record.dPwrDBM : DisplayMaxPwr() / 2.0;
@@ -94,15 +94,15 @@ void Bandscope::DrawChnl(FreqSlot& channel) {
     channel.setBDrawn(record.bVisible);
 }
 
-void Bandscope::refreshCollection(ChannelKind kind) {
+void Bandscope::refreshCollection(channels::ChannelKind kind) {
     const std::optional<PaintedView> view =
         store_.count(kind) >= drawing_.nMany ? paintable(kind, false) : std::optional<PaintedView>();
     if (!view) {
-        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i)
+        for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i)
             DrawChnl(*channel);
         return;
     }
-    ChannelSnapshot& snapshot = store_.snapshot(kind);
+    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
     const std::size_t size = snapshot.size();
     // A channel hidden since it was drawn is exchanged with what those before it have painted, hence in its turn.
     for (std::size_t first = 0; first < size;) {
@@ -121,13 +121,14 @@ void Bandscope::refreshCollection(ChannelKind kind) {
     }
 }
 
-std::optional<PaintedView> Bandscope::paintable(ChannelKind kind, bool onlyFrequencies) {
+std::optional<PaintedView> Bandscope::paintable(channels::ChannelKind kind, bool onlyFrequencies) {
     PictureBox& picture = ui_.picSpectrum;
-    if (isUnsetMinimum(range_.minFreq) || isUnsetFrequency(range_.maxFreq) || isUnsetMinimum(range_.minPwr) ||
-        isUnsetMaxPower(range_.maxPwr) || !(range_.maxFreq > range_.minFreq))
+    if (channels::isUnsetMinimum(range_.minFreq) || channels::isUnsetFrequency(range_.maxFreq) ||
+        channels::isUnsetMinimum(range_.minPwr) || channels::isUnsetMaxPower(range_.maxPwr) ||
+        !(range_.maxFreq > range_.minFreq))
         return std::nullopt;
-    ChannelSnapshot& snapshot = store_.snapshot(kind);
-    const formenv::RasterCanvas* const canvas = picture.raster();
+    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+    const raster::RasterCanvas* const canvas = picture.raster();
     if (!canvas || !snapshot.update(store_, kind))
         return std::nullopt;
     const double minFreq = DisplayMinFreq();

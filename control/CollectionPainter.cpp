@@ -7,21 +7,21 @@
 namespace kv::control {
 
 using formenv::PictureBox;
-using formenv::StandingBoxes;
+using raster::StandingBoxes;
 
 namespace {
 
-constexpr std::size_t kBlock = ChannelSnapshot::kBlock;
+constexpr std::size_t kBlock = channels::ChannelSnapshot::kBlock;
 constexpr double kCoarsest = 0.1;       // pixels a step of the grid
 constexpr double kFloatMargin = 0.005;  // pixels; columns are reckoned in single precision
 constexpr int kNoLevel = -1;
 
 }  // namespace
 
-bool CollectionPainter::canPaint(const PictureBox& picture, const formenv::RasterCanvas& canvas,
-                                 const ChannelSnapshot& snapshot, const PaintedView& view) {
-    const formenv::PixelMap& map = view.powers.pixels;
-    const formenv::PixelBuffer& pixels = canvas.pixels();
+bool CollectionPainter::canPaint(const PictureBox& picture, const raster::RasterCanvas& canvas,
+                                 const channels::ChannelSnapshot& snapshot, const PaintedView& view) {
+    const raster::PixelMap& map = view.powers.pixels;
+    const raster::PixelBuffer& pixels = canvas.pixels();
     const double span = view.maxFreq - view.minFreq;
     return !snapshot.hasOddStyle() && picture.drawWidth() == 1 && !pixels.empty() &&
            pixels.width <= StandingBoxes::kMost && pixels.height <= StandingBoxes::kMost && map.size.width > 0 &&
@@ -30,7 +30,7 @@ bool CollectionPainter::canPaint(const PictureBox& picture, const formenv::Raste
            map.y(view.powers.markHeight) <= map.y(view.powers.floor);
 }
 
-void CollectionPainter::paint(PictureBox& picture, formenv::RasterCanvas& canvas, ChannelSnapshot& snapshot,
+void CollectionPainter::paint(PictureBox& picture, raster::RasterCanvas& canvas, channels::ChannelSnapshot& snapshot,
                               const PaintedView& view, std::size_t first, std::size_t last) {
     snapshot_ = &snapshot;
     picture_ = &picture;
@@ -46,11 +46,11 @@ void CollectionPainter::paint(PictureBox& picture, formenv::RasterCanvas& canvas
     boxes_.end();
 }
 
-bool CollectionPainter::isOut(const ChannelSnapshot::Block& block) const noexcept {
+bool CollectionPainter::isOut(const channels::ChannelSnapshot::Block& block) const noexcept {
     return !block.hasOdd && (block.lowest > view_.maxFreq || block.highest < view_.minFreq);
 }
 
-bool CollectionPainter::reaches(const DrawRecord& record) const noexcept {
+bool CollectionPainter::reaches(const channels::DrawRecord& record) const noexcept {
     return record.bVisible && (!view_.onlyFrequencies || record.dFreq > 0.0) &&
            !(record.dFreqLo > view_.maxFreq || record.dFreqHi < view_.minFreq);
 }
@@ -62,7 +62,7 @@ bool CollectionPainter::moveToLast(PictureBox& picture, Places places) const {
             place = std::max(block * kBlock, places.first);
             continue;
         }
-        const DrawRecord& record = snapshot_->records()[place];
+        const channels::DrawRecord& record = snapshot_->records()[place];
         if (!reaches(record))
             continue;
         const bool hasLine = record.dFreq >= view_.minFreq && record.dFreq <= view_.maxFreq;
@@ -75,10 +75,10 @@ bool CollectionPainter::moveToLast(PictureBox& picture, Places places) const {
 
 // Columns count from the grid's step next to the left edge, where single precision is at its best.
 void CollectionPainter::setUpColumns(int width) {
-    const ChannelSnapshot::Grid& grid = snapshot_->grid();
+    const channels::ChannelSnapshot::Grid& grid = snapshot_->grid();
     const double perMHz = map_.size.width / map_.scale.width;
     const double perStep = grid.unit * perMHz;
-    constexpr double kLast = 1 << ChannelSnapshot::kGridBits;
+    constexpr double kLast = 1 << channels::ChannelSnapshot::kGridBits;
     const double base = std::floor(std::clamp((view_.minFreq - grid.origin) / grid.unit, 0.0, kLast));
     const double baseColumn = (grid.origin - view_.minFreq + base * grid.unit) * perMHz;
     margin_ = perStep + kFloatMargin;
@@ -99,20 +99,20 @@ int CollectionPainter::levelOf(double bandwidth) const noexcept {
 
 int CollectionPainter::highestLevel() const noexcept {
     int highest = 0;
-    for (const ChannelSnapshot::Block& block : snapshot_->blocks())
+    for (const channels::ChannelSnapshot::Block& block : snapshot_->blocks())
         highest = std::max(highest, isOut(block) ? 0 : levelOf(block.widest));
     return highest;
 }
 
 void CollectionPainter::paintBlock(std::size_t block, Places places) {
-    const ChannelSnapshot::Block& known = snapshot_->blocks()[block];
+    const channels::ChannelSnapshot::Block& known = snapshot_->blocks()[block];
     if (isOut(known))
         return;
-    const DrawRecord* const records = snapshot_->records().data();
+    const channels::DrawRecord* const records = snapshot_->records().data();
     const int level = levelOf(known.widest);
     if (level == kNoLevel) {
         for (std::size_t place = places.last; place-- > places.first;) {
-            if (rows_[place] != ChannelSnapshot::kNotShown)
+            if (rows_[place] != channels::ChannelSnapshot::kNotShown)
                 paintRecord(records[place]);
         }
     } else {
@@ -135,7 +135,7 @@ void CollectionPainter::paintBlock(std::size_t block, Places places) {
         markDrawn(block, places);
 }
 
-void CollectionPainter::paintRecord(const DrawRecord& record) {
+void CollectionPainter::paintRecord(const channels::DrawRecord& record) {
     if (!reaches(record))
         return;
     const int top = map_.y(view_.powers.top(record));
@@ -143,14 +143,14 @@ void CollectionPainter::paintRecord(const DrawRecord& record) {
         boxes_.line(map_.x(record.dFreq), top, picture_->platform().resolve(record.lColorLine));
     const int low = map_.x(record.dFreqLo < view_.minFreq ? view_.minFreq : record.dFreqLo);
     const int high = map_.x(record.dFreqHi > view_.maxFreq ? view_.maxFreq : record.dFreqHi);
-    boxes_.box(std::min(low, high), std::max(low, high), top, static_cast<formenv::FillStyle>(record.iFillStyle),
+    boxes_.box(std::min(low, high), std::max(low, high), top, static_cast<raster::FillStyle>(record.iFillStyle),
                picture_->platform().resolve(record.lColor));
 }
 
 void CollectionPainter::markDrawn(std::size_t block, Places places) {
     bool left = places.first != block * kBlock || places.last != std::min((block + 1) * kBlock, snapshot_->size());
     for (std::size_t place = places.first; place < places.last; ++place) {
-        const DrawRecord& record = snapshot_->records()[place];
+        const channels::DrawRecord& record = snapshot_->records()[place];
         if (!record.bVisible || record.bDrawn)
             continue;
         if (reaches(record))

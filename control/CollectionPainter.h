@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "control/ChannelSnapshot.h"
+#include "channels/ChannelSnapshot.h"
 #include "formenv/PictureBox.h"
-#include "formenv/StandingBoxes.h"
+#include "raster/StandingBoxes.h"
 
 namespace kv::control {
 
@@ -15,7 +15,7 @@ namespace kv::control {
 struct PaintedView {
     double minFreq = 0.0;  ///< MHz, the picture's left edge
     double maxFreq = 0.0;  ///< MHz, its right edge
-    ChannelSnapshot::PowerMap powers;
+    channels::ChannelSnapshot::PowerMap powers;
     bool onlyFrequencies = true;  ///< those at a frequency above 0 alone
 };
 
@@ -26,11 +26,11 @@ class CollectionPainter {
   public:
     /// Can this be painted here? Needs fill styles that there are, one scale for frequencies and picture, and powers
     /// that grow upwards.
-    [[nodiscard]] static bool canPaint(const formenv::PictureBox& picture, const formenv::RasterCanvas& canvas,
-                                       const ChannelSnapshot& snapshot, const PaintedView& view);
+    [[nodiscard]] static bool canPaint(const formenv::PictureBox& picture, const raster::RasterCanvas& canvas,
+                                       const channels::ChannelSnapshot& snapshot, const PaintedView& view);
 
     /// Paints the visible records at places from `first` up to, without, `last`.
-    void paint(formenv::PictureBox& picture, formenv::RasterCanvas& canvas, ChannelSnapshot& snapshot,
+    void paint(formenv::PictureBox& picture, raster::RasterCanvas& canvas, channels::ChannelSnapshot& snapshot,
                const PaintedView& view, std::size_t first, std::size_t last);
 
   private:
@@ -47,25 +47,25 @@ class CollectionPainter {
         bool exactEnough = false;
     };
 
-    [[nodiscard]] bool isOut(const ChannelSnapshot::Block& block) const noexcept;
-    [[nodiscard]] bool reaches(const DrawRecord& record) const noexcept;
+    [[nodiscard]] bool isOut(const channels::ChannelSnapshot::Block& block) const noexcept;
+    [[nodiscard]] bool reaches(const channels::DrawRecord& record) const noexcept;
     /// Places the current position; false when no record reaches the picture.
     bool moveToLast(formenv::PictureBox& picture, Places places) const;
     void setUpColumns(int width);
     [[nodiscard]] int levelOf(double bandwidth) const noexcept;
     [[nodiscard]] int highestLevel() const noexcept;
     void paintBlock(std::size_t block, Places places);
-    void paintRecord(const DrawRecord& record);
+    void paintRecord(const channels::DrawRecord& record);
     void markDrawn(std::size_t block, Places places);
 
     formenv::PictureBox* picture_ = nullptr;
-    ChannelSnapshot* snapshot_ = nullptr;
+    channels::ChannelSnapshot* snapshot_ = nullptr;
     PaintedView view_;
-    formenv::PixelMap map_;
+    raster::PixelMap map_;
     Columns columns_;
     double margin_ = 0.0;  ///< pixels by which a column may be off
     const std::int16_t* rows_ = nullptr;
-    formenv::StandingBoxes boxes_;
+    raster::StandingBoxes boxes_;
 };
 
 }  // namespace kv::control

@@ -100,7 +100,7 @@ void Bandscope::SetGridKnob() {
 }
 
 double Bandscope::GridStepX() {
-    if (isUnsetFrequency(grid_.step)) {
+    if (channels::isUnsetFrequency(grid_.step)) {
         grid_.step = (range_.maxFreq - range_.minFreq) / nGridX();
         grid_.chosen = false;
     }
@@ -118,7 +118,7 @@ void Bandscope::showGridStep() {
 // A chosen step makes the range: as many divisions as there are, around the center. So turning the grid knob zooms,
 // and the middle line goes on marking the center.
 void Bandscope::applyChosenStep() {
-    if (!deriveRange() || isUnsetFrequency(grid_.step))
+    if (!deriveRange() || channels::isUnsetFrequency(grid_.step))
         return;
     showAround(DisplayCenterFreq(), grid_.step * nGridX() / 2.0);
     applyHorizontalScale();

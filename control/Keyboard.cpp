@@ -156,7 +156,7 @@ void Bandscope::cursorTo(double frequency) {
     setShownCursor(frequency);
     if (drag_.spanFrom && !isDragging())
         marks_.drawBand(insidePicture(*drag_.spanFrom), insidePicture(frequency));
-    pointAt(frequency, kInvalid);
+    pointAt(frequency, channels::kInvalid);
 }
 
 /// The box of a drag, by keys: its first end at the cursor, then the zoom to what lies between that end and the cursor.
@@ -184,8 +184,8 @@ bool Bandscope::dropSpan() {
 void Bandscope::cursorToChannel(double side) {
     const double from = cursorOrCenter();
     std::optional<double> nearest;
-    for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
-        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i) {
+    for (const channels::ChannelKind kind : {channels::ChannelKind::TX, channels::ChannelKind::RX}) {
+        for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i) {
             bool unknown = false;
             const double frequency = util::ConvertFreq(channel->sFreqUnits(), L"MHz", channel->dFreq(), unknown);
             const double distance = (frequency - from) * side;
@@ -199,9 +199,9 @@ void Bandscope::cursorToChannel(double side) {
 
 void Bandscope::toggleReport() {
     ui_.chkShowMouse.setValue(ui_.chkShowMouse.value() == 0 ? 1 : 0);
-    ShowMouseInfo(kInvalid, kInvalid);
+    ShowMouseInfo(channels::kInvalid, channels::kInvalid);
     if (hasUsableRange() && ui_.chkShowMouse.value() != 0)
-        pointAt(cursorOrCenter(), kInvalid);
+        pointAt(cursorOrCenter(), channels::kInvalid);
 }
 
 }  // namespace kv::control

@@ -105,8 +105,8 @@ void Bandscope::arrangePanel() {
     ui_.fraControl.move({kMargin, kStartHeight - kMargin - kPanelHeight, kStartWidth - 2.0 * kMargin, kPanelHeight});
     ui_.fraControl.setCaption(L"-");
 
-    ui_.picUnits.setBackColor(formenv::system_color::kButtonFace);
-    ui_.picSpectrum.setBackColor(formenv::system_color::kWindowBackground);
+    ui_.picUnits.setBackColor(raster::system_color::kButtonFace);
+    ui_.picSpectrum.setBackColor(raster::system_color::kWindowBackground);
     // Ticks and rubber band: a grey that shows on light and on dark backgrounds.
     ui_.picSpectrum.setForeColor(0x00808080);
 

@@ -5,12 +5,12 @@
 
 namespace kv::control {
 
-using formenv::DrawMode;
-using formenv::FillStyle;
+using raster::DrawMode;
+using raster::FillStyle;
 
 void Marks::drawCursor(const CursorLine& line) {
     takeCursorOff();
-    const formenv::UserScale scale = picture_.scale();
+    const raster::UserScale scale = picture_.scale();
     if (!(line.frequency >= scale.left && line.frequency <= scale.left + scale.width))
         return;
     const int x = picture_.pixelX(line.frequency);

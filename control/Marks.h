@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "control/Sentinels.h"
+#include "channels/Sentinels.h"
 #include "formenv/PictureBox.h"
 
 namespace kv::control {
@@ -14,7 +14,7 @@ struct CursorLine {
     double frequency = 0.0;
     double from = 0.0;
     double to = 0.0;
-    formenv::OleColor color = 0;
+    raster::OleColor color = 0;
 };
 
 /// Both marks are drawn in modes in which the same stroke once more restores what was there: not-XOR and inverting. The
@@ -29,7 +29,9 @@ class Marks {
     void drawCursor(const CursorLine& line);
     void takeCursorOff();
     /// Where the cursor line is on the picture, MHz; -FREQ_UNSET without one.
-    [[nodiscard]] double dCursorLineFreq() const noexcept { return cursor_ ? cursor_->line.frequency : -FREQ_UNSET; }
+    [[nodiscard]] double dCursorLineFreq() const noexcept {
+        return cursor_ ? cursor_->line.frequency : -channels::FREQ_UNSET;
+    }
 
     /// Draws the outline of a box over the full height, from one frequency to another (MHz), in place of the last one.
     void drawBand(double from, double to);
@@ -60,14 +62,14 @@ class Marks {
   private:
     struct Cursor {
         CursorLine line;
-        formenv::PixelPoint from;
-        formenv::PixelPoint to;
-        formenv::Rgb color = 0;
+        raster::PixelPoint from;
+        raster::PixelPoint to;
+        raster::Rgb color = 0;
     };
     struct Band {
         double from = 0.0;  ///< MHz
         double to = 0.0;
-        formenv::PixelRect box;
+        raster::PixelRect box;
     };
     void stroke(const Cursor& cursor);
     void stroke(const Band& band);

@@ -2,8 +2,8 @@
 // double-click that recentres. The drag that zooms is in BoxDrag.cpp.
 #include <utility>
 
+#include "channels/ChannelIndex.h"
 #include "control/Bandscope.h"
-#include "control/ChannelIndex.h"
 #include "util/NumberFormat.h"
 
 namespace kv::control {
@@ -72,13 +72,13 @@ void Bandscope::picUnits_MouseMove(int /*button*/, int /*shift*/, double x, doub
 
 void Bandscope::chkShowMouse_Click() {
     std::int16_t flag = 100;
-    reported(L"chkShowMouse_Click", L"", flag, [&] { ShowMouseInfo(kInvalid, kInvalid); });
+    reported(L"chkShowMouse_Click", L"", flag, [&] { ShowMouseInfo(channels::kInvalid, channels::kInvalid); });
 }
 
 void Bandscope::setBMouseInfo(bool value) {
     ui_.chkShowMouse.setValue(value ? 1 : 0);
     std::int16_t flag = 100;
-    reported(L"bMouseInfo", L"", flag, [&] { ShowMouseInfo(kInvalid, kInvalid); });
+    reported(L"bMouseInfo", L"", flag, [&] { ShowMouseInfo(channels::kInvalid, channels::kInvalid); });
 }
 
 void Bandscope::setBChkVisMouseInfo(bool value) {
@@ -134,11 +134,11 @@ void Bandscope::BuildMouseReport(double x, double /*y*/) {
         flag = 200;
         MouseReport& report = mouseInfo_.report;
         report.begin(ui_.lblFMHz.caption());
-        for (const ChannelKind kind : {ChannelKind::RX, ChannelKind::TX}) {
-            flag = kind == ChannelKind::RX ? 300 : 400;
-            forEachChannelAt(store_, kind, x, reach, [&](std::int32_t index) {
+        for (const channels::ChannelKind kind : {channels::ChannelKind::RX, channels::ChannelKind::TX}) {
+            flag = kind == channels::ChannelKind::RX ? 300 : 400;
+            channels::forEachChannelAt(store_, kind, x, reach, [&](std::int32_t index) {
                 // Reading the channel may have cleared the store.
-                if (const FreqSlotRef channel = store_.at(kind, index))
+                if (const channels::FreqSlotRef channel = store_.at(kind, index))
                     report.add(kind, *channel);
                 // Over thousands of products the rest would be read for nothing.
                 return !report.isFull();

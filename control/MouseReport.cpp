@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "control/Intermodulation.h"
+#include "channels/Intermodulation.h"
 #include "util/NumberFormat.h"
 
 namespace kv::control {
@@ -27,7 +27,7 @@ std::wstring rightAligned(std::wstring text, std::size_t width) {
     return text;
 }
 
-std::wstring componentText(const ImComponent& component) {
+std::wstring componentText(const channels::ImComponent& component) {
     const std::wstring term = (component.coefficient < 0 ? L"-" : L"+") +
                               std::to_wstring(std::abs(static_cast<int>(component.coefficient))) + L"x";
     std::wstring text = rightAligned(term, kCoefficientWidth) + kGap +
@@ -67,17 +67,17 @@ bool MouseReport::closes(std::size_t newSize) {
     return true;
 }
 
-void MouseReport::add(ChannelKind kind, FreqSlot& channel) {
+void MouseReport::add(channels::ChannelKind kind, channels::FreqSlot& channel) {
     appendSection(kind);
     appendChannel(channel);
-    if (kind != ChannelKind::TX)
+    if (kind != channels::ChannelKind::TX)
         return;
     append(kIndented + util::formatNumber(channel.dPwrDBM(), L"#0.00"));
     appendComponents(channel);
 }
 
-void MouseReport::appendSection(ChannelKind kind) {
-    bool& has = hasSection_[kind == ChannelKind::TX ? 1 : 0];
+void MouseReport::appendSection(channels::ChannelKind kind) {
+    bool& has = hasSection_[kind == channels::ChannelKind::TX ? 1 : 0];
     if (has)
         return;
     has = true;
@@ -85,10 +85,10 @@ void MouseReport::appendSection(ChannelKind kind) {
         SetReportText(L"Mouse Location:");
         append(kNewLine + location_);
     }
-    append(std::wstring(kNewLine) + kNewLine + (kind == ChannelKind::TX ? L"TX Channels:" : L"RX Channels:"));
+    append(std::wstring(kNewLine) + kNewLine + (kind == channels::ChannelKind::TX ? L"TX Channels:" : L"RX Channels:"));
 }
 
-void MouseReport::appendChannel(FreqSlot& channel) {
+void MouseReport::appendChannel(channels::FreqSlot& channel) {
     append(kNewLine + util::formatNumber(channel.dFreq(), L"####0.00000") + L" " + channel.sFreqUnits());
     const double bandwidth = channel.dBW();
     if (bandwidth > 0.0)
@@ -96,8 +96,8 @@ void MouseReport::appendChannel(FreqSlot& channel) {
     append(L" " + channel.sLabel());
 }
 
-void MouseReport::appendComponents(FreqSlot& channel) {
-    if (!isIntermodProduct(channel.sLabel()))
+void MouseReport::appendComponents(channels::FreqSlot& channel) {
+    if (!channels::isIntermodProduct(channel.sLabel()))
         return;
     const std::int16_t count = channel.nIMComps();
     if (count > 0)

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string>
 
-#include "control/ChannelStore.h"
-#include "control/FreqSlot.h"
+#include "channels/ChannelStore.h"
+#include "channels/FreqSlot.h"
 
 namespace kv::control {
 
@@ -15,7 +15,7 @@ class MouseReport {
     void begin(const std::wstring& location);
 
     /// Adds a channel that the pointer is over; all receivers first, then the transmitters.
-    void add(ChannelKind kind, FreqSlot& channel);
+    void add(channels::ChannelKind kind, channels::FreqSlot& channel);
 
     [[nodiscard]] const std::wstring& text() const noexcept { return text_; }
     /// The text ended with its marker for too much of it; nothing is added any more.
@@ -29,9 +29,9 @@ class MouseReport {
     void append(const std::wstring& piece);
     /// Is there no room for a text of this size in place of the present one? That one ends with the marker then.
     [[nodiscard]] bool closes(std::size_t newSize);
-    void appendSection(ChannelKind kind);
-    void appendChannel(FreqSlot& channel);
-    void appendComponents(FreqSlot& channel);
+    void appendSection(channels::ChannelKind kind);
+    void appendChannel(channels::FreqSlot& channel);
+    void appendComponents(channels::FreqSlot& channel);
 
     std::wstring text_;
     std::wstring location_;

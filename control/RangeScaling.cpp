@@ -37,7 +37,7 @@ double Bandscope::FreqEndBuffer() noexcept {
 }
 
 double Bandscope::DisplayMinFreq() {
-    if (isUnsetMinimum(range_.minFreq) && !isEmptyStoreMinimum(store_.extremes().dFreqMin))
+    if (channels::isUnsetMinimum(range_.minFreq) && !channels::isEmptyStoreMinimum(store_.extremes().dFreqMin))
         range_.minFreq = checked(store_.extremes().dFreqMin - FreqEndBuffer());
     if (range_.minFreq < range_.maxFreq)
         applyHorizontalScale();
@@ -45,7 +45,7 @@ double Bandscope::DisplayMinFreq() {
 }
 
 double Bandscope::DisplayMaxFreq() {
-    if (isUnsetFrequency(range_.maxFreq) && store_.extremes().dFreqMax > 0.0)
+    if (channels::isUnsetFrequency(range_.maxFreq) && store_.extremes().dFreqMax > 0.0)
         range_.maxFreq = checked(FreqEndBuffer() + store_.extremes().dFreqMax);
     if (range_.maxFreq - range_.minFreq > 0.0)
         applyHorizontalScale();
@@ -67,7 +67,7 @@ void Bandscope::applyVerticalScale(double minPwr) {
 }
 
 double Bandscope::DisplayCenterFreq() {
-    if (isUnsetFrequency(range_.center)) {
+    if (channels::isUnsetFrequency(range_.center)) {
         range_.center = checked((DisplayMinFreq() + DisplayMaxFreq()) / 2.0);
         SetCenterFreqKnob();
     }
@@ -86,7 +86,7 @@ void Bandscope::setDisplayMinPwr(double value) {
 
 // What is read before there is a channel is not kept: it would cut off the first channels that come.
 double Bandscope::DisplayMinPwr() {
-    if (!isUnsetMinimum(range_.minPwr))
+    if (!channels::isUnsetMinimum(range_.minPwr))
         return range_.minPwr;
     const double minimum = store_.extremes().dPwrMin;
     if (!store_.empty())
@@ -101,7 +101,7 @@ void Bandscope::setDisplayMaxPwr(double value) {
 }
 
 double Bandscope::DisplayMaxPwr() {
-    if (!isUnsetMaxPower(range_.maxPwr))
+    if (!channels::isUnsetMaxPower(range_.maxPwr))
         return range_.maxPwr;
     const double maximum = store_.extremes().dPwrMax;
     if (!store_.empty())
@@ -123,7 +123,7 @@ bool Bandscope::deriveRange() {
 
 void Bandscope::shiftRangeOntoCenter() {
     deriveRange();
-    if (isUnsetFrequency(range_.center) || !(range_.maxFreq > range_.minFreq))
+    if (channels::isUnsetFrequency(range_.center) || !(range_.maxFreq > range_.minFreq))
         return;
     const double halfSpan = checked(range_.maxFreq - range_.minFreq) / 2.0;
     const double middle = range_.minFreq + halfSpan;
@@ -136,7 +136,7 @@ void Bandscope::shiftRangeOntoCenter() {
 void Bandscope::showAround(double center, double halfSpan) {
     const double minimum = checked(center - halfSpan);
     const double maximum = checked(center + halfSpan);
-    if (!(maximum > minimum) || isUnsetMinimum(minimum))
+    if (!(maximum > minimum) || channels::isUnsetMinimum(minimum))
         throw RuntimeError(kOverflow);
     range_.minFreq = minimum;
     range_.maxFreq = maximum;
@@ -160,7 +160,7 @@ bool Bandscope::ScaleDisplay() {
 
 void Bandscope::zoomTo(double minimum, double maximum) {
     // A range that ends at 0 MHz or below would count as not set; far below a hertz the digits of a double run out.
-    if (!(maximum - minimum >= kLeastSpan) || isUnsetFrequency(maximum))
+    if (!(maximum - minimum >= kLeastSpan) || channels::isUnsetFrequency(maximum))
         return;
     range_.minFreq = minimum;
     range_.maxFreq = maximum;
@@ -175,8 +175,8 @@ void Bandscope::zoomTo(double minimum, double maximum) {
 }
 
 void Bandscope::unsetRange() noexcept {
-    range_.minFreq = FREQ_UNSET;
-    range_.maxFreq = -FREQ_UNSET;
+    range_.minFreq = channels::FREQ_UNSET;
+    range_.maxFreq = -channels::FREQ_UNSET;
     range_.center = 0.0;
 }
 
@@ -218,7 +218,7 @@ void Bandscope::RescaleAll() {
         flag = 200;
         const double step = GridStepX();
         flag = 300;
-        if (isUnsetFrequency(step))
+        if (channels::isUnsetFrequency(step))
             return;
         ui_.tdKnGrid.setDVal(step);
         ui_.tdKnGrid.Refresh();
@@ -231,10 +231,10 @@ void Bandscope::DrawByRange(double dFMin, double dFMax) {
     reported(L"DrawByRange", L"", flag, [&] {
         ReScaleChannels();
         flag = 200;
-        const Extremes& e = store_.extremes();
+        const channels::Extremes& e = store_.extremes();
         const double minimum = dFMin > 0.0 ? dFMin : e.dFreqMin;
         const double maximum = dFMax > 0.0 ? dFMax : e.dFreqMax;
-        if (isEmptyStoreMinimum(minimum) || isUnsetFrequency(maximum)) {
+        if (channels::isEmptyStoreMinimum(minimum) || channels::isUnsetFrequency(maximum)) {
             // Nothing to take a bound from: the range stays unset rather than far away from every channel.
             drawUnlessDrawing();
             return;
@@ -268,7 +268,7 @@ void Bandscope::DrawNewCenterFreq() {
 
 void Bandscope::setShowAll(bool value) {
     range_.bShowAll = value;
-    const Extremes& e = store_.extremes();
+    const channels::Extremes& e = store_.extremes();
     if (!value || !(e.dFreqMin < e.dFreqMax))
         return;
     std::int16_t flag = 100;
@@ -317,7 +317,7 @@ void Bandscope::tellRangeAlreadyShown() {
 }
 
 void Bandscope::showWholeSpan() {
-    const Extremes& e = store_.extremes();
+    const channels::Extremes& e = store_.extremes();
     resetKnobRanges();
     SetDisplayRange(e.dFreqMin, e.dFreqMax);
     setDisplayCenterFreq((DisplayMinFreq() + DisplayMaxFreq()) / 2.0);

@@ -9,7 +9,7 @@ namespace kv::control {
 namespace {
 
 struct Sample {
-    ChannelKind kind;
+    channels::ChannelKind kind;
     double frequency;  ///< MHz
     double bandwidthKHz;
     double power;  ///< dBm
@@ -31,13 +31,20 @@ constexpr std::uint32_t kDark = rgb(40, 40, 48);
 
 // Half a megahertz of bandwidth shows well at the scale that the set is drawn in.
 constexpr Sample kSamples[] = {
-    {ChannelKind::TX, 144.0, 400.0, 40.0, kBlue, kDark},    {ChannelKind::TX, 147.0, 400.0, 46.99, kBlue, kDark},
-    {ChannelKind::TX, 150.0, 400.0, 43.0, kBlue, kDark},    {ChannelKind::TX, 155.5, 1000.0, 30.0, kTeal, kDark},
-    {ChannelKind::TX, 156.4, 1000.0, 36.99, kTeal, kDark},  {ChannelKind::TX, 162.4, 250.0, 50.0, kOrange, kRed},
-    {ChannelKind::TX, 162.55, 250.0, 47.0, kOrange, kRed},  {ChannelKind::TX, 141.0, 1200.0, 12.0, kRed, kRed},
-    {ChannelKind::TX, 153.0, 1200.0, 18.0, kRed, kRed},     {ChannelKind::RX, 145.5, 400.0, 22.0, kGreen, kDark},
-    {ChannelKind::RX, 148.5, 400.0, 22.0, kGreen, kDark},   {ChannelKind::RX, 151.5, 400.0, 22.0, kGreen, kDark},
-    {ChannelKind::RX, 159.0, 2500.0, 15.0, kViolet, kDark}, {ChannelKind::RX, 165.0, 1500.0, 27.0, kViolet, kDark},
+    {channels::ChannelKind::TX, 144.0, 400.0, 40.0, kBlue, kDark},
+    {channels::ChannelKind::TX, 147.0, 400.0, 46.99, kBlue, kDark},
+    {channels::ChannelKind::TX, 150.0, 400.0, 43.0, kBlue, kDark},
+    {channels::ChannelKind::TX, 155.5, 1000.0, 30.0, kTeal, kDark},
+    {channels::ChannelKind::TX, 156.4, 1000.0, 36.99, kTeal, kDark},
+    {channels::ChannelKind::TX, 162.4, 250.0, 50.0, kOrange, kRed},
+    {channels::ChannelKind::TX, 162.55, 250.0, 47.0, kOrange, kRed},
+    {channels::ChannelKind::TX, 141.0, 1200.0, 12.0, kRed, kRed},
+    {channels::ChannelKind::TX, 153.0, 1200.0, 18.0, kRed, kRed},
+    {channels::ChannelKind::RX, 145.5, 400.0, 22.0, kGreen, kDark},
+    {channels::ChannelKind::RX, 148.5, 400.0, 22.0, kGreen, kDark},
+    {channels::ChannelKind::RX, 151.5, 400.0, 22.0, kGreen, kDark},
+    {channels::ChannelKind::RX, 159.0, 2500.0, 15.0, kViolet, kDark},
+    {channels::ChannelKind::RX, 165.0, 1500.0, 27.0, kViolet, kDark},
 };
 
 }  // namespace
@@ -55,9 +62,9 @@ void Bandscope::LoadSampleChannels() {
     int rx = 0;
     for (const Sample& sample : kSamples) {
         const auto channel = services_.newFreqSlot();
-        FreqSlotFields& fields = channel->fields();
+        channels::FreqSlotFields& fields = channel->fields();
         ++number;
-        int& ofKind = sample.kind == ChannelKind::TX ? tx : rx;
+        int& ofKind = sample.kind == channels::ChannelKind::TX ? tx : rx;
         ++ofKind;
         fields.dFreq = sample.frequency;
         fields.dBW = sample.bandwidthKHz;
@@ -65,11 +72,11 @@ void Bandscope::LoadSampleChannels() {
         fields.lColor = sample.color;
         fields.lColorLine = sample.lineColor;
         fields.sLabel = number == 1 ? L"sample freq" : L"sample freq " + std::to_wstring(number);
-        fields.sKey = (sample.kind == ChannelKind::TX ? L"TXSample" : L"RXSample") + std::to_wstring(ofKind);
-        if (sample.kind == ChannelKind::TX)
-            AddTXChnl(FreqSlotRef(channel.get()));
+        fields.sKey = (sample.kind == channels::ChannelKind::TX ? L"TXSample" : L"RXSample") + std::to_wstring(ofKind);
+        if (sample.kind == channels::ChannelKind::TX)
+            AddTXChnl(channels::FreqSlotRef(channel.get()));
         else
-            AddRXChnl(FreqSlotRef(channel.get()));
+            AddRXChnl(channels::FreqSlotRef(channel.get()));
     }
     DrawInitialDisplay();
 }

@@ -160,13 +160,13 @@ void Bandscope::Refresh() {
         ShowTXLabels(L"");
         ShowRXLabels();
         flag = 600;
-        for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
+        for (const channels::ChannelKind kind : {channels::ChannelKind::TX, channels::ChannelKind::RX})
             refreshCollection(kind);
         showOnKnobs();
     });
 }
 
-bool Bandscope::ReDrawChnl(const FreqSlotRef& chnl) {
+bool Bandscope::ReDrawChnl(const channels::FreqSlotRef& chnl) {
     try {
         if (chnl) {
             const Marks::Aside aside(marks_);
@@ -254,7 +254,7 @@ void Bandscope::drawFreqLabel(double x) {
     strip.print(text);
 }
 
-void Bandscope::DrawCursorLine(double frequency, formenv::OleColor color) {
+void Bandscope::DrawCursorLine(double frequency, raster::OleColor color) {
     const CursorLine line{frequency, DisplayMinPwr(), DisplayMaxPwr(), color};
     // Before the first range the picture's scale means no frequencies.
     if (range_.maxFreq > range_.minFreq)

@@ -2,8 +2,8 @@
 #include <cwctype>
 #include <string>
 
+#include "channels/Intermodulation.h"
 #include "control/Bandscope.h"
-#include "control/Intermodulation.h"
 #include "util/NumberFormat.h"
 
 namespace kv::control {
@@ -47,19 +47,19 @@ T quietly(T start, F&& body) {
 
 }  // namespace
 
-std::int32_t Bandscope::AddTXChnl(const FreqSlotRef& chnl) {
-    return addQuietly(ChannelKind::TX, chnl);
+std::int32_t Bandscope::AddTXChnl(const channels::FreqSlotRef& chnl) {
+    return addQuietly(channels::ChannelKind::TX, chnl);
 }
 
-std::int32_t Bandscope::AddRXChnl(const FreqSlotRef& chnl) {
-    return addQuietly(ChannelKind::RX, chnl);
+std::int32_t Bandscope::AddRXChnl(const channels::FreqSlotRef& chnl) {
+    return addQuietly(channels::ChannelKind::RX, chnl);
 }
 
-std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
+std::int32_t Bandscope::addQuietly(channels::ChannelKind kind, const channels::FreqSlotRef& chnl) {
     std::int32_t index = 0;
     try {
         store_.add(kind, chnl, index);
-        if (kind == ChannelKind::TX)
+        if (kind == channels::ChannelKind::TX)
             ShowTXLabels(sTXNoun_.empty() ? chnl->sLabel() : std::wstring());
         else
             ShowRXLabels();
@@ -73,24 +73,24 @@ std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
 void Bandscope::chooseNoun(const std::wstring& sLabel) {
     if (!sTXNoun_.empty())
         return;
-    sTXNoun_ = isIntermodProduct(sLabel) ? L" IM Products" : L" TX Channels";
+    sTXNoun_ = channels::isIntermodProduct(sLabel) ? L" IM Products" : L" TX Channels";
 }
 
 void Bandscope::ShowTXLabels(const std::wstring& sLabel) {
     if (NumTX() > 0)
         chooseNoun(sLabel);
-    const Extremes& e = store_.extremes();
-    noteSummary(ChannelKind::TX, {NumTX(), e.dTXFreqMin, e.dTXFreqMax});
+    const channels::Extremes& e = store_.extremes();
+    noteSummary(channels::ChannelKind::TX, {NumTX(), e.dTXFreqMin, e.dTXFreqMax});
 }
 
 void Bandscope::ShowRXLabels() {
-    const Extremes& e = store_.extremes();
-    noteSummary(ChannelKind::RX, {NumRX(), e.dRXFreqMin, e.dRXFreqMax});
+    const channels::Extremes& e = store_.extremes();
+    noteSummary(channels::ChannelKind::RX, {NumRX(), e.dRXFreqMin, e.dRXFreqMax});
 }
 
 // Each added channel changes the labels, and formatting numbers takes longer than all the rest of adding.
-void Bandscope::noteSummary(ChannelKind kind, const ChannelSummary& summary) {
-    const bool tx = kind == ChannelKind::TX;
+void Bandscope::noteSummary(channels::ChannelKind kind, const ChannelSummary& summary) {
+    const bool tx = kind == channels::ChannelKind::TX;
     (tx ? txSummary_ : rxSummary_) = summary;
     (tx ? ui_.lblNumTX : ui_.lblNumRX).describeLater([this, tx] {
         if (tx)
@@ -106,27 +106,28 @@ void Bandscope::noteSummary(ChannelKind kind, const ChannelSummary& summary) {
     });
 }
 
-FreqSlotRef Bandscope::GetTXbyKey(const std::wstring& sKey) const {
-    return quietly(FreqSlotRef(), [&] { return store_.findByKey(ChannelKind::TX, sKey); });
+channels::FreqSlotRef Bandscope::GetTXbyKey(const std::wstring& sKey) const {
+    return quietly(channels::FreqSlotRef(), [&] { return store_.findByKey(channels::ChannelKind::TX, sKey); });
 }
 
-FreqSlotRef Bandscope::GetRXbyKey(const std::wstring& sKey) const {
-    return quietly(FreqSlotRef(), [&] { return store_.findByKey(ChannelKind::RX, sKey); });
+channels::FreqSlotRef Bandscope::GetRXbyKey(const std::wstring& sKey) const {
+    return quietly(channels::FreqSlotRef(), [&] { return store_.findByKey(channels::ChannelKind::RX, sKey); });
 }
 
-FreqSlotRef Bandscope::GetChnlByKey(const std::wstring& sKey) const {
-    FreqSlotRef channel = GetTXbyKey(sKey);
+channels::FreqSlotRef Bandscope::GetChnlByKey(const std::wstring& sKey) const {
+    channels::FreqSlotRef channel = GetTXbyKey(sKey);
     return channel ? channel : GetRXbyKey(sKey);
 }
 
-std::int32_t Bandscope::nFindMatchRX(const FreqSlotRef& chnl) {
-    return quietly(std::int32_t{kInvalid}, [&] { return chnl ? store_.findMatchRX(*chnl) : std::int32_t{kInvalid}; });
+std::int32_t Bandscope::nFindMatchRX(const channels::FreqSlotRef& chnl) {
+    return quietly(std::int32_t{channels::kInvalid},
+                   [&] { return chnl ? store_.findMatchRX(*chnl) : std::int32_t{channels::kInvalid}; });
 }
 
 void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
     std::int16_t flag = 100;
     reported(L"RemoveChnlByKey", L"", flag, [&] {
-        const FreqSlotRef channel = GetChnlByKey(sID);
+        const channels::FreqSlotRef channel = GetChnlByKey(sID);
         if (!channel)
             return;
         flag = 200;
@@ -137,9 +138,9 @@ void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
             letter = static_cast<wchar_t>(std::towupper(static_cast<std::wint_t>(letter)));
         std::exception_ptr failed;
         if (prefix == L"TX")
-            failed = store_.closeGap(ChannelKind::TX, index);
+            failed = store_.closeGap(channels::ChannelKind::TX, index);
         else if (prefix == L"RX")
-            failed = store_.closeGap(ChannelKind::RX, index);
+            failed = store_.closeGap(channels::ChannelKind::RX, index);
         flag = 400;
         store_.forgetKey(sID);
         flag = 500;
@@ -159,14 +160,14 @@ void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
 }
 
 void Bandscope::ClearTXChnls() {
-    store_.clear(ChannelKind::TX);
+    store_.clear(channels::ChannelKind::TX);
     sTXNoun_.clear();
     ui_.lblNumTX.setCaption(L"");
     ui_.lblTXRange.setCaption(L"");
 }
 
 void Bandscope::ClearRXChnls() {
-    store_.clear(ChannelKind::RX);
+    store_.clear(channels::ChannelKind::RX);
     ui_.lblNumRX.setCaption(L"");
     ui_.lblRXRange.setCaption(L"");
 }
@@ -200,7 +201,7 @@ void Bandscope::addTestFrequencies() {
     const auto make = [this](double frequency) {
         const auto channel = services_.newFreqSlot();
         channel->setDFreq(frequency);
-        return FreqSlotRef(channel.get());
+        return channels::FreqSlotRef(channel.get());
     };
     for (const double frequency : {100.0, 110.0, 150.0})
         AddTXChnl(make(frequency));

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "util/RuntimeError.h"
 
 namespace kv::formenv {
@@ -27,7 +27,7 @@ double extent(double value) {
 }
 
 /// Rows of the old picture into the new one, as far as both reach.
-void copyOverlap(PixelBuffer from, PixelBuffer to) {
+void copyOverlap(raster::PixelBuffer from, raster::PixelBuffer to) {
     const int width = std::min(from.width, to.width);
     const int height = std::min(from.height, to.height);
     for (int y = 0; y < height; ++y) {
@@ -43,11 +43,11 @@ PictureBox::PictureBox(Platform& platform, Widget* parent, std::wstring name)
 
 PictureBox::~PictureBox() = default;
 
-PixelSize PictureBox::pixelSize() const noexcept {
+raster::PixelSize PictureBox::pixelSize() const noexcept {
     // The edges are rounded, not the size, so that neighbours meet without a gap at any resolution.
     const int dpi = platform_.dpi();
-    return {twipsToPixels(left() + width(), dpi) - twipsToPixels(left(), dpi),
-            twipsToPixels(top() + height(), dpi) - twipsToPixels(top(), dpi)};
+    return {raster::twipsToPixels(left() + width(), dpi) - raster::twipsToPixels(left(), dpi),
+            raster::twipsToPixels(top() + height(), dpi) - raster::twipsToPixels(top(), dpi)};
 }
 
 void PictureBox::setUserScaleMode() noexcept {
@@ -61,8 +61,8 @@ void PictureBox::setUserScaleMode() noexcept {
     userScale_ = true;
 }
 
-UserScale PictureBox::scale() const noexcept {
-    return userScale_ ? scale_ : UserScale{0.0, 0.0, width(), height()};
+raster::UserScale PictureBox::scale() const noexcept {
+    return userScale_ ? scale_ : raster::UserScale{0.0, 0.0, width(), height()};
 }
 
 void PictureBox::setScaleLeft(double value) {
@@ -92,14 +92,14 @@ void PictureBox::setScaleHeight(double value) {
 void PictureBox::setFillStyle(int style) {
     if (style < 0 || style > 7)
         throw RuntimeError(kInvalidPropertyValue);
-    drawing_.fillStyle = static_cast<FillStyle>(style);
+    drawing_.fillStyle = static_cast<raster::FillStyle>(style);
 }
 
 void PictureBox::setDrawMode(int mode) {
-    if (mode != static_cast<int>(DrawMode::Invert) && mode != static_cast<int>(DrawMode::NotXorPen) &&
-        mode != static_cast<int>(DrawMode::CopyPen))
+    if (mode != static_cast<int>(raster::DrawMode::Invert) && mode != static_cast<int>(raster::DrawMode::NotXorPen) &&
+        mode != static_cast<int>(raster::DrawMode::CopyPen))
         throw RuntimeError(kInvalidPropertyValue);
-    drawing_.drawMode = static_cast<DrawMode>(mode);
+    drawing_.drawMode = static_cast<raster::DrawMode>(mode);
 }
 
 void PictureBox::setDrawWidth(int width) {
@@ -111,26 +111,26 @@ void PictureBox::setDrawWidth(int width) {
 void PictureBox::setFontSize(double points) {
     if (!(points > 0.0))
         throw RuntimeError(kInvalidPropertyValue);
-    Font changed = font();
+    raster::Font changed = font();
     changed.points = points;
     setFont(changed);
 }
 
 Surface& PictureBox::surface() {
     if (!surface_) {
-        const PixelSize size = pixelSize();
+        const raster::PixelSize size = pixelSize();
         surface_ = platform_.createSurface({std::max(size.width, 1), std::max(size.height, 1)});
         surface_->canvas().clear(platform_.resolve(backColor()));
     }
     return *surface_;
 }
 
-Canvas& PictureBox::target() {
+raster::Canvas& PictureBox::target() {
     return diverted_ ? *diverted_ : surface().canvas();
 }
 
-RasterCanvas* PictureBox::raster() {
-    return dynamic_cast<RasterCanvas*>(&target());
+raster::RasterCanvas* PictureBox::raster() {
+    return dynamic_cast<raster::RasterCanvas*>(&target());
 }
 
 void PictureBox::storedUpTo(double x, double y) {
@@ -142,8 +142,8 @@ void PictureBox::storedUpTo(double x, double y) {
 void PictureBox::placed() {
     if (!surface_)
         return;
-    const PixelBuffer old = surface_->pixels();
-    const PixelSize size = pixelSize();
+    const raster::PixelBuffer old = surface_->pixels();
+    const raster::PixelSize size = pixelSize();
     if (old.width == std::max(size.width, 1) && old.height == std::max(size.height, 1))
         return;
     const std::unique_ptr<Surface> previous = std::move(surface_);
@@ -173,22 +173,22 @@ void PictureBox::cls() {
     changed();
 }
 
-void PictureBox::setBackColor(OleColor color) {
+void PictureBox::setBackColor(raster::OleColor color) {
     Widget::setBackColor(color);
     cls();
 }
 
 double PictureBox::userX(int pixel) const noexcept {
-    const UserScale s = scale();
+    const raster::UserScale s = scale();
     return s.left + pixel * s.width / std::max(pixelSize().width, 1);
 }
 
 double PictureBox::userY(int pixel) const noexcept {
-    const UserScale s = scale();
+    const raster::UserScale s = scale();
     return s.top + pixel * s.height / std::max(pixelSize().height, 1);
 }
 
-void PictureBox::line(double x1, double y1, double x2, double y2, OleColor color) {
+void PictureBox::line(double x1, double y1, double x2, double y2, raster::OleColor color) {
     target().line({pixelX(x1), pixelY(y1)}, {pixelX(x2), pixelY(y2)}, {platform_.resolve(color), drawing_.drawWidth},
                   drawing_.drawMode);
     currentX = x2;
@@ -196,15 +196,16 @@ void PictureBox::line(double x1, double y1, double x2, double y2, OleColor color
     touched();
 }
 
-void PictureBox::box(double x1, double y1, double x2, double y2, OleColor color) {
+void PictureBox::box(double x1, double y1, double x2, double y2, raster::OleColor color) {
     drawBox(x1, y1, x2, y2, color, {drawing_.fillStyle, platform_.resolve(drawing_.fillColor)});
 }
 
-void PictureBox::filledBox(double x1, double y1, double x2, double y2, OleColor color) {
-    drawBox(x1, y1, x2, y2, color, {FillStyle::Solid, platform_.resolve(color)});
+void PictureBox::filledBox(double x1, double y1, double x2, double y2, raster::OleColor color) {
+    drawBox(x1, y1, x2, y2, color, {raster::FillStyle::Solid, platform_.resolve(color)});
 }
 
-void PictureBox::drawBox(double x1, double y1, double x2, double y2, OleColor color, const Brush& brush) {
+void PictureBox::drawBox(double x1, double y1, double x2, double y2, raster::OleColor color,
+                         const raster::Brush& brush) {
     const auto [left, right] = std::minmax({pixelX(x1), pixelX(x2)});
     const auto [top, bottom] = std::minmax({pixelY(y1), pixelY(y2)});
     target().rectangle({left, top, right + 1, bottom + 1}, {platform_.resolve(color), drawing_.drawWidth}, brush,
@@ -214,12 +215,14 @@ void PictureBox::drawBox(double x1, double y1, double x2, double y2, OleColor co
     touched();
 }
 
-void PictureBox::strokeLine(PixelPoint from, PixelPoint to, const Pen& pen, DrawMode mode) {
+void PictureBox::strokeLine(raster::PixelPoint from, raster::PixelPoint to, const raster::Pen& pen,
+                            raster::DrawMode mode) {
     target().line(from, to, pen, mode);
     touched();
 }
 
-void PictureBox::strokeBox(const PixelRect& box, const Pen& pen, const Brush& brush, DrawMode mode) {
+void PictureBox::strokeBox(const raster::PixelRect& box, const raster::Pen& pen, const raster::Brush& brush,
+                           raster::DrawMode mode) {
     target().rectangle(box, pen, brush, mode);
     touched();
 }
@@ -235,13 +238,13 @@ void PictureBox::print(std::wstring_view text) {
 double PictureBox::textWidth(std::wstring_view text) {
     const int pixels = platform_.textSize(text, font()).width;
     return userScale_ ? std::abs(scale_.width) * pixels / std::max(pixelSize().width, 1)
-                      : pixelsToTwips(pixels, platform_.dpi());
+                      : raster::pixelsToTwips(pixels, platform_.dpi());
 }
 
 double PictureBox::textHeight(std::wstring_view text) {
     const int pixels = platform_.textSize(text, font()).height;
     return userScale_ ? std::abs(scale_.height) * pixels / std::max(pixelSize().height, 1)
-                      : pixelsToTwips(pixels, platform_.dpi());
+                      : raster::pixelsToTwips(pixels, platform_.dpi());
 }
 
 }  // namespace kv::formenv

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string_view>
 
-#include "formenv/PixelMap.h"
 #include "formenv/Platform.h"
 #include "formenv/Widget.h"
+#include "raster/PixelMap.h"
 
 namespace kv::formenv {
 
@@ -20,7 +20,7 @@ class PictureBox : public Widget {
     /// Twips until a user scale is asked for or any of its four members is set.
     [[nodiscard]] bool hasUserScale() const noexcept { return userScale_; }
     void setUserScaleMode() noexcept;
-    [[nodiscard]] UserScale scale() const noexcept;
+    [[nodiscard]] raster::UserScale scale() const noexcept;
     [[nodiscard]] double scaleLeft() const noexcept { return scale().left; }
     [[nodiscard]] double scaleTop() const noexcept { return scale().top; }
     [[nodiscard]] double scaleWidth() const noexcept { return scale().width; }
@@ -34,8 +34,8 @@ class PictureBox : public Widget {
     /// Throws RuntimeError 380 outside 0 to 7.
     void setFillStyle(int style);
     [[nodiscard]] int fillStyle() const noexcept { return static_cast<int>(drawing_.fillStyle); }
-    void setFillColor(OleColor color) noexcept { drawing_.fillColor = color; }
-    [[nodiscard]] OleColor fillColor() const noexcept { return drawing_.fillColor; }
+    void setFillColor(raster::OleColor color) noexcept { drawing_.fillColor = color; }
+    [[nodiscard]] raster::OleColor fillColor() const noexcept { return drawing_.fillColor; }
     /// Throws RuntimeError 380 for another value than 6, 10 and 13.
     void setDrawMode(int mode);
     [[nodiscard]] int drawMode() const noexcept { return static_cast<int>(drawing_.drawMode); }
@@ -50,18 +50,19 @@ class PictureBox : public Widget {
     /// Nothing was drawn since it was erased.
     [[nodiscard]] bool isBlank() const noexcept { return blank_; }
     /// Also erases everything drawn.
-    void setBackColor(OleColor color) override;
+    void setBackColor(raster::OleColor color) override;
 
     /// A line, an outlined box filled by `FillStyle` and `FillColor`, and a box filled with its own colour. The
     /// current position becomes the end point.
-    void line(double x1, double y1, double x2, double y2, OleColor color);
-    void box(double x1, double y1, double x2, double y2, OleColor color);
-    void filledBox(double x1, double y1, double x2, double y2, OleColor color);
+    void line(double x1, double y1, double x2, double y2, raster::OleColor color);
+    void box(double x1, double y1, double x2, double y2, raster::OleColor color);
+    void filledBox(double x1, double y1, double x2, double y2, raster::OleColor color);
 
     /// The same in pixels, past scale and drawing properties, for strokes that a later one has to meet exactly whatever
     /// the scale has become by then. The current position stays where it is.
-    void strokeLine(PixelPoint from, PixelPoint to, const Pen& pen, DrawMode mode);
-    void strokeBox(const PixelRect& box, const Pen& pen, const Brush& brush, DrawMode mode);
+    void strokeLine(raster::PixelPoint from, raster::PixelPoint to, const raster::Pen& pen, raster::DrawMode mode);
+    void strokeBox(const raster::PixelRect& box, const raster::Pen& pen, const raster::Brush& brush,
+                   raster::DrawMode mode);
 
     double currentX = 0.0;
     double currentY = 0.0;
@@ -72,14 +73,14 @@ class PictureBox : public Widget {
     [[nodiscard]] double textHeight(std::wstring_view text);
 
     /// One map from user units to pixels; saturates far outside.
-    [[nodiscard]] PixelMap pixelMap() const noexcept { return {scale(), pixelSize()}; }
+    [[nodiscard]] raster::PixelMap pixelMap() const noexcept { return {scale(), pixelSize()}; }
     [[nodiscard]] int pixelX(double x) const noexcept { return pixelMap().x(x); }
     [[nodiscard]] int pixelY(double y) const noexcept { return pixelMap().y(y); }
     /// User units of a pixel's left and upper edge.
     [[nodiscard]] double userX(int pixel) const noexcept;
     [[nodiscard]] double userY(int pixel) const noexcept;
 
-    [[nodiscard]] PixelSize pixelSize() const noexcept;
+    [[nodiscard]] raster::PixelSize pixelSize() const noexcept;
     /// The platform has another resolution: the picture gets as many pixels as it takes now.
     void rescaled() { placed(); }
     /// The kept picture. Valid until the box changes its size.
@@ -88,14 +89,14 @@ class PictureBox : public Widget {
 
     /// The canvas as pixels to store into, past all drawing properties; nothing where it has none. What was stored is
     /// to be told with `storedUpTo` and the position that drawing would have left.
-    [[nodiscard]] RasterCanvas* raster();
+    [[nodiscard]] raster::RasterCanvas* raster();
     void storedUpTo(double x, double y);
 
     /// The window shows the picture from here on; the next stroke asks for a repaint again.
     void shown() noexcept { dirty_ = false; }
 
     /// A canvas to draw on instead of the kept picture, or nullptr: for tests that read the strokes.
-    void divert(Canvas* canvas) noexcept { diverted_ = canvas; }
+    void divert(raster::Canvas* canvas) noexcept { diverted_ = canvas; }
 
   protected:
     void placed() override;
@@ -104,24 +105,24 @@ class PictureBox : public Widget {
     friend class KeepDrawing;
     /// The properties that a drawing procedure may change for a while.
     struct Drawing {
-        FillStyle fillStyle = FillStyle::Transparent;
-        OleColor fillColor = 0;
-        DrawMode drawMode = DrawMode::CopyPen;
+        raster::FillStyle fillStyle = raster::FillStyle::Transparent;
+        raster::OleColor fillColor = 0;
+        raster::DrawMode drawMode = raster::DrawMode::CopyPen;
         int drawWidth = 1;
     };
 
-    [[nodiscard]] Canvas& target();
+    [[nodiscard]] raster::Canvas& target();
     void touched();
     void changed();
-    void drawBox(double x1, double y1, double x2, double y2, OleColor color, const Brush& brush);
+    void drawBox(double x1, double y1, double x2, double y2, raster::OleColor color, const raster::Brush& brush);
 
     Platform& platform_;
     std::unique_ptr<Surface> surface_;
-    Canvas* diverted_ = nullptr;
+    raster::Canvas* diverted_ = nullptr;
     bool dirty_ = false;
     bool blank_ = true;
     bool userScale_ = false;
-    UserScale scale_;
+    raster::UserScale scale_;
     Drawing drawing_;
 };
 

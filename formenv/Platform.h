@@ -6,10 +6,10 @@
 #include <string>
 
 #include "formenv/BitmapCalls.h"
-#include "formenv/Canvas.h"
-#include "formenv/Color.h"
 #include "formenv/Desktop.h"
-#include "formenv/RasterCanvas.h"
+#include "raster/Canvas.h"
+#include "raster/Color.h"
+#include "raster/RasterCanvas.h"
 
 namespace kv::formenv {
 
@@ -26,8 +26,8 @@ struct FormBorder {
 class Surface {
   public:
     virtual ~Surface() = default;
-    [[nodiscard]] virtual PixelBuffer pixels() noexcept = 0;
-    [[nodiscard]] virtual Canvas& canvas() noexcept = 0;
+    [[nodiscard]] virtual raster::PixelBuffer pixels() noexcept = 0;
+    [[nodiscard]] virtual raster::Canvas& canvas() noexcept = 0;
     /// For the platform's bitmap calls; what was drawn is in it. Valid as long as the surface.
     [[nodiscard]] virtual Handle deviceContext() const noexcept = 0;
 };
@@ -44,16 +44,16 @@ class Platform {
     [[nodiscard]] virtual int dpi() const noexcept = 0;
 
     /// The present value of a system colour, by its number.
-    [[nodiscard]] virtual Rgb systemColor(int index) const noexcept = 0;
+    [[nodiscard]] virtual raster::Rgb systemColor(int index) const noexcept = 0;
 
     /// A picture of the given size, at least one pixel each way; throws RuntimeError 7 when there is no memory for it.
-    [[nodiscard]] virtual std::unique_ptr<Surface> createSurface(PixelSize size) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Surface> createSurface(raster::PixelSize size) = 0;
 
     /// The system's calls on bitmaps.
     [[nodiscard]] virtual BitmapCalls& bitmapCalls() noexcept = 0;
 
     /// Measures a line of text in pixels without a picture.
-    [[nodiscard]] virtual PixelSize textSize(std::wstring_view text, const Font& font) = 0;
+    [[nodiscard]] virtual raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) = 0;
 
     /// Lets pending events of the user interface run; returns when none is left.
     virtual void pumpEvents() = 0;
@@ -82,8 +82,8 @@ class Platform {
     /// The screens that top-level windows stand on.
     [[nodiscard]] virtual Desktop& desktop() = 0;
 
-    [[nodiscard]] Rgb resolve(OleColor color) const noexcept {
-        return isSystemColor(color) ? systemColor(systemColorIndex(color)) : color & 0x00FFFFFFU;
+    [[nodiscard]] raster::Rgb resolve(raster::OleColor color) const noexcept {
+        return raster::isSystemColor(color) ? systemColor(raster::systemColorIndex(color)) : color & 0x00FFFFFFU;
     }
 };
 

@@ -103,17 +103,17 @@ void Widget::setToolTip(std::wstring toolTip) {
     tellPeer(Change::ToolTip);
 }
 
-void Widget::setBackColor(OleColor color) {
+void Widget::setBackColor(raster::OleColor color) {
     backColor_ = color;
     tellPeer(Change::Colors);
 }
 
-void Widget::setForeColor(OleColor color) {
+void Widget::setForeColor(raster::OleColor color) {
     foreColor_ = color;
     tellPeer(Change::Colors);
 }
 
-void Widget::setFont(const Font& font) {
+void Widget::setFont(const raster::Font& font) {
     if (font_ == font)
         return;
     font_ = font;

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "formenv/Canvas.h"
-#include "formenv/Color.h"
+#include "raster/Canvas.h"
+#include "raster/Color.h"
 
 namespace kv::formenv {
 
@@ -114,12 +114,12 @@ class Widget {
     void describeLater(Handler describe);
     [[nodiscard]] const std::wstring& toolTip() const noexcept { return toolTip_; }
     void setToolTip(std::wstring toolTip);
-    [[nodiscard]] OleColor backColor() const noexcept { return backColor_; }
-    virtual void setBackColor(OleColor color);
-    [[nodiscard]] OleColor foreColor() const noexcept { return foreColor_; }
-    void setForeColor(OleColor color);
-    [[nodiscard]] const Font& font() const noexcept { return font_; }
-    void setFont(const Font& font);
+    [[nodiscard]] raster::OleColor backColor() const noexcept { return backColor_; }
+    virtual void setBackColor(raster::OleColor color);
+    [[nodiscard]] raster::OleColor foreColor() const noexcept { return foreColor_; }
+    void setForeColor(raster::OleColor color);
+    [[nodiscard]] const raster::Font& font() const noexcept { return font_; }
+    void setFont(const raster::Font& font);
 
     /// Counts of what changed in the looks of a tree of widgets, kept by its root. Captions, and what is visible, are
     /// counted by themselves: they change with every channel while a host loads.
@@ -183,9 +183,9 @@ class Widget {
     bool enabled_ = true;
     std::wstring caption_;
     std::wstring toolTip_;
-    OleColor backColor_ = system_color::kButtonFace;
-    OleColor foreColor_ = system_color::kButtonText;
-    Font font_;
+    raster::OleColor backColor_ = raster::system_color::kButtonFace;
+    raster::OleColor foreColor_ = raster::system_color::kButtonText;
+    raster::Font font_;
     mutable Handler later_;
     Peer* peer_ = nullptr;
     Looks looks_;
@@ -220,8 +220,8 @@ class Button : public Widget {
 class TextBox : public Widget {
   public:
     TextBox(Widget* parent, std::wstring name) : Widget(WidgetKind::TextBox, parent, std::move(name)) {
-        setBackColor(system_color::kWindowBackground);
-        setForeColor(system_color::kWindowText);
+        setBackColor(raster::system_color::kWindowBackground);
+        setForeColor(raster::system_color::kWindowText);
     }
     /// Any letters, any length.
     [[nodiscard]] const std::wstring& text() const noexcept { return text_; }
@@ -259,8 +259,8 @@ class CheckBox : public Widget {
 class ComboBox : public Widget {
   public:
     ComboBox(Widget* parent, std::wstring name) : Widget(WidgetKind::ComboBox, parent, std::move(name)) {
-        setBackColor(system_color::kWindowBackground);
-        setForeColor(system_color::kWindowText);
+        setBackColor(raster::system_color::kWindowBackground);
+        setForeColor(raster::system_color::kWindowText);
     }
     void clear();
     void addItem(std::wstring item);

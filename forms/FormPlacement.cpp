@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "formenv/Twips.h"
 #include "forms/WorkArea.h"
 #include "forms/clsMonitors.h"
+#include "raster/Twips.h"
 #include "util/NumberFormat.h"
 
 namespace kv::forms {
@@ -129,7 +129,7 @@ class Screens {
     }
 
     [[nodiscard]] Place nearestTo(const Place& place) {
-        const auto pixels = [](double twips, double scale) { return formenv::toNearestPixel(twips / scale); };
+        const auto pixels = [](double twips, double scale) { return raster::toNearestPixel(twips / scale); };
         formenv::ScreenRect title{pixels(place.left, scale_.x), pixels(place.top, scale_.y),
                                   pixels(place.left + place.width, scale_.x),
                                   pixels(place.top + kTitleHeight, scale_.y)};

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "formenv/Twips.h"
 #include "forms/clsBitmapDC.h"
+#include "raster/Twips.h"
 #include "util/Bmp.h"
 #include "util/NumberFormat.h"
 
@@ -14,7 +14,7 @@ using formenv::BitmapCalls;
 using formenv::Handle;
 using formenv::PictureBox;
 using formenv::PictureObject;
-using formenv::PixelSize;
+using raster::PixelSize;
 using util::RuntimeError;
 
 namespace {
@@ -101,8 +101,7 @@ void Export::run(const std::wstring& sFile) {
     develop(L"Wid ", P2_.scaleWidth());
     develop(L"Hgt ", P2_.scaleHeight());
     const int dpi = P1_.platform().dpi();
-    paste(bitmap, P2_, formenv::twipsToPixels(P2_.left(), dpi), formenv::twipsToPixels(P2_.top(), dpi),
-          P2_.pixelSize());
+    paste(bitmap, P2_, raster::twipsToPixels(P2_.left(), dpi), raster::twipsToPixels(P2_.top(), dpi), P2_.pixelSize());
 
     begin(L"x.CreateBitMapPicture");
     const std::unique_ptr<PictureObject> picture = x_.CreateBitmapPicture(bitmap.get(), 0);

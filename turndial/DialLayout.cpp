@@ -9,10 +9,10 @@
 namespace kv::turndial {
 namespace {
 
-using formenv::PixelRect;
-using formenv::PixelSize;
-using formenv::SmoothBox;
-using formenv::SmoothPoint;
+using raster::PixelRect;
+using raster::PixelSize;
+using raster::SmoothBox;
+using raster::SmoothPoint;
 
 // Pixels at 96 dpi.
 constexpr double kLabelGap = 3.0;
@@ -39,7 +39,7 @@ double clearance(const Measured& label, double unit) {
 }
 
 SmoothPoint middleOf(const Measured& label, SmoothPoint center, double radius, double unit) {
-    return formenv::onCircle(center, radius + clearance(label, unit), dialAngle(label.place));
+    return raster::onCircle(center, radius + clearance(label, unit), dialAngle(label.place));
 }
 
 /// What a dial of a radius takes up to each side of its middle.

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "formenv/Canvas.h"
-#include "formenv/Smooth.h"
+#include "raster/Canvas.h"
+#include "raster/Smooth.h"
 #include "turndial/KnobScale.h"
 
 namespace kv::turndial {
@@ -23,20 +23,20 @@ inline constexpr double kDialSweep = 1.5 * std::numbers::pi;
 struct DialLabel {
     std::wstring text;
     double place = 0.0;  ///< on the scale
-    formenv::PixelRect box;
+    raster::PixelRect box;
 };
 
 struct DialLayout {
-    formenv::SmoothPoint center;
+    raster::SmoothPoint center;
     double radius = 0.0;  ///< of the scale, pixels; 0 when there is no room for a dial
     std::vector<DialLabel> labels;
 };
 
-using TextMeasure = std::function<formenv::PixelSize(std::wstring_view)>;
+using TextMeasure = std::function<raster::PixelSize(std::wstring_view)>;
 
 /// The largest dial that fits. Labels stand outside of the scale and inside of `area`, and never overlap: when there
 /// is no room for all of them, every second, third ... is left, or none. `unit` is a pixel at 96 dots an inch.
-[[nodiscard]] DialLayout layOutDial(const formenv::SmoothBox& area, const KnobScale& scale, double unit,
+[[nodiscard]] DialLayout layOutDial(const raster::SmoothBox& area, const KnobScale& scale, double unit,
                                     const TextMeasure& measure);
 
 /// Tick marks, places on the scale: at every stop or detent as long as they stand `least` or further apart on a scale

@@ -7,11 +7,11 @@
 namespace kv::turndial {
 namespace {
 
-using formenv::mixed;
-using formenv::onCircle;
-using formenv::Rgb;
-using formenv::Shade;
-using formenv::SmoothPoint;
+using raster::mixed;
+using raster::onCircle;
+using raster::Rgb;
+using raster::Shade;
+using raster::SmoothPoint;
 
 /// The rings of a dial, pixels from its middle.
 struct Rings {
@@ -88,7 +88,7 @@ void paintTrack(const KnobPicture& picture, const Rings& rings, SmoothPoint cent
 }
 
 void paintBody(const KnobPicture& picture, const Rings& rings, SmoothPoint center, double angle) {
-    const formenv::SmoothPainter& shapes = picture.shapes;
+    const raster::SmoothPainter& shapes = picture.shapes;
     const KnobInk& ink = picture.ink;
     const double radius = rings.body;
     const double unit = rings.unit;
@@ -123,7 +123,7 @@ bool DialPlace::onRim(SmoothPoint at) const noexcept {
     return distance >= rimInside && distance < rimOutside;
 }
 
-DialPlace paintDial(const KnobPicture& picture, const formenv::SmoothBox& area, const KnobScale& scale, double value,
+DialPlace paintDial(const KnobPicture& picture, const raster::SmoothBox& area, const KnobScale& scale, double value,
                     int style) {
     const DialLayout layout = layOutDial(area, scale, picture.unit, [&picture](std::wstring_view text) {
         return picture.text.textSize(text, picture.labelFont);

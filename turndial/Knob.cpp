@@ -8,7 +8,7 @@
 
 namespace kv::turndial {
 
-using formenv::SmoothPoint;
+using raster::SmoothPoint;
 
 namespace {
 
@@ -125,7 +125,7 @@ void tdKnob::takeBack() {
     tell(startValue_);
 }
 
-void tdKnob::paintBody(const KnobPicture& picture, const formenv::SmoothBox& area) {
+void tdKnob::paintBody(const KnobPicture& picture, const raster::SmoothBox& area) {
     dial_ = paintDial(picture, area, scale(), dVal(), iKnobStyle);
 }
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "formenv/Smooth.h"
 #include "formenv/Widget.h"
+#include "raster/Smooth.h"
 #include "turndial/KnobInput.h"
 #include "turndial/KnobPainting.h"
 #include "turndial/KnobScale.h"
@@ -62,17 +62,16 @@ class KnobBase : public formenv::Widget, public KnobControl {
     void captureLost() final;
     void cancel() final;
     [[nodiscard]] bool holdsMouse() const final { return hold_ == Hold::Mouse; }
-    void paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& text, int dpi,
-               const KnobPalette& palette) final;
+    void paint(const raster::PixelBuffer& buffer, raster::TextPainter& text, int dpi, const KnobPalette& palette) final;
 
   protected:
     /// Remembers what a turn may have to go back to.
     virtual void turnBegins() = 0;
     /// The mouse button went down, or its pointer moved on without one being held.
-    virtual void press(formenv::SmoothPoint at) = 0;
-    virtual void point(formenv::SmoothPoint at) = 0;
+    virtual void press(raster::SmoothPoint at) = 0;
+    virtual void point(raster::SmoothPoint at) = 0;
     /// The pointer moved while the button is held, pixels at 96 dots an inch and the present picture's pixels.
-    virtual void drag(formenv::SmoothPoint from, formenv::SmoothPoint to, double pixelsUp, bool fine) = 0;
+    virtual void drag(raster::SmoothPoint from, raster::SmoothPoint to, double pixelsUp, bool fine) = 0;
     virtual void turnBy(int detents, bool fine) = 0;
     virtual void turnToEnd(bool last) = 0;
     /// Undoes the turn that was just given up.
@@ -80,7 +79,7 @@ class KnobBase : public formenv::Widget, public KnobControl {
     [[nodiscard]] virtual bool hasEnds() const noexcept = 0;
     [[nodiscard]] virtual int page() const noexcept = 0;
     [[nodiscard]] virtual std::wstring readOut() const;
-    virtual void paintBody(const KnobPicture& picture, const formenv::SmoothBox& area) = 0;
+    virtual void paintBody(const KnobPicture& picture, const raster::SmoothBox& area) = 0;
 
     /// Raises ValueChanged. False when the turn that raised it is over since, whoever ended it.
     bool tell(double value);
@@ -104,7 +103,7 @@ class KnobBase : public formenv::Widget, public KnobControl {
     bool moved_ = false;  ///< the pointer has left the place where the button went down
     Key heldKey_ = Key::Other;
     int wheelRest_ = 0;  ///< of a notch
-    formenv::SmoothPoint last_;
+    raster::SmoothPoint last_;
     bool focus_ = false;
     bool hover_ = false;
     int dpi_ = 96;
@@ -148,16 +147,16 @@ class tdKnob final : public KnobBase {
 
   private:
     void turnBegins() override;
-    void press(formenv::SmoothPoint at) override;
-    void point(formenv::SmoothPoint /*at*/) override {}
-    void drag(formenv::SmoothPoint from, formenv::SmoothPoint to, double pixelsUp, bool fine) override;
+    void press(raster::SmoothPoint at) override;
+    void point(raster::SmoothPoint /*at*/) override {}
+    void drag(raster::SmoothPoint from, raster::SmoothPoint to, double pixelsUp, bool fine) override;
     void turnBy(int detents, bool fine) override;
     void turnToEnd(bool last) override;
     void takeBack() override;
     [[nodiscard]] bool hasEnds() const noexcept override { return true; }
     [[nodiscard]] int page() const noexcept override;
     [[nodiscard]] std::wstring readOut() const override;
-    void paintBody(const KnobPicture& picture, const formenv::SmoothBox& area) override;
+    void paintBody(const KnobPicture& picture, const raster::SmoothBox& area) override;
     [[nodiscard]] bool hasStops() const noexcept { return bOption2 && !stops_.empty(); }
     [[nodiscard]] KnobScale presentScale() const;
     void turnTo(double value);
@@ -182,15 +181,15 @@ class tdKnMover final : public KnobBase {
 
   private:
     void turnBegins() override;
-    void press(formenv::SmoothPoint at) override;
-    void point(formenv::SmoothPoint at) override;
-    void drag(formenv::SmoothPoint from, formenv::SmoothPoint to, double pixelsUp, bool fine) override;
+    void press(raster::SmoothPoint at) override;
+    void point(raster::SmoothPoint at) override;
+    void drag(raster::SmoothPoint from, raster::SmoothPoint to, double pixelsUp, bool fine) override;
     void turnBy(int detents, bool fine) override;
     void turnToEnd(bool /*last*/) override {}
     void takeBack() override;
     [[nodiscard]] bool hasEnds() const noexcept override { return false; }
     [[nodiscard]] int page() const noexcept override { return 10; }
-    void paintBody(const KnobPicture& picture, const formenv::SmoothBox& area) override;
+    void paintBody(const KnobPicture& picture, const raster::SmoothBox& area) override;
     void roll(int detents);
 
     int net_ = 0;        ///< detents of the running turn, up less down

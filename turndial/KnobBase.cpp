@@ -8,7 +8,7 @@
 
 namespace kv::turndial {
 
-using formenv::SmoothPoint;
+using raster::SmoothPoint;
 
 namespace {
 
@@ -234,7 +234,7 @@ void KnobBase::cancel() {
         handler();
 }
 
-void KnobBase::paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& text, int dpi,
+void KnobBase::paint(const raster::PixelBuffer& buffer, raster::TextPainter& text, int dpi,
                      const KnobPalette& palette) {
     dpi_ = std::max(dpi, 1);
     const KnobLook look{enabled(), hover_, focus_, hold_ != Hold::None};

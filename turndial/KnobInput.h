@@ -1,8 +1,8 @@
 // A knob as the window that stands for it sees it: what the user does goes in, a picture comes out.
 #pragma once
 
-#include "formenv/PixelBuffer.h"
-#include "formenv/TextPainter.h"
+#include "raster/PixelBuffer.h"
+#include "raster/TextPainter.h"
 #include "turndial/KnobPalette.h"
 
 namespace kv::turndial {
@@ -56,7 +56,7 @@ class KnobControl {
     [[nodiscard]] virtual bool holdsMouse() const = 0;
 
     /// Paints the whole buffer. `text` must measure and paint for the same dots an inch.
-    virtual void paint(const formenv::PixelBuffer& buffer, formenv::TextPainter& text, int dpi,
+    virtual void paint(const raster::PixelBuffer& buffer, raster::TextPainter& text, int dpi,
                        const KnobPalette& palette) = 0;
 };
 

@@ -7,8 +7,8 @@
 namespace kv::turndial {
 namespace {
 
-using formenv::PixelSize;
-using formenv::SmoothBox;
+using raster::PixelSize;
+using raster::SmoothBox;
 
 // Pixels at 96 dpi.
 constexpr double kMargin = 3.0;
@@ -33,11 +33,11 @@ std::wstring fitted(const KnobPicture& picture, const std::wstring& text, double
     return {};
 }
 
-void centeredText(const KnobPicture& picture, const std::wstring& text, const SmoothBox& box, formenv::Rgb color) {
+void centeredText(const KnobPicture& picture, const std::wstring& text, const SmoothBox& box, raster::Rgb color) {
     const std::wstring shown = fitted(picture, text, box.width());
     const PixelSize size = picture.text.textSize(shown, picture.font);
-    const formenv::PixelPoint at{static_cast<int>(std::lround(box.middle().x - size.width / 2.0)),
-                                 static_cast<int>(std::lround(box.middle().y - size.height / 2.0))};
+    const raster::PixelPoint at{static_cast<int>(std::lround(box.middle().x - size.width / 2.0)),
+                                static_cast<int>(std::lround(box.middle().y - size.height / 2.0))};
     if (!shown.empty())
         picture.text.draw(picture.shapes.buffer(), at, shown, picture.font, color);
 }
@@ -60,7 +60,7 @@ void paintField(const KnobPicture& picture, const std::wstring& readOut, const S
 
 SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, const std::wstring& readOut,
                      bool borrowed) {
-    const formenv::PixelBuffer& buffer = picture.shapes.buffer();
+    const raster::PixelBuffer& buffer = picture.shapes.buffer();
     picture.shapes.clear(picture.ink.face);
     const double unit = picture.unit;
     const double margin = std::round(kMargin * unit);
@@ -85,7 +85,7 @@ SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, co
 }
 
 void paintFocus(const KnobPicture& picture) {
-    const formenv::PixelBuffer& buffer = picture.shapes.buffer();
+    const raster::PixelBuffer& buffer = picture.shapes.buffer();
     picture.shapes.frame({0.0, 0.0, double(buffer.width), double(buffer.height)}, 4.0 * picture.unit,
                          std::max(1.0, std::round(1.5 * picture.unit)), picture.ink.focus);
 }

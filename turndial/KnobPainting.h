@@ -4,8 +4,8 @@
 #include <numbers>
 #include <string>
 
-#include "formenv/Smooth.h"
-#include "formenv/TextPainter.h"
+#include "raster/Smooth.h"
+#include "raster/TextPainter.h"
 #include "turndial/DialLayout.h"
 #include "turndial/KnobPalette.h"
 #include "turndial/KnobScale.h"
@@ -14,42 +14,42 @@ namespace kv::turndial {
 
 /// All that a part of a knob is painted with.
 struct KnobPicture {
-    KnobPicture(const formenv::PixelBuffer& buffer, formenv::TextPainter& textPainter, int dpi, const KnobInk& colors,
-                const KnobLook& present, const formenv::Font& captionFont)
+    KnobPicture(const raster::PixelBuffer& buffer, raster::TextPainter& textPainter, int dpi, const KnobInk& colors,
+                const KnobLook& present, const raster::Font& captionFont)
         : shapes(buffer), text(textPainter), unit(dpi / 96.0), ink(colors), look(present), font(captionFont) {
         labelFont = captionFont;
         labelFont.points *= 0.9;
     }
 
-    formenv::SmoothPainter shapes;
-    formenv::TextPainter& text;
+    raster::SmoothPainter shapes;
+    raster::TextPainter& text;
     double unit;  ///< pixels that stand for one at 96 dots an inch
     KnobInk ink;
     KnobLook look;
-    formenv::Font font;
-    formenv::Font labelFont;
+    raster::Font font;
+    raster::Font labelFont;
 };
 
 /// Clears the picture and paints caption and read-out, each left out when it is empty or when there is no room for it
 /// beside a body of a useful size. A `borrowed` read-out, which is not the knob's own value, is quieter. Returns the
 /// room for the body.
-[[nodiscard]] formenv::SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption,
-                                            const std::wstring& readOut, bool borrowed);
+[[nodiscard]] raster::SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption,
+                                           const std::wstring& readOut, bool borrowed);
 
 /// Marks the knob that the keyboard turns.
 void paintFocus(const KnobPicture& picture);
 
 /// Where a hand takes a dial by its rim.
 struct DialPlace {
-    formenv::SmoothPoint center;
+    raster::SmoothPoint center;
     double rimInside = 0.0;
     double rimOutside = 0.0;
 
-    [[nodiscard]] bool onRim(formenv::SmoothPoint at) const noexcept;
+    [[nodiscard]] bool onRim(raster::SmoothPoint at) const noexcept;
 };
 
 /// A dial that shows `value` on `scale`; `style` is a knob's iKnobStyle.
-DialPlace paintDial(const KnobPicture& picture, const formenv::SmoothBox& area, const KnobScale& scale, double value,
+DialPlace paintDial(const KnobPicture& picture, const raster::SmoothBox& area, const KnobScale& scale, double value,
                     int style);
 
 /// After so many detents, from rib to rib, a nudge wheel looks the same again. With less than three a single one would
@@ -58,14 +58,14 @@ inline constexpr int kWheelDetents = 3;
 
 /// The arrows at the sides of a nudge wheel.
 struct WheelPlace {
-    formenv::SmoothBox left;
-    formenv::SmoothBox right;
+    raster::SmoothBox left;
+    raster::SmoothBox right;
 
     /// -1 on the left arrow, 1 on the right one, 0 elsewhere.
-    [[nodiscard]] int arrowAt(formenv::SmoothPoint at) const noexcept;
+    [[nodiscard]] int arrowAt(raster::SmoothPoint at) const noexcept;
 };
 
 /// A ribbed wheel seen from its edge, turned by `roll` detents; `pointed` is the arrow under the pointer.
-WheelPlace paintWheel(const KnobPicture& picture, const formenv::SmoothBox& area, double roll, int pointed);
+WheelPlace paintWheel(const KnobPicture& picture, const raster::SmoothBox& area, double roll, int pointed);
 
 }  // namespace kv::turndial

@@ -2,13 +2,13 @@
 
 #include <cmath>
 
-#include "formenv/Smooth.h"
+#include "raster/Smooth.h"
 
 namespace kv::turndial {
 namespace {
 
-using formenv::mixed;
-using formenv::Rgb;
+using raster::mixed;
+using raster::Rgb;
 
 // The system's numbers of the colours that have no name among the widgets' own.
 constexpr int kHighlightIndex = 13;
@@ -38,11 +38,11 @@ KnobPalette systemPalette(const formenv::Platform& platform, const formenv::Widg
     KnobPalette palette;
     palette.face = platform.resolve(widget.backColor());
     palette.text = platform.resolve(widget.foreColor());
-    palette.shadow = platform.resolve(formenv::system_color::kButtonShadow);
+    palette.shadow = platform.resolve(raster::system_color::kButtonShadow);
     palette.highlight = platform.systemColor(kLightIndex);
     palette.accent = platform.systemColor(kHighlightIndex);
     palette.grayText = platform.systemColor(kGrayTextIndex);
-    palette.highContrast = std::abs(formenv::brightness(palette.face) - formenv::brightness(palette.text)) > 0.99;
+    palette.highContrast = std::abs(raster::brightness(palette.face) - raster::brightness(palette.text)) > 0.99;
     return palette;
 }
 
@@ -50,7 +50,7 @@ KnobInk inkFor(const KnobPalette& palette, const KnobLook& look) noexcept {
     if (palette.highContrast)
         return flatInk(palette, look);
     const Rgb face = palette.face;
-    const bool dark = formenv::brightness(face) < 0.45;
+    const bool dark = raster::brightness(face) < 0.45;
     const bool lit = look.enabled && (look.hover || look.held);
     KnobInk ink{};
     ink.face = face;

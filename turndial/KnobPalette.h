@@ -7,13 +7,13 @@
 namespace kv::turndial {
 
 struct KnobPalette {
-    formenv::Rgb face = 0xF0F0F0;       ///< what the knob stands on
-    formenv::Rgb text = 0x000000;       ///< caption, read-out, labels
-    formenv::Rgb shadow = 0xA0A0A0;     ///< edges and grooves
-    formenv::Rgb highlight = 0xFFFFFF;  ///< lit surfaces
-    formenv::Rgb accent = 0xD77800;     ///< the value and the focus
-    formenv::Rgb grayText = 0x6D6D6D;   ///< text that is out of use
-    bool highContrast = false;          ///< lines instead of shading, these colours and no mixture of them
+    raster::Rgb face = 0xF0F0F0;       ///< what the knob stands on
+    raster::Rgb text = 0x000000;       ///< caption, read-out, labels
+    raster::Rgb shadow = 0xA0A0A0;     ///< edges and grooves
+    raster::Rgb highlight = 0xFFFFFF;  ///< lit surfaces
+    raster::Rgb accent = 0xD77800;     ///< the value and the focus
+    raster::Rgb grayText = 0x6D6D6D;   ///< text that is out of use
+    bool highContrast = false;         ///< lines instead of shading, these colours and no mixture of them
 
     friend bool operator==(const KnobPalette&, const KnobPalette&) = default;
 };
@@ -34,13 +34,13 @@ struct KnobLook {
 
 /// What the parts of a knob are painted with, worked out from a palette for one look.
 struct KnobInk {
-    formenv::Rgb face, text, label;
-    formenv::Rgb bodyTop, bodyBottom, bodyEdge;  ///< the part that turns
-    formenv::Rgb groove;                         ///< lines cut into it
-    formenv::Rgb track, tick;                    ///< the scale
-    formenv::Rgb value, pointer;
-    formenv::Rgb field, fieldEdge;  ///< behind the read-out
-    formenv::Rgb focus;
+    raster::Rgb face, text, label;
+    raster::Rgb bodyTop, bodyBottom, bodyEdge;  ///< the part that turns
+    raster::Rgb groove;                         ///< lines cut into it
+    raster::Rgb track, tick;                    ///< the scale
+    raster::Rgb value, pointer;
+    raster::Rgb field, fieldEdge;  ///< behind the read-out
+    raster::Rgb focus;
     double shadow;  ///< opacity of the body's shadow
 };
 

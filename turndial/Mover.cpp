@@ -7,7 +7,7 @@
 
 namespace kv::turndial {
 
-using formenv::SmoothPoint;
+using raster::SmoothPoint;
 
 namespace {
 
@@ -70,7 +70,7 @@ void tdKnMover::takeBack() {
     roll(-net_);
 }
 
-void tdKnMover::paintBody(const KnobPicture& picture, const formenv::SmoothBox& area) {
+void tdKnMover::paintBody(const KnobPicture& picture, const raster::SmoothBox& area) {
     wheel_ = paintWheel(picture, area, roll_ + rest_, pointed_);
 }
 

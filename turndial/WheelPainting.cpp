@@ -7,10 +7,10 @@
 namespace kv::turndial {
 namespace {
 
-using formenv::mixed;
-using formenv::Shade;
-using formenv::SmoothBox;
-using formenv::SmoothPoint;
+using raster::mixed;
+using raster::Shade;
+using raster::SmoothBox;
+using raster::SmoothPoint;
 
 // Pixels at 96 dpi.
 constexpr double kMostHeight = 40.0;

@@ -9,7 +9,7 @@ namespace {
 constexpr int kTile = 8;
 
 /// A top-down 32-bit DIB section; `bits` receives its pixels.
-GdiObject<HBITMAP> makeDib(HDC dc, formenv::PixelSize size, void** bits) {
+GdiObject<HBITMAP> makeDib(HDC dc, raster::PixelSize size, void** bits) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = size.width;
@@ -20,14 +20,14 @@ GdiObject<HBITMAP> makeDib(HDC dc, formenv::PixelSize size, void** bits) {
     return GdiObject<HBITMAP>(CreateDIBSection(dc, &info, DIB_RGB_COLORS, bits, nullptr, 0));
 }
 
-formenv::HatchTile readTile(HDC dc, const std::uint32_t* bits, int hatch) {
+raster::HatchTile readTile(HDC dc, const std::uint32_t* bits, int hatch) {
     const RECT all{0, 0, kTile, kTile};
     const GdiObject<HBRUSH> brush(CreateHatchBrush(hatch, RGB(255, 255, 255)));
     SetBkMode(dc, OPAQUE);
     SetBkColor(dc, 0);
     FillRect(dc, &all, brush.get());
     GdiFlush();
-    formenv::HatchTile tile{};
+    raster::HatchTile tile{};
     for (int y = 0; y < kTile; ++y) {
         for (int x = 0; x < kTile; ++x) {
             if ((bits[y * kTile + x] & 0xFFFFFFU) != 0)
@@ -40,7 +40,7 @@ formenv::HatchTile readTile(HDC dc, const std::uint32_t* bits, int hatch) {
 
 }  // namespace
 
-DibSurface::DibSurface(formenv::PixelSize size, FontCache& fonts, const formenv::HatchTiles& tiles)
+DibSurface::DibSurface(raster::PixelSize size, FontCache& fonts, const raster::HatchTiles& tiles)
     : fonts_(fonts), dc_(CreateCompatibleDC(nullptr)), canvas_(*this, {}, tiles) {
     void* bits = nullptr;
     if (dc_)
@@ -58,12 +58,12 @@ DibSurface::~DibSurface() {
         SelectObject(dc_.get(), previous_);
 }
 
-formenv::PixelSize DibSurface::textSize(std::wstring_view text, const formenv::Font& font) {
+raster::PixelSize DibSurface::textSize(std::wstring_view text, const raster::Font& font) {
     return fonts_.textSize(dc_.get(), text, font);
 }
 
-void DibSurface::draw(const formenv::PixelBuffer& /*buffer*/, formenv::PixelPoint at, std::wstring_view text,
-                      const formenv::Font& font, formenv::Rgb color) {
+void DibSurface::draw(const raster::PixelBuffer& /*buffer*/, raster::PixelPoint at, std::wstring_view text,
+                      const raster::Font& font, raster::Rgb color) {
     const Selected selected(dc_.get(), fonts_.get(font));
     SetTextColor(dc_.get(), color);
     ExtTextOutW(dc_.get(), at.x, at.y, 0, nullptr, text.data(), static_cast<UINT>(text.size()), nullptr);
@@ -71,7 +71,7 @@ void DibSurface::draw(const formenv::PixelBuffer& /*buffer*/, formenv::PixelPoin
     GdiFlush();
 }
 
-formenv::HatchTiles systemHatchTiles() {
+raster::HatchTiles systemHatchTiles() {
     const MemoryDc dc(CreateCompatibleDC(nullptr));
     void* bits = nullptr;
     const GdiObject<HBITMAP> bitmap = makeDib(dc.get(), {kTile, kTile}, &bits);
@@ -79,7 +79,7 @@ formenv::HatchTiles systemHatchTiles() {
         return {};
     const Selected selected(dc.get(), bitmap.get());
     const auto* pixels = static_cast<const std::uint32_t*>(bits);
-    formenv::HatchTiles tiles;
+    raster::HatchTiles tiles;
     tiles.horizontal = readTile(dc.get(), pixels, HS_HORIZONTAL);
     tiles.vertical = readTile(dc.get(), pixels, HS_VERTICAL);
     tiles.upward = readTile(dc.get(), pixels, HS_BDIAGONAL);

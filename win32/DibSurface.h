@@ -4,20 +4,20 @@
 #include <windows.h>
 
 #include "formenv/Platform.h"
-#include "formenv/RasterCanvas.h"
-#include "formenv/TextPainter.h"
+#include "raster/RasterCanvas.h"
+#include "raster/TextPainter.h"
 #include "win32/Gdi.h"
 
 namespace kv::win32 {
 
-class DibSurface final : public formenv::Surface, private formenv::TextPainter {
+class DibSurface final : public formenv::Surface, private raster::TextPainter {
   public:
     /// Throws RuntimeError 7 when the system has no memory for a picture of this size.
-    DibSurface(formenv::PixelSize size, FontCache& fonts, const formenv::HatchTiles& tiles);
+    DibSurface(raster::PixelSize size, FontCache& fonts, const raster::HatchTiles& tiles);
     ~DibSurface() override;
 
-    [[nodiscard]] formenv::PixelBuffer pixels() noexcept override { return buffer_; }
-    [[nodiscard]] formenv::Canvas& canvas() noexcept override { return canvas_; }
+    [[nodiscard]] raster::PixelBuffer pixels() noexcept override { return buffer_; }
+    [[nodiscard]] raster::Canvas& canvas() noexcept override { return canvas_; }
     [[nodiscard]] formenv::Handle deviceContext() const noexcept override {
         return reinterpret_cast<formenv::Handle>(dc_.get());
     }
@@ -26,19 +26,19 @@ class DibSurface final : public formenv::Surface, private formenv::TextPainter {
     [[nodiscard]] HDC dc() const noexcept { return dc_.get(); }
 
   private:
-    formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override;
-    void draw(const formenv::PixelBuffer& buffer, formenv::PixelPoint at, std::wstring_view text,
-              const formenv::Font& font, formenv::Rgb color) override;
+    raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override;
+    void draw(const raster::PixelBuffer& buffer, raster::PixelPoint at, std::wstring_view text,
+              const raster::Font& font, raster::Rgb color) override;
 
     FontCache& fonts_;
     MemoryDc dc_;
     GdiObject<HBITMAP> bitmap_;
     HGDIOBJ previous_ = nullptr;
-    formenv::PixelBuffer buffer_;
-    formenv::RasterCanvas canvas_;
+    raster::PixelBuffer buffer_;
+    raster::RasterCanvas canvas_;
 };
 
 /// The system's own hatch patterns, read off a small picture that GDI hatches.
-[[nodiscard]] formenv::HatchTiles systemHatchTiles();
+[[nodiscard]] raster::HatchTiles systemHatchTiles();
 
 }  // namespace kv::win32

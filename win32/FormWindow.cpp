@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "util/RuntimeError.h"
 #include "win32/FormKeys.h"
 #include "win32/Held.h"
@@ -222,9 +222,9 @@ void FormWindow::Root::follow(HWND window) {
         RECT now{};
         GetWindowRect(window, &now);
         if (!EqualRect(&now, &known))
-            place = {formenv::pixelsToTwips(now.left, dpi), formenv::pixelsToTwips(now.top, dpi),
-                     formenv::pixelsToTwips(now.right - now.left, dpi),
-                     formenv::pixelsToTwips(now.bottom - now.top, dpi)};
+            place = {raster::pixelsToTwips(now.left, dpi), raster::pixelsToTwips(now.top, dpi),
+                     raster::pixelsToTwips(now.right - now.left, dpi),
+                     raster::pixelsToTwips(now.bottom - now.top, dpi)};
     }
     // What the state will be once the window is shown is not yet to be seen of it.
     if (!form_->visible())
@@ -234,8 +234,8 @@ void FormWindow::Root::follow(HWND window) {
         return;
     RECT client{};
     GetClientRect(window, &client);
-    form_->clientResized(formenv::pixelsToTwips(client.right, tree_->dpi()),
-                         formenv::pixelsToTwips(client.bottom, tree_->dpi()));
+    form_->clientResized(raster::pixelsToTwips(client.right, tree_->dpi()),
+                         raster::pixelsToTwips(client.bottom, tree_->dpi()));
 }
 
 void FormWindow::Root::placeRoot() {
@@ -263,9 +263,9 @@ void FormWindow::Root::placeRoot() {
 void FormWindow::Root::limit(MINMAXINFO& limits) const {
     const int dpi = tree_->dpi();
     limits.ptMinTrackSize.x =
-        std::max(limits.ptMinTrackSize.x, static_cast<LONG>(formenv::twipsToPixels(form_->leastWidth(), dpi)));
+        std::max(limits.ptMinTrackSize.x, static_cast<LONG>(raster::twipsToPixels(form_->leastWidth(), dpi)));
     limits.ptMinTrackSize.y =
-        std::max(limits.ptMinTrackSize.y, static_cast<LONG>(formenv::twipsToPixels(form_->leastHeight(), dpi)));
+        std::max(limits.ptMinTrackSize.y, static_cast<LONG>(raster::twipsToPixels(form_->leastHeight(), dpi)));
 }
 
 FormWindow::FormWindow(formenv::Form& form, WinPlatform& platform, HWND owner, IUnknown* keeper)
@@ -302,8 +302,7 @@ void FormWindow::setState(WindowState state) {
 formenv::FormBorder FormWindow::border(int dpi) noexcept {
     RECT frame{};
     AdjustWindowRectEx(&frame, kStyle, FALSE, kExStyle);
-    return {formenv::pixelsToTwips(frame.right - frame.left, dpi),
-            formenv::pixelsToTwips(frame.bottom - frame.top, dpi)};
+    return {raster::pixelsToTwips(frame.right - frame.left, dpi), raster::pixelsToTwips(frame.bottom - frame.top, dpi)};
 }
 
 }  // namespace kv::win32

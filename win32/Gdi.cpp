@@ -4,7 +4,7 @@
 
 namespace kv::win32 {
 
-HFONT FontCache::get(const formenv::Font& font, int dpi) {
+HFONT FontCache::get(const raster::Font& font, int dpi) {
     const auto key = std::make_tuple(font.face, font.points, font.bold, dpi);
     const auto found = fonts_.find(key);
     if (found != fonts_.end())
@@ -18,7 +18,7 @@ HFONT FontCache::get(const formenv::Font& font, int dpi) {
     return fonts_.emplace(key, std::move(made)).first->second.get();
 }
 
-formenv::PixelSize FontCache::textSize(HDC dc, std::wstring_view text, const formenv::Font& font) {
+raster::PixelSize FontCache::textSize(HDC dc, std::wstring_view text, const raster::Font& font) {
     const Selected selected(dc, get(font));
     SIZE size{};
     if (text.empty()) {

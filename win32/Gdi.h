@@ -9,7 +9,7 @@
 #include <tuple>
 #include <type_traits>
 
-#include "formenv/Canvas.h"
+#include "raster/Canvas.h"
 
 namespace kv::win32 {
 
@@ -57,9 +57,9 @@ class FontCache {
     /// The resolution from now on. Fonts of other ones stay: windows use them.
     void setDpi(int dpi) noexcept { dpi_ = dpi; }
     /// Falls back to the system's own dialog font when a font cannot be made.
-    [[nodiscard]] HFONT get(const formenv::Font& font) { return get(font, dpi_); }
-    [[nodiscard]] HFONT get(const formenv::Font& font, int dpi);
-    [[nodiscard]] formenv::PixelSize textSize(HDC dc, std::wstring_view text, const formenv::Font& font);
+    [[nodiscard]] HFONT get(const raster::Font& font) { return get(font, dpi_); }
+    [[nodiscard]] HFONT get(const raster::Font& font, int dpi);
+    [[nodiscard]] raster::PixelSize textSize(HDC dc, std::wstring_view text, const raster::Font& font);
 
   private:
     int dpi_;

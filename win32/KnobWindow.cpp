@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "win32/DibSurface.h"
 #include "win32/Held.h"
 
@@ -54,19 +54,19 @@ class Painting {
 };
 
 /// Letters for a knob, painted by the surface that it stands on.
-class SurfaceLetters final : public formenv::TextPainter {
+class SurfaceLetters final : public raster::TextPainter {
   public:
-    explicit SurfaceLetters(formenv::Canvas& canvas) : canvas_(canvas) {}
-    formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override {
+    explicit SurfaceLetters(raster::Canvas& canvas) : canvas_(canvas) {}
+    raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override {
         return canvas_.textSize(text, font);
     }
-    void draw(const formenv::PixelBuffer& /*buffer*/, formenv::PixelPoint at, std::wstring_view text,
-              const formenv::Font& font, formenv::Rgb color) override {
+    void draw(const raster::PixelBuffer& /*buffer*/, raster::PixelPoint at, std::wstring_view text,
+              const raster::Font& font, raster::Rgb color) override {
         canvas_.text(at, text, font, color);
     }
 
   private:
-    formenv::Canvas& canvas_;
+    raster::Canvas& canvas_;
 };
 
 KnobPalette presentPalette(const KnobBase& knob, const WinPlatform& platform) {
@@ -87,7 +87,7 @@ void paintInto(formenv::Surface& surface, KnobBase& knob, WinPlatform& platform,
 }
 
 void copyTo(HDC dc, POINT origin, formenv::Surface& surface) {
-    const formenv::PixelBuffer pixels = surface.pixels();
+    const raster::PixelBuffer pixels = surface.pixels();
     BitBlt(dc, origin.x, origin.y, pixels.width, pixels.height, static_cast<DibSurface&>(surface).dc(), 0, 0, SRCCOPY);
 }
 
@@ -167,10 +167,10 @@ void KnobWindow::changed(Change what) {
 
 void KnobWindow::place() {
     const int dpi = platform_.dpi();
-    const int left = formenv::twipsToPixels(knob_.left(), dpi);
-    const int top = formenv::twipsToPixels(knob_.top(), dpi);
-    const int width = formenv::twipsToPixels(knob_.left() + knob_.width(), dpi) - left;
-    const int height = formenv::twipsToPixels(knob_.top() + knob_.height(), dpi) - top;
+    const int left = raster::twipsToPixels(knob_.left(), dpi);
+    const int top = raster::twipsToPixels(knob_.top(), dpi);
+    const int width = raster::twipsToPixels(knob_.left() + knob_.width(), dpi) - left;
+    const int height = raster::twipsToPixels(knob_.top() + knob_.height(), dpi) - top;
     SetWindowPos(window_, nullptr, left, top, std::max(width, 0), std::max(height, 0), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -185,7 +185,7 @@ void KnobWindow::invalidate() {
         InvalidateRect(window_, nullptr, FALSE);
 }
 
-void KnobWindow::paint(KnobBase& knob, WinPlatform& platform, HDC dc, POINT origin, formenv::PixelSize size) {
+void KnobWindow::paint(KnobBase& knob, WinPlatform& platform, HDC dc, POINT origin, raster::PixelSize size) {
     if (size.width < 1 || size.height < 1)
         return;
     const std::unique_ptr<formenv::Surface> surface = platform.createSurface(size);

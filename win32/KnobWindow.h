@@ -34,7 +34,7 @@ class KnobWindow final : public formenv::Peer {
     [[nodiscard]] HWND window() const noexcept { return window_; }
 
     /// Paints a knob without a window, its upper left corner at `origin`, `size` pixels large.
-    static void paint(turndial::KnobBase& knob, WinPlatform& platform, HDC dc, POINT origin, formenv::PixelSize size);
+    static void paint(turndial::KnobBase& knob, WinPlatform& platform, HDC dc, POINT origin, raster::PixelSize size);
 
     /// Takes the window classes back when the module goes.
     static void unregisterClasses() noexcept;

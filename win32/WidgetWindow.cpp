@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
@@ -156,10 +156,10 @@ void WidgetWindow::rescale() {
 
 void WidgetWindow::place() {
     const int dpi = tree_.dpi();
-    const int left = formenv::twipsToPixels(widget_.left(), dpi);
-    int top = formenv::twipsToPixels(widget_.top(), dpi);
-    const int width = formenv::twipsToPixels(widget_.left() + widget_.width(), dpi) - left;
-    const int height = formenv::twipsToPixels(widget_.top() + widget_.height(), dpi) - top;
+    const int left = raster::twipsToPixels(widget_.left(), dpi);
+    int top = raster::twipsToPixels(widget_.top(), dpi);
+    const int width = raster::twipsToPixels(widget_.left() + widget_.width(), dpi) - left;
+    const int height = raster::twipsToPixels(widget_.top() + widget_.height(), dpi) - top;
     if (widget_.kind() == WidgetKind::UserControl) {
         RECT now{};
         GetClientRect(window_, &now);

@@ -1,6 +1,6 @@
 #include "win32/WinDesktop.h"
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 
 namespace kv::win32 {
 
@@ -43,11 +43,11 @@ double WinDesktop::screenHeight() {
 }
 
 double WinDesktop::twipsPerPixelX() {
-    return formenv::kTwipsPerInch / dpi_;
+    return raster::kTwipsPerInch / dpi_;
 }
 
 double WinDesktop::twipsPerPixelY() {
-    return formenv::kTwipsPerInch / dpi_;
+    return raster::kTwipsPerInch / dpi_;
 }
 
 }  // namespace kv::win32

@@ -85,11 +85,11 @@ class OpenBox {
 WinPlatform::WinPlatform()
     : hostDpi_(screenDpi()), dpi_(hostDpi_), fonts_(dpi_), tiles_(systemHatchTiles()), desktop_(hostDpi_) {}
 
-std::unique_ptr<formenv::Surface> WinPlatform::createSurface(formenv::PixelSize size) {
+std::unique_ptr<formenv::Surface> WinPlatform::createSurface(raster::PixelSize size) {
     return std::make_unique<DibSurface>(size, fonts_, tiles_);
 }
 
-formenv::PixelSize WinPlatform::textSize(std::wstring_view text, const formenv::Font& font) {
+raster::PixelSize WinPlatform::textSize(std::wstring_view text, const raster::Font& font) {
     const ScreenDc screen;
     return fonts_.textSize(screen.get(), text, font);
 }

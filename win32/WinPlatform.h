@@ -9,8 +9,8 @@
 
 #include <set>
 
-#include "formenv/HatchTiles.h"
 #include "formenv/Platform.h"
+#include "raster/HatchTiles.h"
 #include "win32/EventPump.h"
 #include "win32/Gdi.h"
 #include "win32/WinBitmaps.h"
@@ -44,10 +44,10 @@ class WinPlatform final : public formenv::Platform {
         dpi_ = dpi;
         fonts_.setDpi(dpi);
     }
-    [[nodiscard]] formenv::Rgb systemColor(int index) const noexcept override { return GetSysColor(index); }
-    [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(formenv::PixelSize size) override;
+    [[nodiscard]] raster::Rgb systemColor(int index) const noexcept override { return GetSysColor(index); }
+    [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(raster::PixelSize size) override;
     [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps_; }
-    [[nodiscard]] formenv::PixelSize textSize(std::wstring_view text, const formenv::Font& font) override;
+    [[nodiscard]] raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override;
     void pumpEvents() override;
     [[nodiscard]] bool hasUser() const noexcept override;
     /// Where no user can see a box, none is shown and the answer is OK or No.
@@ -81,7 +81,7 @@ class WinPlatform final : public formenv::Platform {
     int hostDpi_;
     int dpi_;
     FontCache fonts_;
-    formenv::HatchTiles tiles_;
+    raster::HatchTiles tiles_;
     WinDesktop desktop_;
     WinBitmaps bitmaps_;
     EventPump pump_;

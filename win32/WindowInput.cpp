@@ -1,7 +1,7 @@
 // Mouse and keyboard in the windows of widgets.
 #include <windowsx.h>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
@@ -59,8 +59,8 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
     const int py = GET_Y_LPARAM(lParam);
     const bool picture = widget.kind() == WidgetKind::PictureBox;
     const auto* box = picture ? static_cast<const formenv::PictureBox*>(&widget) : nullptr;
-    const double x = box ? box->userX(px) : formenv::pixelsToTwips(px, dpi());
-    const double y = box ? box->userY(py) : formenv::pixelsToTwips(py, dpi());
+    const double x = box ? box->userX(px) : raster::pixelsToTwips(px, dpi());
+    const double y = box ? box->userY(py) : raster::pixelsToTwips(py, dpi());
     const int shift = shiftState(wParam);
     // Copies of the handlers: one of them may take the windows away.
     const auto call = [&](const formenv::MouseHandler& handler, int button) {

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "win32/DibSurface.h"
 #include "win32/WindowTree.h"
 
@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kCaptionInset = 9;  // pixels at 96 dpi
 
-void fill(HDC dc, const RECT& area, formenv::Rgb color) {
+void fill(HDC dc, const RECT& area, raster::Rgb color) {
     SetDCBrushColor(dc, color);
     FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
@@ -51,13 +51,13 @@ void paintComboBox(HDC dc, RECT bounds, const formenv::ComboBox& combo, WinPlatf
 }
 
 RECT placeOf(const Widget& widget, POINT origin, int dpi) {
-    return {origin.x + formenv::twipsToPixels(widget.left(), dpi), origin.y + formenv::twipsToPixels(widget.top(), dpi),
-            origin.x + formenv::twipsToPixels(widget.left() + widget.width(), dpi),
-            origin.y + formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
+    return {origin.x + raster::twipsToPixels(widget.left(), dpi), origin.y + raster::twipsToPixels(widget.top(), dpi),
+            origin.x + raster::twipsToPixels(widget.left() + widget.width(), dpi),
+            origin.y + raster::twipsToPixels(widget.top() + widget.height(), dpi)};
 }
 
 /// Two arrow heads that point at a line between them.
-void paintGlyph(HDC dc, const RECT& bounds, formenv::Rgb color, int dpi) {
+void paintGlyph(HDC dc, const RECT& bounds, raster::Rgb color, int dpi) {
     const LONG middle = (bounds.left + bounds.right) / 2;
     const LONG centre = (bounds.top + bounds.bottom) / 2;
     const LONG reach = 4L * dpi / 96;
@@ -91,7 +91,7 @@ void paintButton(HDC dc, RECT bounds, const formenv::Button& button, WinPlatform
 
 void paintFocusCue(HDC dc, RECT area, WinPlatform& platform) {
     const int scale = std::max(1, platform.dpi() / 96);
-    SetDCBrushColor(dc, platform.resolve(formenv::system_color::kHighlight));
+    SetDCBrushColor(dc, platform.resolve(raster::system_color::kHighlight));
     for (int i = 0; i < 3 * scale; ++i) {
         FrameRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
         InflateRect(&area, -1, -1);
@@ -103,18 +103,18 @@ void paintFocusCue(HDC dc, RECT area, WinPlatform& platform) {
 void paintFrame(HDC dc, const RECT& bounds, const Widget& frame, WinPlatform& platform) {
     fill(dc, bounds, platform.resolve(frame.backColor()));
     const int scale = std::max(1, platform.dpi() / 96);
-    const formenv::PixelSize text = platform.textSize(L"+", frame.font());
+    const raster::PixelSize text = platform.textSize(L"+", frame.font());
     // The border runs through the middle of the caption's line, as on any group of controls.
     RECT border = bounds;
     border.top += frame.caption().empty() ? 0 : text.height / 2;
-    SetDCBrushColor(dc, platform.resolve(formenv::system_color::kButtonShadow));
+    SetDCBrushColor(dc, platform.resolve(raster::system_color::kButtonShadow));
     for (int i = 0; i < scale; ++i) {
         FrameRect(dc, &border, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
         InflateRect(&border, -1, -1);
     }
     if (frame.caption().empty())
         return;
-    const formenv::PixelSize caption = platform.textSize(frame.caption(), frame.font());
+    const raster::PixelSize caption = platform.textSize(frame.caption(), frame.font());
     const int left = bounds.left + kCaptionInset * platform.dpi() / 96;
     RECT gap{left - 2 * scale, bounds.top, left + caption.width + 2 * scale, bounds.top + caption.height};
     fill(dc, gap, platform.resolve(frame.backColor()));

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "win32/Held.h"
 #include "win32/WindowDpi.h"
 
@@ -81,9 +81,9 @@ void rescalePictures(Widget& parent) {
 }  // namespace
 
 RECT pixelRect(const Widget& widget, int dpi) noexcept {
-    return {formenv::twipsToPixels(widget.left(), dpi), formenv::twipsToPixels(widget.top(), dpi),
-            formenv::twipsToPixels(widget.left() + widget.width(), dpi),
-            formenv::twipsToPixels(widget.top() + widget.height(), dpi)};
+    return {raster::twipsToPixels(widget.left(), dpi), raster::twipsToPixels(widget.top(), dpi),
+            raster::twipsToPixels(widget.left() + widget.width(), dpi),
+            raster::twipsToPixels(widget.top() + widget.height(), dpi)};
 }
 
 bool WindowTree::registerClasses() noexcept {
@@ -335,7 +335,7 @@ LRESULT WindowTree::colorOf(HDC dc, HWND child) {
         return 0;
     const Widget& widget = const_cast<WidgetWindow*>(source)->widget();
     SetTextColor(dc, platform_.resolve(widget.foreColor()));
-    const formenv::Rgb back = platform_.resolve(widget.backColor());
+    const raster::Rgb back = platform_.resolve(widget.backColor());
     SetBkColor(dc, back);
     SetDCBrushColor(dc, back);
     return reinterpret_cast<LRESULT>(GetStockObject(DC_BRUSH));

@@ -77,7 +77,7 @@ class WindowTree {
   public:
     struct Callbacks {
         /// The control changed its own size, in pixels.
-        std::function<void(formenv::PixelSize)> resizedByControl;
+        std::function<void(raster::PixelSize)> resizedByControl;
         /// The root window is gone, whoever destroyed it.
         std::function<void()> destroyed;
         /// Held through every message: an event may make the host let go of the control.

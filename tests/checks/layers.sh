@@ -4,13 +4,15 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
 
-portable='util formenv turndial forms control host/plan'
+portable='util raster formenv headless turndial forms channels control host/plan'
 
 # What each folder may include from besides itself; "-" is nothing.
 declare -A allowed=(
-    [util]='-' [formenv]='util' [turndial]='formenv util' [forms]='formenv util'
-    [control]='forms turndial formenv util' [host/plan]='-'
-    [win32]='formenv turndial util' [automation]='control win32 forms turndial formenv util' [host]='host/plan'
+    [util]='-' [raster]='util' [formenv]='raster util' [headless]='formenv raster util'
+    [turndial]='formenv raster util' [forms]='formenv raster util' [channels]='raster util'
+    [control]='channels forms turndial formenv raster util' [host/plan]='-'
+    [win32]='turndial formenv raster util' [com]='util'
+    [automation]='com win32 control channels forms turndial formenv raster util' [host]='host/plan'
 )
 
 windows_headers='(win[a-z]*|ole[a-z0-9]*|oa[a-z]+|obj[a-z]+|unknwn|ocidl|docobj|comdef|comutil|comm[a-z]+|shl[a-z]+'
@@ -94,7 +96,7 @@ violations() (
 # The check is worth nothing if it catches nothing: a small tree of good and bad files, and what must be said of it.
 fixture() {
     local tree=$1
-    mkdir -p "$tree"/{util,formenv,control,win32,automation,host/plan}
+    mkdir -p "$tree"/{util,raster,formenv,headless,channels,control,win32,com,automation,host/plan}
     printf '// Not an HWND, and no windows.h.\n/* HDC\n BSTR */\n#include <string>\nint HWNDs = 1'"'"'000; // it'"'"'s\n' \
         >"$tree/util/Good.h"
     printf '#include "util/Good.h"\n#include "Neighbour.h"\n' >"$tree/util/Good.cpp"
@@ -107,14 +109,26 @@ fixture() {
     printf '#include <windows.h>\n#include "automation/Module.h"\nHWND window;\n' >"$tree/win32/Up.cpp"
     printf '#include "kvBandscope.h"\n#include "host/plan/Plan.h"\n#include "util/Good.h"\n' >"$tree/host/Up.cpp"
     printf '#include "../control/Type.h"\n#include "util/Text.h"\n' >"$tree/host/plan/Up.cpp"
+    # Each room against the next one up, and the doubles of the tests in a product.
+    printf '#include "formenv/Widget.h"\n#include "util/Good.h"\n' >"$tree/raster/Up.cpp"
+    printf '#include "control/Type.h"\n#include "raster/Canvas.h"\n' >"$tree/channels/Up.cpp"
+    printf '#include "channels/Store.h"\n#include "formenv/Widget.h"\n' >"$tree/headless/Up.cpp"
+    printf '#include <windows.h>\n#include "control/Type.h"\n#include "win32/Gdi.h"\n' >"$tree/com/Up.cpp"
+    printf '#include "headless/Platform.h"\n#include "com/Bstr.h"\n' >"$tree/automation/Double.cpp"
     cat >"$tree/expected" <<'END'
+automation/Double.cpp:1: automation may not include headless/Platform.h
+channels/Up.cpp:1: channels may not include control/Type.h
+com/Up.cpp:2: com may not include control/Type.h
+com/Up.cpp:3: com may not include win32/Gdi.h
 control/Type.cpp:3:using Window = HWND;
 control/Up.cpp:1: control may not include win32/Gdi.h
 formenv/Up.cpp:1: formenv may not include control/Type.h
+headless/Up.cpp:1: headless may not include channels/Store.h
 host/Up.cpp:3: host may not include util/Good.h
 host/plan/Guard.cpp:1:#ifdef _WIN32
 host/plan/Up.cpp:1: host/plan may not include ../control/Type.h
 host/plan/Up.cpp:2: host/plan may not include util/Text.h
+raster/Up.cpp:1: raster may not include formenv/Widget.h
 util/Header.h:2:#include <windows.h>
 win32/Up.cpp:2: win32 may not include automation/Module.h
 END

@@ -199,7 +199,7 @@ std::vector<std::uint32_t> printed(HWND window, win32::WinPlatform& platform) {
     SendMessageW(window, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(static_cast<win32::DibSurface&>(*surface).dc()),
                  PRF_CLIENT);
     GdiFlush();
-    const formenv::PixelBuffer pixels = surface->pixels();
+    const raster::PixelBuffer pixels = surface->pixels();
     std::vector<std::uint32_t> all(pixels.pixels, pixels.pixels + pixels.width * pixels.height);
     for (std::uint32_t& pixel : all)
         pixel &= 0xFFFFFFU;
@@ -220,7 +220,7 @@ TEST_F(KnobWindow, ShowsWhatTheKnobPaints) {
     const auto surface = platform.createSurface({120, 110});
     win32::KnobWindow::paint(knob, platform, static_cast<win32::DibSurface&>(*surface).dc(), {0, 0}, {120, 110});
     GdiFlush();
-    const formenv::PixelBuffer pixels = surface->pixels();
+    const raster::PixelBuffer pixels = surface->pixels();
     std::size_t different = 0;
     for (std::size_t i = 0; i < after.size(); ++i)
         different += (pixels.pixels[i] & 0xFFFFFFU) != after[i] ? 1U : 0U;
@@ -316,7 +316,7 @@ TEST_F(KnobWindow, StandsInTheTreeOfWindows) {
         const auto surface = platform.createSurface({300, 200});
         tree.paint(static_cast<win32::DibSurface&>(*surface).dc(), {0, 0, 300, 200});
         GdiFlush();
-        const formenv::PixelBuffer pixels = surface->pixels();
+        const raster::PixelBuffer pixels = surface->pixels();
         return std::vector<std::uint32_t>(pixels.pixels, pixels.pixels + 300 * 200);
     };
     const auto before = pictureOf();

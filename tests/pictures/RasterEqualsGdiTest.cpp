@@ -1,6 +1,6 @@
 // RasterCanvas and GDI draw the same shapes into pixels of the same kind; every pixel must come out equal.
 // This proves equality with the GDI it runs on; so far that was Wine 8's, in 64 and in 32 bits.
-#include "formenv/RasterCanvas.h"
+#include "raster/RasterCanvas.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -16,12 +16,13 @@
 #include <type_traits>
 #include <vector>
 
-#include "formenv/BlockTextPainter.h"
-#include "formenv/RecordingCanvas.h"
+#include "headless/BlockTextPainter.h"
+#include "headless/RecordingCanvas.h"
 
 namespace {
 
-using namespace kv::formenv;
+using namespace kv::headless;
+using namespace kv::raster;
 
 constexpr std::uint32_t kColorBits = 0x00FFFFFF;
 constexpr std::uint32_t kStartPixel = 0x00345678;

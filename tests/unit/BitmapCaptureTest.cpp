@@ -11,8 +11,8 @@ namespace {
 using control::MemoryFiles;
 using control::RecordingErrors;
 using formenv::Handle;
-using formenv::HeadlessBitmaps;
-using formenv::PixelBuffer;
+using headless::HeadlessBitmaps;
+using raster::PixelBuffer;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -155,7 +155,7 @@ class PicToBMPTest : public testing::Test {
         calls.fails = [name, n](std::string_view call) mutable { return call == name && --n == 0; };
     }
 
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     HeadlessBitmaps& calls = platform.bitmaps;
     MemoryFiles files;
     RecordingErrors errors;

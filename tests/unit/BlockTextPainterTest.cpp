@@ -1,4 +1,4 @@
-#include "formenv/BlockTextPainter.h"
+#include "headless/BlockTextPainter.h"
 
 #include <gmock/gmock.h>
 
@@ -12,7 +12,8 @@
 
 namespace {
 
-using namespace kv::formenv;
+using namespace kv::headless;
+using namespace kv::raster;
 using testing::ElementsAre;
 
 constexpr std::uint32_t kGuard = 0xDEADBEEF;

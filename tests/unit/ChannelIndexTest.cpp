@@ -1,5 +1,5 @@
 // The channels at a frequency, as the mouse report lists them.
-#include "control/ChannelIndex.h"
+#include "channels/ChannelIndex.h"
 
 #include <cmath>
 #include <limits>
@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 
 class ChannelIndexTest : public ::testing::Test {
   protected:
-    SlotRef add(ChannelKind kind, double low, double high, const std::wstring& units = L"MHz") {
+    SlotRef add(channels::ChannelKind kind, double low, double high, const std::wstring& units = L"MHz") {
         const SlotRef slot = makeSlot((low + high) / 2.0, 0.0, 0.0, std::to_wstring(++lastKey_));
         slot->fields().dFreqLo = low;
         slot->fields().dFreqHi = high;
@@ -28,64 +28,64 @@ class ChannelIndexTest : public ::testing::Test {
         store.add(kind, asChannel(slot), index);
         return slot;
     }
-    std::vector<std::int32_t> at(ChannelKind kind, double x, double tolerance) const {
+    std::vector<std::int32_t> at(channels::ChannelKind kind, double x, double tolerance) const {
         std::vector<std::int32_t> indices;
-        forEachChannelAt(store, kind, x, tolerance, [&](std::int32_t index) {
+        channels::forEachChannelAt(store, kind, x, tolerance, [&](std::int32_t index) {
             indices.push_back(index);
             return true;
         });
         return indices;
     }
 
-    ChannelStore store;
+    channels::ChannelStore store;
 
   private:
     int lastKey_ = 0;
 };
 
 TEST_F(ChannelIndexTest, BandsThatMeetTheWidenedPlaceAreFoundInIndexOrder) {
-    add(ChannelKind::TX, 400.0, 410.0);
-    add(ChannelKind::TX, 300.0, 500.0);
-    add(ChannelKind::TX, 411.0, 412.0);
-    add(ChannelKind::TX, 398.0, 399.0);
-    EXPECT_THAT(at(ChannelKind::TX, 405.0, 0.5), ElementsAre(0, 1));
+    add(channels::ChannelKind::TX, 400.0, 410.0);
+    add(channels::ChannelKind::TX, 300.0, 500.0);
+    add(channels::ChannelKind::TX, 411.0, 412.0);
+    add(channels::ChannelKind::TX, 398.0, 399.0);
+    EXPECT_THAT(at(channels::ChannelKind::TX, 405.0, 0.5), ElementsAre(0, 1));
     // Both ends of the widened place count.
-    EXPECT_THAT(at(ChannelKind::TX, 410.5, 0.5), ElementsAre(0, 1, 2));
-    EXPECT_THAT(at(ChannelKind::TX, 410.5, 0.25), ElementsAre(1));
-    EXPECT_THAT(at(ChannelKind::TX, 600.0, 1.0), IsEmpty());
+    EXPECT_THAT(at(channels::ChannelKind::TX, 410.5, 0.5), ElementsAre(0, 1, 2));
+    EXPECT_THAT(at(channels::ChannelKind::TX, 410.5, 0.25), ElementsAre(1));
+    EXPECT_THAT(at(channels::ChannelKind::TX, 600.0, 1.0), IsEmpty());
 }
 
 TEST_F(ChannelIndexTest, KindsAreApart) {
-    add(ChannelKind::TX, 400.0, 410.0);
-    add(ChannelKind::RX, 500.0, 510.0);
-    EXPECT_THAT(at(ChannelKind::RX, 405.0, 1.0), IsEmpty());
-    EXPECT_THAT(at(ChannelKind::RX, 505.0, 1.0), ElementsAre(0));
+    add(channels::ChannelKind::TX, 400.0, 410.0);
+    add(channels::ChannelKind::RX, 500.0, 510.0);
+    EXPECT_THAT(at(channels::ChannelKind::RX, 405.0, 1.0), IsEmpty());
+    EXPECT_THAT(at(channels::ChannelKind::RX, 505.0, 1.0), ElementsAre(0));
 }
 
 TEST_F(ChannelIndexTest, EdgesCountInMegahertzWhateverTheirUnits) {
-    add(ChannelKind::RX, 0.4, 0.41, L"GHz");
-    add(ChannelKind::RX, 400'000.0, 410'000.0, L"KHz");
-    add(ChannelKind::RX, 400.0, 410.0, L"KHz");
-    add(ChannelKind::RX, 400.0, 410.0, L"furlongs");
-    EXPECT_THAT(at(ChannelKind::RX, 405.0, 1.0), ElementsAre(0, 1));
+    add(channels::ChannelKind::RX, 0.4, 0.41, L"GHz");
+    add(channels::ChannelKind::RX, 400'000.0, 410'000.0, L"KHz");
+    add(channels::ChannelKind::RX, 400.0, 410.0, L"KHz");
+    add(channels::ChannelKind::RX, 400.0, 410.0, L"furlongs");
+    EXPECT_THAT(at(channels::ChannelKind::RX, 405.0, 1.0), ElementsAre(0, 1));
 }
 
 TEST_F(ChannelIndexTest, AnAnswerOfFalseEndsTheSearch) {
     for (int i = 0; i < 4; ++i)
-        add(ChannelKind::TX, 400.0, 410.0);
+        add(channels::ChannelKind::TX, 400.0, 410.0);
     int calls = 0;
-    forEachChannelAt(store, ChannelKind::TX, 405.0, 1.0, [&](std::int32_t) { return ++calls < 2; });
+    channels::forEachChannelAt(store, channels::ChannelKind::TX, 405.0, 1.0, [&](std::int32_t) { return ++calls < 2; });
     EXPECT_EQ(calls, 2);
 }
 
 TEST_F(ChannelIndexTest, HostCodeMayClearTheStoreWhileItIsSearched) {
-    add(ChannelKind::TX, 400.0, 410.0);
-    add(ChannelKind::TX, 400.0, 410.0)->onRead = [&](std::string_view member) {
+    add(channels::ChannelKind::TX, 400.0, 410.0);
+    add(channels::ChannelKind::TX, 400.0, 410.0)->onRead = [&](std::string_view member) {
         if (member == "dFreqHi")
-            store.clear(ChannelKind::TX);
+            store.clear(channels::ChannelKind::TX);
     };
-    add(ChannelKind::TX, 400.0, 410.0);
-    EXPECT_THAT(at(ChannelKind::TX, 405.0, 1.0), ElementsAre(0, 1));
+    add(channels::ChannelKind::TX, 400.0, 410.0);
+    EXPECT_THAT(at(channels::ChannelKind::TX, 405.0, 1.0), ElementsAre(0, 1));
 }
 
 /// Records of the control's own class: from some hundred on, the places are looked up instead of searched.
@@ -94,7 +94,7 @@ class ChannelIndexPropertyTest : public ::testing::Test {
     double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
     bool oneIn(unsigned n) { return random_() % n == 0; }
 
-    void fill(FreqSlotFields& f) {
+    void fill(channels::FreqSlotFields& f) {
         static const wchar_t* const units[] = {L"Hz", L"KHz", L"GHz", L"furlongs", L""};
         f.sFreqUnits = oneIn(10) ? units[random_() % 5] : L"MHz";
         f.dFreqLo = std::floor(between(0.0, 400.0)) / 2.0;
@@ -110,16 +110,19 @@ class ChannelIndexPropertyTest : public ::testing::Test {
         fill(slot->fields());
         slot->fields().sKey = L"TX" + std::to_wstring(++lastKey_);
         std::int32_t index = 0;
-        store_.add(ChannelKind::TX, FreqSlotRef(slot.get()), index);
+        store_.add(channels::ChannelKind::TX, channels::FreqSlotRef(slot.get()), index);
     }
-    FreqSlotBase& at(std::int32_t index) { return static_cast<FreqSlotBase&>(*store_.at(ChannelKind::TX, index)); }
+    channels::FreqSlotBase& at(std::int32_t index) {
+        return static_cast<channels::FreqSlotBase&>(*store_.at(channels::ChannelKind::TX, index));
+    }
     void change() {
-        const auto any = static_cast<std::int32_t>(random_() % static_cast<unsigned>(store_.count(ChannelKind::TX)));
+        const auto any =
+            static_cast<std::int32_t>(random_() % static_cast<unsigned>(store_.count(channels::ChannelKind::TX)));
         if (oneIn(3)) {
             add();
         } else if (oneIn(2)) {
             const std::wstring key = at(any).sKey();
-            EXPECT_FALSE(store_.closeGap(ChannelKind::TX, any));
+            EXPECT_FALSE(store_.closeGap(channels::ChannelKind::TX, any));
             store_.forgetKey(key);
         } else {
             fill(at(any).fields());
@@ -128,9 +131,9 @@ class ChannelIndexPropertyTest : public ::testing::Test {
     /// The first `most` of those that a look at each record finds.
     std::vector<std::int32_t> expected(double x, double tolerance, std::size_t most) {
         std::vector<std::int32_t> indices;
-        for (std::int32_t i = 0; i < store_.count(ChannelKind::TX) && indices.size() < most; ++i) {
+        for (std::int32_t i = 0; i < store_.count(channels::ChannelKind::TX) && indices.size() < most; ++i) {
             bool unknown = false;
-            const FreqSlotFields& f = std::as_const(at(i)).fields();
+            const channels::FreqSlotFields& f = std::as_const(at(i)).fields();
             if (util::ConvertFreq(f.sFreqUnits, L"MHz", f.dFreqLo, unknown) <= x + tolerance &&
                 util::ConvertFreq(f.sFreqUnits, L"MHz", f.dFreqHi, unknown) >= x - tolerance)
                 indices.push_back(i);
@@ -139,7 +142,7 @@ class ChannelIndexPropertyTest : public ::testing::Test {
     }
     std::vector<std::int32_t> found(double x, double tolerance, std::size_t most) {
         std::vector<std::int32_t> indices;
-        forEachChannelAt(store_, ChannelKind::TX, x, tolerance, [&](std::int32_t index) {
+        channels::forEachChannelAt(store_, channels::ChannelKind::TX, x, tolerance, [&](std::int32_t index) {
             indices.push_back(index);
             return indices.size() < most;
         });
@@ -147,13 +150,13 @@ class ChannelIndexPropertyTest : public ::testing::Test {
     }
 
     std::mt19937 random_{19610412};
-    ChannelStore store_;
+    channels::ChannelStore store_;
     int lastKey_ = 0;
 };
 
 TEST_F(ChannelIndexPropertyTest, LookingUpFindsWhatLookingAtEachRecordFinds) {
     for (const int count : {250, 300, 5000}) {
-        store_.clear(ChannelKind::TX);
+        store_.clear(channels::ChannelKind::TX);
         for (int i = 0; i < count; ++i)
             add();
         for (int round = 0; round < 100; ++round) {
@@ -178,7 +181,7 @@ TEST_F(ChannelIndexPropertyTest, AnEdgeThatNoMegahertzHoldFailsWhereTheSearchCom
     for (int query = 0; query < 3; ++query) {
         std::int32_t last = -1;
         const auto search = [&] {
-            forEachChannelAt(store_, ChannelKind::TX, 100.0, 1e6, [&](std::int32_t index) {
+            channels::forEachChannelAt(store_, channels::ChannelKind::TX, 100.0, 1e6, [&](std::int32_t index) {
                 last = index;
                 return true;
             });

@@ -103,7 +103,7 @@ TEST_F(ChannelStoreTest, TXWidensFrequenciesAndPowersAndRXFrequenciesOnly) {
     addTX(400.0, 1.0, -15.0);
     addRX(800.0, 2.0, 90.0);
     addRX(300.0, 2.0, -90.0);
-    const Extremes& e = scope.extremes();
+    const channels::Extremes& e = scope.extremes();
     EXPECT_EQ(e.dTXFreqMin, 399.0);
     EXPECT_EQ(e.dTXFreqMax, 451.0);
     EXPECT_EQ(e.dRXFreqMin, 298.0);
@@ -257,12 +257,15 @@ TEST_F(ChannelStoreTest, MatchingComparesEveryValueExactly) {
         return slot;
     };
     EXPECT_EQ(scope.nFindMatchRX(asChannel(twin())), 0);
-    using Edit = std::function<void(FreqSlotFields&)>;
-    for (const Edit& edit :
-         {Edit([](FreqSlotFields& f) { f.dFreqAlt = 1.0; }), Edit([](FreqSlotFields& f) { f.dFreq += 1e-9; }),
-          Edit([](FreqSlotFields& f) { f.dFreqHi += 1e-9; }), Edit([](FreqSlotFields& f) { f.dFreqLo += 1e-9; }),
-          Edit([](FreqSlotFields& f) { f.dBW += 1.0; }), Edit([](FreqSlotFields& f) { f.sBWUnits = L"khz"; }),
-          Edit([](FreqSlotFields& f) { f.sLabel = L"Label"; }), Edit([](FreqSlotFields& f) { f.sFreqUnits = L""; })}) {
+    using Edit = std::function<void(channels::FreqSlotFields&)>;
+    for (const Edit& edit : {Edit([](channels::FreqSlotFields& f) { f.dFreqAlt = 1.0; }),
+                             Edit([](channels::FreqSlotFields& f) { f.dFreq += 1e-9; }),
+                             Edit([](channels::FreqSlotFields& f) { f.dFreqHi += 1e-9; }),
+                             Edit([](channels::FreqSlotFields& f) { f.dFreqLo += 1e-9; }),
+                             Edit([](channels::FreqSlotFields& f) { f.dBW += 1.0; }),
+                             Edit([](channels::FreqSlotFields& f) { f.sBWUnits = L"khz"; }),
+                             Edit([](channels::FreqSlotFields& f) { f.sLabel = L"Label"; }),
+                             Edit([](channels::FreqSlotFields& f) { f.sFreqUnits = L""; })}) {
         const SlotRef other = twin();
         edit(other->fields());
         EXPECT_EQ(scope.nFindMatchRX(asChannel(other)), -88);

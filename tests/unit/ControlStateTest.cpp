@@ -38,7 +38,7 @@ TEST_F(ControlStateTest, EndBufferOfZeroStaysZero) {
 }
 
 TEST_F(ControlStateTest, ExtremesOfAFreshControlAreUnsetButForTheOverallPower) {
-    const Extremes& e = scope.extremes();
+    const channels::Extremes& e = scope.extremes();
     EXPECT_EQ(e.dFreqMin, 8888888888888.0);
     EXPECT_EQ(e.dFreqMax, -8888888888888.0);
     EXPECT_EQ(e.dTXFreqMin, 8888888888888.0);
@@ -98,8 +98,8 @@ TEST_F(ControlStateTest, StartDrawsNothingAndTellsNobody) {
 TEST_F(ControlStateTest, MembersThatOnlyStoreDrawNothingUntilTheNextDrawing) {
     addTX(450.0, 10.0, 30.0);
     scope.DrawDisplay();
-    formenv::RecordingCanvas spectrum({400, 200});
-    formenv::RecordingCanvas units({400, 200});
+    headless::RecordingCanvas spectrum({400, 200});
+    headless::RecordingCanvas units({400, 200});
     ui.picSpectrum.divert(&spectrum);
     ui.picUnits.divert(&units);
     scope.setBXLog(false);
@@ -123,8 +123,8 @@ TEST_F(ControlStateTest, MembersThatOnlyStoreDrawNothingUntilTheNextDrawing) {
 TEST_F(ControlStateTest, ColorsOfTheSurfacesRedrawAtOnce) {
     addTX(450.0, 10.0, 30.0);
     scope.DrawDisplay();
-    formenv::RecordingCanvas spectrum({400, 200});
-    formenv::RecordingCanvas units({400, 200});
+    headless::RecordingCanvas spectrum({400, 200});
+    headless::RecordingCanvas units({400, 200});
     ui.picSpectrum.divert(&spectrum);
     ui.picUnits.divert(&units);
 
@@ -184,7 +184,7 @@ TEST_F(ControlStateTest, ClickWithAnyChannelDoesNothing) {
 
 TEST_F(ControlStateTest, DrawAllOnlySaysThatItIsWithdrawn) {
     addTX(450.0, 10.0, 30.0);
-    formenv::RecordingCanvas spectrum({400, 200});
+    headless::RecordingCanvas spectrum({400, 200});
     ui.picSpectrum.divert(&spectrum);
     scope.DrawAll();
     ASSERT_EQ(platform.messages.size(), 1U);
@@ -245,7 +245,7 @@ TEST_F(ControlStateTest, ControlGivesBackItsChannelsAtTheEnd) {
     const SlotRef tx = makeSlot(450.0, 0.0, 0.0, L"TX1");
     {
         Bandscope other(
-            Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }});
+            Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }});
         other.AddTXChnl(asChannel(tx));
         EXPECT_EQ(tx->references(), 2);
     }

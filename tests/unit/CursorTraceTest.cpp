@@ -91,14 +91,14 @@ TEST_F(CursorTraceTest, TheCenterButtonMovesTheLine) {
 TEST_F(CursorTraceTest, NoPositionIsLeftBehindWhereTheDisplayShowsTheMarker) {
     scope.ClearAllChnls();
     scope.setFreqEndBuffer(0.0);
-    addTX(FREQ_UNSET - 100.0, 0.0, 1.0);
-    addTX(FREQ_UNSET + 300.0, 0.0, 1.0);
+    addTX(channels::FREQ_UNSET - 100.0, 0.0, 1.0);
+    addTX(channels::FREQ_UNSET + 300.0, 0.0, 1.0);
     scope.DrawInitialDisplay();
-    expectRange(FREQ_UNSET - 100.0, FREQ_UNSET + 300.0);
-    scope.setCursorVal(FREQ_UNSET + 50.0);
+    expectRange(channels::FREQ_UNSET - 100.0, channels::FREQ_UNSET + 300.0);
+    scope.setCursorVal(channels::FREQ_UNSET + 50.0);
     scope.DrawDisplay();
     plain = pixelsOf(ui.picSpectrum);
-    scope.setCursorVal(FREQ_UNSET + 90.0);
+    scope.setCursorVal(channels::FREQ_UNSET + 90.0);
     EXPECT_EQ(changedColumns().size(), 1U);
 }
 
@@ -123,7 +123,7 @@ class LabelRoomTest : public RangeTest {};
 TEST_F(LabelRoomTest, LabelsAreInTheMiddleOfTheRoomUnderTheSpectrum) {
     addTX(450.0);
     scope.DrawDisplay();
-    formenv::RecordingCanvas units({720, 300});
+    headless::RecordingCanvas units({720, 300});
     ui.picUnits.divert(&units);
     scope.DrawDisplay();
     const double bottom = (ui.picSpectrum.top() + ui.picSpectrum.height()) / 15.0;

@@ -41,7 +41,7 @@ constexpr Demonstrated kReceive[] = {
 
 class DemonstrationSetTest : public ScopeTest {
   protected:
-    static void expectChannel(const FreqSlotRef& channel, const Demonstrated& expected) {
+    static void expectChannel(const channels::FreqSlotRef& channel, const Demonstrated& expected) {
         SCOPED_TRACE(expected.frequency);
         ASSERT_TRUE(channel);
         EXPECT_EQ(channel->dFreq(), expected.frequency);

@@ -18,11 +18,12 @@ class DrawingErrorTest : public ScopeTest {
   protected:
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(showTwoPixelsAUnit()); }
 
-    std::vector<SlotRef> addMany(ChannelKind kind, int number) {
+    std::vector<SlotRef> addMany(channels::ChannelKind kind, int number) {
         std::vector<SlotRef> slots;
         for (int i = 0; i < number; ++i) {
             const double frequency = 400.0 + 10.0 * i;
-            slots.push_back(kind == ChannelKind::TX ? addTX(frequency, 3.0, 50.0) : addRX(frequency, 3.0, 50.0));
+            slots.push_back(kind == channels::ChannelKind::TX ? addTX(frequency, 3.0, 50.0)
+                                                              : addRX(frequency, 3.0, 50.0));
         }
         return slots;
     }
@@ -38,8 +39,8 @@ class DrawingErrorTest : public ScopeTest {
 };
 
 TEST_F(DrawingErrorTest, ATXChannelThatFailsIsReportedWithItsPlace) {
-    const std::vector<SlotRef> tx = addMany(ChannelKind::TX, 5);
-    const std::vector<SlotRef> rx = addMany(ChannelKind::RX, 2);
+    const std::vector<SlotRef> tx = addMany(channels::ChannelKind::TX, 5);
+    const std::vector<SlotRef> rx = addMany(channels::ChannelKind::RX, 2);
     tx[2]->onRead = failsAt("drawRecord", 440);
     // The error ends the drawing of the TX channels only.
     EXPECT_TRUE(scope.DrawDisplay());
@@ -54,7 +55,7 @@ TEST_F(DrawingErrorTest, ATXChannelThatFailsIsReportedWithItsPlace) {
 }
 
 TEST_F(DrawingErrorTest, AnRXChannelThatFailsIsReportedWithItsPlace) {
-    const std::vector<SlotRef> rx = addMany(ChannelKind::RX, 4);
+    const std::vector<SlotRef> rx = addMany(channels::ChannelKind::RX, 4);
     rx[0]->onRead = failsAt("bVisible", 13);
     EXPECT_TRUE(scope.DrawDisplay());
     const RecordingErrors::Report report = takeReport();
@@ -64,7 +65,7 @@ TEST_F(DrawingErrorTest, AnRXChannelThatFailsIsReportedWithItsPlace) {
 }
 
 TEST_F(DrawingErrorTest, AFillStyleThatIsNoneEndsTheCollectionAndPutsThePropertiesBack) {
-    const std::vector<SlotRef> tx = addMany(ChannelKind::TX, 2);
+    const std::vector<SlotRef> tx = addMany(channels::ChannelKind::TX, 2);
     tx[0]->fields().iFillStyle = 8;
     EXPECT_TRUE(scope.DrawDisplay());
     EXPECT_EQ(takeReport().number, util::error_number::kInvalidPropertyValue);
@@ -72,7 +73,7 @@ TEST_F(DrawingErrorTest, AFillStyleThatIsNoneEndsTheCollectionAndPutsTheProperti
 }
 
 TEST_F(DrawingErrorTest, AnErrorBetweenTheStepsMakesDrawDisplayReturnFalseWithItsMark) {
-    addMany(ChannelKind::TX, 1);
+    addMany(channels::ChannelKind::TX, 1);
     // The pumps stand after these marks.
     const std::vector<int> marks = {100, 1100, 1200, 1300, 1300, 1400, 1400, 1500};
     for (std::size_t i = 0; i < marks.size(); ++i) {
@@ -91,7 +92,7 @@ TEST_F(DrawingErrorTest, AnErrorBetweenTheStepsMakesDrawDisplayReturnFalseWithIt
 }
 
 TEST_F(DrawingErrorTest, RefreshReportsItsOwnText) {
-    const std::vector<SlotRef> tx = addMany(ChannelKind::TX, 2);
+    const std::vector<SlotRef> tx = addMany(channels::ChannelKind::TX, 2);
     tx[1]->onRead = failsAt("drawRecord", 440);
     scope.Refresh();
     const RecordingErrors::Report report = takeReport();
@@ -103,7 +104,7 @@ TEST_F(DrawingErrorTest, RefreshReportsItsOwnText) {
 }
 
 TEST_F(DrawingErrorTest, ForeignExceptionsAreReportedAsInternalErrors) {
-    addMany(ChannelKind::TX, 1)[0]->onRead = [](std::string_view) { throw 42; };
+    addMany(channels::ChannelKind::TX, 1)[0]->onRead = [](std::string_view) { throw 42; };
     EXPECT_TRUE(scope.DrawDisplay());
     EXPECT_EQ(takeReport().number, util::error_number::kInternal);
 }
@@ -112,8 +113,8 @@ TEST_F(DrawingErrorTest, StoreMayChangeAtEveryPumpOfADrawing) {
     for (int at = 0; at < 8; ++at) {
         for (int action = 0; action < 5; ++action) {
             scope.ClearAllChnls();
-            addMany(ChannelKind::TX, 4);
-            addMany(ChannelKind::RX, 4);
+            addMany(channels::ChannelKind::TX, 4);
+            addMany(channels::ChannelKind::RX, 4);
             const std::wstring key = scope.GetTXChnl(1)->sKey();
             int pumps = 0;
             platform.onPump = [&] {
@@ -143,8 +144,8 @@ TEST_F(DrawingErrorTest, StoreMayChangeAtEveryPumpOfADrawing) {
 }
 
 TEST_F(DrawingErrorTest, ADrawingInsideADrawingEndsInTheSamePicture) {
-    addMany(ChannelKind::TX, 4);
-    addMany(ChannelKind::RX, 4);
+    addMany(channels::ChannelKind::TX, 4);
+    addMany(channels::ChannelKind::RX, 4);
     scope.DrawDisplay();
     const std::vector<std::uint32_t> once = pixelsOf(ui.picSpectrum);
     for (int at = 0; at < 8; ++at) {
@@ -172,7 +173,7 @@ TEST_F(DrawingErrorTest, EventsInsideTheGridFindThePicturesPropertiesInPlace) {
 }
 
 TEST_F(DrawingErrorTest, ClearingInsideAGetterEndsTheDrawingWithAReport) {
-    const std::vector<SlotRef> tx = addMany(ChannelKind::TX, 5);
+    const std::vector<SlotRef> tx = addMany(channels::ChannelKind::TX, 5);
     tx[1]->onRead = [&](std::string_view member) {
         if (member == "drawRecord")
             scope.ClearAllChnls();
@@ -201,7 +202,7 @@ TEST_F(DrawingErrorTest, AChannelMayRemoveItselfWhileItIsDrawn) {
 }
 
 TEST_F(DrawingErrorTest, AddingInsideAGetterIsSafeWhileAddingDrawingAndRemoving) {
-    const std::vector<SlotRef> tx = addMany(ChannelKind::TX, 3);
+    const std::vector<SlotRef> tx = addMany(channels::ChannelKind::TX, 3);
     int more = 0;
     for (const SlotRef& slot : tx) {
         slot->onRead = [&](std::string_view) {
@@ -220,7 +221,7 @@ TEST_F(DrawingErrorTest, AddingInsideAGetterIsSafeWhileAddingDrawingAndRemoving)
 }
 
 TEST_F(DrawingErrorTest, ClearingInsideTheKeysGetterWhileRemovingIsSafe) {
-    const std::vector<SlotRef> tx = addMany(ChannelKind::TX, 5);
+    const std::vector<SlotRef> tx = addMany(channels::ChannelKind::TX, 5);
     const std::wstring first = tx[0]->fields().sKey;
     tx[2]->onRead = [&](std::string_view member) {
         if (member == "sKey")
@@ -241,7 +242,7 @@ TEST_F(DrawingErrorTest, HugeAndMeaninglessValuesAreDrawnWithoutHarm) {
     for (const double low : values) {
         for (const double high : values) {
             for (const double power : values) {
-                FreqSlotFields& fields = channel->fields();
+                channels::FreqSlotFields& fields = channel->fields();
                 fields.dFreqLo = low;
                 fields.dFreqHi = high;
                 fields.dPwrDBM = power;
@@ -257,7 +258,7 @@ TEST_F(DrawingErrorTest, HugeAndMeaninglessValuesAreDrawnWithoutHarm) {
 
 class CursorLineTest : public DrawingErrorTest {
   protected:
-    formenv::RecordingCanvas canvas{{400, 200}};
+    headless::RecordingCanvas canvas{{400, 200}};
 };
 
 TEST_F(CursorLineTest, MovingTheCursorRemovesTheOldLineInItsOwnColor) {
@@ -338,8 +339,8 @@ TEST_F(CursorLineTest, CenterCursorButtonDrawsTheLineOnTheCenter) {
 /// Without a range there is nothing to scale and nothing to draw, but what was there is cleared.
 class EmptyDrawingTest : public ScopeTest {
   protected:
-    formenv::RecordingCanvas spectrum{{400, 200}};
-    formenv::RecordingCanvas units{{400, 200}};
+    headless::RecordingCanvas spectrum{{400, 200}};
+    headless::RecordingCanvas units{{400, 200}};
     void divert() {
         ui.picSpectrum.divert(&spectrum);
         ui.picUnits.divert(&units);

@@ -166,7 +166,7 @@ TEST_F(ErrorHandlerTest, WithoutAMakersFolderTheMessageNamesTheFileAlone) {
 }
 
 TEST(PlatformPromptTest, KindsOfMessagesHaveTheirIconsAndButtons) {
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     bool attended = true;
     formenv::PlatformPrompt prompt(platform, [&] { return attended; });
     EXPECT_TRUE(prompt.present());
@@ -201,13 +201,13 @@ class ScopeErrorsTest : public ErrorHandlerTest {
         EXPECT_THAT(record(), IsEmpty());
     }
 
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     control::RecordingEvents events;
     control::MemoryFiles exports;
     formenv::PlatformPrompt prompt{platform, [] { return true; }};
     ErrorHandler reporter{log, prompt};
     control::Bandscope scope{control::Services{platform, events, reporter, exports,
-                                               [] { return Ref<control::FreqSlotBase>(new control::PlainSlot); }}};
+                                               [] { return Ref<channels::FreqSlotBase>(new control::PlainSlot); }}};
     std::vector<control::SlotRef> slots;
 };
 

@@ -1,5 +1,5 @@
 // The display as a bitmap file and on the clipboard.
-#include "formenv/Twips.h"
+#include "raster/Twips.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -75,12 +75,12 @@ TEST_F(ExportTest, ThePictureIsTheStripWithTheSpectrumAtItsPlace) {
     std::wstring name;
     scope.DisplayToBMP(height, width, name);
     const Bitmap picture(files.files.at(name));
-    const formenv::PixelSize strip = ui.picUnits.pixelSize();
-    const formenv::PixelSize inner = ui.picSpectrum.pixelSize();
+    const raster::PixelSize strip = ui.picUnits.pixelSize();
+    const raster::PixelSize inner = ui.picSpectrum.pixelSize();
     ASSERT_EQ(picture.width(), strip.width);
     ASSERT_EQ(picture.height(), strip.height);
-    const int left = formenv::twipsToPixels(ui.picSpectrum.left(), 96);
-    const int top = formenv::twipsToPixels(ui.picSpectrum.top(), 96);
+    const int left = raster::twipsToPixels(ui.picSpectrum.left(), 96);
+    const int top = raster::twipsToPixels(ui.picSpectrum.top(), 96);
     int different = 0;
     for (int y = 0; y < strip.height; ++y) {
         for (int x = 0; x < strip.width; ++x) {
@@ -186,7 +186,8 @@ TEST_F(ExportTest, AFileThatIsGoneLeavesTheClipboardEmpty) {
             files.clear();
         }
     } thief;
-    Bandscope robbed{Services{platform, events, errors, thief, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+    Bandscope robbed{
+        Services{platform, events, errors, thief, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }}};
     robbed.CopyDisplayToClipboard();
     EXPECT_EQ(thief.clipboard, "");
     EXPECT_THAT(thief.happened, ElementsAre("write", "clear", "delete"));
@@ -216,7 +217,8 @@ TEST_F(ExportTest, AScratchFolderThatFailsGivesNothing) {
             MemoryFiles::writeFile(path, bytes);
         }
     } none;
-    Bandscope homeless{Services{platform, events, errors, none, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+    Bandscope homeless{
+        Services{platform, events, errors, none, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }}};
     std::wstring name;
     EXPECT_EQ(homeless.DisplayToBMP(height, width, name), L"");
     EXPECT_EQ(height, 0.0);

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "formenv/HeadlessDesktop.h"
 #include "forms/PlacedForm.h"
+#include "headless/HeadlessDesktop.h"
 #include "util/RuntimeError.h"
 
 namespace kv::forms {
@@ -30,7 +30,7 @@ class FakeForm final : public PlacedForm {
     int moves = 0;
 };
 
-class AskedDesktop final : public formenv::HeadlessDesktop {
+class AskedDesktop final : public headless::HeadlessDesktop {
   public:
     struct Probe {
         formenv::ScreenRect rect;

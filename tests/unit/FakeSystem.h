@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "headless/IniText.h"
 #include "util/RuntimeError.h"
 #include "util/System.h"
 #include "util/UserPrompt.h"
@@ -50,7 +51,7 @@ class FakeIni final : public IniSource {
             throw RuntimeError(error_number::kPathFileAccess);
         texts.write(key, section, file, value);
     }
-    TextIniSource texts;
+    headless::TextIniSource texts;
     bool broken = false;
     bool readOnly = false;
     int reads = 0;

@@ -19,7 +19,7 @@ using formenv::ScreenRect;
 constexpr wchar_t kINI[] = L"C:\\places.ini";
 
 /// Some monitors side by side or one above the other, with task bars.
-void scatter(formenv::HeadlessDesktop& desktop, std::mt19937& random) {
+void scatter(headless::HeadlessDesktop& desktop, std::mt19937& random) {
     const auto between = [&random](int least, int most) {
         return std::uniform_int_distribution<std::int32_t>(least, most)(random);
     };
@@ -51,12 +51,12 @@ void scatter(formenv::HeadlessDesktop& desktop, std::mt19937& random) {
 }
 
 /// How many columns of pixels of the title bar's middle line lie in a work area.
-int shownColumns(const formenv::HeadlessDesktop& desktop, const Place& place) {
+int shownColumns(const headless::HeadlessDesktop& desktop, const Place& place) {
     const double pixel = 1440.0 / desktop.dots;
     const double middle = (place.top + 225.0) / pixel;
     int shown = 0;
     for (double x = place.left / pixel + 0.5; x < (place.left + place.width) / pixel; x += 1.0)
-        shown += std::ranges::any_of(desktop.monitors, [&](const formenv::HeadlessDesktop::Monitor& monitor) {
+        shown += std::ranges::any_of(desktop.monitors, [&](const headless::HeadlessDesktop::Monitor& monitor) {
             const ScreenRect& work = monitor.info.work;
             return x >= work.left && x < work.right && middle >= work.top && middle < work.bottom;
         });
@@ -80,7 +80,7 @@ std::wstring anyNumber(std::mt19937& random) {
 TEST(FormPlacementPropertyTest, RestoredFormCanAlwaysBeReached) {
     constexpr int kRounds = 3000;
     std::mt19937 random(20260309);
-    formenv::HeadlessDesktop desktop;
+    headless::HeadlessDesktop desktop;
     control::MemoryFiles files;
     const PlacementStore store{files, desktop, kINI, L""};
     int moved = 0;

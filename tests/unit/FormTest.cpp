@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "formenv/HeadlessPlatform.h"
+#include "headless/HeadlessPlatform.h"
 #include "util/RuntimeError.h"
 #include "util/Utf8.h"
 
@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 class FormModel : public testing::Test {
   protected:
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     formenv::Form form{platform, L"frmTest"};
 };
 

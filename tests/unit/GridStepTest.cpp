@@ -94,7 +94,7 @@ TEST_F(GridStepTest, AChoiceKeepsTheKnobsValueEvenOutsideTheNewSlice) {
 }
 
 TEST_F(GridStepTest, AChoiceOnAnEmptyDisplayRaisesItsEventAndDrawsNothing) {
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     choose(2);
     EXPECT_THAT(events.heard, ElementsAre("ChgGridRange"));
@@ -124,7 +124,7 @@ TEST_F(GridStepTest, AChoiceThatLeavesTheRangeTellsOnlyItself) {
 TEST_F(GridStepTest, AChoiceRedrawsWithoutRecentring) {
     showOneChannel();
     scope.setDisplayCenterFreq(460.0);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     ui.tdKnGrid.setDVal(10.0);
     choose(1);
@@ -145,7 +145,7 @@ TEST_F(GridStepTest, AChoiceIsToldAlsoWhenItsRedrawFails) {
 
 TEST_F(GridStepTest, AChoiceDuringADrawingIsDrawnAfterIt) {
     showOneChannel();
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     bool chosen = false;
     const auto drawings = [&] { return std::count(canvas.lines().begin(), canvas.lines().end(), "clear ffffff"); };
@@ -164,7 +164,7 @@ TEST_F(GridStepTest, AChoiceDuringADrawingIsDrawnAfterIt) {
 
 TEST_F(GridStepTest, ADrawingInsideADrawingLeavesTheOuterOneMarked) {
     showOneChannel();
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     int depth = 0;
     platform.onPump = [&] {
         if (++depth > 1)
@@ -188,7 +188,7 @@ TEST_F(GridStepTest, AfterADrawingThatFailedTheNextOneMayStart) {
     scope.JustDrawIt();
     platform.onPump = nullptr;
     EXPECT_EQ(takeReport().procedure, L"JustDrawIt");
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     choose(1);
     EXPECT_THAT(canvas.lines(), Not(IsEmpty()));

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "headless/IniText.h"
 #include "util/RuntimeError.h"
 
 namespace kv::util {
@@ -32,14 +33,14 @@ TEST(GetIniTest, AsksTheSourceAndReturnsItsValue) {
 }
 
 TEST(GetIniTest, DefaultComesBackWhenTheKeyIsMissing) {
-    TextIniSource source;
+    headless::TextIniSource source;
     source.setFile(L"a.ini", L"[CONFIG]\r\nOTHER=1\r\n");
     EXPECT_EQ(getINI(source, L"WORK PATH", L"CONFIG", L"a.ini", L"default"), L"default");
     EXPECT_EQ(getINI(source, L"OTHER", L"SETTINGS", L"a.ini", L"default"), L"default");
 }
 
 TEST(GetIniTest, DefaultComesBackWhenTheFileIsMissing) {
-    TextIniSource source;
+    headless::TextIniSource source;
     source.setFile(L"a.ini", L"[CONFIG]\r\nKEY=1\r\n");
     EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"b.ini", L"default"), L"default");
     EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"b.ini", L""), L"");
@@ -47,13 +48,13 @@ TEST(GetIniTest, DefaultComesBackWhenTheFileIsMissing) {
 }
 
 TEST(GetIniTest, EmptyValueIsNotMissing) {
-    TextIniSource source;
+    headless::TextIniSource source;
     source.setFile(L"a.ini", L"[CONFIG]\r\nKEY=\r\n");
     EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"a.ini", L"default"), L"");
 }
 
 TEST(TextIniSourceTest, FilesAreApartAndReplaceable) {
-    TextIniSource source;
+    headless::TextIniSource source;
     source.setFile(L"a.ini", L"[S]\nK=1\nOLD=1");
     source.setFile(L"b.ini", L"[S]\nK=2");
     EXPECT_EQ(source.read(L"K", L"S", L"a.ini"), L"1");
@@ -74,7 +75,7 @@ int errorOfWriting(IniSource& source, std::wstring_view key, std::wstring_view s
 }
 
 TEST(TextIniSourceTest, WrittenSettingsReplaceOldOnesAndLeaveTheRest) {
-    TextIniSource source;
+    headless::TextIniSource source;
     source.setFile(L"a.ini", L"[CONFIG]\r\nLeft=1\r\nTop=2\r\n");
     source.write(L"LEFT", L"config", L"A.INI", L"-300");
     source.write(L"Width", L"NEW", L"a.ini", L"");
@@ -86,7 +87,7 @@ TEST(TextIniSourceTest, WrittenSettingsReplaceOldOnesAndLeaveTheRest) {
 }
 
 TEST(TextIniSourceTest, NamesAndValuesThatWouldBreakTheirLineAreRefused) {
-    TextIniSource source;
+    headless::TextIniSource source;
     for (const wchar_t* key : {L"", L" ", L"a=b", L";a", L"[a", L" a", L"a\t", L"a\nb"})
         EXPECT_EQ(errorOfWriting(source, key, L"S", L"1"), error_number::kPathFileAccess)
             << testing::PrintToString(key);
@@ -107,34 +108,34 @@ TEST(IniSourceTest, SourceThatIsOnlyReadRefusesEveryWriting) {
 }
 
 TEST(IniTextTest, SectionsAndKeysWithoutRegardToCase) {
-    const IniText ini(L"[Config]\r\nSystem_Path=C:\\Sys\r\n");
+    const headless::IniText ini(L"[Config]\r\nSystem_Path=C:\\Sys\r\n");
     EXPECT_EQ(ini.find(L"SYSTEM_PATH", L"CONFIG"), L"C:\\Sys");
     EXPECT_EQ(ini.find(L"system_path", L"config"), L"C:\\Sys");
-    const IniText foreign(L"[Größe]\r\nÜber=ja\r\n");
+    const headless::IniText foreign(L"[Größe]\r\nÜber=ja\r\n");
     EXPECT_EQ(foreign.find(L"über", L"GRÖßE"), L"ja");
 }
 
 TEST(IniTextTest, SameKeyInDifferentSections) {
-    const IniText ini(L"[A]\nkey=1\n[B]\nkey=2\n");
+    const headless::IniText ini(L"[A]\nkey=1\n[B]\nkey=2\n");
     EXPECT_EQ(ini.find(L"key", L"A"), L"1");
     EXPECT_EQ(ini.find(L"key", L"B"), L"2");
     EXPECT_EQ(ini.find(L"key", L"C"), std::nullopt);
 }
 
 TEST(IniTextTest, FirstOfEqualKeysCounts) {
-    const IniText ini(L"[A]\nkey=1\nKEY=2\n[B]\nx=1\n[a]\nkey=3\nmore=4\n");
+    const headless::IniText ini(L"[A]\nkey=1\nKEY=2\n[B]\nx=1\n[a]\nkey=3\nmore=4\n");
     EXPECT_EQ(ini.find(L"key", L"A"), L"1");
     EXPECT_EQ(ini.find(L"more", L"A"), L"4");
 }
 
 TEST(IniTextTest, BlanksAreTrimmed) {
-    const IniText ini(L"  [ CONFIG ]  \r\n\t WORK PATH \t=  C:\\My Work \t\r\n");
+    const headless::IniText ini(L"  [ CONFIG ]  \r\n\t WORK PATH \t=  C:\\My Work \t\r\n");
     EXPECT_EQ(ini.find(L"WORK PATH", L"CONFIG"), L"C:\\My Work");
     EXPECT_EQ(ini.find(L" WORK PATH ", L" CONFIG "), L"C:\\My Work");
 }
 
 TEST(IniTextTest, ValuesLoseOnePairOfQuotes) {
-    const IniText ini(
+    const headless::IniText ini(
         L"[S]\n"
         L"double=\"  a b \"\nsingle= ' c ' "
         L"\ntwice=\"\"d\"\"\nmixed=\"e'\nopen=\"f\nlone=\"\nempty=\"\"\ninner=a\"b\"\n");
@@ -149,20 +150,20 @@ TEST(IniTextTest, ValuesLoseOnePairOfQuotes) {
 }
 
 TEST(IniTextTest, CommentsAreWholeLines) {
-    const IniText ini(L";[A]\n[S]\n; key=1\n  ;key=2\nkey=3 ; not a comment\n");
+    const headless::IniText ini(L";[A]\n[S]\n; key=1\n  ;key=2\nkey=3 ; not a comment\n");
     EXPECT_EQ(ini.find(L"key", L"S"), L"3 ; not a comment");
     EXPECT_EQ(ini.find(L"; key", L"S"), std::nullopt);
     EXPECT_EQ(ini.find(L";key", L"S"), std::nullopt);
 }
 
 TEST(IniTextTest, ValueMayHoldEqualsSignsAndBrackets) {
-    const IniText ini(L"[S]\na=b=c\nd=[e]\n");
+    const headless::IniText ini(L"[S]\na=b=c\nd=[e]\n");
     EXPECT_EQ(ini.find(L"a", L"S"), L"b=c");
     EXPECT_EQ(ini.find(L"d", L"S"), L"[e]");
 }
 
 TEST(IniTextTest, LinesThatAreNoSettingsArePassedOver) {
-    const IniText ini(L"before=1\n[S]\nword\n=nothing\n[open\nkey=2\n\n\n[T] rest\nkey=3");
+    const headless::IniText ini(L"before=1\n[S]\nword\n=nothing\n[open\nkey=2\n\n\n[T] rest\nkey=3");
     EXPECT_EQ(ini.find(L"before", L"S"), std::nullopt);
     EXPECT_EQ(ini.find(L"before", L""), std::nullopt);
     EXPECT_EQ(ini.find(L"word", L"S"), std::nullopt);
@@ -174,16 +175,16 @@ TEST(IniTextTest, LinesThatAreNoSettingsArePassedOver) {
 TEST(IniTextTest, AnyLineEndsAndAByteOrderMark) {
     for (const std::wstring_view text :
          {L"[S]\r\na=1\r\nb=2", L"[S]\na=1\nb=2\n", L"[S]\ra=1\rb=2\r", L"\uFEFF[S]\r\n\r\na=1\r\n\r\nb=2\r\n\r\n"}) {
-        const IniText ini(text);
+        const headless::IniText ini(text);
         EXPECT_EQ(ini.find(L"a", L"S"), L"1");
         EXPECT_EQ(ini.find(L"b", L"S"), L"2");
     }
 }
 
 TEST(IniTextTest, NothingInAnEmptyText) {
-    EXPECT_EQ(IniText().find(L"a", L"S"), std::nullopt);
-    EXPECT_EQ(IniText(L"").find(L"a", L"S"), std::nullopt);
-    EXPECT_EQ(IniText(L"\r\n").find(L"", L""), std::nullopt);
+    EXPECT_EQ(headless::IniText().find(L"a", L"S"), std::nullopt);
+    EXPECT_EQ(headless::IniText(L"").find(L"a", L"S"), std::nullopt);
+    EXPECT_EQ(headless::IniText(L"\r\n").find(L"", L""), std::nullopt);
 }
 
 }  // namespace

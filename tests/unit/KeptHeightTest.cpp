@@ -62,7 +62,7 @@ TEST_F(KeptHeight, ThePictureTakesTheRoomOfThePanelAndGivesItBack) {
 
 TEST_F(KeptHeight, ThePictureIsDrawnForItsNewHeight) {
     toggle();
-    const formenv::PixelBuffer pixels = ui.picSpectrum.surface().pixels();
+    const raster::PixelBuffer pixels = ui.picSpectrum.surface().pixels();
     const std::vector<std::uint32_t> first(pixels.pixels, pixels.pixels + pixels.stride * pixels.height);
     scope.JustDrawIt();
     EXPECT_TRUE(std::equal(first.begin(), first.end(), ui.picSpectrum.surface().pixels().pixels));

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "formenv/BlockTextPainter.h"
+#include "headless/BlockTextPainter.h"
 #include "turndial/Knob.h"
 
 namespace kv::turndial {
@@ -61,14 +61,14 @@ class KnobImage {
         return true;
     }
 
-    formenv::PixelBuffer buffer;
+    raster::PixelBuffer buffer;
 
   private:
     static constexpr std::uint32_t kGuard = 0xDEADBEEF;
 
     int stride_;
     std::vector<std::uint32_t> memory_;
-    formenv::BlockTextPainter letters_;
+    headless::BlockTextPainter letters_;
 };
 
 inline void addDecades(tdKnob& knob) {

@@ -11,9 +11,9 @@
 namespace {
 
 using namespace kv::turndial;
-using kv::formenv::PixelRect;
-using kv::formenv::PixelSize;
-using kv::formenv::SmoothBox;
+using kv::raster::PixelRect;
+using kv::raster::PixelSize;
+using kv::raster::SmoothBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;

@@ -13,7 +13,7 @@
 #include <memory>
 
 #include "KnobFixture.h"
-#include "formenv/HeadlessPlatform.h"
+#include "headless/HeadlessPlatform.h"
 
 namespace {
 
@@ -106,7 +106,7 @@ class KnobLooks : public testing::Test {
         ASSERT_LT(field, kColumns * kRows);
         const int stride = kColumns * kWidth;
         const auto offset = static_cast<std::size_t>(field / kColumns * kHeight * stride + field % kColumns * kWidth);
-        kv::formenv::BlockTextPainter letters;
+        kv::headless::BlockTextPainter letters;
         knob.paint({pixels_.data() + offset, width, height, stride}, letters, kDpi, palette);
     }
 
@@ -253,7 +253,7 @@ TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
         if (borrowed)
             knob->setSValText(L"450.00000");
         std::vector<std::uint32_t> pixels(static_cast<std::size_t>(kWidth * kHeight));
-        kv::formenv::BlockTextPainter letters;
+        kv::headless::BlockTextPainter letters;
         knob->paint({pixels.data(), kWidth, kHeight, kWidth}, letters, kDpi, {});
         return pixels;
     };
@@ -263,7 +263,7 @@ TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
 }
 
 TEST(KnobColors, AreThoseOfTheSystem) {
-    kv::formenv::HeadlessPlatform platform;
+    kv::headless::HeadlessPlatform platform;
     const tdKnob knob(nullptr, L"");
     const KnobPalette palette = systemPalette(platform, knob);
     EXPECT_EQ(palette.highlight, 0xE3E3E3U);

@@ -150,7 +150,7 @@ TEST_F(KnobModeTest, TheCenterKnobShowsTheCenterAndTheMoverKeepsItsValue) {
 
 TEST_F(KnobModeTest, TurningTheCenterKnobMovesTheRangeAndItsEndTellsIt) {
     showOneChannel();
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     ui.tdKnCenter.onValueChanged(460.0);
     expectRange(360.0, 560.0);
@@ -166,7 +166,7 @@ TEST_F(KnobModeTest, TurningTheCenterKnobMovesTheRangeAndItsEndTellsIt) {
 TEST_F(KnobModeTest, TurningTheCursorKnobMovesTheCursorLine) {
     showOneChannel();
     scope.setLCursorColor(0xFF00FF);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     ui.tdKnCursor.onValueChanged(460.0);
     EXPECT_EQ(scope.CursorVal(), 460.0);
@@ -177,7 +177,7 @@ TEST_F(KnobModeTest, CursorValIsThatOfTheRotaryKnob) {
     showOneChannel();
     scope.setLCursorColor(0xFF00FF);
     ui.tdKnMovCursor.setDVal(1.0);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     scope.setCursorVal(460.0);
     EXPECT_EQ(ui.tdKnCursor.dVal(), 460.0);
@@ -194,7 +194,7 @@ TEST_F(KnobModeTest, TheCenterButtonMovesTheLineAndSetsTheMoverAlone) {
     showOneChannel();
     ui.tdKnCursor.setDVal(400.0);
     scope.setLCursorColor(0xFF00FF);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     ui.cmdCenterCursor.onClick();
     EXPECT_EQ(ui.tdKnMovCursor.dVal(), 450.0);
@@ -249,7 +249,7 @@ TEST_F(KnobModeTest, JustDrawItDrawsTheCursorOfTheRotaryKnob) {
     scope.setLCursorColor(0xFF00FF);
     ui.tdKnMovCursor.setDVal(460.0);
     ui.tdKnCursor.setDVal(900.0);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     scope.JustDrawIt();
     EXPECT_THAT(canvas.log(), Not(HasSubstr("ff00ff")));

@@ -9,12 +9,12 @@
 #include <set>
 
 #include "KnobFixture.h"
-#include "formenv/HeadlessPlatform.h"
+#include "headless/HeadlessPlatform.h"
 
 namespace {
 
 using namespace kv::turndial;
-using kv::formenv::PixelBuffer;
+using kv::raster::PixelBuffer;
 using Pixels = std::vector<std::uint32_t>;
 
 std::unique_ptr<KnobBase> dial() {
@@ -113,7 +113,7 @@ TEST_P(KnobPainting, NothingOutsideIsTouchedAtAnySize) {
 }
 
 TEST_P(KnobPainting, ASurfaceWithoutPixelsIsLeftAlone) {
-    kv::formenv::BlockTextPainter letters;
+    kv::headless::BlockTextPainter letters;
     knob->paint(PixelBuffer{}, letters, 96, KnobPalette{});
     knob->mouseDown(3, 3, kPlain);
     knob->mouseMove(30, 30, kPlain);
@@ -201,16 +201,16 @@ TEST(KnobPaintingDial, ValuesOffTheScaleAndNoNumbersArePainted) {
 }
 
 /// Writes down where texts were painted.
-class NotingLetters final : public kv::formenv::BlockTextPainter {
+class NotingLetters final : public kv::headless::BlockTextPainter {
   public:
-    void draw(const PixelBuffer& buffer, kv::formenv::PixelPoint at, std::wstring_view text,
-              const kv::formenv::Font& font, kv::formenv::Rgb color) override {
-        const kv::formenv::PixelSize size = textSize(text, font);
+    void draw(const PixelBuffer& buffer, kv::raster::PixelPoint at, std::wstring_view text,
+              const kv::raster::Font& font, kv::raster::Rgb color) override {
+        const kv::raster::PixelSize size = textSize(text, font);
         boxes.push_back({at.x, at.y, at.x + size.width, at.y + size.height});
         texts.emplace_back(text);
         BlockTextPainter::draw(buffer, at, text, font, color);
     }
-    std::vector<kv::formenv::PixelRect> boxes;
+    std::vector<kv::raster::PixelRect> boxes;
     std::vector<std::wstring> texts;
 };
 
@@ -262,7 +262,7 @@ TEST_P(KnobPainting, TheValueOutlastsTheCaptionInASmallPlace) {
 }
 
 TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
-    kv::formenv::HeadlessPlatform platform;
+    kv::headless::HeadlessPlatform platform;
     tdKnob knob(nullptr, L"");
     KnobPalette palette = systemPalette(platform, knob);
     EXPECT_EQ(palette.face, 0xF0F0F0U);

@@ -9,15 +9,15 @@
 namespace {
 
 using namespace kv::turndial;
-using kv::formenv::PixelRect;
+using kv::raster::PixelRect;
 using testing::Contains;
 using testing::Not;
 
 /// Writes down which texts were painted. A line is 13 pixels high at any resolution.
-class NotingLetters final : public kv::formenv::BlockTextPainter {
+class NotingLetters final : public kv::headless::BlockTextPainter {
   public:
-    void draw(const kv::formenv::PixelBuffer&, kv::formenv::PixelPoint, std::wstring_view text,
-              const kv::formenv::Font&, kv::formenv::Rgb) override {
+    void draw(const kv::raster::PixelBuffer&, kv::raster::PixelPoint, std::wstring_view text, const kv::raster::Font&,
+              kv::raster::Rgb) override {
         texts.emplace_back(text);
     }
     std::vector<std::wstring> texts;
@@ -78,8 +78,8 @@ TEST(KnobDistances, LabelsKeepThreePixelsBetweenThemAtAnyResolution) {
     std::size_t seen = 0;
     for (const double unit : {1.0, 2.0, 3.0}) {
         const auto measure = [unit](std::wstring_view text) {
-            return kv::formenv::PixelSize{static_cast<int>(static_cast<double>(text.size()) * 6.0 * unit),
-                                          static_cast<int>(11.0 * unit)};
+            return kv::raster::PixelSize{static_cast<int>(static_cast<double>(text.size()) * 6.0 * unit),
+                                         static_cast<int>(11.0 * unit)};
         };
         for (int size = 40; size <= 300; size += 3) {
             const DialLayout layout = layOutDial({0.0, 0.0, size * unit, size * 0.8 * unit}, scale, unit, measure);

@@ -106,7 +106,7 @@ TEST(KnobScaleEdges, AnEndlessScaleOfStopsWrapsByItsNumber) {
 /// What a dial writes at the ends of a range.
 std::vector<std::wstring> endTexts(double min, double max) {
     const auto measure = [](std::wstring_view text) {
-        return kv::formenv::PixelSize{static_cast<int>(text.size()) * 6, 11};
+        return kv::raster::PixelSize{static_cast<int>(text.size()) * 6, 11};
     };
     std::vector<std::wstring> texts;
     for (const auto& label : kv::turndial::layOutDial({0, 0, 240, 200}, range(min, max, 1.0), 1.0, measure).labels)

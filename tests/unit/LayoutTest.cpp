@@ -44,7 +44,7 @@ TEST_F(LayoutTest, AWidthBelowTheLeastIsWidenedAndALowerHeightAccepted) {
 }
 
 TEST_F(LayoutTest, AResizeBeforeAnyRangeSetsNoHorizontalScale) {
-    const formenv::UserScale before = ui.picSpectrum.scale();
+    const raster::UserScale before = ui.picSpectrum.scale();
     scope.resize(12000.0, 9000.0);
     EXPECT_EQ(ui.picSpectrum.scale(), before);
 }
@@ -201,16 +201,17 @@ TEST_F(LayoutTest, DevelopmentAidsAreHidden) {
 class LayoutAtDpi : public ::testing::TestWithParam<int> {};
 
 TEST_P(LayoutAtDpi, HasTheSamePlacesInTwips) {
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     platform.dots = GetParam();
     RecordingEvents events;
     RecordingErrors errors;
     MemoryFiles files;
-    Bandscope scope(Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }});
+    Bandscope scope(
+        Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }});
     scope.resize(12000.0, 9000.0);
     EXPECT_EQ(scope.children().fraPic.place(), (formenv::Place{60.0, 0.0, 11880.0, 6600.0}));
     EXPECT_EQ(scope.children().picUnits.place(), (formenv::Place{75.0, 165.0, 11730.0, 6270.0}));
-    const formenv::PixelSize size = scope.children().picUnits.pixelSize();
+    const raster::PixelSize size = scope.children().picUnits.pixelSize();
     EXPECT_NEAR(size.width, 11730.0 * GetParam() / 1440.0, 1.0);
     EXPECT_NEAR(size.height, 6270.0 * GetParam() / 1440.0, 1.0);
     EXPECT_TRUE(errors.reports.empty());

@@ -1,5 +1,5 @@
 // Ranks of what is left of a list.
-#include "control/LiveRanks.h"
+#include "channels/LiveRanks.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace kv::control {
 namespace {
 
 TEST(LiveRanks, NumbersAreRanksAsLongAsNobodyLeaves) {
-    const LiveRanks ranks;
+    const channels::LiveRanks ranks;
     EXPECT_EQ(ranks.next(0), 0);
     EXPECT_EQ(ranks.next(7), 7);
     EXPECT_EQ(ranks.rank(0), 0);
@@ -18,7 +18,7 @@ TEST(LiveRanks, NumbersAreRanksAsLongAsNobodyLeaves) {
 }
 
 TEST(LiveRanks, WhoeverStandsBehindMovesUp) {
-    LiveRanks ranks;
+    channels::LiveRanks ranks;
     ranks.leave(3);
     EXPECT_EQ(ranks.rank(2), 2);
     EXPECT_EQ(ranks.rank(4), 3);
@@ -32,7 +32,7 @@ TEST(LiveRanks, WhoeverStandsBehindMovesUp) {
 TEST(LiveRanks, AgreesWithAListOverRandomComingsAndGoings) {
     std::mt19937 random(20261121);
     for (int round = 0; round < 20; ++round) {
-        LiveRanks ranks;
+        channels::LiveRanks ranks;
         std::vector<std::int32_t> list;
         for (int step = 0; step < 400; ++step) {
             for (auto coming = random() % 40; coming > 0; --coming)

@@ -88,15 +88,15 @@ TEST_F(MarksTest, EventsInARefreshMayMoveTheCursor) {
 class AnySequenceOfMembers : public ::testing::TestWithParam<unsigned> {
   protected:
     struct Life {
-        formenv::HeadlessPlatform platform;
+        headless::HeadlessPlatform platform;
         RecordingEvents events;
         RecordingErrors errors;
         MemoryFiles files;
         Bandscope scope{
-            Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+            Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }}};
         std::vector<SlotRef> slots;
     };
-    static constexpr formenv::OleColor kWhite = 0x00FFFFFF;
+    static constexpr raster::OleColor kWhite = 0x00FFFFFF;
 
     void both(const std::function<void(Life&)>& step) {
         step(seen_);
@@ -171,8 +171,8 @@ class AnySequenceOfMembers : public ::testing::TestWithParam<unsigned> {
     /// Nothing differs but the one line that is there.
     void compare() {
         formenv::PictureBox& seen = seen_.scope.children().picSpectrum;
-        const formenv::PixelBuffer a = seen.surface().pixels();
-        const formenv::PixelBuffer b = unseen_.scope.children().picSpectrum.surface().pixels();
+        const raster::PixelBuffer a = seen.surface().pixels();
+        const raster::PixelBuffer b = unseen_.scope.children().picSpectrum.surface().pixels();
         ASSERT_EQ(a.width, b.width);
         ASSERT_EQ(a.height, b.height);
         int columns = 0;

@@ -17,7 +17,7 @@ std::size_t occurrences(const std::wstring& text, const std::wstring& part) {
 
 SlotRef labelled(double frequency, double bandwidth, const std::wstring& label) {
     SlotRef slot = makeSlot(frequency);
-    FreqSlotFields& fields = slot->fields();
+    channels::FreqSlotFields& fields = slot->fields();
     fields.dBW = bandwidth;
     fields.sFreqUnits = L"MHz";
     fields.sBWUnits = L"KHz";
@@ -25,7 +25,7 @@ SlotRef labelled(double frequency, double bandwidth, const std::wstring& label) 
     return slot;
 }
 
-SlotRef product(const std::vector<ImComponent>& components) {
+SlotRef product(const std::vector<channels::ImComponent>& components) {
     SlotRef slot = labelled(450.5, 0.0, L"Intermod Product [3rd order product]");
     slot->fields().dPwrDBM = -93.456;
     slot->fields().components = components;
@@ -35,7 +35,7 @@ SlotRef product(const std::vector<ImComponent>& components) {
 class MouseReportTest : public ::testing::Test {
   protected:
     void SetUp() override { report.begin(L"450.50000 MHz"); }
-    void add(ChannelKind kind, const SlotRef& slot) { report.add(kind, *slot); }
+    void add(channels::ChannelKind kind, const SlotRef& slot) { report.add(kind, *slot); }
     MouseReport report;
 };
 
@@ -44,9 +44,9 @@ TEST_F(MouseReportTest, IsEmptyWithoutAChannel) {
 }
 
 TEST_F(MouseReportTest, ReceiversStandOverTransmittersEachUnderItsHeading) {
-    add(ChannelKind::RX, labelled(450.5, 12.5, L"Dispatch"));
-    add(ChannelKind::RX, labelled(450.51, 0.0, L"Paging"));
-    add(ChannelKind::TX, labelled(450.49, 25.0, L"Base A"));
+    add(channels::ChannelKind::RX, labelled(450.5, 12.5, L"Dispatch"));
+    add(channels::ChannelKind::RX, labelled(450.51, 0.0, L"Paging"));
+    add(channels::ChannelKind::TX, labelled(450.49, 25.0, L"Base A"));
     EXPECT_EQ(report.text(),
               L"Mouse Location:\r\n450.50000 MHz\r\n\r\nRX Channels:"
               L"\r\n450.50000 MHz \u00B112.500 KHz Dispatch"
@@ -59,7 +59,7 @@ TEST_F(MouseReportTest, ReceiversStandOverTransmittersEachUnderItsHeading) {
 TEST_F(MouseReportTest, TransmittersAloneFollowTheLocation) {
     const SlotRef slot = labelled(7.1, 0.0, L"");
     slot->fields().dPwrDBM = -103.456;
-    add(ChannelKind::TX, slot);
+    add(channels::ChannelKind::TX, slot);
     EXPECT_EQ(report.text(), L"Mouse Location:\r\n450.50000 MHz\r\n\r\nTX Channels:\r\n7.10000 MHz \r\n     -103.46");
 }
 
@@ -67,13 +67,13 @@ TEST_F(MouseReportTest, AChannelIsWrittenInItsOwnUnits) {
     const SlotRef slot = labelled(0.4505, 0.025, L"");
     slot->fields().sFreqUnits = L"GHz";
     slot->fields().sBWUnits = L"MHz";
-    add(ChannelKind::RX, slot);
+    add(channels::ChannelKind::RX, slot);
     EXPECT_TRUE(report.text().ends_with(L"\r\n0.45050 GHz \u00B10.025 MHz "))
         << ::testing::PrintToString(report.text());
 }
 
 TEST_F(MouseReportTest, AProductListsItsComponentsInColumns) {
-    add(ChannelKind::TX, product({{2, 451.25, L"Base A"}, {-1, 1451.9, L""}, {-12, 33.0, L"Link"}}));
+    add(channels::ChannelKind::TX, product({{2, 451.25, L"Base A"}, {-1, 1451.9, L""}, {-12, 33.0, L"Link"}}));
     EXPECT_EQ(report.text(),
               L"Mouse Location:\r\n450.50000 MHz\r\n\r\nTX Channels:"
               L"\r\n450.50000 MHz Intermod Product [3rd order product]"
@@ -87,14 +87,14 @@ TEST_F(MouseReportTest, AProductListsItsComponentsInColumns) {
 TEST_F(MouseReportTest, ComponentsAreThoseOfProductsOnly) {
     const SlotRef plain = product({{2, 451.25, L"Base A"}});
     plain->fields().sLabel = L"Base B";
-    add(ChannelKind::TX, plain);
+    add(channels::ChannelKind::TX, plain);
     EXPECT_EQ(report.text().find(L"INTERMOD"), std::wstring::npos);
-    add(ChannelKind::TX, product({}));
+    add(channels::ChannelKind::TX, product({}));
     EXPECT_EQ(report.text().find(L"INTERMOD"), std::wstring::npos);
 }
 
 TEST_F(MouseReportTest, AProductAmongTheReceiversHasNeitherPowerNorComponents) {
-    add(ChannelKind::RX, product({{2, 451.25, L"Base A"}}));
+    add(channels::ChannelKind::RX, product({{2, 451.25, L"Base A"}}));
     EXPECT_TRUE(report.text().ends_with(L"\r\n450.50000 MHz Intermod Product [3rd order product]"));
 }
 
@@ -110,13 +110,13 @@ TEST_F(MouseReportTest, AFullReportStaysAsItIsWithOneMarker) {
     const SlotRef slot = labelled(450.5, 12.5, std::wstring(200, L'x'));
     int hits = 0;
     for (; !report.isFull() && hits < 1000; ++hits)
-        add(ChannelKind::TX, slot);
+        add(channels::ChannelKind::TX, slot);
     ASSERT_TRUE(report.isFull());
     const std::wstring full = report.text();
     EXPECT_GT(hits, 50);
     EXPECT_NEAR(static_cast<double>(full.size()), 15500.0, 250.0);
     for (int i = 0; i < 100; ++i)
-        add(ChannelKind::TX, slot);
+        add(channels::ChannelKind::TX, slot);
     report.SetReportText(L"short");
     EXPECT_EQ(report.text(), full);
     EXPECT_EQ(occurrences(full, kMarker), 1U);
@@ -124,8 +124,9 @@ TEST_F(MouseReportTest, AFullReportStaysAsItIsWithOneMarker) {
 }
 
 TEST_F(MouseReportTest, AFullReportReadsNoFurtherComponents) {
-    const SlotRef endless = product(std::vector<ImComponent>(30000, ImComponent{1, 450.0, L"Transmitter"}));
-    add(ChannelKind::TX, endless);
+    const SlotRef endless =
+        product(std::vector<channels::ImComponent>(30000, channels::ImComponent{1, 450.0, L"Transmitter"}));
+    add(channels::ChannelKind::TX, endless);
     EXPECT_TRUE(report.isFull());
     EXPECT_EQ(occurrences(report.text(), kMarker), 1U);
 }
@@ -135,7 +136,7 @@ TEST_F(MouseReportTest, BeginsAnewAfterAFullOne) {
     ASSERT_TRUE(report.isFull());
     report.begin(L"451.00000 MHz");
     EXPECT_EQ(report.text(), L"");
-    add(ChannelKind::RX, labelled(451.0, 0.0, L"B"));
+    add(channels::ChannelKind::RX, labelled(451.0, 0.0, L"B"));
     EXPECT_EQ(report.text(), L"Mouse Location:\r\n451.00000 MHz\r\n\r\nRX Channels:\r\n451.00000 MHz B");
 }
 

@@ -5,20 +5,20 @@
 #include <optional>
 #include <random>
 
-#include "formenv/BlockTextPainter.h"
-#include "formenv/RasterCanvas.h"
+#include "headless/BlockTextPainter.h"
+#include "raster/RasterCanvas.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
 namespace {
 
-using formenv::Brush;
-using formenv::DrawMode;
-using formenv::FillStyle;
-using formenv::Pen;
+using raster::Brush;
+using raster::DrawMode;
+using raster::FillStyle;
+using raster::Pen;
 
-constexpr formenv::Rgb kBackground = 0xFFFFFF;
-constexpr formenv::Rgb kTick = 0x808080;
+constexpr raster::Rgb kBackground = 0xFFFFFF;
+constexpr raster::Rgb kTick = 0x808080;
 
 /// What the picture shows, and the picture.
 class NaivePainter {
@@ -34,7 +34,7 @@ class NaivePainter {
     double minPwr = 0.0;
     double maxPwr = 0.0;
     int divisions = 20;
-    formenv::Rgb gridColor = 0;
+    raster::Rgb gridColor = 0;
 
     void clear() { canvas_.clear(kBackground); }
 
@@ -46,7 +46,7 @@ class NaivePainter {
     }
 
     /// Draws one record and answers what becomes of its drawn flag.
-    bool channel(const FreqSlotFields& f) {
+    bool channel(const channels::FreqSlotFields& f) {
         if (!f.bVisible && !f.bDrawn)
             return f.bDrawn;
         if (f.dFreqLo > maxFreq || f.dFreqHi < minFreq)
@@ -80,7 +80,7 @@ class NaivePainter {
         }
     }
 
-    void cursor(double frequency, formenv::Rgb color) {
+    void cursor(double frequency, raster::Rgb color) {
         if (frequency >= minFreq && frequency <= maxFreq)
             line(frequency, minPwr, frequency, maxPwr, color, 1, DrawMode::NotXorPen);
     }
@@ -93,10 +93,10 @@ class NaivePainter {
     int px(double frequency) const { return rounded((frequency - minFreq) / (maxFreq - minFreq) * width_); }
     int py(double power) const { return rounded((power - maxPwr) / (minPwr - maxPwr) * height_); }
 
-    void line(double x1, double y1, double x2, double y2, formenv::Rgb color, int width, DrawMode mode) {
+    void line(double x1, double y1, double x2, double y2, raster::Rgb color, int width, DrawMode mode) {
         canvas_.line({px(x1), py(y1)}, {px(x2), py(y2)}, Pen{color, width}, mode);
     }
-    void box(double x1, double y1, double x2, double y2, formenv::Rgb color, FillStyle style, DrawMode mode) {
+    void box(double x1, double y1, double x2, double y2, raster::Rgb color, FillStyle style, DrawMode mode) {
         const int left = std::min(px(x1), px(x2));
         const int right = std::max(px(x1), px(x2));
         const int top = std::min(py(y1), py(y2));
@@ -107,8 +107,8 @@ class NaivePainter {
     int width_;
     int height_;
     std::vector<std::uint32_t> pixels_;
-    formenv::BlockTextPainter letters_;
-    formenv::RasterCanvas canvas_;
+    headless::BlockTextPainter letters_;
+    raster::RasterCanvas canvas_;
 };
 
 class PaintingOracleTest : public ScopeTest {
@@ -121,7 +121,7 @@ class PaintingOracleTest : public ScopeTest {
         const double frequency = oneIn(12) ? 0.0 : center + between(-0.8, 0.8) * span;
         const double halfBand = oneIn(3) ? between(0.0, 0.002) * span : between(0.0, 0.5) * span;
         const SlotRef slot = makeSlot(frequency, 0.0, between(-30.0, 70.0), key);
-        FreqSlotFields& f = slot->fields();
+        channels::FreqSlotFields& f = slot->fields();
         f.dBW = halfBand * 1000.0;
         if (oneIn(6)) {
             f.dFreqLo = center - between(0.0, 1.2) * span;
@@ -162,7 +162,7 @@ class PaintingOracleTest : public ScopeTest {
     }
 
     NaivePainter painterNow() {
-        const formenv::PixelBuffer buffer = ui.picSpectrum.surface().pixels();
+        const raster::PixelBuffer buffer = ui.picSpectrum.surface().pixels();
         NaivePainter painter(buffer.width, buffer.height);
         painter.minFreq = scope.DisplayMinFreq();
         painter.maxFreq = scope.DisplayMaxFreq();

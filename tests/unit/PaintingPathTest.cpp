@@ -9,7 +9,7 @@ namespace kv::control {
 namespace {
 
 /// A record of our own class that counts how often it is asked for what drawing needs.
-class AskedSlot final : public FreqSlotBase {
+class AskedSlot final : public channels::FreqSlotBase {
   public:
     void retain() noexcept override { ++references_; }
     /// Out of line for the same reason as PlainSlot's.
@@ -17,9 +17,9 @@ class AskedSlot final : public FreqSlotBase {
         if (--references_ == 0)
             delete this;
     }
-    FreqSlotFields* watch() noexcept override { return watchFields(); }
-    [[nodiscard]] const FreqSlotFields* peek() const noexcept override { return &fields(); }
-    DrawRecord drawRecord() override { return (++asked, FreqSlotBase::drawRecord()); }
+    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
+    channels::DrawRecord drawRecord() override { return (++asked, channels::FreqSlotBase::drawRecord()); }
 
     int asked = 0;
 
@@ -29,19 +29,19 @@ class AskedSlot final : public FreqSlotBase {
 
 class PaintingPathTest : public ScopeTest {
   protected:
-    void add(ChannelKind kind, int count) {
+    void add(channels::ChannelKind kind, int count) {
         for (int i = 0; i < count; ++i) {
             const util::Ref<AskedSlot> slot(new AskedSlot);
-            FreqSlotFields& fields = slot->fields();
+            channels::FreqSlotFields& fields = slot->fields();
             fields.dFreq = 400.0 + 0.1 * static_cast<double>(slots.size());
             fields.dFreqLo = fields.dFreq - 0.5;
             fields.dFreqHi = fields.dFreq + 0.5;
             fields.dPwrDBM = 30.0;
             fields.sKey = L"#" + std::to_wstring(slots.size());
-            if (kind == ChannelKind::TX)
-                scope.AddTXChnl(FreqSlotRef(slot.get()));
+            if (kind == channels::ChannelKind::TX)
+                scope.AddTXChnl(channels::FreqSlotRef(slot.get()));
             else
-                scope.AddRXChnl(FreqSlotRef(slot.get()));
+                scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
             slots.push_back(slot);
         }
     }
@@ -68,7 +68,7 @@ class PaintingPathTest : public ScopeTest {
 
 TEST_F(PaintingPathTest, ManyChannelsOfEitherKindArePaintedWithoutAskingThem) {
     scope.setMany(20);
-    for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
+    for (const channels::ChannelKind kind : {channels::ChannelKind::TX, channels::ChannelKind::RX}) {
         scope.ClearAllChnls();
         slots.clear();
         add(kind, 20);
@@ -85,8 +85,8 @@ TEST_F(PaintingPathTest, ManyChannelsOfEitherKindArePaintedWithoutAskingThem) {
 
 TEST_F(PaintingPathTest, FewChannelsAreAskedOneByOne) {
     scope.setMany(20);
-    add(ChannelKind::TX, 19);
-    add(ChannelKind::RX, 19);
+    add(channels::ChannelKind::TX, 19);
+    add(channels::ChannelKind::RX, 19);
     EXPECT_TRUE(scope.DrawDisplay());
     EXPECT_EQ(asked(), 38);
     scope.Refresh();
@@ -94,15 +94,15 @@ TEST_F(PaintingPathTest, FewChannelsAreAskedOneByOne) {
 }
 
 TEST_F(PaintingPathTest, AThousandAreManyWithoutFurtherWord) {
-    add(ChannelKind::TX, 1000);
-    add(ChannelKind::RX, 3);
+    add(channels::ChannelKind::TX, 1000);
+    add(channels::ChannelKind::RX, 3);
     EXPECT_TRUE(scope.DrawDisplay());
     EXPECT_EQ(asked(), 3);
 }
 
 TEST_F(PaintingPathTest, TheButtonPaintsManyToo) {
     scope.setMany(20);
-    add(ChannelKind::TX, 30);
+    add(channels::ChannelKind::TX, 30);
     scope.DrawDisplay();
     asked();
     ui.cmdDrawTX.onClick();
@@ -112,7 +112,7 @@ TEST_F(PaintingPathTest, TheButtonPaintsManyToo) {
 TEST_F(PaintingPathTest, ThePictureFollowsSizePowersAndRangeOneByOne) {
     scope.setDisplayMaxPwr(60.0);
     scope.setDisplayMinPwr(0.0);
-    add(ChannelKind::TX, 40);
+    add(channels::ChannelKind::TX, 40);
     for (std::size_t i = 0; i < slots.size(); ++i)
         slots[i]->fields().dPwrDBM = 1.5 * static_cast<double>(i);
     const std::function<void()> changes[] = {
@@ -139,7 +139,7 @@ TEST_F(PaintingPathTest, ThePictureFollowsSizePowersAndRangeOneByOne) {
 }
 
 TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) {
-    class CountedSlot final : public FreqSlotBase {
+    class CountedSlot final : public channels::FreqSlotBase {
       public:
         void retain() noexcept override { ++references_; }
         /// Out of line for the same reason as PlainSlot's.
@@ -147,9 +147,9 @@ TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) 
             if (--references_ == 0)
                 delete this;
         }
-        FreqSlotFields* watch() noexcept override { return watchFields(); }
-        [[nodiscard]] const FreqSlotFields* peek() const noexcept override { return &fields(); }
-        double dFreqAlt() override { return (++asked, FreqSlotBase::dFreqAlt()); }
+        channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
+        [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
+        double dFreqAlt() override { return (++asked, channels::FreqSlotBase::dFreqAlt()); }
         int asked = 0;
 
       private:
@@ -158,8 +158,8 @@ TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) 
     addRX(450.0);
     scope.ClearAllChnls();
     const util::Ref<CountedSlot> slot(new CountedSlot);
-    scope.AddRXChnl(FreqSlotRef(slot.get()));
-    EXPECT_EQ(scope.nFindMatchRX(FreqSlotRef(slot.get())), 0);
+    scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
+    EXPECT_EQ(scope.nFindMatchRX(channels::FreqSlotRef(slot.get())), 0);
     EXPECT_EQ(slot->asked, 0);
 }
 

@@ -8,8 +8,8 @@
 #include <limits>
 #include <vector>
 
-#include "formenv/HeadlessPlatform.h"
-#include "formenv/RecordingCanvas.h"
+#include "headless/HeadlessPlatform.h"
+#include "headless/RecordingCanvas.h"
 #include "tests/unit/WidgetFixture.h"
 #include "util/RuntimeError.h"
 
@@ -25,7 +25,7 @@ class PictureBoxTest : public ::testing::Test {
         box.move({0.0, 0.0, 1500.0, 750.0});
         box.setBackColor(0xFFFFFF);
     }
-    void setScale(const UserScale& scale) {
+    void setScale(const raster::UserScale& scale) {
         box.setScaleLeft(scale.left);
         box.setScaleTop(scale.top);
         box.setScaleWidth(scale.width);
@@ -33,15 +33,15 @@ class PictureBoxTest : public ::testing::Test {
     }
     std::uint32_t pixelAt(int x, int y) { return box.surface().pixels().row(y)[x] & 0xFFFFFFU; }
 
-    HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     PictureBox box{platform, nullptr, L"box"};
-    RecordingCanvas canvas{{100, 50}};
+    headless::RecordingCanvas canvas{{100, 50}};
     RecordingPeer peer;
 };
 
 TEST_F(PictureBoxTest, TheScaleIsTwipsUntilAUserScaleIsAskedFor) {
     EXPECT_FALSE(box.hasUserScale());
-    EXPECT_EQ(box.scale(), (UserScale{0.0, 0.0, 1500.0, 750.0}));
+    EXPECT_EQ(box.scale(), (raster::UserScale{0.0, 0.0, 1500.0, 750.0}));
     box.setWidth(3000.0);
     EXPECT_EQ(box.scaleWidth(), 3000.0);
     box.setUserScaleMode();
@@ -53,13 +53,13 @@ TEST_F(PictureBoxTest, TheScaleIsTwipsUntilAUserScaleIsAskedFor) {
 TEST_F(PictureBoxTest, AnyMemberOfTheScaleMakesItTheUsers) {
     box.setScaleTop(5.0);
     EXPECT_TRUE(box.hasUserScale());
-    EXPECT_EQ(box.scale(), (UserScale{0.0, 5.0, 1500.0, 750.0}));
+    EXPECT_EQ(box.scale(), (raster::UserScale{0.0, 5.0, 1500.0, 750.0}));
 }
 
 TEST_F(PictureBoxTest, ABoxWithoutASizeStillHasAScale) {
     PictureBox empty(platform, nullptr, L"empty");
     empty.setUserScaleMode();
-    EXPECT_EQ(empty.scale(), (UserScale{0.0, 0.0, 1.0, 1.0}));
+    EXPECT_EQ(empty.scale(), (raster::UserScale{0.0, 0.0, 1.0, 1.0}));
     EXPECT_EQ(empty.surface().pixels().width, 1);
     EXPECT_EQ(empty.surface().pixels().height, 1);
 }
@@ -74,7 +74,7 @@ TEST_F(PictureBoxTest, ScalesThatAreNoneAreErrorsAndChangeNothing) {
     }
     EXPECT_EQ(errorOf([&] { box.setScaleWidth(0.0); }), 380);
     EXPECT_EQ(errorOf([&] { box.setScaleHeight(0.0); }), 380);
-    EXPECT_EQ(box.scale(), (UserScale{1.0, 2.0, 3.0, -4.0}));
+    EXPECT_EQ(box.scale(), (raster::UserScale{1.0, 2.0, 3.0, -4.0}));
 }
 
 TEST_F(PictureBoxTest, DrawingPropertiesOutOfRangeAreErrorsAndChangeNothing) {
@@ -125,7 +125,7 @@ TEST_F(PictureBoxTest, PixelSizeFollowsTheRoundedEdgesAtAnyResolution) {
     EXPECT_EQ(box.pixelSize().width, 1);
     platform.dots = 144;
     box.move({0.0, 0.0, 1500.0, 750.0});
-    EXPECT_EQ(box.pixelSize(), (PixelSize{150, 75}));
+    EXPECT_EQ(box.pixelSize(), (raster::PixelSize{150, 75}));
 }
 
 TEST_F(PictureBoxTest, StrokesReachTheCanvasWithTheirProperties) {
@@ -149,7 +149,7 @@ TEST_F(PictureBoxTest, StrokesReachTheCanvasWithTheirProperties) {
 
 TEST_F(PictureBoxTest, SystemColorsAreResolvedWhenDrawing) {
     box.divert(&canvas);
-    box.line(0.0, 0.0, 15.0, 0.0, system_color::kButtonFace);
+    box.line(0.0, 0.0, 15.0, 0.0, raster::system_color::kButtonFace);
     EXPECT_THAT(canvas.lines(), ElementsAre("line 0,0 1,0 pen f0f0f0 w1 mode 13"));
 }
 
@@ -200,7 +200,7 @@ TEST_F(PictureBoxTest, NotXorTwiceRestoresThePicture) {
     setScale({0.0, 0.0, 100.0, 50.0});
     box.filledBox(0.0, 0.0, 60.0, 30.0, 0x336699);
     const auto pixels = [&] {
-        const PixelBuffer buffer = box.surface().pixels();
+        const raster::PixelBuffer buffer = box.surface().pixels();
         return std::vector<std::uint32_t>(buffer.pixels, buffer.pixels + buffer.width * buffer.height);
     };
     const std::vector<std::uint32_t> before = pixels();

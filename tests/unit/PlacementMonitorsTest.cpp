@@ -64,14 +64,14 @@ TEST_F(PlacementMonitorsTest, NumbersUpToAMillionTwipsAreUsed) {
 }
 
 TEST(WorkAreaTest, AFineScreenHasLessThanATwipAPixel) {
-    formenv::HeadlessDesktop desktop;
+    headless::HeadlessDesktop desktop;
     desktop.dots = 2880;
     EXPECT_EQ(twipsPerPixel(desktop).x, 0.5);
     EXPECT_EQ(twipsPerPixel(desktop).y, 0.5);
 }
 
 TEST(WorkAreaTest, AScreenOfATwipIsOne) {
-    class SmallDesktop final : public formenv::HeadlessDesktop {
+    class SmallDesktop final : public headless::HeadlessDesktop {
       public:
         double screenWidth() override { return width; }
         double screenHeight() override { return height; }

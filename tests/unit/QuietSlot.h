@@ -1,11 +1,11 @@
 // A record whose reading runs nobody's code, as those of the control's own class.
 #pragma once
 
-#include "control/FreqSlot.h"
+#include "channels/FreqSlot.h"
 
 namespace kv::control {
 
-class QuietSlot final : public FreqSlotBase {
+class QuietSlot final : public channels::FreqSlotBase {
   public:
     void retain() noexcept override { ++references_; }
     /// Out of line for the same reason as PlainSlot's.
@@ -13,8 +13,8 @@ class QuietSlot final : public FreqSlotBase {
         if (--references_ == 0)
             delete this;
     }
-    FreqSlotFields* watch() noexcept override { return watchFields(); }
-    [[nodiscard]] const FreqSlotFields* peek() const noexcept override { return &fields(); }
+    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
+    [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
   private:
     int references_ = 0;

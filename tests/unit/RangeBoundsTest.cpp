@@ -113,7 +113,7 @@ TEST_F(RangeBoundsTest, ReadingTheLowestPowerScalesThePicture) {
 TEST_F(RangeBoundsTest, TheEndOfAGridTurnDrawsTheRangeOfTheKnobsStep) {
     addTX(450.0, 0.0, 30.0);
     scope.DrawDisplay();
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     ui.tdKnGrid.setDVal(5.0);
     ui.tdKnGrid.onTurnEnd();

@@ -11,8 +11,8 @@ class RangeTest : public ScopeTest {
         EXPECT_DOUBLE_EQ(scope.DisplayMinFreq(), minimum);
         EXPECT_DOUBLE_EQ(scope.DisplayMaxFreq(), maximum);
     }
-    void expectScale(const formenv::UserScale& expected) {
-        const formenv::UserScale scale = ui.picSpectrum.scale();
+    void expectScale(const raster::UserScale& expected) {
+        const raster::UserScale scale = ui.picSpectrum.scale();
         EXPECT_DOUBLE_EQ(scale.left, expected.left);
         EXPECT_DOUBLE_EQ(scale.top, expected.top);
         EXPECT_DOUBLE_EQ(scale.width, expected.width);

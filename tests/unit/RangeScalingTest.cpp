@@ -14,7 +14,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 using RangeScalingTest = RangeTest;
 
 TEST_F(RangeScalingTest, WithoutChannelsTheRangeStaysUnsetAndNoScaleIsApplied) {
-    const formenv::UserScale before = ui.picSpectrum.scale();
+    const raster::UserScale before = ui.picSpectrum.scale();
     EXPECT_EQ(scope.DisplayMinFreq(), 8888888888888.0);
     EXPECT_EQ(scope.DisplayMaxFreq(), -8888888888888.0);
     EXPECT_EQ(ui.picSpectrum.scale(), before);
@@ -30,7 +30,7 @@ TEST_F(RangeScalingTest, OneChannelAt450ShowsAHundredMegaHertzOnEachSide) {
 }
 
 TEST_F(RangeScalingTest, ReadingOnlyTheMinimumAppliesNoScaleYet) {
-    const formenv::UserScale before = ui.picSpectrum.scale();
+    const raster::UserScale before = ui.picSpectrum.scale();
     addTX(450.0);
     EXPECT_EQ(scope.DisplayMinFreq(), 350.0);
     EXPECT_EQ(ui.picSpectrum.scale(), before);
@@ -114,7 +114,7 @@ TEST_F(RangeScalingTest, DrawByRangeForgetsCenterAndStepAndRedraws) {
     scope.setDisplayCenterFreq(600.0);
     ui.tdKnGrid.onValueChanged(1.0);
     expectRange(590.0, 610.0);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     scope.DrawByRange(300.0, 600.0);
     expectRange(200.0, 700.0);
@@ -129,7 +129,7 @@ TEST_F(RangeScalingTest, DrawByRangeForgetsCenterAndStepAndRedraws) {
 TEST_F(RangeScalingTest, DrawByRangeDuringADrawingIsDrawnOnceAfterIt) {
     addTX(450.0);
     scope.DrawDisplay();
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     platform.onPump = [&] { scope.DrawByRange(300.0, 600.0); };
     scope.JustDrawIt();
@@ -174,7 +174,7 @@ TEST_F(RangeScalingTest, TheWholeScaleIsTopDownFromTheHighestPower) {
 }
 
 TEST_F(RangeScalingTest, SettingThePowersScalesAtOnceAndDrawsNothing) {
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     scope.setDisplayMaxPwr(60.0);
     EXPECT_EQ(ui.picSpectrum.scaleTop(), 60.0);
@@ -305,7 +305,7 @@ TEST_F(RangeScalingTest, ShowAllRebuildsTheRangeFromTheChannels) {
     addTX(400.0);
     scope.DrawDisplay();
     addTX(1000.0);
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     scope.setShowAll(true);
     EXPECT_THAT(platform.messages, IsEmpty());

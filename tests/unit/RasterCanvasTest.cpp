@@ -1,4 +1,4 @@
-#include "formenv/RasterCanvas.h"
+#include "raster/RasterCanvas.h"
 
 #include <gmock/gmock.h>
 
@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "formenv/WideProduct.h"
+#include "raster/WideProduct.h"
 
 namespace {
 
-using namespace kv::formenv;
+using namespace kv::raster;
 using testing::ElementsAre;
 
 constexpr Rgb kRed = 0x0000FF;

@@ -18,9 +18,9 @@ int errorOf(const std::function<void()>& body) {
 class RecordMembersTest : public ::testing::Test {
   protected:
     bool movesRevision(const std::function<void()>& change) {
-        const std::uint64_t before = recordRevision();
+        const std::uint64_t before = channels::recordRevision();
         change();
-        return recordRevision() != before;
+        return channels::recordRevision() != before;
     }
     util::Ref<QuietSlot> slot{new QuietSlot};
 };
@@ -54,11 +54,11 @@ TEST_F(RecordMembersTest, ChangesCountOnceTheRecordIsWatched) {
     EXPECT_FALSE(movesRevision([&] { slot->setDFreq(450.0); }));
     ASSERT_NE(slot->watch(), nullptr);
     EXPECT_TRUE(movesRevision([&] { slot->setDFreq(460.0); }));
-    const std::uint64_t keys = keyRevision();
+    const std::uint64_t keys = channels::keyRevision();
     EXPECT_TRUE(movesRevision([&] { slot->fieldsButKey().dBW = 1.0; }));
-    EXPECT_EQ(keyRevision(), keys);
+    EXPECT_EQ(channels::keyRevision(), keys);
     EXPECT_TRUE(movesRevision([&] { slot->fields().sKey = L"TX1"; }));
-    EXPECT_NE(keyRevision(), keys);
+    EXPECT_NE(channels::keyRevision(), keys);
 }
 
 TEST_F(RecordMembersTest, TheMarkOfAVisibleRecordIsNoChangeAndItsLossIsOne) {
@@ -83,22 +83,22 @@ class MatchAfterChangesTest : public ScopeTest {
         slot->fields().sBWUnits = L"KHz";
         return slot;
     }
-    std::int32_t match(double frequency) { return scope.nFindMatchRX(FreqSlotRef(quiet(frequency).get())); }
+    std::int32_t match(double frequency) { return scope.nFindMatchRX(channels::FreqSlotRef(quiet(frequency).get())); }
 };
 
 TEST_F(MatchAfterChangesTest, AChangedRecordMatchesWhatItIsNow) {
     const std::vector<util::Ref<QuietSlot>> slots{quiet(450.0), quiet(460.0), quiet(460.0)};
     for (const util::Ref<QuietSlot>& slot : slots)
-        scope.AddRXChnl(FreqSlotRef(slot.get()));
+        scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
     EXPECT_EQ(match(450.0), 0);
     EXPECT_EQ(match(460.0), 1);
     EXPECT_EQ(match(460.0), 1);
     EXPECT_EQ(match(470.0), -88);
-    FreqSlotFields& first = slots[0]->fieldsButKey();
+    channels::FreqSlotFields& first = slots[0]->fieldsButKey();
     first.dFreq = first.dFreqLo = first.dFreqHi = 470.0;
     EXPECT_EQ(match(470.0), 0);
     EXPECT_EQ(match(450.0), -88);
-    FreqSlotFields& last = slots[2]->fieldsButKey();
+    channels::FreqSlotFields& last = slots[2]->fieldsButKey();
     last.dFreq = last.dFreqLo = last.dFreqHi = 450.0;
     EXPECT_EQ(match(450.0), 2);
     EXPECT_EQ(match(460.0), 1);

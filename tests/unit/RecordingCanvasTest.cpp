@@ -1,4 +1,4 @@
-#include "formenv/RecordingCanvas.h"
+#include "headless/RecordingCanvas.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,8 @@
 
 namespace {
 
-using namespace kv::formenv;
+using namespace kv::headless;
+using namespace kv::raster;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

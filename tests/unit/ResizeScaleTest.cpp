@@ -64,7 +64,7 @@ TEST_F(ResizeScaleTest, LabelsAreEightPointsWhateverTheStripHadBefore) {
     addTX(450.0);
     scope.DrawDisplay();
     ui.picUnits.setFontSize(14.0);
-    formenv::RecordingCanvas units({600, 300});
+    headless::RecordingCanvas units({600, 300});
     ui.picUnits.divert(&units);
     scope.DrawDisplay();
     EXPECT_EQ(ui.picUnits.font().points, 8.0);

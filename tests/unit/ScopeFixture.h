@@ -14,8 +14,9 @@
 #include <vector>
 
 #include "control/Bandscope.h"
-#include "formenv/HeadlessPlatform.h"
-#include "formenv/RecordingCanvas.h"
+#include "headless/HeadlessPlatform.h"
+#include "headless/IniText.h"
+#include "headless/RecordingCanvas.h"
 #include "util/Ini.h"
 #include "util/RuntimeError.h"
 
@@ -23,7 +24,7 @@ namespace kv::control {
 
 /// A channel in plain memory. `onRead` hears the name of each member before it is read and may throw or act as a host
 /// whose code runs at that moment.
-class PlainSlot final : public FreqSlotBase {
+class PlainSlot final : public channels::FreqSlotBase {
   public:
     void retain() noexcept override { ++references_; }
     /// Out of line: inlined into a test, it makes the compiler see uses after the deletion where there are none.
@@ -33,13 +34,13 @@ class PlainSlot final : public FreqSlotBase {
     }
     [[nodiscard]] int references() const noexcept { return references_; }
 
-    double dFreq() override { return (tell("dFreq"), FreqSlotBase::dFreq()); }
-    double dFreqHi() override { return (tell("dFreqHi"), FreqSlotBase::dFreqHi()); }
-    double dPwrDBM() override { return (tell("dPwrDBM"), FreqSlotBase::dPwrDBM()); }
-    std::wstring sKey() override { return (tell("sKey"), FreqSlotBase::sKey()); }
-    std::wstring sLabel() override { return (tell("sLabel"), FreqSlotBase::sLabel()); }
-    bool bVisible() override { return (tell("bVisible"), FreqSlotBase::bVisible()); }
-    DrawRecord drawRecord() override { return (tell("drawRecord"), FreqSlotBase::drawRecord()); }
+    double dFreq() override { return (tell("dFreq"), channels::FreqSlotBase::dFreq()); }
+    double dFreqHi() override { return (tell("dFreqHi"), channels::FreqSlotBase::dFreqHi()); }
+    double dPwrDBM() override { return (tell("dPwrDBM"), channels::FreqSlotBase::dPwrDBM()); }
+    std::wstring sKey() override { return (tell("sKey"), channels::FreqSlotBase::sKey()); }
+    std::wstring sLabel() override { return (tell("sLabel"), channels::FreqSlotBase::sLabel()); }
+    bool bVisible() override { return (tell("bVisible"), channels::FreqSlotBase::bVisible()); }
+    channels::DrawRecord drawRecord() override { return (tell("drawRecord"), channels::FreqSlotBase::drawRecord()); }
 
     std::function<void(std::string_view member)> onRead;
 
@@ -53,14 +54,14 @@ class PlainSlot final : public FreqSlotBase {
 
 using SlotRef = util::Ref<PlainSlot>;
 
-inline FreqSlotRef asChannel(const SlotRef& slot) {
-    return FreqSlotRef(slot.get());
+inline channels::FreqSlotRef asChannel(const SlotRef& slot) {
+    return channels::FreqSlotRef(slot.get());
 }
 
 /// A channel with its band edges `halfBand` MHz on each side of the centre.
 inline SlotRef makeSlot(double frequency, double halfBand = 0.0, double power = 0.0, const std::wstring& key = L"") {
     SlotRef slot(new PlainSlot);
-    FreqSlotFields& fields = slot->fields();
+    channels::FreqSlotFields& fields = slot->fields();
     fields.dFreq = frequency;
     fields.dBW = halfBand * 1000.0;
     fields.dPwrDBM = power;
@@ -147,7 +148,7 @@ class MemoryFiles : public formenv::FileServices {
     }
     std::wstring printFolder() override { return L"C:\\Work"; }
     std::wstring placementFile() override { return L"C:\\Places.INI"; }
-    util::TextIniSource settings;
+    headless::TextIniSource settings;
     std::map<std::wstring, std::string> files;
     std::vector<std::string> happened;
     std::string clipboard = "what another program left";
@@ -159,10 +160,10 @@ class MemoryFiles : public formenv::FileServices {
 class ScopeTest : public ::testing::Test {
   protected:
     SlotRef addTX(double frequency, double halfBand = 0.0, double power = 0.0, const std::wstring& key = L"") {
-        return added(ChannelKind::TX, makeSlot(frequency, halfBand, power, key));
+        return added(channels::ChannelKind::TX, makeSlot(frequency, halfBand, power, key));
     }
     SlotRef addRX(double frequency, double halfBand = 0.0, double power = 0.0, const std::wstring& key = L"") {
-        return added(ChannelKind::RX, makeSlot(frequency, halfBand, power, key));
+        return added(channels::ChannelKind::RX, makeSlot(frequency, halfBand, power, key));
     }
 
     /// A picture of 400 by 200 pixels that shows 350 to 550 MHz and 0 to 100 dBm: two pixels a unit both ways.
@@ -177,7 +178,7 @@ class ScopeTest : public ::testing::Test {
 
     /// The kept pixels of a picture box.
     static std::vector<std::uint32_t> pixelsOf(formenv::PictureBox& box) {
-        const formenv::PixelBuffer buffer = box.surface().pixels();
+        const raster::PixelBuffer buffer = box.surface().pixels();
         std::vector<std::uint32_t> pixels;
         for (int y = 0; y < buffer.height; ++y)
             pixels.insert(pixels.end(), buffer.row(y), buffer.row(y) + buffer.width);
@@ -202,18 +203,19 @@ class ScopeTest : public ::testing::Test {
                           << ", flag " << report.flag << ", " << ::testing::PrintToString(report.detail);
     }
 
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     RecordingEvents events;
     RecordingErrors errors;
     MemoryFiles files;
-    Bandscope scope{Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
+    Bandscope scope{
+        Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }}};
     Children& ui = scope.children();
 
   private:
-    SlotRef added(ChannelKind kind, const SlotRef& slot) {
+    SlotRef added(channels::ChannelKind kind, const SlotRef& slot) {
         if (slot->fields().sKey.empty())
-            slot->fields().sKey = (kind == ChannelKind::TX ? L"TX#" : L"RX#") + std::to_wstring(++lastKey_);
-        if (kind == ChannelKind::TX)
+            slot->fields().sKey = (kind == channels::ChannelKind::TX ? L"TX#" : L"RX#") + std::to_wstring(++lastKey_);
+        if (kind == channels::ChannelKind::TX)
             scope.AddTXChnl(asChannel(slot));
         else
             scope.AddRXChnl(asChannel(slot));

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "util/Ini.h"
+#include "headless/IniText.h"
 #include "util/LogLine.h"
 #include "util/Utf8.h"
 
@@ -32,7 +32,7 @@ TEST(SettingTextTest, AValueIsQuotedOnlyWhenItWouldLoseSomething) {
 
 TEST(SettingTextTest, WhatIsWrittenIsReadBack) {
     for (const wchar_t* value : {L"plain", L" a ", L"\"a\"", L"'a'", L"\"\"", L"''", L"\"", L"aba", L"a=b", L"; a"}) {
-        const IniText ini(L"[S]\r\nK=" + AnySource::written(value) + L"\r\n");
+        const headless::IniText ini(L"[S]\r\nK=" + AnySource::written(value) + L"\r\n");
         EXPECT_EQ(ini.find(L"k", L"s"), value) << testing::PrintToString(std::wstring(value));
     }
 }

@@ -1,4 +1,4 @@
-#include "formenv/Smooth.h"
+#include "raster/Smooth.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace kv::formenv;
+using namespace kv::raster;
 
 constexpr std::uint32_t kGuard = 0xDEADBEEF;
 constexpr double kPi = std::numbers::pi;

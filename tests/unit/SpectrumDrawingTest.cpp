@@ -20,7 +20,7 @@ class SpectrumDrawingTest : public ScopeTest {
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(showTwoPixelsAUnit()); }
 
     /// The lines that begin with `word`.
-    static std::vector<std::string> only(const formenv::RecordingCanvas& canvas, const std::string& word) {
+    static std::vector<std::string> only(const headless::RecordingCanvas& canvas, const std::string& word) {
         std::vector<std::string> result;
         for (const std::string& line : canvas.lines()) {
             if (line.starts_with(word))
@@ -28,7 +28,7 @@ class SpectrumDrawingTest : public ScopeTest {
         }
         return result;
     }
-    static std::ptrdiff_t count(const formenv::RecordingCanvas& canvas, const std::string& part) {
+    static std::ptrdiff_t count(const headless::RecordingCanvas& canvas, const std::string& part) {
         return std::count_if(canvas.lines().begin(), canvas.lines().end(),
                              [&](const std::string& line) { return line.find(part) != std::string::npos; });
     }
@@ -43,8 +43,8 @@ class SpectrumDrawingTest : public ScopeTest {
         EXPECT_EQ(ui.picSpectrum.drawWidth(), 1);
     }
 
-    formenv::RecordingCanvas spectrum{{400, 200}};
-    formenv::RecordingCanvas units{{600, 300}};
+    headless::RecordingCanvas spectrum{{400, 200}};
+    headless::RecordingCanvas units{{600, 300}};
 };
 
 TEST_F(SpectrumDrawingTest, AFullRepaintDrawsChannelsThenGridThenTicks) {

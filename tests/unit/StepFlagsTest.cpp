@@ -16,16 +16,14 @@ constexpr int kLeft = formenv::mouse_button::kLeft;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// A surface whose n-th stroke fails, and none before or after.
-class CountdownCanvas final : public formenv::Canvas {
+class CountdownCanvas final : public raster::Canvas {
   public:
-    formenv::PixelSize size() const override { return {400, 200}; }
-    void clear(formenv::Rgb) override { stroke(); }
-    void line(formenv::PixelPoint, formenv::PixelPoint, const formenv::Pen&, formenv::DrawMode) override { stroke(); }
-    void rectangle(formenv::PixelRect, const formenv::Pen&, const formenv::Brush&, formenv::DrawMode) override {
-        stroke();
-    }
-    formenv::PixelSize textSize(std::wstring_view, const formenv::Font&) override { return {40, 13}; }
-    void text(formenv::PixelPoint, std::wstring_view, const formenv::Font&, formenv::Rgb) override { stroke(); }
+    raster::PixelSize size() const override { return {400, 200}; }
+    void clear(raster::Rgb) override { stroke(); }
+    void line(raster::PixelPoint, raster::PixelPoint, const raster::Pen&, raster::DrawMode) override { stroke(); }
+    void rectangle(raster::PixelRect, const raster::Pen&, const raster::Brush&, raster::DrawMode) override { stroke(); }
+    raster::PixelSize textSize(std::wstring_view, const raster::Font&) override { return {40, 13}; }
+    void text(raster::PixelPoint, std::wstring_view, const raster::Font&, raster::Rgb) override { stroke(); }
 
     int left = 0;
 
@@ -183,12 +181,12 @@ class NoPlaces final : public MemoryFiles {
 
 TEST(StepFlags, OfTheReportWindow) {
     for (const bool byHost : {true, false}) {
-        formenv::HeadlessPlatform platform;
+        headless::HeadlessPlatform platform;
         RecordingEvents events;
         RecordingErrors errors;
         NoPlaces files;
         Bandscope scope(
-            Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }});
+            Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }});
         if (byHost) {
             scope.setBMouseInfo(true);
         } else {

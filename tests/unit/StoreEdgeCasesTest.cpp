@@ -53,17 +53,17 @@ TEST_F(StoreEdgeCasesTest, EdgesNotAboveZeroWidenNothingInARefresh) {
 TEST_F(StoreEdgeCasesTest, OnlyChannelsWithoutAFrequencyLeaveTheRangeUnset) {
     addTX(0.0);
     scope.Refresh();
-    expectTXRange(FREQ_UNSET, -FREQ_UNSET);
+    expectTXRange(channels::FREQ_UNSET, -channels::FREQ_UNSET);
     EXPECT_FALSE(ui.lblNumTX.visible());
 }
 
 TEST_F(StoreEdgeCasesTest, RemovalBeforeARenamedKeyMovesEveryChannelAndThenReports) {
     for (const wchar_t* key : {L"TXa", L"TXb", L"TXc", L"TXd"})
         addTX(450.0, 1.0, 0.0, key);
-    const FreqSlotRef b = scope.GetTXChnl(1);
-    const FreqSlotRef c = scope.GetTXChnl(2);
-    const FreqSlotRef d = scope.GetTXChnl(3);
-    static_cast<PlainSlot*>(static_cast<FreqSlotBase*>(c.get()))->fields().sKey = L"TXrenamed";
+    const channels::FreqSlotRef b = scope.GetTXChnl(1);
+    const channels::FreqSlotRef c = scope.GetTXChnl(2);
+    const channels::FreqSlotRef d = scope.GetTXChnl(3);
+    static_cast<PlainSlot*>(static_cast<channels::FreqSlotBase*>(c.get()))->fields().sKey = L"TXrenamed";
     scope.RemoveChnlByKey(L"TXa");
     EXPECT_EQ(takeReport().flag, 300);
     ASSERT_EQ(scope.NumTX(), 3);
@@ -97,8 +97,8 @@ TEST_F(StoreEdgeCasesTest, RecordThatCannotBeReadMatchesNothing) {
     addRX(450.0);
     const SlotRef broken = makeSlot(450.0);
     broken->onRead = failsAt("dFreq", util::error_number::kAutomation);
-    EXPECT_EQ(scope.nFindMatchRX(asChannel(broken)), kInvalid);
-    EXPECT_EQ(scope.nFindMatchRX(nullptr), kInvalid);
+    EXPECT_EQ(scope.nFindMatchRX(asChannel(broken)), channels::kInvalid);
+    EXPECT_EQ(scope.nFindMatchRX(nullptr), channels::kInvalid);
 }
 
 TEST_F(StoreEdgeCasesTest, InitialDisplayOfAClearedStoreIsBlank) {
@@ -153,7 +153,7 @@ TEST_F(StoreEdgeCasesTest, LabelMovedRightIsLeftOutWhenItPassesTheRightEnd) {
     // Narrower than a label: moved to the strip's left end it would not fit any more.
     ui.picSpectrum.move({0.0, 0.0, 300.0, 1500.0});
     scope.setNGridX(2);
-    formenv::RecordingCanvas canvas({200, 100});
+    headless::RecordingCanvas canvas({200, 100});
     ui.picUnits.divert(&canvas);
     ui.Command4.onClick();
     ui.picUnits.divert(nullptr);

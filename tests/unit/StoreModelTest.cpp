@@ -13,13 +13,13 @@ namespace {
 
 struct KeyError {};
 
-using AnySlot = util::Ref<FreqSlotBase>;
+using AnySlot = util::Ref<channels::FreqSlotBase>;
 
-FreqSlotRef reference(const AnySlot& slot) {
-    return FreqSlotRef(slot.get());
+channels::FreqSlotRef reference(const AnySlot& slot) {
+    return channels::FreqSlotRef(slot.get());
 }
 
-const FreqSlotFields& look(const AnySlot& slot) {
+const channels::FreqSlotFields& look(const AnySlot& slot) {
     return std::as_const(*slot).fields();
 }
 
@@ -83,27 +83,27 @@ class Model {
         clear(true);
         clear(false);
         keys_.clear();
-        extremes.dTXFreqMin = extremes.dRXFreqMin = extremes.dFreqMin = FREQ_UNSET;
-        extremes.dTXFreqMax = extremes.dRXFreqMax = extremes.dFreqMax = -FREQ_UNSET;
+        extremes.dTXFreqMin = extremes.dRXFreqMin = extremes.dFreqMin = channels::FREQ_UNSET;
+        extremes.dTXFreqMax = extremes.dRXFreqMax = extremes.dFreqMax = -channels::FREQ_UNSET;
     }
 
     std::int32_t count(bool tx) const {
         const Array& array = tx ? tx_ : rx_;
         return array[0] ? static_cast<std::int32_t>(array.size()) : 0;
     }
-    std::int32_t matchRX(const FreqSlotFields& f) const {
+    std::int32_t matchRX(const channels::FreqSlotFields& f) const {
         for (std::int32_t i = 0; i < count(false); ++i) {
-            const FreqSlotFields& rx = look(at(false, i));
+            const channels::FreqSlotFields& rx = look(at(false, i));
             if (rx.dFreqAlt == f.dFreqAlt && rx.dFreq == f.dFreq && rx.dFreqHi == f.dFreqHi &&
                 rx.dFreqLo == f.dFreqLo && rx.dBW == f.dBW && rx.sBWUnits == f.sBWUnits && rx.sLabel == f.sLabel &&
                 rx.sFreqUnits == f.sFreqUnits)
                 return i;
         }
-        return kInvalid;
+        return channels::kInvalid;
     }
     AnySlot at(bool tx, std::int32_t i) const { return (tx ? tx_ : rx_).at(static_cast<std::size_t>(i)); }
 
-    Extremes extremes;
+    channels::Extremes extremes;
 
   private:
     using Array = std::vector<AnySlot>;
@@ -143,8 +143,8 @@ class Model {
         return whole;
     }
     static void recalc(const Array& array, double& minimum, double& maximum) {
-        minimum = FREQ_UNSET;
-        maximum = -FREQ_UNSET;
+        minimum = channels::FREQ_UNSET;
+        maximum = -channels::FREQ_UNSET;
         for (const AnySlot& slot : array) {
             if (!slot || !(look(slot).dFreq > 0.0))
                 continue;
@@ -154,7 +154,7 @@ class Model {
                 minimum = std::min(minimum, look(slot).dFreqLo);
         }
     }
-    void widen(bool tx, const FreqSlotFields& f) {
+    void widen(bool tx, const channels::FreqSlotFields& f) {
         if (!(f.dFreq > 0.0))
             return;
         const double high = f.dFreq + f.dBW / 1000.0;
@@ -211,8 +211,8 @@ class StoreModelTest : public ScopeTest {
             for (const std::wstring& key : keys)
                 ASSERT_EQ(tx ? scope.GetTXbyKey(key) : scope.GetRXbyKey(key), reference(model.find(tx, key)));
         }
-        const Extremes& e = scope.extremes();
-        const Extremes& m = model.extremes;
+        const channels::Extremes& e = scope.extremes();
+        const channels::Extremes& m = model.extremes;
         ASSERT_EQ(e.dTXFreqMin, m.dTXFreqMin);
         ASSERT_EQ(e.dTXFreqMax, m.dTXFreqMax);
         ASSERT_EQ(e.dRXFreqMin, m.dRXFreqMin);
@@ -235,8 +235,8 @@ class StoreModelTest : public ScopeTest {
         return keys.back();
     }
     AnySlot newSlot(bool tx, const Mixture& mixture) {
-        AnySlot slot(percent(mixture.own) ? static_cast<FreqSlotBase*>(new QuietSlot) : new PlainSlot);
-        FreqSlotFields& fields = slot->fields();
+        AnySlot slot(percent(mixture.own) ? static_cast<channels::FreqSlotBase*>(new QuietSlot) : new PlainSlot);
+        channels::FreqSlotFields& fields = slot->fields();
         fields.dFreq = random() % 8 == 0 ? 0.0 : 100.0 + static_cast<double>(random() % 90);
         fields.dBW = static_cast<double>(random() % 4) * 1000.0;
         fields.dPwrDBM = static_cast<double>(random() % 200) - 100.0;
@@ -285,7 +285,7 @@ class StoreModelTest : public ScopeTest {
         const bool tx = random() % 2 == 0;
         if (model.count(tx) == 0)
             return;
-        FreqSlotBase& slot =
+        channels::FreqSlotBase& slot =
             *model.at(tx, static_cast<std::int32_t>(random() % static_cast<unsigned>(model.count(tx))));
         switch (random() % 4) {
             case 0:

@@ -41,7 +41,7 @@ TEST_F(StoreRemovalTest, RemovingKeepsThePowers) {
 TEST_F(StoreRemovalTest, RemovingRedrawsTheDisplay) {
     addTX(400.0, 0.0, 0.0, L"TXa");
     addTX(410.0, 0.0, 0.0, L"TXb");
-    formenv::RecordingCanvas canvas({400, 200});
+    headless::RecordingCanvas canvas({400, 200});
     ui.picSpectrum.divert(&canvas);
     scope.RemoveChnlByKey(L"TXa");
     EXPECT_THAT(canvas.lines(), Contains("clear ffffff"));
@@ -121,7 +121,7 @@ TEST_F(StoreRemovalTest, ClearingAllResetsFrequenciesAndKeepsPowers) {
     addTX(450.0, 0.0, 50.0);
     addRX(460.0);
     scope.ClearAllChnls();
-    const Extremes& e = scope.extremes();
+    const channels::Extremes& e = scope.extremes();
     for (const double minimum : {e.dTXFreqMin, e.dRXFreqMin, e.dFreqMin})
         EXPECT_EQ(minimum, 8888888888888.0);
     for (const double maximum : {e.dTXFreqMax, e.dRXFreqMax, e.dFreqMax})

@@ -4,7 +4,7 @@
 namespace kv::control {
 namespace {
 
-class StubbornSlot final : public FreqSlotBase {
+class StubbornSlot final : public channels::FreqSlotBase {
   public:
     void retain() noexcept override { ++references_; }
     /// Out of line for the same reason as PlainSlot's.
@@ -14,19 +14,19 @@ class StubbornSlot final : public FreqSlotBase {
     }
     void setSFreqUnits(const std::wstring& value) override {
         if (takesUnits)
-            FreqSlotBase::setSFreqUnits(value);
+            channels::FreqSlotBase::setSFreqUnits(value);
     }
     void setSBWUnits(const std::wstring& value) override {
         if (takesBandwidthUnits)
-            FreqSlotBase::setSBWUnits(value);
+            channels::FreqSlotBase::setSBWUnits(value);
     }
     void setDFreqHi(double value) override {
         if (takesEdges)
-            FreqSlotBase::setDFreqHi(value);
+            channels::FreqSlotBase::setDFreqHi(value);
     }
     void setDFreqLo(double value) override {
         if (takesEdges)
-            FreqSlotBase::setDFreqLo(value);
+            channels::FreqSlotBase::setDFreqLo(value);
     }
 
     bool takesUnits = true;
@@ -45,7 +45,7 @@ class StubbornRecordTest : public ScopeTest {
         slot->fields().dPwrDBM = 30.0;
         slot->fields().sKey = L"TX1";
     }
-    void add() { scope.AddTXChnl(FreqSlotRef(slot.get())); }
+    void add() { scope.AddTXChnl(channels::FreqSlotRef(slot.get())); }
 
     util::Ref<StubbornSlot> slot{new StubbornSlot};
 };
@@ -67,10 +67,10 @@ TEST_F(StubbornRecordTest, WithoutAUnitOfTheBandwidthTheEdgesAreTheCenter) {
 TEST_F(StubbornRecordTest, WithoutEdgesItWidensThePowersOnly) {
     slot->takesEdges = false;
     add();
-    EXPECT_EQ(scope.extremes().dTXFreqMin, FREQ_UNSET);
-    EXPECT_EQ(scope.extremes().dTXFreqMax, -FREQ_UNSET);
-    EXPECT_EQ(scope.extremes().dFreqMin, FREQ_UNSET);
-    EXPECT_EQ(scope.extremes().dFreqMax, -FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dTXFreqMin, channels::FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dTXFreqMax, -channels::FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dFreqMin, channels::FREQ_UNSET);
+    EXPECT_EQ(scope.extremes().dFreqMax, -channels::FREQ_UNSET);
     EXPECT_EQ(scope.extremes().dTXPwrDBMMax, 30.0);
 }
 

@@ -49,7 +49,7 @@ class TextEditor : public testing::Test {
             ADD_FAILURE() << "error " << report.number << " in " << testing::PrintToString(report.procedure);
     }
 
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     EditorFiles files;
     control::RecordingErrors errors;
     std::unique_ptr<forms::frmTextEditor> form = std::make_unique<forms::frmTextEditor>(platform, files, errors);

@@ -18,16 +18,14 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr wchar_t kLog[] = L"C:\\KV\\KVTECSUP.TXT";
 
 /// A surface that has run out of memory.
-class FailingCanvas final : public formenv::Canvas {
+class FailingCanvas final : public raster::Canvas {
   public:
-    formenv::PixelSize size() const override { return {600, 300}; }
-    void clear(formenv::Rgb) override { fail(); }
-    void line(formenv::PixelPoint, formenv::PixelPoint, const formenv::Pen&, formenv::DrawMode) override { fail(); }
-    void rectangle(formenv::PixelRect, const formenv::Pen&, const formenv::Brush&, formenv::DrawMode) override {
-        fail();
-    }
-    formenv::PixelSize textSize(std::wstring_view, const formenv::Font&) override { return {40, 13}; }
-    void text(formenv::PixelPoint, std::wstring_view, const formenv::Font&, formenv::Rgb) override { fail(); }
+    raster::PixelSize size() const override { return {600, 300}; }
+    void clear(raster::Rgb) override { fail(); }
+    void line(raster::PixelPoint, raster::PixelPoint, const raster::Pen&, raster::DrawMode) override { fail(); }
+    void rectangle(raster::PixelRect, const raster::Pen&, const raster::Brush&, raster::DrawMode) override { fail(); }
+    raster::PixelSize textSize(std::wstring_view, const raster::Font&) override { return {40, 13}; }
+    void text(raster::PixelPoint, std::wstring_view, const raster::Font&, raster::Rgb) override { fail(); }
 
   private:
     static void fail() { throw util::RuntimeError(kOutOfMemory); }
@@ -85,12 +83,12 @@ class TrappedErrors : public ::testing::Test {
     util::Configuration configuration{system.system};
     util::TechSupportLog log{configuration, system.system};
     util::ErrorHandler handler{log, user};
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     FailingEvents events;
     MemoryFiles files;
     FailingCanvas failing;
     Bandscope scope{Services{platform, events, handler, files,
-                             []() -> util::Ref<FreqSlotBase> { throw util::RuntimeError(kOutOfMemory); }}};
+                             []() -> util::Ref<channels::FreqSlotBase> { throw util::RuntimeError(kOutOfMemory); }}};
     Children& ui = scope.children();
     std::vector<SlotRef> slots;
 };

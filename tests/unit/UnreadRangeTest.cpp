@@ -195,7 +195,7 @@ TEST_F(ViewAllTest, TickingAnEmptyControlDoesNothing) {
     tick(true);
     tick(false);
     EXPECT_THAT(events.heard, IsEmpty());
-    EXPECT_EQ(scope.DisplayMinFreq(), FREQ_UNSET);
+    EXPECT_EQ(scope.DisplayMinFreq(), channels::FREQ_UNSET);
 }
 
 TEST_F(ViewAllTest, TheConfigurationMenuIsThereAndHasOneItem) {

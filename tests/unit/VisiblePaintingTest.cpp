@@ -15,21 +15,24 @@ namespace {
 
 /// One of the two, with everything around it.
 struct Twin {
-    formenv::HeadlessPlatform platform;
+    headless::HeadlessPlatform platform;
     RecordingEvents events;
     RecordingErrors errors;
     MemoryFiles files;
-    Bandscope scope{Services{platform, events, errors, files, [] { return util::Ref<FreqSlotBase>(new PlainSlot); }}};
-    std::vector<util::Ref<FreqSlotBase>> tx;
-    std::vector<util::Ref<FreqSlotBase>> rx;
+    Bandscope scope{
+        Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }}};
+    std::vector<util::Ref<channels::FreqSlotBase>> tx;
+    std::vector<util::Ref<channels::FreqSlotBase>> rx;
 
-    std::vector<util::Ref<FreqSlotBase>>& list(ChannelKind kind) { return kind == ChannelKind::TX ? tx : rx; }
-    void add(ChannelKind kind, const util::Ref<FreqSlotBase>& slot) {
+    std::vector<util::Ref<channels::FreqSlotBase>>& list(channels::ChannelKind kind) {
+        return kind == channels::ChannelKind::TX ? tx : rx;
+    }
+    void add(channels::ChannelKind kind, const util::Ref<channels::FreqSlotBase>& slot) {
         list(kind).push_back(slot);
-        if (kind == ChannelKind::TX)
-            scope.AddTXChnl(FreqSlotRef(slot.get()));
+        if (kind == channels::ChannelKind::TX)
+            scope.AddTXChnl(channels::FreqSlotRef(slot.get()));
         else
-            scope.AddRXChnl(FreqSlotRef(slot.get()));
+            scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
     }
 };
 
@@ -41,7 +44,7 @@ class VisiblePaintingTest : public ::testing::Test {
     double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
     bool oneIn(unsigned n) { return random_() % n == 0; }
     std::size_t upTo(std::size_t n) { return random_() % n; }
-    ChannelKind anyKind() { return oneIn(3) ? ChannelKind::RX : ChannelKind::TX; }
+    channels::ChannelKind anyKind() { return oneIn(3) ? channels::ChannelKind::RX : channels::ChannelKind::TX; }
 
     double anyOddNumber() {
         const double odd[] = {kNaN,
@@ -62,8 +65,8 @@ class VisiblePaintingTest : public ::testing::Test {
         return odd[upTo(std::size(odd))];
     }
 
-    FreqSlotFields anyRecord() {
-        FreqSlotFields f;
+    channels::FreqSlotFields anyRecord() {
+        channels::FreqSlotFields f;
         f.dFreq = oneIn(40) ? 0.0 : center_ + between(-0.8, 0.8) * span_;
         const double widest = oneIn(wide_) ? 1.0 : widest_;
         const double below = between(0.0, widest) * span_;
@@ -103,17 +106,18 @@ class VisiblePaintingTest : public ::testing::Test {
         // One kind is always drawn one by one, both kinds share the picture.
         const std::size_t count = (oneIn(20) ? 290 : 62) + upTo(30);
         for (std::size_t i = 0; i < count; ++i)
-            addOne(oneIn(12) ? ChannelKind::RX : ChannelKind::TX);
+            addOne(oneIn(12) ? channels::ChannelKind::RX : channels::ChannelKind::TX);
     }
 
-    void addOne(ChannelKind kind) { both(adding(kind)); }
+    void addOne(channels::ChannelKind kind) { both(adding(kind)); }
 
-    std::function<void(Twin&)> adding(ChannelKind kind) {
-        FreqSlotFields fields = anyRecord();
-        fields.sKey = (kind == ChannelKind::TX ? L"TX#" : L"RX#") + std::to_wstring(++lastKey_);
+    std::function<void(Twin&)> adding(channels::ChannelKind kind) {
+        channels::FreqSlotFields fields = anyRecord();
+        fields.sKey = (kind == channels::ChannelKind::TX ? L"TX#" : L"RX#") + std::to_wstring(++lastKey_);
         return [this, kind, fields](Twin& twin) {
-            const util::Ref<FreqSlotBase> slot(&twin == &quiet_ ? static_cast<FreqSlotBase*>(new QuietSlot)
-                                                                : static_cast<FreqSlotBase*>(new PlainSlot));
+            const util::Ref<channels::FreqSlotBase> slot(&twin == &quiet_
+                                                             ? static_cast<channels::FreqSlotBase*>(new QuietSlot)
+                                                             : static_cast<channels::FreqSlotBase*>(new PlainSlot));
             slot->fields() = fields;
             twin.add(kind, slot);
             slot->fields().iFillStyle = fields.iFillStyle;
@@ -128,12 +132,12 @@ class VisiblePaintingTest : public ::testing::Test {
 
     /// Something that a host may do at any time, ready to be done to both.
     std::function<void(Twin&)> anyChange() {
-        const ChannelKind kind = anyKind();
+        const channels::ChannelKind kind = anyKind();
         const std::size_t count = quiet_.list(kind).size();
         if (count == 0)
             return adding(kind);
         const std::size_t at = upTo(count);
-        const auto slot = [kind, at](Twin& twin) -> FreqSlotBase& { return *twin.list(kind)[at]; };
+        const auto slot = [kind, at](Twin& twin) -> channels::FreqSlotBase& { return *twin.list(kind)[at]; };
         switch (upTo(9)) {
             case 0: {
                 if (oneIn(2))
@@ -153,7 +157,7 @@ class VisiblePaintingTest : public ::testing::Test {
             case 4:
                 return [slot](Twin& twin) { slot(twin).fields().bVisible = false; };
             case 5:
-                return [slot](Twin& twin) { twin.scope.ReDrawChnl(FreqSlotRef(&slot(twin))); };
+                return [slot](Twin& twin) { twin.scope.ReDrawChnl(channels::FreqSlotRef(&slot(twin))); };
             case 6:
                 return [slot, style = static_cast<std::int16_t>(oneIn(8) ? 8 : 7)](Twin& twin) {
                     slot(twin).setIFillStyle(style);
@@ -221,8 +225,8 @@ class VisiblePaintingTest : public ::testing::Test {
     void compare() {
         formenv::PictureBox& ours = quiet_.scope.children().picSpectrum;
         formenv::PictureBox& theirs = plain_.scope.children().picSpectrum;
-        const formenv::PixelBuffer a = ours.surface().pixels();
-        const formenv::PixelBuffer b = theirs.surface().pixels();
+        const raster::PixelBuffer a = ours.surface().pixels();
+        const raster::PixelBuffer b = theirs.surface().pixels();
         ASSERT_EQ(a.width, b.width);
         ASSERT_EQ(a.height, b.height);
         for (int y = 0; y < a.height; ++y) {
@@ -232,7 +236,7 @@ class VisiblePaintingTest : public ::testing::Test {
         }
         ASSERT_EQ(std::bit_cast<std::uint64_t>(ours.currentX), std::bit_cast<std::uint64_t>(theirs.currentX));
         ASSERT_EQ(std::bit_cast<std::uint64_t>(ours.currentY), std::bit_cast<std::uint64_t>(theirs.currentY));
-        for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
+        for (const channels::ChannelKind kind : {channels::ChannelKind::TX, channels::ChannelKind::RX}) {
             for (std::size_t i = 0; i < quiet_.list(kind).size(); ++i)
                 ASSERT_EQ(quiet_.list(kind)[i]->bDrawn(), plain_.list(kind)[i]->bDrawn()) << i;
         }
@@ -287,7 +291,7 @@ TEST_F(VisiblePaintingTest, PaintingAllAtOnceMakesThePictureOfDrawingOneByOne) {
 TEST_F(VisiblePaintingTest, EdgesAtTheEndsOfWhatADoubleHoldsHideNoOtherChannel) {
     both([](Twin& twin) { twin.scope.setMany(64); });
     const auto add = [&](double low, double frequency, double high) {
-        FreqSlotFields fields;
+        channels::FreqSlotFields fields;
         fields.dFreq = frequency;
         fields.dFreqLo = low;
         fields.dFreqHi = high;
@@ -295,10 +299,11 @@ TEST_F(VisiblePaintingTest, EdgesAtTheEndsOfWhatADoubleHoldsHideNoOtherChannel) 
         fields.lColor = 0xFF0000U - static_cast<std::uint32_t>(lastKey_);
         fields.sKey = L"TX#" + std::to_wstring(++lastKey_);
         both([&](Twin& twin) {
-            const util::Ref<FreqSlotBase> slot(&twin == &quiet_ ? static_cast<FreqSlotBase*>(new QuietSlot)
-                                                                : static_cast<FreqSlotBase*>(new PlainSlot));
+            const util::Ref<channels::FreqSlotBase> slot(&twin == &quiet_
+                                                             ? static_cast<channels::FreqSlotBase*>(new QuietSlot)
+                                                             : static_cast<channels::FreqSlotBase*>(new PlainSlot));
             slot->fields() = fields;
-            twin.add(ChannelKind::TX, slot);
+            twin.add(channels::ChannelKind::TX, slot);
         });
     };
     // Several blocks of regular channels, and in the last one edges whose difference is more than a double holds.

@@ -92,13 +92,13 @@ TEST_F(WidgetTest, PropertiesTellTheWindowOnlyWhenTheyChange) {
     frame.setEnabled(true);
     frame.setCaption(L"");
     frame.setToolTip(L"");
-    frame.setFont(Font{});
+    frame.setFont(raster::Font{});
     EXPECT_THAT(peer.changes, IsEmpty());
     frame.setVisible(false);
     frame.setEnabled(false);
     frame.setCaption(L"caption");
     frame.setToolTip(L"tip");
-    Font font;
+    raster::Font font;
     font.bold = true;
     frame.setFont(font);
     frame.setBackColor(0x123456);

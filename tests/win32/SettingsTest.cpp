@@ -126,7 +126,7 @@ TEST_F(IniWritingTest, FormsPlaceGoesThroughARealFile) {
     const std::wstring below = folder.file(L"Pl\u00E4tze \u0394\u4E2D");
     ASSERT_TRUE(CreateDirectoryW(below.c_str(), nullptr));
     WinFiles files;
-    formenv::HeadlessDesktop desktop;
+    headless::HeadlessDesktop desktop;
     const forms::PlacementStore store{files, desktop, below + L"\\KV ZEP.INI", L"Mouse Information"};
     forms::FakeForm form({-1500.0, 750.0, 7500.0, 6000.0});
     form.state = formenv::WindowState::Maximized;

@@ -13,7 +13,7 @@ namespace {
 
 using automation::channelFromHost;
 using automation::channelToHost;
-using control::FreqSlotRef;
+using channels::FreqSlotRef;
 
 template <class Body>
 util::RuntimeError errorOf(Body&& body) {
@@ -51,14 +51,14 @@ TEST(OwnChannel, IsUsedAsItIs) {
     const ComPtr<_FreqSlot> slot = newSlot();
     slot->put_dFreq(151.5);
     const FreqSlotRef channel = channelFromHost(slot.Get());
-    EXPECT_NE(dynamic_cast<control::FreqSlotBase*>(channel.get()), nullptr);
+    EXPECT_NE(dynamic_cast<channels::FreqSlotBase*>(channel.get()), nullptr);
     EXPECT_EQ(channel->dFreq(), 151.5);
     EXPECT_EQ(toHost(channel).Get(), slot.Get());
     EXPECT_EQ(referencesOf(slot.Get()), 2U);
 }
 
 TEST(OwnChannel, IsMadeForTheInside) {
-    util::Ref<control::FreqSlotBase> made = automation::makeFreqSlot();
+    util::Ref<channels::FreqSlotBase> made = automation::makeFreqSlot();
     made->setDFreq(5.0);
     const ComPtr<_FreqSlot> slot = toHost(FreqSlotRef(made.get()));
     made = nullptr;
@@ -91,7 +91,7 @@ TEST(EarlyBoundChannel, GoesThroughItsVtable) {
     ASSERT_TRUE(slot);
     {
         const FreqSlotRef channel = channelFromHost(slot.Get());
-        EXPECT_EQ(dynamic_cast<control::FreqSlotBase*>(channel.get()), nullptr);
+        EXPECT_EQ(dynamic_cast<channels::FreqSlotBase*>(channel.get()), nullptr);
         channel->setDFreq(1.5);
         channel->setDFreqHi(2.5);
         channel->setDFreqLo(0.5);
@@ -122,7 +122,7 @@ TEST(EarlyBoundChannel, GoesThroughItsVtable) {
         EXPECT_EQ(channel->imComponent(0).coefficient, -2);
         EXPECT_EQ(channel->imComponent(0).frequency, 3.5);
         EXPECT_EQ(channel->imComponent(0).label, L"part");
-        const control::DrawRecord record = channel->drawRecord();
+        const channels::DrawRecord record = channel->drawRecord();
         EXPECT_EQ(record.dFreq, 1.5);
         EXPECT_EQ(record.dFreqLo, 0.5);
         EXPECT_EQ(record.dFreqHi, 2.5);
@@ -155,7 +155,7 @@ TEST_F(LateBoundChannel, ReadsAndWritesByName) {
     object->values[L"lColorLine"] = 255.0;
     object->values[L"bVisible"] = 0;
     object->values[L"sLabel"] = 12;
-    const control::DrawRecord record = channel->drawRecord();
+    const channels::DrawRecord record = channel->drawRecord();
     EXPECT_EQ(record.dFreq, 450.5);
     EXPECT_EQ(record.dFreqHi, 450.75);
     EXPECT_EQ(record.dFreqLo, 450.0);
@@ -186,7 +186,7 @@ TEST_F(LateBoundChannel, ReadsComponents) {
     object->values[L"dIMCompFreq(1)"] = 99.5;
     object->values[L"sIMCompLabel(1)"] = L"Site";
     EXPECT_EQ(channel->nIMComps(), 2);
-    const control::ImComponent component = channel->imComponent(1);
+    const channels::ImComponent component = channel->imComponent(1);
     EXPECT_EQ(component.coefficient, -3);
     EXPECT_EQ(component.frequency, 99.5);
     EXPECT_EQ(component.label, L"Site");

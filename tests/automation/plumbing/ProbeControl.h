@@ -13,14 +13,14 @@
 #include "automation/Firewall.h"
 #include "automation/ForeignFreqSlot.h"
 #include "automation/Module.h"
-#include "control/FreqSlot.h"
+#include "channels/FreqSlot.h"
 #include "kvBandscope.h"
 
 namespace kv::test {
 
 class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public automation::ConnectionPointsImpl {
   public:
-    std::vector<control::FreqSlotRef> channels;
+    std::vector<channels::FreqSlotRef> channels;
     short gridX = 0;
     OLE_COLOR gridColor = 0;
     VARIANT_BOOL xLog = VARIANT_TRUE;
@@ -66,7 +66,7 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
     }
     HRESULT STDMETHODCALLTYPE GetTXbyKey(BSTR sKey, _FreqSlot** value) override {
         return automation::firewall(IID__kvBandscope, [&] {
-            for (const control::FreqSlotRef& channel : channels)
+            for (const channels::FreqSlotRef& channel : channels)
                 if (channel->sKey() == automation::toWide(sKey))
                     return automation::channelToHost(channel.get(), value);
             return automation::channelToHost(nullptr, value);

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace kv::channels {
+
+enum class ChannelKind { TX, RX };
+
+}  // namespace kv::channels

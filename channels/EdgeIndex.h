@@ -1,0 +1,34 @@
+// Which of many bands meet a piece of the spectrum, without looking at each.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace kv::channels {
+
+/// Bands in the order of their lower edges, with the highest upper edge of each 64 and of each 4096 of them.
+class EdgeIndex {
+  public:
+    struct Band {
+        double low = 0.0;   ///< MHz
+        double high = 0.0;  ///< MHz
+        std::int32_t place = 0;
+    };
+
+    /// An edge that is no number meets nothing.
+    explicit EdgeIndex(std::vector<Band> bands);
+
+    /// The places, in no order, of the bands with `low` <= `highest` and `high` >= `lowest`.
+    void meet(double lowest, double highest, std::vector<std::int32_t>& places) const;
+
+  private:
+    static constexpr std::size_t kFew = 64;
+    static constexpr std::size_t kMany = 4096;
+
+    std::vector<Band> bands_;
+    std::vector<double> highOfFew_;
+    std::vector<double> highOfMany_;
+};
+
+}  // namespace kv::channels

@@ -1,0 +1,56 @@
+#include "channels/FreqSlot.h"
+
+#include "util/RuntimeError.h"
+
+namespace kv::channels {
+
+namespace {
+
+// One for all stores and apartments of the process: a record does not know who keeps it.
+std::atomic<std::uint64_t> revision = 0;
+std::atomic<std::uint64_t> keys = 0;
+
+}  // namespace
+
+std::uint64_t recordRevision() noexcept {
+    return revision.load(std::memory_order_relaxed);
+}
+
+std::uint64_t keyRevision() noexcept {
+    return keys.load(std::memory_order_relaxed);
+}
+
+ImComponent FreqSlotBase::imComponent(std::int32_t i) {
+    return component(i);
+}
+
+ImComponent& FreqSlotBase::component(std::int32_t i) {
+    if (i < 0 || static_cast<std::size_t>(i) >= fields_.components.size())
+        throw util::RuntimeError(util::error_number::kSubscriptOutOfRange);
+    return fields_.components[static_cast<std::size_t>(i)];
+}
+
+void FreqSlotBase::setNIMComps(std::int16_t count) {
+    if (count < 0)
+        throw util::RuntimeError(util::error_number::kInvalidProcedureCall);
+    fields_.components.resize(static_cast<std::size_t>(count));
+}
+
+// The mark of a visible record may be news to a copy of it, which at worst sets it once more; any other change matters.
+void FreqSlotBase::setBDrawn(bool value) {
+    const bool matters = fields_.bDrawn != value && !(value && fields_.bVisible);
+    fields_.bDrawn = value;
+    if (matters)
+        changed();
+}
+
+void FreqSlotBase::moveRevision() noexcept {
+    revision.fetch_add(1, std::memory_order_relaxed);
+}
+
+void FreqSlotBase::moveKeyRevision() noexcept {
+    keys.fetch_add(1, std::memory_order_relaxed);
+    moveRevision();
+}
+
+}  // namespace kv::channels

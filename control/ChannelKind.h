@@ -1,7 +1,0 @@
-#pragma once
-
-namespace kv::control {
-
-enum class ChannelKind { TX, RX };
-
-}  // namespace kv::control

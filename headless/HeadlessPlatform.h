@@ -1,0 +1,71 @@
+// A platform without a screen: pictures in plain memory and message boxes that are only noted down. Tests, fuzzers and
+// benchmarks run the control on it.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "formenv/Platform.h"
+#include "headless/BlockTextPainter.h"
+#include "headless/HeadlessBitmaps.h"
+#include "headless/HeadlessDesktop.h"
+
+namespace kv::headless {
+
+class HeadlessPlatform final : public formenv::Platform {
+  public:
+    struct Message {
+        std::wstring text;
+        std::wstring title;
+        formenv::MessageIcon icon;
+        formenv::MessageButtons buttons;
+        std::intptr_t before = 0;  ///< handle of the form's window that it stands before; 0 for the control's
+    };
+
+    [[nodiscard]] int dpi() const noexcept override { return dots; }
+    [[nodiscard]] raster::Rgb systemColor(int index) const noexcept override;
+    [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(raster::PixelSize size) override;
+    [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps; }
+    [[nodiscard]] raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override;
+    void pumpEvents() override;
+    formenv::MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, formenv::MessageIcon icon,
+                                      formenv::MessageButtons buttons) override;
+    formenv::MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
+                                            formenv::MessageIcon icon, formenv::MessageButtons buttons) override;
+    [[nodiscard]] std::unique_ptr<formenv::FormWindow> createFormWindow(formenv::Form& form) override;
+    /// Six pixels on each side and 24 more for the title, at 96 dots per inch.
+    [[nodiscard]] formenv::FormBorder formBorder() const noexcept override { return {180.0, 540.0}; }
+    void startProgram(const std::wstring& command) override;
+    /// Its dots per inch follow those of the platform.
+    [[nodiscard]] HeadlessDesktop& desktop() override {
+        desktop_.dots = dots;
+        return desktop_;
+    }
+
+    int dots = 96;
+    /// Texts have no size, as when the system cannot load any font.
+    bool noFonts = false;
+    HeadlessBitmaps bitmaps;
+    std::vector<Message> messages;
+    int pumps = 0;
+    /// What happens when the control lets events run.
+    std::function<void()> onPump;
+    formenv::MessageAnswer answer = formenv::MessageAnswer::Ok;
+    /// What happens while a message box is open.
+    std::function<void()> onMessage;
+    /// What the windows of forms were told, in order: "create", "show", "hide", "place", "state 2", "destroy".
+    std::vector<std::string> formCalls;
+    bool formsFail = false;
+    std::vector<std::wstring> programs;
+    bool programsFail = false;
+
+  private:
+    class RecordedFormWindow;
+
+    std::intptr_t lastHandle_ = 0;
+    BlockTextPainter letters_;
+    HeadlessDesktop desktop_;
+};
+
+}  // namespace kv::headless

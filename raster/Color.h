@@ -1,0 +1,29 @@
+// Colours as hosts give them: RGB values or names of system colours.
+#pragma once
+
+#include <cstdint>
+
+namespace kv::raster {
+
+/// 0x00BBGGRR, or 0x80000000 plus the number of a system colour.
+using OleColor = std::uint32_t;
+
+namespace system_color {
+inline constexpr OleColor kWindowBackground = 0x80000005;
+inline constexpr OleColor kWindowText = 0x80000008;
+inline constexpr OleColor kHighlight = 0x8000000D;
+inline constexpr OleColor kButtonFace = 0x8000000F;
+inline constexpr OleColor kButtonShadow = 0x80000010;
+inline constexpr OleColor kButtonText = 0x80000012;
+}  // namespace system_color
+
+[[nodiscard]] constexpr bool isSystemColor(OleColor color) noexcept {
+    return (color & 0xFF000000U) == 0x80000000U;
+}
+
+/// The number of a system colour, as the system counts them.
+[[nodiscard]] constexpr int systemColorIndex(OleColor color) noexcept {
+    return static_cast<int>(color & 0xFFU);
+}
+
+}  // namespace kv::raster

@@ -1,0 +1,194 @@
+#include "raster/StandingBoxes.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace kv::raster {
+
+namespace {
+
+constexpr std::uint32_t kInk = 0xFF000000U;
+
+/// Bit y for each of the tile's rows that has a pixel in column `x`.
+unsigned rowsOf(const HatchTile& tile, int x) {
+    unsigned rows = 0;
+    for (unsigned y = 0; y < 8; ++y)
+        rows |= (static_cast<unsigned>(tile[y]) >> (x & 7) & 1U) << y;
+    return rows;
+}
+
+/// Stores ink where there is some and no mark.
+void storeAround(std::uint32_t* pixels, const std::uint32_t* ink, unsigned marks, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (ink[i] != 0 && (marks >> i & 1) == 0)
+            pixels[i] = ink[i] & ~kInk;
+    }
+}
+
+}  // namespace
+
+void StandingBoxes::begin(const PixelBuffer& pixels, const HatchTiles& tiles, int floor, int levels) {
+    pixels_ = pixels;
+    tiles_ = tiles;
+    floor_ = floor;
+    levels_ = levels;
+    const auto width = static_cast<std::size_t>(pixels.width);
+    const auto below = static_cast<std::int16_t>(std::clamp(floor + 1, 0, pixels.height));
+    for (int level = 0; level <= levels; ++level) {
+        auto& cover = covers_[static_cast<std::size_t>(level)];
+        cover.assign(width + std::size_t{2} * kGuard, 0);
+        std::fill(cover.begin() + kGuard + 1 - (1 << level), cover.begin() + kGuard + pixels.width, below);
+    }
+    heads_.assign(static_cast<std::size_t>(pixels.height), -1);
+    steps_.clear();
+    ink_.assign(width, 0);
+    inked_.assign(width / kGroup + 1, 0);
+    hasLone_ = false;
+}
+
+void StandingBoxes::box(int left, int right, int top, FillStyle style, Rgb color) {
+    const std::uint32_t pixel = toPixel(color);
+    const int width = right - left + 1;
+    const int height = floor_ - top + 1;
+    if (width == 1 && height == 1)
+        return;
+    if (width <= 2 || height <= 2 || style == FillStyle::Solid) {
+        opaque(left, right, top, pixel);
+        return;
+    }
+    run(left, top, pixel);
+    run(right, top, pixel);
+    row(top, left + 1, right - 1, pixel);
+    row(floor_, left + 1, right - 1, pixel);
+    hatch(left + 1, right - 1, top + 1, style, pixel);
+}
+
+void StandingBoxes::opaque(int left, int right, int top, std::uint32_t pixel) {
+    const int last = std::min(right, pixels_.width - 1);
+    for (int x = std::max(left, 0); x <= last; ++x)
+        run(x, top, pixel);
+}
+
+void StandingBoxes::run(int x, int top, std::uint32_t pixel) {
+    if (x < 0 || x >= pixels_.width)
+        return;
+    top = std::max(top, 0);
+    std::int16_t& painted = covers_[0][static_cast<std::size_t>(x) + kGuard];
+    if (top >= painted)
+        return;
+    painted = static_cast<std::int16_t>(top);
+    std::int32_t& head = heads_[static_cast<std::size_t>(top)];
+    steps_.push_back({pixel, static_cast<std::int16_t>(x), head});
+    head = static_cast<std::int32_t>(steps_.size()) - 1;
+    raiseCover(x);
+}
+
+void StandingBoxes::raiseCover(int x) noexcept {
+    for (int level = 1; level <= levels_; ++level) {
+        const int half = 1 << (level - 1);
+        const std::int16_t* const smaller = cover(level - 1);
+        std::int16_t* const larger = covers_[static_cast<std::size_t>(level)].data() + kGuard;
+        bool changed = false;
+        for (int at = x + 1 - 2 * half; at <= x; ++at) {
+            const std::int16_t both = std::max(smaller[at], smaller[at + half]);
+            changed |= both != larger[at];
+            larger[at] = both;
+        }
+        if (!changed)
+            return;
+    }
+}
+
+void StandingBoxes::row(int y, int left, int right, std::uint32_t pixel) {
+    if (y < 0 || y >= pixels_.height)
+        return;
+    const std::int16_t* const painted = cover(0);
+    const int last = std::min(right, pixels_.width - 1);
+    for (int x = std::max(left, 0); x <= last; ++x) {
+        if (y < painted[x])
+            lone(x, y, pixel);
+    }
+}
+
+// Hatches of one style coincide wherever their boxes stand: what one has painted of its lattice, no other need paint.
+void StandingBoxes::hatch(int left, int right, int top, FillStyle style, std::uint32_t pixel) {
+    const HatchTile* const tile = tiles_.of(style);
+    if (!tile)
+        return;
+    prepareLone();
+    auto& known = hatchTops_[static_cast<std::size_t>(style) - static_cast<std::size_t>(FillStyle::HorizontalLine)];
+    const std::int16_t* const painted = cover(0);
+    const auto first = static_cast<std::int16_t>(std::clamp(top, 0, pixels_.height));
+    const int last = std::min(right, pixels_.width - 1);
+    for (int x = std::max(left, 0); x <= last; ++x) {
+        std::int16_t& hatched = known[static_cast<std::size_t>(x)];
+        const int bottom = std::min(painted[x], hatched);
+        if (first >= bottom)
+            continue;
+        hatched = first;
+        const unsigned rows = rowsOf(*tile, x);
+        for (unsigned turned = std::rotr(static_cast<std::uint8_t>(rows), first & 7); turned != 0; turned &= turned - 1)
+            for (int y = first + std::countr_zero(turned); y < bottom; y += 8)
+                lone(x, y, pixel);
+    }
+}
+
+void StandingBoxes::lone(int x, int y, std::uint32_t pixel) {
+    prepareLone();
+    std::uint8_t& marks = lone_[static_cast<std::size_t>(y) * loneStride_ + static_cast<std::size_t>(x) / 8];
+    const auto mark = static_cast<std::uint8_t>(1U << (x & 7));
+    if ((marks & mark) != 0)
+        return;
+    marks = static_cast<std::uint8_t>(marks | mark);
+    pixels_.row(y)[x] = pixel;
+}
+
+void StandingBoxes::prepareLone() {
+    if (hasLone_)
+        return;
+    hasLone_ = true;
+    loneStride_ = (static_cast<std::size_t>(pixels_.width) + kGroup - 1) / kGroup;
+    lone_.assign(loneStride_ * static_cast<std::size_t>(pixels_.height), 0);
+    // The floor itself is an edge.
+    const auto below = static_cast<std::int16_t>(std::clamp(floor_, 0, pixels_.height));
+    for (auto& tops : hatchTops_)
+        tops.assign(static_cast<std::size_t>(pixels_.width), below);
+}
+
+void StandingBoxes::end() {
+    const int below = std::clamp(floor_ + 1, 0, pixels_.height);
+    for (int y = 0; y < below; ++y) {
+        for (std::int32_t at = heads_[static_cast<std::size_t>(y)]; at >= 0;) {
+            const Step& step = steps_[static_cast<std::size_t>(at)];
+            const auto x = static_cast<std::size_t>(step.x);
+            ink_[x] = step.pixel | kInk;
+            inked_[x / kGroup] = 1;
+            at = step.next;
+        }
+        storeRow(y);
+    }
+}
+
+void StandingBoxes::storeRow(int y) {
+    std::uint32_t* const row = pixels_.row(y);
+    const std::uint8_t* const marks = hasLone_ ? lone_.data() + static_cast<std::size_t>(y) * loneStride_ : nullptr;
+    const std::size_t whole = static_cast<std::size_t>(pixels_.width) / kGroup;
+    for (std::size_t group = 0; group < whole; ++group) {
+        if (inked_[group] == 0)
+            continue;
+        const std::size_t x = group * kGroup;
+        if (!marks || marks[group] == 0) {
+            // Without a branch, for the compiler to take several pixels at once.
+            for (std::size_t i = x; i < x + kGroup; ++i) {
+                const std::uint32_t takes = 0U - (ink_[i] >> 31);
+                row[i] = (row[i] & ~takes) | (ink_[i] & takes & ~kInk);
+            }
+        } else if (marks[group] != 0xFF) {
+            storeAround(row + x, ink_.data() + x, marks[group], kGroup);
+        }
+    }
+    if (const std::size_t x = whole * kGroup; x < static_cast<std::size_t>(pixels_.width))
+        storeAround(row + x, ink_.data() + x, marks ? marks[whole] : 0U, static_cast<std::size_t>(pixels_.width) - x);
+}
+
+}  // namespace kv::raster

@@ -1,0 +1,78 @@
+// Boxes and lines that all stand on one row, painted from the topmost of them down, so that no pixel is stored twice.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "raster/Canvas.h"
+#include "raster/HatchTiles.h"
+#include "raster/PixelBuffer.h"
+
+namespace kv::raster {
+
+/// Paints what Canvas::rectangle and Canvas::line in CopyPen paint of a pile of shapes, told in the opposite order: of
+/// two shapes the one told first lies on top. All shapes stand on one row, the floor, which may lie below the picture.
+///
+/// Narrow boxes, solid boxes, edges and lines are runs of a column down to the floor, so that one number a column, the
+/// top of what is painted without a gap, says which part of a run can still be seen. Top edges and hatches stand alone
+/// and are marked pixel by pixel. The runs are stored at the end, row by row, as memory likes it.
+class StandingBoxes {
+  public:
+    /// More columns or rows than this cannot be painted.
+    static constexpr int kMost = 16384;
+    /// Windows of up to 2 to this power columns have their cover kept.
+    static constexpr int kLevels = 7;
+    /// Covers may be asked for windows that start this many columns outside the picture.
+    static constexpr int kGuard = 160;
+
+    /// Shapes follow for these pixels, which stay where they are until `end`. Covers are kept up to `levels`.
+    void begin(const PixelBuffer& pixels, const HatchTiles& tiles, int floor, int levels);
+    /// From the floor up to `top`, which is left out.
+    void line(int x, int top, Rgb color) { run(x, top + 1, toPixel(color)); }
+    /// Outline and filling of one colour, all edges included; `left` <= `right`, `top` <= the floor.
+    void box(int left, int right, int top, FillStyle style, Rgb color);
+    /// Stores what is still to be stored.
+    void end();
+
+    /// By window: the rows from the element on, down to the floor, are painted in all its columns. The element at x is
+    /// the window of 2 to the `level` columns from column x on. Windows outside the picture hide everything.
+    [[nodiscard]] const std::int16_t* cover(int level) const noexcept {
+        return covers_[static_cast<std::size_t>(level)].data() + kGuard;
+    }
+
+  private:
+    /// From row `top` of column `x` on, this pixel value stands in the column.
+    struct Step {
+        std::uint32_t pixel;
+        std::int16_t x;
+        std::int32_t next;  ///< of the same row
+    };
+    static constexpr std::size_t kHatches = 6;
+    static constexpr std::size_t kGroup = 8;  ///< columns; their marks are one byte
+
+    void run(int x, int top, std::uint32_t pixel);
+    void opaque(int left, int right, int top, std::uint32_t pixel);
+    void raiseCover(int x) noexcept;
+    void row(int y, int left, int right, std::uint32_t pixel);
+    void hatch(int left, int right, int top, FillStyle style, std::uint32_t pixel);
+    void lone(int x, int y, std::uint32_t pixel);
+    void prepareLone();
+    void storeRow(int y);
+
+    PixelBuffer pixels_;
+    HatchTiles tiles_;
+    int floor_ = 0;
+    int levels_ = 0;
+    std::array<std::vector<std::int16_t>, kLevels + 1> covers_;
+    std::vector<std::int32_t> heads_;  ///< by row: the first step
+    std::vector<Step> steps_;
+    std::vector<std::uint32_t> ink_;   ///< by column: the value that is being stored, top byte set; 0 for none
+    std::vector<std::uint8_t> inked_;  ///< by group of columns: there is ink
+    bool hasLone_ = false;
+    std::size_t loneStride_ = 0;
+    std::vector<std::uint8_t> lone_;  ///< a bit a pixel, row by row
+    std::array<std::vector<std::int16_t>, kHatches> hatchTops_;
+};
+
+}  // namespace kv::raster
