@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "automation/FreqSlotObject.h"
-#include "automation/Spoken.h"
+#include "control/Spoken.h"
 #include "automation/TypeLib.h"
 #include "util/RuntimeError.h"
 
@@ -30,7 +30,7 @@ BandscopeControl::BandscopeControl() {
     const win32::EventPump::Limit creating(platform_.pump(), win32::PumpScope::None);
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
-    nameParts(*scope_);
+    control::nameParts(*scope_);
     told_ = scope_->children().userControl.looks();
     extent_ = naturalExtent();
 }

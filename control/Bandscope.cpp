@@ -1,110 +1,178 @@
-// The start and end of a control's life, and what a fresh control shows when it is clicked.
+// The life of a control and its channels. Drawing, ranges and handlers are in the other files of the class.
 #include "control/Bandscope.h"
 
-#include <string>
+#include <exception>
 
+#include "control/SampleChannels.h"
 #include "util/Product.h"
+#include "util/Text.h"
 
 namespace kv::control {
 
+using channels::ChannelKind;
+using channels::FreqSlotRef;
 using formenv::MessageButtons;
 using formenv::MessageIcon;
 
-Bandscope::Bandscope(const Services& services) : services_(services), ui_(services.platform) {
-    arrangePanel();
-    std::int16_t flag = 100;
-    reported(L"UserControl_Initialize", L"", flag, [&] { UserControl_Initialize(); });
+namespace {
+
+/// Ends quietly, with the start result, when an error stops `body`.
+template <class T, class F>
+T quietly(T start, F&& body) {
+    try {
+        return body();
+    } catch (...) {
+        return start;
+    }
+}
+
+}  // namespace
+
+Bandscope::Bandscope(const Services& services) : services_(services) {
+    reported(L"UserControl_Initialize", [&](Step&) { UserControl_Initialize(); });
     connectHandlers();
-    noted(L"UserControl_Resize", flag, [&] { UserControl_Resize(flag); });
+    noted(L"UserControl_Resize", [&](Step& step) { UserControl_Resize(step); });
 }
 
 Bandscope::~Bandscope() = default;
 
-bool Bandscope::reported(const wchar_t* procedure, const std::wstring& detail, std::int16_t& flag,
-                         const std::function<void()>& body) {
-    try {
-        body();
-        return true;
-    } catch (...) {
-        services_.errors.ErrHand(flag, procedure, detail, util::currentError());
-        return false;
-    }
-}
-
-bool Bandscope::noted(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body) {
-    try {
-        body();
-        return true;
-    } catch (...) {
-        services_.errors.ErrNote(flag, procedure, L"", util::currentError());
-        return false;
-    }
-}
-
 void Bandscope::UserControl_Initialize() {
-    look_.bUseMovers = true;
-    ui_.Label1.setVisible(false);
-    ui_.Label1.setCaption(L"");
-    ui_.cmdDebug0.setVisible(false);
-    ui_.cmdDebug1.setVisible(false);
-    layout_.nCtlFullHgt = static_cast<std::int16_t>(ui_.fraControl.height());
-    layout_.bSizing = false;
-    SetGridRange();
-    for (formenv::Label* label : {&ui_.lblTXRange, &ui_.lblRXRange, &ui_.lblFromCenter, &ui_.lblPwrdBm, &ui_.lblFMHz,
-                                  &ui_.lblNumOther, &ui_.lblNumRX, &ui_.lblNumTX})
-        label->setBackColor(raster::system_color::kButtonFace);
-    layout_.dLblHalfWid = 300.0;
-    layout_.nMinWid = static_cast<std::int16_t>(ui_.userControl.width());
-    layout_.nMinHgt = static_cast<std::int16_t>(ui_.userControl.height());
-    ui_.picSpectrum.setUserScaleMode();
-    // The fields themselves stand at their start values already, each beside its declaration.
-    setUpCursorKnob();
-    SetCenterFreqKnob();
-    SetGridKnob();
+    panel_.initialize();
+    panel_.setUpCursorKnob();
+    panel_.SetCenterFreqKnob(range_.center());
+    panel_.SetGridKnob();
 }
 
-void Bandscope::connectHandlers() {
-    ui_.userControl.onClick = [this] { UserControl_Click(); };
-    ui_.cboGridRange.onClick = [this] { cboGridRange_Click(); };
-    ui_.tdKnGrid.onValueChanged = [this](double d) { tdKnGrid_ValueChanged(d); };
-    ui_.tdKnGrid.onTurnEnd = [this] { tdKnGrid_TurnEnd(); };
-    ui_.tdKnGrid.onTurnBegin = [this] { rememberBeforeTurn(); };
-    ui_.tdKnGrid.onGivenUp = [this] { takeGridTurnBack(); };
-    ui_.tdKnCenter.onValueChanged = [this](double d) { applyNewCenter(d); };
-    ui_.tdKnCenter.onTurnEnd = [this] {
-        // Each new center gave the knob its start range; under the hand it could not be rescaled.
-        rescaleKnobsToRange();
-        tellRangeChanged();
+void Bandscope::setBUseMovers(bool value) {
+    panel_.setBUseMovers(value);
+    panel_.setUpCursorKnob();
+    panel_.SetCenterFreqKnob(range_.center());
+}
+
+// The host learns of a failed add by looking the channel up; its place is the answer all the same.
+std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
+    std::int32_t index = 0;
+    quietly(false, [&] {
+        store_.add(kind, chnl, index);
+        if (kind == ChannelKind::TX)
+            panel_.summary().ShowTXLabels(store_, sTXNoun().empty() ? chnl->sLabel() : std::wstring());
+        else
+            panel_.summary().ShowRXLabels(store_);
+        return true;
+    });
+    return index;
+}
+
+FreqSlotRef Bandscope::GetTXbyKey(const std::wstring& sKey) const {
+    return quietly(FreqSlotRef(), [&] { return store_.findByKey(ChannelKind::TX, sKey); });
+}
+
+FreqSlotRef Bandscope::GetRXbyKey(const std::wstring& sKey) const {
+    return quietly(FreqSlotRef(), [&] { return store_.findByKey(ChannelKind::RX, sKey); });
+}
+
+FreqSlotRef Bandscope::GetChnlByKey(const std::wstring& sKey) const {
+    FreqSlotRef channel = GetTXbyKey(sKey);
+    return channel ? channel : GetRXbyKey(sKey);
+}
+
+std::int32_t Bandscope::nFindMatchRX(const FreqSlotRef& chnl) {
+    constexpr std::int32_t kNone = channels::kInvalid;
+    return quietly(kNone, [&] { return chnl ? store_.findMatchRX(*chnl) : kNone; });
+}
+
+void Bandscope::RemoveChnlByKey(const std::wstring& sID) {
+    reported(L"RemoveChnlByKey", [&](Step& step) { removeByKey(sID, step); });
+}
+
+void Bandscope::removeByKey(const std::wstring& sID, Step& step) {
+    const FreqSlotRef channel = GetChnlByKey(sID);
+    if (!channel)
+        return;
+    step = 200;
+    const std::int32_t index = store_.indexOfKey(sID).value_or(0);
+    step = 300;
+    const std::wstring prefix = util::upperCase(sID.substr(0, 2));
+    std::exception_ptr failed;
+    if (prefix == L"TX")
+        failed = store_.closeGap(ChannelKind::TX, index);
+    else if (prefix == L"RX")
+        failed = store_.closeGap(ChannelKind::RX, index);
+    step = 400;
+    store_.forgetKey(sID);
+    step = 500;
+    recalculateRanges();
+    step = 600;
+    showSummaries();
+    step = 700;
+    DrawDisplay();
+    if (failed) {
+        step = 300;
+        std::rethrow_exception(failed);
+    }
+}
+
+void Bandscope::recalculateRanges() {
+    store_.RecalcTXFreqRange();
+    store_.RecalcRXFreqRange();
+    store_.RecalcFreqRange();
+}
+
+void Bandscope::showSummaries() {
+    panel_.summary().ShowTXLabels(store_, L"");
+    panel_.summary().ShowRXLabels(store_);
+}
+
+void Bandscope::ClearTXChnls() {
+    store_.clear(ChannelKind::TX);
+    panel_.summary().forgetTX();
+}
+
+void Bandscope::ClearRXChnls() {
+    store_.clear(ChannelKind::RX);
+    panel_.summary().forgetRX();
+}
+
+void Bandscope::ClearAllChnls() {
+    ClearTXChnls();
+    ClearRXChnls();
+    store_.forgetAllKeys();
+    store_.resetFrequencyExtremes();
+}
+
+void Bandscope::UserControl_Click() {
+    if (NumTX() >= 1 || NumRX() >= 1)
+        return;
+    reported(L"UserControl_Click", [&](Step&) { LoadSampleChannels(); });
+}
+
+void Bandscope::LoadSampleChannels() {
+    // An end buffer that suits the set, for this drawing only; the host's own is put back.
+    struct HostsEndBuffer {
+        explicit HostsEndBuffer(DisplayRange& of) noexcept
+            : range(of), value(of.exchangeFreqEndBuffer(kSampleEndBuffer)) {}
+        ~HostsEndBuffer() { range.setFreqEndBuffer(value); }
+        HostsEndBuffer(const HostsEndBuffer&) = delete;
+        HostsEndBuffer& operator=(const HostsEndBuffer&) = delete;
+        DisplayRange& range;
+        double value;
+    } const kept(range_);
+    for (const SampleChannel& sample : makeSampleChannels(services_.newFreqSlot))
+        addQuietly(sample.kind, sample.channel);
+    DrawInitialDisplay();
+}
+
+void Bandscope::addTestFrequencies() {
+    const auto add = [this](ChannelKind kind, double frequency) {
+        const auto channel = services_.newFreqSlot();
+        channel->setDFreq(frequency);
+        addQuietly(kind, FreqSlotRef(channel.get()));
     };
-    ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
-    ui_.tdKnMovCenter.onTurnEnd = [this] { tdKnMovCenter_TurnEnd(); };
-    ui_.tdKnCursor.onValueChanged = [this](double d) { setShownCursor(d); };
-    ui_.tdKnMovCursor.onValueChanged = [this](double d) { tdKnMovCursor_ValueChanged(d); };
-    ui_.tdKnMovCursor.onTurnEnd = [this] { setShownCursor(ui_.tdKnMovCursor.dVal()); };
-    ui_.cmdCenterCursor.onClick = [this] { cmdCenterCursor_Click(); };
-    ui_.cmdClear.onClick = [this] { ClearDisplay(); };
-    ui_.chkShowMouse.onClick = [this] { chkShowMouse_Click(); };
-    ui_.cmdDrawTX.onClick = [this] { cmdDrawTX_Click(); };
-    ui_.cmdDrawRX.onClick = [this] { cmdDrawRX_Click(); };
-    ui_.chkViewAllxx.onClick = [this] { chkViewAllxx_Click(); };
-    ui_.chkOrder.onClick = [this] { drawOrClear(); };
-    ui_.Command2.onClick = [this] { DrawDisplay(); };
-    ui_.Command3.onClick = [this] { addTestFrequencies(); };
-    ui_.Command4.onClick = [this] {
-        const Marks::Aside aside(marks_);
-        DrawFreqLbls();
-    };
-    ui_.picSpectrum.onMouseMove = [this](int b, int s, double x, double y) { picSpectrum_MouseMove(b, s, x, y); };
-    ui_.picSpectrum.onMouseDown = [this](int b, int, double, double) { picSpectrum_MouseDown(b); };
-    ui_.picSpectrum.onMouseUp = [this](int b, int, double x, double) { picSpectrum_MouseUp(b, x); };
-    ui_.picSpectrum.onMouseLost = [this] { giveUpDrag(); };
-    ui_.picSpectrum.onKeyDown = [this](int key, int shift) { return picSpectrum_KeyDown(key, shift); };
-    ui_.picSpectrum.wantsKey = [this](int key) { return wantsKey(key); };
-    ui_.picSpectrum.takesFocus = true;
-    ui_.picSpectrum.onDblClick = [this](int, int, double x, double y) { picSpectrum_DblClick(x, y); };
-    ui_.picUnits.onMouseMove = [this](int b, int s, double x, double y) { picUnits_MouseMove(b, s, x, y); };
-    ui_.fraControl.onMouseDown = [this](int b, int, double x, double y) { fraControl_MouseDown(b, x, y); };
-    ui_.fraControl.onMouseMove = [this](int, int, double x, double y) { fraControl_MouseMove(x, y); };
+    for (const double frequency : {100.0, 110.0, 150.0})
+        add(ChannelKind::TX, frequency);
+    for (const double frequency : {455.0, 460.0})
+        add(ChannelKind::RX, frequency);
+    DrawDisplay();
 }
 
 void Bandscope::DrawAll() {
@@ -130,13 +198,6 @@ void Bandscope::setLColorSpecBack(raster::OleColor value) {
     ui_.picSpectrum.setBackColor(value);
     marks_.forget();
     JustDrawIt();
-}
-
-void Bandscope::UserControl_Click() {
-    if (NumTX() >= 1 || NumRX() >= 1)
-        return;
-    std::int16_t flag = 100;
-    reported(L"UserControl_Click", L"", flag, [&] { LoadSampleChannels(); });
 }
 
 }  // namespace kv::control

@@ -1,22 +1,12 @@
-// The spectrum by keyboard, for everything that the mouse does there. Tab, Enter and Escape are the host's, but for
-// Escape during a drag and while a span has been begun.
-//
-//   Left, Right               one grid division to that side
-//   Page Up, Page Down        half a display to the left, to the right
-//   Up, Down, plus, minus     zoom in and out by two, around the center
-//   Home                      all channels
-//   Ctrl+Left, Ctrl+Right     the cursor to the next channel on that side
-//   Shift+Left, Shift+Right   the cursor by a tenth of a division
-//   Space                     the cursor's frequency becomes the center
-//   B                         one end of a span, at the cursor; once more: zooms to the span from there to the cursor
-//   C                         the control panel, collapsed and expanded
-//   M                         the report of what is under the cursor, on and off
+#include "control/Keyboard.h"
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
 
-#include "control/Bandscope.h"
+#include "control/Formats.h"
 #include "util/ConvertFreq.h"
+#include "util/Trapped.h"
 
 namespace kv::control {
 
@@ -43,16 +33,15 @@ constexpr int kMinus = 189;
 
 constexpr int kShift = 1;
 constexpr int kCtrl = 2;
-constexpr double kNudge = 10.0;  // nudges to a grid division
 constexpr double kZoom = 2.0;
 constexpr double kWidest = 1e8;  // MHz; ten times what the coarsest grid step spans
 
 }  // namespace
 
-bool Bandscope::wantsKey(int code) const noexcept {
+bool Keyboard::wantsKey(int code) const noexcept {
     switch (code) {
         case key::kEscape:
-            return isDragging() || drag_.spanFrom.has_value();
+            return pointer_.drag().isDragging() || pointer_.drag().spanFrom().has_value();
         case key::kSpace:
         case key::kPageUp:
         case key::kPageDown:
@@ -74,25 +63,24 @@ bool Bandscope::wantsKey(int code) const noexcept {
     }
 }
 
-bool Bandscope::picSpectrum_KeyDown(int code, int shift) {
+bool Keyboard::picSpectrum_KeyDown(int code, int shift) {
     if (!wantsKey(code) || (shift & ~(kShift | kCtrl)) != 0)
         return false;
     if (code == key::kEscape)
-        return giveUpDrag() || dropSpan();
-    std::int16_t flag = 100;
-    reported(L"picSpectrum_KeyDown", L"", flag, [&] {
+        return actions_.giveUpDrag() || pointer_.drag().dropSpan();
+    util::reported(errors_, L"picSpectrum_KeyDown", [&](util::Step&) {
         if (code == key::kC)
-            ToggleControlsSection();
+            actions_.ToggleControlsSection();
         else if (code == key::kM)
             toggleReport();
-        else if (deriveRange())
+        else if (range_.derive())
             steer(code, shift);
     });
     return true;
 }
 
-void Bandscope::steer(int code, int shift) {
-    const double span = range_.maxFreq - range_.minFreq;
+void Keyboard::steer(int code, int shift) {
+    const double span = range_.maxFreq() - range_.minFreq();
     const double side = code == key::kLeft || code == key::kPageUp ? -1.0 : 1.0;
     switch (code) {
         case key::kLeft:
@@ -100,17 +88,16 @@ void Bandscope::steer(int code, int shift) {
             if (shift & kCtrl)
                 cursorToChannel(side);
             else if (shift & kShift)
-                cursorTo(cursorOrCenter() + side * GridStepX() / kNudge);
+                cursorTo(cursorOrCenter() + side * range_.GridStepX() / kNudges);
             else
-                panTo(DisplayCenterFreq() + side * span / nGridX());
+                panTo(range_.DisplayCenterFreq() + side * span / range_.nGridX());
             break;
         case key::kPageUp:
         case key::kPageDown:
-            panTo(DisplayCenterFreq() + side * span / 2.0);
+            panTo(range_.DisplayCenterFreq() + side * span / 2.0);
             break;
         case key::kHome:
-            DrawByRange(0.0, 0.0);
-            tellRangeChanged();
+            actions_.showAllChannels();
             break;
         case key::kSpace:
             panTo(cursorOrCenter());
@@ -129,59 +116,48 @@ void Bandscope::steer(int code, int shift) {
     }
 }
 
-double Bandscope::cursorOrCenter() {
-    return CursorVal() > 0.0 ? CursorVal() : DisplayCenterFreq();
+double Keyboard::cursorOrCenter() {
+    return actions_.CursorVal() > 0.0 ? actions_.CursorVal() : range_.DisplayCenterFreq();
 }
 
-void Bandscope::panTo(double center) {
+void Keyboard::panTo(double center) {
     // At 0 MHz and below there is no center.
-    if (!(center > 0.0))
-        return;
-    applyNewCenter(center);
-    tellRangeChanged();
+    if (center > 0.0)
+        actions_.panTo(center);
 }
 
-void Bandscope::zoomAround(double span) {
-    const double center = DisplayCenterFreq();
+void Keyboard::zoomAround(double span) {
+    const double center = range_.DisplayCenterFreq();
     if (span <= kWidest)
-        zoomTo(center - span / 2.0, center + span / 2.0);
+        actions_.zoomTo(center - span / 2.0, center + span / 2.0);
 }
 
-/// The picture follows a cursor that leaves it.
-void Bandscope::cursorTo(double frequency) {
+// The picture follows a cursor that leaves it.
+void Keyboard::cursorTo(double frequency) {
     if (!(frequency > 0.0))
         return;
-    if (frequency < range_.minFreq || frequency > range_.maxFreq)
+    if (!range_.contains(frequency))
         panTo(frequency);
-    setShownCursor(frequency);
-    if (drag_.spanFrom && !isDragging())
-        marks_.drawBand(insidePicture(*drag_.spanFrom), insidePicture(frequency));
-    pointAt(frequency, channels::kInvalid);
+    actions_.showCursorAt(frequency);
+    pointer_.drag().showSpanTo(frequency);
+    pointer_.pointAt(frequency);
 }
 
-/// The box of a drag, by keys: its first end at the cursor, then the zoom to what lies between that end and the cursor.
-void Bandscope::markSpan() {
+// The box of a drag, by keys: its first end at the cursor, then the zoom to what lies between that end and the cursor.
+void Keyboard::markSpan() {
+    BoxDrag& drag = pointer_.drag();
     const double cursor = cursorOrCenter();
-    if (!drag_.spanFrom) {
-        drag_.spanFrom = cursor;
+    if (!drag.spanFrom()) {
+        drag.beginSpan(cursor);
         cursorTo(cursor);
         return;
     }
-    const double from = *drag_.spanFrom;
-    dropSpan();
-    zoomTo(std::min(from, cursor), std::max(from, cursor));
+    const double from = *drag.spanFrom();
+    drag.dropSpan();
+    actions_.zoomTo(std::min(from, cursor), std::max(from, cursor));
 }
 
-bool Bandscope::dropSpan() {
-    if (!drag_.spanFrom)
-        return false;
-    drag_.spanFrom.reset();
-    if (!isDragging())
-        marks_.takeBandOff();
-    return true;
-}
-
-void Bandscope::cursorToChannel(double side) {
+void Keyboard::cursorToChannel(double side) {
     const double from = cursorOrCenter();
     std::optional<double> nearest;
     for (const channels::ChannelKind kind : {channels::ChannelKind::TX, channels::ChannelKind::RX}) {
@@ -197,11 +173,11 @@ void Bandscope::cursorToChannel(double side) {
         cursorTo(*nearest);
 }
 
-void Bandscope::toggleReport() {
-    ui_.chkShowMouse.setValue(ui_.chkShowMouse.value() == 0 ? 1 : 0);
-    ShowMouseInfo(channels::kInvalid, channels::kInvalid);
-    if (hasUsableRange() && ui_.chkShowMouse.value() != 0)
-        pointAt(cursorOrCenter(), channels::kInvalid);
+void Keyboard::toggleReport() {
+    chkShowMouse_.setValue(chkShowMouse_.value() == 0 ? 1 : 0);
+    pointer_.showReport();
+    if (range_.isUsable() && chkShowMouse_.value() != 0)
+        pointer_.pointAt(cursorOrCenter());
 }
 
 }  // namespace kv::control

@@ -1,8 +1,6 @@
-// What a click on an empty control shows: a band with repeater pairs, strong and weak carriers, wide and narrow ones,
-// overlapping ones, and the third-order products that the two strongest make.
-#include <string>
+#include "control/SampleChannels.h"
 
-#include "control/Bandscope.h"
+#include <string>
 
 namespace kv::control {
 
@@ -49,22 +47,17 @@ constexpr Sample kSamples[] = {
 
 }  // namespace
 
-void Bandscope::LoadSampleChannels() {
-    // A margin that suits the set, for this drawing only; the host's own is put back.
-    struct Margin {
-        explicit Margin(double& endBuffer) : buffer(endBuffer), hosts(endBuffer) { buffer = 5.0; }
-        ~Margin() { buffer = hosts; }
-        double& buffer;
-        double hosts;
-    } const margin(range_.endBuffer);
+std::vector<SampleChannel> makeSampleChannels(const channels::FreqSlotFactory& newFreqSlot) {
+    std::vector<SampleChannel> made;
     int number = 0;
     int tx = 0;
     int rx = 0;
     for (const Sample& sample : kSamples) {
-        const auto channel = services_.newFreqSlot();
+        const auto channel = newFreqSlot();
         channels::FreqSlotFields& fields = channel->fields();
         ++number;
-        int& ofKind = sample.kind == channels::ChannelKind::TX ? tx : rx;
+        const bool isTX = sample.kind == channels::ChannelKind::TX;
+        int& ofKind = isTX ? tx : rx;
         ++ofKind;
         fields.dFreq = sample.frequency;
         fields.dBW = sample.bandwidthKHz;
@@ -72,13 +65,10 @@ void Bandscope::LoadSampleChannels() {
         fields.lColor = sample.color;
         fields.lColorLine = sample.lineColor;
         fields.sLabel = number == 1 ? L"sample freq" : L"sample freq " + std::to_wstring(number);
-        fields.sKey = (sample.kind == channels::ChannelKind::TX ? L"TXSample" : L"RXSample") + std::to_wstring(ofKind);
-        if (sample.kind == channels::ChannelKind::TX)
-            AddTXChnl(channels::FreqSlotRef(channel.get()));
-        else
-            AddRXChnl(channels::FreqSlotRef(channel.get()));
+        fields.sKey = (isTX ? L"TXSample" : L"RXSample") + std::to_wstring(ofKind);
+        made.push_back({sample.kind, channels::FreqSlotRef(channel.get())});
     }
-    DrawInitialDisplay();
+    return made;
 }
 
 }  // namespace kv::control

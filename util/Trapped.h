@@ -1,6 +1,7 @@
 // The one way in which a procedure traps its run-time errors: its body runs inside `reported` or `noted`.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -24,6 +25,27 @@ bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, cons
         return true;
     } catch (...) {
         errors.ErrHand(step, procedure, detail, currentError());
+        return false;
+    }
+}
+
+/// The same with a context text that is made only when there is an error, by `detail(step)`. Without memory for the text
+/// the error is reported without one.
+template <class Body, std::invocable<Step> Detail>
+bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Detail&& detail, Step first = 100) {
+    Step step = first;
+    try {
+        std::forward<Body>(body)(step);
+        return true;
+    } catch (...) {
+        const RuntimeError error = currentError();
+        std::wstring text;
+        try {
+            text = detail(step);
+        } catch (...) {
+            text.clear();
+        }
+        errors.ErrHand(step, procedure, text, error);
         return false;
     }
 }

@@ -1,13 +1,14 @@
-#include "automation/Spoken.h"
+#include "control/Spoken.h"
 
+#include "control/Formats.h"
 #include "util/NumberFormat.h"
 
-namespace kv::automation {
+namespace kv::control {
 
 namespace {
 
 std::wstring megahertz(double value) {
-    return util::formatNumber(value, L"0.00000");
+    return util::formatNumber(value, kPointerFormat);
 }
 
 std::wstring counted(std::int32_t count, const wchar_t* noun) {
@@ -15,7 +16,7 @@ std::wstring counted(std::int32_t count, const wchar_t* noun) {
 }
 
 /// In a sentence what the eye takes from the picture.
-std::wstring spectrumValue(const control::Bandscope& scope) {
+std::wstring spectrumValue(const Bandscope& scope) {
     const auto [minimum, maximum] = scope.displaySpan();
     std::wstring text;
     if (minimum < maximum)
@@ -27,8 +28,8 @@ std::wstring spectrumValue(const control::Bandscope& scope) {
 
 }  // namespace
 
-void nameParts(control::Bandscope& scope) {
-    control::Children& parts = scope.children();
+void nameParts(Bandscope& scope) {
+    Children& parts = scope.children();
     parts.userControl.spoken.name = L"Spectrum display";
     parts.fraPic.spoken.name = L"Display";
     parts.fraControl.spoken.name = L"Controls";
@@ -49,4 +50,4 @@ void nameParts(control::Bandscope& scope) {
         knob->spoken.help = turning;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::control

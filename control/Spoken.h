@@ -3,9 +3,9 @@
 
 #include "control/Bandscope.h"
 
-namespace kv::automation {
+namespace kv::control {
 
 /// Names the parts, once; `scope` must outlive them.
-void nameParts(control::Bandscope& scope);
+void nameParts(Bandscope& scope);
 
-}  // namespace kv::automation
+}  // namespace kv::control

@@ -1,0 +1,237 @@
+// What the child controls are connected to, the mouse, and the size of the control.
+#include <algorithm>
+#include <cmath>
+
+#include "control/Bandscope.h"
+
+namespace kv::control {
+
+using channels::ChannelKind;
+
+namespace {
+
+/// To the nearest number, a half to the even one, as the conversion to a whole number rounds. A height beyond 16 bits,
+/// as of a window over several screens, becomes the largest one: the host has to hear of the change all the same.
+std::int16_t toInteger16(double value) {
+    return static_cast<std::int16_t>(std::clamp(std::nearbyint(value), -32768.0, 32767.0));
+}
+
+}  // namespace
+
+void Bandscope::connectHandlers() {
+    connectKnobs();
+    connectPictures();
+    ui_.userControl.onClick = [this] { UserControl_Click(); };
+    ui_.cboGridRange.onClick = [this] { cboGridRange_Click(); };
+    ui_.cmdCenterCursor.onClick = [this] { cmdCenterCursor_Click(); };
+    ui_.cmdClear.onClick = [this] { ClearDisplay(); };
+    ui_.chkShowMouse.onClick = [this] { chkShowMouse_Click(); };
+    ui_.cmdDrawTX.onClick = [this] { drawButton_Click(ChannelKind::TX); };
+    ui_.cmdDrawRX.onClick = [this] { drawButton_Click(ChannelKind::RX); };
+    ui_.chkViewAllxx.onClick = [this] { chkViewAllxx_Click(); };
+    ui_.chkOrder.onClick = [this] { drawOrClear(); };
+    ui_.Command2.onClick = [this] { DrawDisplay(); };
+    ui_.Command3.onClick = [this] { addTestFrequencies(); };
+    ui_.Command4.onClick = [this] {
+        const Marks::Aside aside(marks_);
+        painter_.DrawFreqLbls();
+    };
+    ui_.fraControl.onMouseDown = [this](int b, int, double x, double y) { fraControl_MouseDown(b, x, y); };
+    ui_.fraControl.onMouseMove = [this](int, int, double x, double y) { panel_.showToolTipAt(x, y); };
+}
+
+void Bandscope::connectKnobs() {
+    ui_.tdKnGrid.onValueChanged = [this](double d) { tdKnGrid_ValueChanged(d); };
+    ui_.tdKnGrid.onTurnEnd = [this] { tdKnGrid_TurnEnd(); };
+    ui_.tdKnGrid.onTurnBegin = [this] { range_.rememberForTurn(); };
+    ui_.tdKnGrid.onGivenUp = [this] { tdKnGrid_GivenUp(); };
+    ui_.tdKnCenter.onValueChanged = [this](double d) { applyNewCenter(d); };
+    ui_.tdKnCenter.onTurnEnd = [this] {
+        // Each new center gave the knob its start range; under the hand it could not be rescaled.
+        rescaleKnobsToRange();
+        tellRangeChanged();
+    };
+    ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
+    ui_.tdKnMovCenter.onTurnEnd = [this] { tdKnMovCenter_TurnEnd(); };
+    ui_.tdKnCursor.onValueChanged = [this](double d) { setShownCursor(d); };
+    ui_.tdKnMovCursor.onValueChanged = [this](double d) { tdKnMovCursor_ValueChanged(d); };
+    ui_.tdKnMovCursor.onTurnEnd = [this] { setShownCursor(ui_.tdKnMovCursor.dVal()); };
+}
+
+void Bandscope::connectPictures() {
+    ui_.picSpectrum.onMouseMove = [this](int b, int, double x, double) { picSpectrum_MouseMove(b, x); };
+    ui_.picSpectrum.onMouseDown = [this](int b, int, double, double) { picSpectrum_MouseDown(b); };
+    ui_.picSpectrum.onMouseUp = [this](int b, int, double x, double) { picSpectrum_MouseUp(b, x); };
+    ui_.picSpectrum.onMouseLost = [this] { giveUpDrag(); };
+    ui_.picSpectrum.onKeyDown = [this](int key, int shift) { return keyboard_.picSpectrum_KeyDown(key, shift); };
+    ui_.picSpectrum.wantsKey = [this](int key) { return keyboard_.wantsKey(key); };
+    ui_.picSpectrum.takesFocus = true;
+    ui_.picSpectrum.onDblClick = [this](int, int, double x, double) { picSpectrum_DblClick(x); };
+    ui_.picUnits.onMouseMove = [this](int, int, double x, double) { picUnits_MouseMove(x); };
+}
+
+void Bandscope::drawButton_Click(ChannelKind kind) {
+    const bool tx = kind == ChannelKind::TX;
+    if (store_.count(kind) < 1) {
+        services_.platform.messageBox(tx ? L"No TX channels to draw." : L"No RX channels to draw.", L"",
+                                      formenv::MessageIcon::None, formenv::MessageButtons::Ok);
+        return;
+    }
+    const Marks::Aside aside(marks_);
+    if (tx)
+        DrawDisplayTX();
+    else
+        DrawDisplayRX();
+}
+
+void Bandscope::picSpectrum_MouseMove(int buttons, double x) {
+    reported(L"picSpectrum_MouseMove", [&](Step& step) {
+        pointer_.pointAt(x);
+        step = 200;
+        pointer_.drag().movedTo(buttons, x);
+    });
+}
+
+void Bandscope::picSpectrum_MouseDown(int button) {
+    reported(L"picSpectrum_MouseDown", [&](Step&) { pointer_.drag().pressed(button); });
+}
+
+void Bandscope::picSpectrum_MouseUp(int button, double x) {
+    if (button != formenv::mouse_button::kLeft)
+        return;
+    reported(L"picSpectrum_MouseUp", [&](Step& step) {
+        const std::optional<BoxDrag::Span> span = pointer_.drag().released(x);
+        step = 300;
+        if (span)
+            zoomTo(span->first, span->second);
+    });
+}
+
+bool Bandscope::giveUpDrag() {
+    if (!pointer_.drag().isDragging())
+        return false;
+    reported(L"picSpectrum_MouseLost", [&](Step&) { pointer_.drag().giveUp(); });
+    return true;
+}
+
+void Bandscope::picSpectrum_DblClick(double x) {
+    reported(L"picSpectrum_DblClick", [&](Step& step) {
+        // Without a range the picture has no frequency to recenter on.
+        if (!range_.isUsable())
+            return;
+        setDisplayCenterFreq(x);
+        step = 200;
+        DrawDisplay();
+        step = 300;
+        services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
+    });
+}
+
+void Bandscope::picUnits_MouseMove(double x) {
+    reported(L"picUnits_MouseMove", [&](Step&) { pointer_.pointAtStrip(x); });
+}
+
+void Bandscope::chkShowMouse_Click() {
+    reported(L"chkShowMouse_Click", [&](Step&) { pointer_.showReport(); });
+}
+
+void Bandscope::setBMouseInfo(bool value) {
+    ui_.chkShowMouse.setValue(value ? 1 : 0);
+    reported(L"bMouseInfo", [&](Step&) { pointer_.showReport(); });
+}
+
+void Bandscope::resize(double width, double height) {
+    noted(L"UserControl_Resize", [&](Step& step) {
+        panel_.takeSize(width, height);
+        UserControl_Resize(step);
+    });
+}
+
+void Bandscope::UserControl_Resize(Step& step) {
+    if (panel_.widenToLeast()) {
+        UserControl_Resize(step);
+        return;
+    }
+    placeChildren(step);
+}
+
+// Wherever events run, one of them may resize the control again, which makes this pass outdated.
+void Bandscope::placeChildren(Step& step) {
+    const std::uint64_t layout = panel_.beginLayout();
+    const auto isOvertaken = [&] {
+        services_.platform.pumpEvents();
+        return panel_.isOvertaken(layout);
+    };
+    step = 200;
+    panel_.placeDisplay();
+    step = 300;
+    if (panel_.displayFollowsHeight()) {
+        panel_.sizeDisplay();
+        if (isOvertaken())
+            return;
+    }
+    step = 400;
+    panel_.placeControls();
+    if (isOvertaken())
+        return;
+    step = 500;
+    panel_.placeLabelStrip();
+    if (isOvertaken())
+        return;
+    step = 600;
+    DisplayMaxFreq();
+    step = 700;
+    panel_.measureLabels(painter_.FreqLblFormat());
+    step = 800;
+    {
+        // At another size the marks are on other pixels; the old ones could not be removed any more.
+        const Marks::Aside aside(marks_);
+        panel_.placeSpectrum();
+    }
+    if (isOvertaken())
+        return;
+    step = 900;
+    if (!(range_.maxFreq() < range_.minFreq()))
+        DisplayMaxFreq();
+}
+
+void Bandscope::fraControl_MouseDown(int button, double x, double y) {
+    if (button == formenv::mouse_button::kRight && Panel::isToggle(x, y))
+        ToggleControlsSection();
+}
+
+void Bandscope::ToggleControlsSection() {
+    reported(L"ToggleControlsSection", [&](Step& step) { toggleControlsSection(step); });
+}
+
+void Bandscope::toggleControlsSection(Step& step) {
+    const bool expand = panel_.isCollapsed();
+    step = expand ? 100 : 200;
+    panel_.showSection(expand);
+    step = 300;
+    changeHeight(expand);
+    step = 400;
+    services_.platform.pumpEvents();
+    ui_.userControl.update();
+    services_.platform.pumpEvents();
+    step = 500;
+    services_.events.ChgHeight(toInteger16(ui_.userControl.height()));
+}
+
+// Where the container keeps the control's height, the picture takes the room of the panel or gives it back. It is drawn
+// again, because the host is told of no new size and would not do it.
+void Bandscope::changeHeight(bool expand) {
+    bool kept = false;
+    {
+        Panel::HeightChange change(panel_, expand);
+        noted(L"UserControl_Resize", [&](Step& step) {
+            change.fitHeight();
+            UserControl_Resize(step);
+        });
+        kept = change.isKept();
+    }
+    if (kept)
+        JustDrawIt();
+}
+
+}  // namespace kv::control

@@ -1,0 +1,73 @@
+#include "control/PictureExport.h"
+
+#include <functional>
+
+#include "forms/modPicToBMP.h"
+#include "util/Text.h"
+#include "util/Trapped.h"
+
+namespace kv::control {
+
+namespace {
+
+/// Deletes a file at the end, also when an error comes before it.
+class Scratch {
+  public:
+    Scratch(formenv::FileServices& files, const std::wstring& path) : files_(files), path_(path) {}
+    ~Scratch() {
+        if (!path_.empty())
+            files_.deleteFile(path_);
+    }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+
+  private:
+    formenv::FileServices& files_;
+    const std::wstring& path_;
+};
+
+}  // namespace
+
+std::wstring PictureExport::DisplayToBMP(double& dHgt, double& dWid, std::wstring& sFName) {
+    // A statement that fails is skipped: the next ones do what can still be done.
+    util::Step step = 0;
+    const auto statement = [&](const std::function<void()>& body) {
+        step = static_cast<util::Step>(step + 100);
+        util::noted(
+            errors_, L"DisplayToBMP", [&body](util::Step&) { body(); }, step);
+    };
+    statement([&] {
+        if (sFName.empty())
+            sFName = util::setPathName(files_.scratchFolder(), L"NXBandscope.BMP");
+    });
+    statement([&] { platform_.pumpEvents(); });
+    statement([&] {
+        dHgt = strip_.height();
+        dWid = strip_.width();
+    });
+    bool written = false;
+    statement([&] { written = forms::ExportToBMP2(strip_, picture_, sFName, {files_, errors_}); });
+    if (written)
+        return sFName;
+    dHgt = 0.0;
+    dWid = 0.0;
+    return {};
+}
+
+void PictureExport::CopyDisplayToClipboard() {
+    util::reported(errors_, L"CopyDisplayToClipboard", [&](util::Step& step) {
+        std::wstring file = util::setPathName(files_.scratchFolder(), L"TempClip.BMP");
+        step = 200;
+        double height = 0.0;
+        double width = 0.0;
+        const std::wstring written = DisplayToBMP(height, width, file);
+        const Scratch scratch(files_, written);
+        step = 300;
+        files_.clearClipboard();
+        step = 400;
+        if (!written.empty() && files_.fileExists(written))
+            files_.bitmapFileToClipboard(written);
+    });
+}
+
+}  // namespace kv::control

@@ -1,0 +1,109 @@
+#include "control/SpectrumPainter.h"
+
+#include <algorithm>
+
+#include "util/NumberFormat.h"
+#include "util/Raised.h"
+
+namespace kv::control {
+
+using formenv::KeepDrawing;
+
+namespace {
+
+constexpr int kCrossHatch = 6;
+constexpr int kHeavy = 3;  // pixels: middle grid line and ticks
+constexpr double kLabelPoints = 8.0;
+constexpr double kLabelRoom = 300.0;  // twips under the spectrum
+constexpr int kMostRepeats = 8;
+
+}  // namespace
+
+void SpectrumPainter::repeatWhileOutdated(const std::function<void()>& draw) {
+    if (bDrawing_) {
+        draw();
+        return;
+    }
+    int repeats = 0;
+    do {
+        bAgain_ = false;
+        draw();
+    } while (bAgain_ && drawnSpan_ != range_.span() && ++repeats < kMostRepeats);
+    bAgain_ = false;
+}
+
+void SpectrumPainter::whileDrawing(const std::function<void()>& body) {
+    const util::Raised drawing(bDrawing_);
+    body();
+}
+
+bool SpectrumPainter::DrawGrid() {
+    const double minPwr = range_.DisplayMinPwr();
+    const double maxPwr = range_.DisplayMaxPwr();
+    const double minFreq = range_.DisplayMinFreq();
+    const double maxFreq = range_.DisplayMaxFreq();
+    if (!(maxFreq > minFreq))
+        return false;
+    paintGrid(minFreq, maxFreq, minPwr, maxPwr);
+    return true;
+}
+
+void SpectrumPainter::paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr) {
+    const KeepDrawing keep(picture_);
+    const std::int16_t divisions = range_.nGridX();
+    const double step = (maxFreq - minFreq) / divisions;
+    for (int i = 0; i <= divisions; ++i) {
+        picture_.setDrawWidth(i == divisions / 2.0 ? kHeavy : 1);
+        const double x = i * step + minFreq;
+        if (x >= 0.0)
+            picture_.line(x, minPwr, x, maxPwr, GridColor_);
+    }
+    if (minFreq < 0.0) {
+        picture_.setDrawWidth(1);
+        picture_.setFillStyle(kCrossHatch);
+        picture_.setFillColor(GridColor_);
+        picture_.box(minFreq, minPwr, 0.0, maxPwr, GridColor_);
+    }
+}
+
+const std::wstring& SpectrumPainter::FreqLblFormat() {
+    if (FreqLblFormat_.empty())
+        FreqLblFormat_ = L"0.000";
+    return FreqLblFormat_;
+}
+
+void SpectrumPainter::DrawFreqLbls() {
+    const double minFreq = range_.DisplayMinFreq();
+    const double maxFreq = range_.DisplayMaxFreq();
+    strip_.cls();
+    strip_.setFontSize(kLabelPoints);
+    if (!(maxFreq > minFreq))
+        return;
+    const KeepDrawing keep(picture_);
+    picture_.setDrawWidth(kHeavy);
+    const std::int16_t divisions = range_.nGridX();
+    const double step = (maxFreq - minFreq) / divisions;
+    for (int i = 0; i <= divisions; i += 2) {
+        const double x = i * step + minFreq;
+        if (x >= 0.0)
+            drawFreqLabel(x);
+    }
+}
+
+void SpectrumPainter::drawFreqLabel(double x) {
+    const double bottom = picture_.scaleTop() + picture_.scaleHeight();
+    picture_.line(x, bottom, x, bottom - picture_.scaleHeight() / 20.0, picture_.foreColor());
+    const std::wstring text = util::formatNumber(x, FreqLblFormat());
+    const double width = strip_.textWidth(text);
+    const auto [minFreq, maxFreq] = range_.span();
+    const double share = (x - minFreq) / (maxFreq - minFreq);
+    // A long label at the left end would lose its first digit at the strip's edge.
+    const double left = std::max(picture_.left() + share * picture_.width() - width / 2.0, 0.0);
+    if (left + width > picture_.left() + picture_.width())
+        return;
+    strip_.currentX = left;
+    strip_.currentY = picture_.top() + picture_.height() + (kLabelRoom - strip_.textHeight(text)) / 2.0;
+    strip_.print(text);
+}
+
+}  // namespace kv::control
