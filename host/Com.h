@@ -1,4 +1,4 @@
-// The little that every client of the control needs: smart pointers, strings and what to do with a failed call.
+// What every client of the control needs: smart pointers, strings, and the handling of failed calls.
 #pragma once
 
 #include <windows.h>
@@ -13,26 +13,26 @@ namespace kv::host {
 
 using Microsoft::WRL::ComPtr;
 
-/// What the process answers with.
+/// The exit code of the process.
 enum ExitCode : int {
     kExitOk = 0,
-    kExitOther = 1,           ///< anything that has no number of its own
+    kExitOther = 1,           ///< any other failure
     kExitUsage = 2,           ///< the command line is not understood, or asks for too much
     kExitBadPlan = 3,         ///< the channel plan cannot be read
-    kExitControlMissing = 4,  ///< the control is neither registered nor beside the program
+    kExitControlMissing = 4,  ///< the control is neither registered nor in the program's folder
     kExitSaveFailed = 5       ///< the picture could not be written
 };
 
-/// Something the user has to be told.
+/// A failure that the user must be told.
 struct Failure {
     ExitCode code = kExitOther;
     std::wstring text;
 };
 
-/// Throws a Failure that names what was tried when hr is an error, with the control's own words when it left any.
+/// When hr is an error, throws a Failure that names what was tried and adds the control's error description, if any.
 void check(HRESULT hr, const wchar_t* tried);
 
-/// A string as automation passes it.
+/// A string in the form that automation uses.
 class Bstr {
   public:
     Bstr() = default;
@@ -49,12 +49,12 @@ class Bstr {
     ~Bstr() { SysFreeString(text_); }
 
     [[nodiscard]] BSTR get() const noexcept { return text_; }
-    /// Where a call may put a string; an earlier one is freed.
+    /// For a call that returns a string; frees the present string.
     [[nodiscard]] BSTR* put() noexcept {
         SysFreeString(std::exchange(text_, nullptr));
         return &text_;
     }
-    /// For a string that goes in and comes back changed.
+    /// For a call that reads the string and may replace it.
     [[nodiscard]] BSTR* inOut() noexcept { return &text_; }
     [[nodiscard]] std::wstring text() const { return {text_ == nullptr ? L"" : text_, SysStringLen(text_)}; }
 

@@ -12,7 +12,8 @@ ComPtr<IClassFactory> registered(const wchar_t* progId) {
     CLSID clsid{};
     ComPtr<IClassFactory> factory;
     if (SUCCEEDED(CLSIDFromProgID(progId, &clsid))) {
-        // A class whose module is gone leaves the pointer empty, like one that was never registered.
+        // If the module of a registered class is missing, the pointer stays empty, as for a class that is not
+        // registered.
         CoGetClassObject(clsid, CLSCTX_INPROC_SERVER, nullptr, IID_PPV_ARGS(factory.ReleaseAndGetAddressOf()));
     }
     return factory;
@@ -23,7 +24,7 @@ HMODULE moduleBesideProgram() {
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     const std::wstring program(path.data(), length);
     const std::wstring module = program.substr(0, program.find_last_of(L"\\/") + 1) + L"kvBandscope.ocx";
-    return LoadLibraryW(module.c_str());  // stays loaded until the program ends
+    return LoadLibraryW(module.c_str());  // the module stays loaded until the program ends
 }
 
 using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
@@ -50,8 +51,8 @@ ControlClasses findControlClasses() {
     }
     if (classes.control == nullptr || classes.freqSlot == nullptr) {
         throw Failure{kExitControlMissing,
-                      L"The control kvBandscope was not found. Register it with \"regsvr32 kvBandscope.ocx\", or put "
-                      L"kvBandscope.ocx beside this program."};
+                      L"The control kvBandscope was not found. Register it with \"regsvr32 kvBandscope.ocx\", or copy "
+                      L"kvBandscope.ocx into the folder of this program."};
     }
     return classes;
 }

@@ -1,19 +1,19 @@
-// Where the control and its channel records come from.
+// The class factories of the control and of its channel records.
 #pragma once
 
 #include "host/Com.h"
 
 namespace kv::host {
 
-/// The class factories of the control and of FreqSlot. A host that makes many records asks for the factory once and
-/// not for each record.
+/// The class factories of the control and of FreqSlot. A host that creates many records gets the factory once, not
+/// for each record.
 struct ControlClasses {
     ComPtr<IClassFactory> control;
     ComPtr<IClassFactory> freqSlot;
 };
 
-/// By ProgID, as any host does; when the control is not registered, from kvBandscope.ocx beside the program, so that a
-/// copied folder works at once. Throws Failure with kExitControlMissing.
+/// Finds the classes by ProgID, as any host does. When the control is not registered, they come from kvBandscope.ocx in
+/// the program's folder, so that a copied folder works without registration. Throws Failure with kExitControlMissing.
 [[nodiscard]] ControlClasses findControlClasses();
 
 }  // namespace kv::host

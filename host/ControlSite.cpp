@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kHimetricPerInch = 2540;
 
-/// Pixels an inch. The program is aware of the system's scale, which does not change while it runs.
+/// Pixels per inch. The program uses the resolution of the whole screen, which does not change while the program runs.
 SIZE pixelsPerInch() {
     const HDC screen = GetDC(nullptr);
     const SIZE result = {GetDeviceCaps(screen, LOGPIXELSX), GetDeviceCaps(screen, LOGPIXELSY)};
@@ -53,7 +53,7 @@ SIZEL himetricOf(SIZE pixels) {
 }
 
 bool ControlSite::translate(MSG& message) {
-    // The pointer may change while the control works.
+    // The member may change during the call, so the object is held by a local pointer.
     const ComPtr<IOleInPlaceActiveObject> active = activeObject_;
     return active != nullptr && message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST &&
            active->TranslateAccelerator(&message) == S_OK;

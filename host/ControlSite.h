@@ -1,4 +1,4 @@
-// The container's side of a control: the interfaces through which it learns where it stands.
+// The container's side of a control: the interfaces through which the control learns its position and parent window.
 #pragma once
 
 #include "host/Com.h"
@@ -9,7 +9,7 @@
 namespace kv::host {
 
 /// One site for one control in one window: client site, in-place site, control site, the frame around them and the
-/// ambient properties. The control keeps references to it, so it counts them.
+/// ambient properties. The control keeps references to this object, so they are counted.
 class ControlSite final : public IOleClientSite,
                           public IOleInPlaceSite,
                           public IOleControlSite,
@@ -19,11 +19,12 @@ class ControlSite final : public IOleClientSite,
     explicit ControlSite(HWND frame) : frame_(frame) {}
     virtual ~ControlSite() = default;
 
-    /// The object that OnPosRectChange() moves; nothing cuts the tie when the control is closed.
+    /// The object that OnPosRectChange() moves. Set it to null when the control is closed, because it and this site
+    /// hold references to each other.
     void setInPlaceObject(ComPtr<IOleInPlaceObject> object) { inPlaceObject_ = std::move(object); }
-    /// Where the control stands, in pixels of the frame's client area.
+    /// The rectangle of the control, in pixels of the frame's client area.
     void setRect(const RECT& rect) { rect_ = rect; }
-    /// Offers a keyboard message to the active control; true when it took it.
+    /// Passes a keyboard message to the active control; true when the control has handled it.
     [[nodiscard]] bool translate(MSG& message);
 
     // IUnknown
@@ -92,7 +93,7 @@ class ControlSite final : public IOleClientSite,
     ComPtr<IOleInPlaceActiveObject> activeObject_;
 };
 
-/// Pixels to 1/100 mm, the unit in which OLE states a control's size.
+/// Pixels to 1/100 mm, the unit of a control's size in OLE.
 [[nodiscard]] SIZEL himetricOf(SIZE pixels);
 
 }  // namespace kv::host

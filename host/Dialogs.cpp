@@ -52,7 +52,7 @@ void showFailure(HWND owner, const Failure& failure) {
 void writeFailure(const Failure& failure) {
     const std::wstring line = L"BandscopeHost: " + failure.text + L"\r\n";
     DWORD written = 0;
-    // A program with windows has a standard error only when it was given one.
+    // A program with windows has a standard error stream only if its caller has passed one to it.
     const HANDLE error = GetStdHandle(STD_ERROR_HANDLE);
     const std::string bytes = utf8Of(line);
     if (error != nullptr && error != INVALID_HANDLE_VALUE &&

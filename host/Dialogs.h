@@ -1,4 +1,4 @@
-// What the user is asked and told.
+// Dialogs and messages for the user.
 #pragma once
 
 #include <string>
@@ -7,16 +7,16 @@
 
 namespace kv::host {
 
-/// The plan to open; empty when the user would rather not.
+/// The plan to open; empty when the user cancels.
 [[nodiscard]] std::wstring askForPlan(HWND owner);
 
-/// Where to save the picture; empty when the user would rather not.
+/// The file to save the picture in; empty when the user cancels.
 [[nodiscard]] std::wstring askForPicture(HWND owner);
 
-/// A message that waits for its button.
+/// Shows a message box and waits until the user closes it.
 void showFailure(HWND owner, const Failure& failure);
 
-/// A message to standard error, or to the console that the program was started from.
+/// Writes a message to standard error, or to the console that the program was started from.
 void writeFailure(const Failure& failure);
 
 }  // namespace kv::host

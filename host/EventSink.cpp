@@ -6,12 +6,12 @@ namespace kv::host {
 
 namespace {
 
-// Numbers of the events in kvBandscope.idl.
+// The ids of the events in kvBandscope.idl.
 constexpr DISPID kChgGridRange = 1;
 constexpr DISPID kChgHeight = 2;
 constexpr DISPID kChgFreqRange = 3;
 
-/// Argument i, counted from the first, as a number; arguments arrive in reverse.
+/// Argument i, counted from the first, as a number. The arguments are in reverse order.
 double numberArgument(const DISPPARAMS& arguments, UINT i) {
     VARIANT value;
     VariantInit(&value);
@@ -84,13 +84,15 @@ STDMETHODIMP EventSink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* argume
             return DISP_E_MEMBERNOTFOUND;
     }
 } catch (...) {
-    return E_FAIL;  // nothing may be thrown through the control
+    return E_FAIL;  // no exception may leave this call from the control
 }
 
 EventConnection::EventConnection(IUnknown* control, ControlEvents& receiver) : sink_(new EventSink(receiver)) {
     ComPtr<IConnectionPointContainer> container;
-    check(control->QueryInterface(IID_PPV_ARGS(container.GetAddressOf())), L"Asking the control for its events");
-    check(container->FindConnectionPoint(DIID___kvBandscope, point_.GetAddressOf()), L"Finding the control's events");
+    check(control->QueryInterface(IID_PPV_ARGS(container.GetAddressOf())),
+          L"Getting the connection points of the control");
+    check(container->FindConnectionPoint(DIID___kvBandscope, point_.GetAddressOf()),
+          L"Getting the connection point of the control's events");
     check(point_->Advise(sink_.Get(), &cookie_), L"Connecting to the control's events");
 }
 

@@ -7,27 +7,27 @@
 
 namespace kv::host {
 
-/// What the control tells its host.
+/// The receiver of the control's events.
 class ControlEvents {
   public:
-    /// The user chose a range in the grid-range box.
+    /// The user chose an entry of the drop-down list Grid Step.
     virtual void gridRangeChosen() = 0;
-    /// The panel was collapsed or expanded; the control's new height in twips (1/1440 inch).
+    /// The user collapsed or expanded the control panel; `twips` is the control's new height (1 twip is 1/1440 inch).
     virtual void heightChanged(int twips) = 0;
-    /// The displayed range changed; its edges in MHz.
+    /// The user changed the displayed range; its edges are in MHz.
     virtual void rangeChanged(double lowest, double highest) = 0;
 
   protected:
     ~ControlEvents() = default;
 };
 
-/// The object that is handed to the control. Events come by number and arguments from last to first.
+/// The object that the control calls. Events are identified by number, and their arguments are in reverse order.
 class EventSink final : public IDispatch {
   public:
     explicit EventSink(ControlEvents& receiver) : receiver_(&receiver) {}
     virtual ~EventSink() = default;
 
-    /// No event reaches the receiver from now on.
+    /// From now on no event is passed to the receiver.
     void detach() noexcept { receiver_ = nullptr; }
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
@@ -44,7 +44,7 @@ class EventSink final : public IDispatch {
     ControlEvents* receiver_;
 };
 
-/// A sink connected to a control for as long as this lives.
+/// A sink that is connected to a control while this object exists.
 class EventConnection {
   public:
     EventConnection(IUnknown* control, ControlEvents& receiver);

@@ -1,4 +1,4 @@
-// The identifiers that kvBandscope.h declares, defined once for the program.
+// Defines the identifiers that kvBandscope.h declares, once for the program.
 #include <initguid.h>
 
 #include "kvBandscope.h"

@@ -12,8 +12,8 @@ namespace {
 constexpr std::uint64_t kMostCombinations = 2'000'000;
 constexpr DWORD kStepMilliseconds = 30;
 
-// Calm on a light background. The lines of products are near their boxes: in a crowd of narrow boxes only the lines
-// are left to see. A plan's own colours win.
+// Quiet colors for a light background. The lines of products have nearly the color of their boxes, because among many
+// narrow boxes only the lines are visible. Colors in the plan take precedence.
 struct Shades {
     COLORREF box;
     COLORREF line;
@@ -45,9 +45,9 @@ std::vector<const PlanChannel*> transmittersOf(const Plan& plan) {
 std::uint64_t allowedCombinations(std::size_t transmitters, const ProductOptions& options) {
     const std::uint64_t count = countCombinations(transmitters, options);
     if (count > kMostCombinations) {
-        throw Failure{kExitUsage, L"The orders chosen would give " + std::to_wstring(count) +
-                                      L" products. Choose fewer orders, or a plan with fewer transmitters: 2000000 are "
-                                      L"the most that are loaded."};
+        throw Failure{kExitUsage, L"The selected orders would give " + std::to_wstring(count) +
+                                      L" products, but at most 2000000 can be loaded. Select fewer orders, or open a "
+                                      L"plan with fewer transmitters."};
     }
     return count;
 }
@@ -128,7 +128,7 @@ void Loading::addProduct(const Product& product) {
     const ComPtr<_FreqSlot> slot = newSlot();
     const Shades shades = shadesOf(product);
     setCommon(*slot.Get(), product.frequencyHz, product.bandwidthHz, product.powerDbm);
-    // The control knows a product by its label, and removes it only by a key that begins with TX.
+    // The control recognizes a product by its label, and can remove it only if its key begins with TX.
     check(slot->put_sKey(Bstr(productKey(++products_)).get()), L"Setting sKey");
     check(slot->put_sLabel(Bstr(productLabel(product)).get()), L"Setting sLabel");
     check(slot->put_lColor(shades.box), L"Setting lColor");
@@ -154,8 +154,9 @@ void Loading::setCommon(_FreqSlot& slot, std::int64_t frequencyHz, std::int64_t 
     check(slot.put_sBWUnits(kilohertz_.get()), L"Setting sBWUnits");
     check(slot.put_dFreq(megahertzOf(frequencyHz)), L"Setting dFreq");
     check(slot.put_dBW(static_cast<double>(bandwidthHz) / 1e3), L"Setting dBW");
-    // Edges left at 0 would be put a whole bandwidth from the centre; a box as wide as the channel needs them set. A
-    // product may be wider than twice its frequency, and an edge that is not above 0 counts as not set.
+    // Without edges, the control would set them a whole bandwidth from the center, and the box would be twice as wide
+    // as the channel. The bandwidth of a product can be more than twice its frequency. Its lower edge is therefore
+    // limited, because an edge that is not above 0 counts as not set.
     constexpr double kLowestEdge = 1e-6;
     const double half = megahertzOf(bandwidthHz) / 2.0;
     check(slot.put_dFreqLo(std::max(megahertzOf(frequencyHz) - half, kLowestEdge)), L"Setting dFreqLo");
@@ -167,7 +168,7 @@ void Loading::setCommon(_FreqSlot& slot, std::int64_t frequencyHz, std::int64_t 
 ComPtr<_FreqSlot> Loading::newSlot() {
     ComPtr<_FreqSlot> slot;
     check(freqSlot_.CreateInstance(nullptr, IID__FreqSlot, reinterpret_cast<void**>(slot.GetAddressOf())),
-          L"Making a channel record");
+          L"Creating a channel record");
     return slot;
 }
 
@@ -180,10 +181,11 @@ void Loading::note(double powerDbm) {
 }
 
 void Loading::setPowerScale() {
-    // Whole tens with room on both sides: a channel that does not rise above the floor counts as one without power.
+    // Multiples of 10 dB with some room on both sides, because a channel at the bottom of the display counts as one
+    // without power.
     constexpr double kStep = 10.0;
     constexpr double kRoom = 3.0;
-    // The top first: setting the floor is what applies the height.
+    // The top is set first, because setting the bottom applies the height of the scale.
     check(control_.put_DisplayMaxPwr(std::ceil((powers_->highest + kRoom) / kStep) * kStep), L"Setting DisplayMaxPwr");
     check(control_.put_DisplayMinPwr(std::floor((powers_->lowest - kRoom) / kStep) * kStep), L"Setting DisplayMinPwr");
 }
@@ -211,7 +213,8 @@ void Loading::show(const std::optional<RangeMhz>& range) {
 }
 
 void drawTidily(_kvBandscope& control, double lowest, double highest) {
-    // The control would leave 100 MHz on both sides; a picture looks better with little room and round grid lines.
+    // By default the control leaves a margin of 100 MHz on both sides. A smaller margin and grid lines on round
+    // frequencies make a better picture.
     const TidyRange range = tidyRange(lowest, highest);
     check(control.put_FreqEndBuffer(0.0), L"Setting FreqEndBuffer");
     check(control.put_nGridX(static_cast<SHORT>(range.divisions)), L"Setting nGridX");

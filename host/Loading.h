@@ -1,4 +1,4 @@
-// Hands a channel plan and its intermodulation products to the control, a little at a time.
+// Adds a channel plan and its intermodulation products to the control, in small steps.
 #pragma once
 
 #include <optional>
@@ -12,23 +12,25 @@
 
 namespace kv::host {
 
-/// Fills the control anew. The transmitters and receivers go in at once; products, of which there may be half a
-/// million, in steps that leave the window time for its messages. Calls that fail throw Failure.
+/// Replaces the contents of the control. Transmitters and receivers are added at once. Products, of which there may be
+/// half a million, are added in steps, so that the window can handle its messages between them. A call of the control
+/// that fails throws Failure.
 class Loading {
   public:
-    /// Throws Failure with kExitUsage when the orders chosen would give more than two million products.
+    /// Throws Failure with kExitUsage when the selected orders would give more than two million products.
     Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options);
 
-    /// Works for a few hundredths of a second; true when everything is in the control.
+    /// Works for a few hundredths of a second; true when all products have been added.
     [[nodiscard]] bool step();
-    /// Takes the products out again, those that are in so far.
+    /// Removes the products that have been added so far.
     void cancel();
 
     [[nodiscard]] double fractionDone() const noexcept;
     [[nodiscard]] std::size_t productCount() const noexcept { return products_; }
 
-    /// Sets the scale to what was loaded and draws it: the range asked for, otherwise everything that transmits,
-    /// products included, or all channels when nothing does. Does nothing for a plan without channels.
+    /// Sets the power scale for the loaded channels and draws them. The range is `range` if it is given. Otherwise it
+    /// is that of all transmit channels, including products, or of all channels if there is no transmit channel. Does
+    /// nothing for a plan without channels.
     void show(const std::optional<RangeMhz>& range);
 
   private:
@@ -49,7 +51,7 @@ class Loading {
     _kvBandscope& control_;
     IClassFactory& freqSlot_;
     const Plan& plan_;
-    std::vector<const PlanChannel*> transmitters_;  // in the order that products count them
+    std::vector<const PlanChannel*> transmitters_;  // products contain indexes into this list
     std::vector<Bstr> transmitterLabels_;
     Bstr megahertz_{L"MHz"};
     Bstr kilohertz_{L"KHz"};
@@ -59,7 +61,7 @@ class Loading {
     std::optional<Powers> powers_;
 };
 
-/// Draws the range around a span in MHz with round grid lines.
+/// Draws a range around a span (in MHz) whose grid lines are on round frequencies.
 void drawTidily(_kvBandscope& control, double lowest, double highest);
 
 }  // namespace kv::host

@@ -13,7 +13,7 @@ namespace {
 
 constexpr wchar_t kClass[] = L"BandscopeHost";
 constexpr UINT kFollowHeight = WM_APP + 1;
-// Inner size of the window when the command line names none, in twips.
+// Inner size of the window in twips when the command line gives none.
 constexpr int kWidthTwips = 16500;
 constexpr int kHeightTwips = 11400;
 
@@ -35,7 +35,7 @@ std::wstring counted(std::size_t number, const wchar_t* noun) {
     return grouped(number) + L" " + noun + (number == 1 ? L"" : L"s");
 }
 
-/// Colours and the rest that a host sets once.
+/// Sets the colors of the control.
 void dress(_kvBandscope& control) {
     check(control.put_GridColor(kGrid), L"Setting GridColor");
     check(control.put_lCursorColor(kCursor), L"Setting lCursorColor");
@@ -85,7 +85,7 @@ void MainWindow::create() {
     window_ = CreateWindowExW(0, kClass, L"BandscopeHost", style, CW_USEDEFAULT, CW_USEDEFAULT, rect.right - rect.left,
                               rect.bottom - rect.top, nullptr, nullptr, instance, nullptr);
     if (window_ == nullptr) {
-        throw Failure{kExitOther, L"The window could not be made."};
+        throw Failure{kExitOther, L"The main window could not be created."};
     }
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
@@ -93,8 +93,8 @@ void MainWindow::create() {
 void MainWindow::showWindow() {
     layOut();
     status_->setProgress(-1.0);
-    status_->setMessage(L"File, Open plan... shows a channel plan.");
-    if (!options_.quit) {  // unattended work needs no window on the screen
+    status_->setMessage(L"To show a channel plan, choose Open plan... in the menu File.");
+    if (!options_.quit) {  // with --quit the program runs without a user
         ShowWindow(window_, SW_SHOWDEFAULT);
         spectrum_->focus();
     }
@@ -102,7 +102,7 @@ void MainWindow::showWindow() {
 
 void MainWindow::close() noexcept {
     if (window_ != nullptr) {
-        ShowWindow(window_, SW_HIDE);  // giving back half a million records takes a moment
+        ShowWindow(window_, SW_HIDE);  // releasing half a million records takes a moment
     }
     loading_.reset();
     spectrum_.reset();
@@ -153,7 +153,7 @@ void MainWindow::dispatch(MSG& message) {
         cancelLoading();
         return;
     }
-    // The active control sees a key first; then come our own accelerators.
+    // The active control gets a key first, then the accelerators of this window.
     if ((spectrum_ != nullptr && spectrum_->translate(message)) ||
         TranslateAcceleratorW(window_, keys_, &message) != 0) {
         return;
@@ -167,7 +167,7 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
     if (self == nullptr || self->spectrum_ == nullptr) {
         return DefWindowProcW(window, message, first, second);
     }
-    // Nothing may be thrown through the system's call.
+    // No exception may leave a call from the system.
     try {
         return self->handle(message, first, second);
     } catch (const Failure& failure) {
@@ -183,7 +183,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
         case WM_SIZE:
             if (first != SIZE_MINIMIZED) {
                 layOut();
-                redraw();  // the picture was drawn for the size before
+                redraw();  // the picture was drawn for the previous size
             }
             return 0;
         case WM_GETMINMAXINFO: {
@@ -242,7 +242,7 @@ void MainWindow::load(const std::wstring& file) {
     try {
         plan_ = loadPlan(file);
     } catch (const PlanError& error) {
-        throw Failure{kExitBadPlan, error.text()};  // what was shown before stays
+        throw Failure{kExitBadPlan, error.text()};  // the previous plan stays
     }
     planName_ = file.substr(file.find_last_of(L"\\/") + 1);
     SetWindowTextW(window_, (planName_ + L" - BandscopeHost").c_str());
@@ -251,8 +251,8 @@ void MainWindow::load(const std::wstring& file) {
 
 void MainWindow::startLoading() {
     loading_ = std::make_unique<Loading>(spectrum_->control(), *classes_.freqSlot.Get(), plan_, options_.products);
-    status_->setMessage(L"Computing products; Esc stops.");
-    loading_->show(options_.range);  // the channels themselves are there already
+    status_->setMessage(L"Computing products. Press Esc to stop.");
+    loading_->show(options_.range);  // transmitters and receivers have already been added
 }
 
 void MainWindow::continueLoading() try {
@@ -270,7 +270,8 @@ void MainWindow::continueLoading() try {
 
 void MainWindow::cancelLoading() try {
     loading_->cancel();
-    options_.products.second = options_.products.third = options_.products.fifth = false;  // as the picture shows
+    options_.products.second = options_.products.third = options_.products.fifth =
+        false;  // because no product is shown any more
     loaded(L"Stopped: the products are not shown.");
 } catch (const Failure& failure) {
     report(failure);
@@ -278,7 +279,7 @@ void MainWindow::cancelLoading() try {
 
 void MainWindow::loaded(const std::wstring& message) {
     if (loading_ != nullptr) {
-        // Drawing lets messages through; until loading_ is gone they start nothing new.
+        // Drawing handles pending messages. While loading_ exists, their handlers start no other work.
         loading_->show(options_.range);
         status_->setCounts(counted(plan_.transmitterCount(), L"transmitter") + L", " +
                            counted(plan_.receiverCount(), L"receiver") + L", " +
@@ -305,21 +306,21 @@ void MainWindow::updateRange() {
 }
 
 void MainWindow::gridRangeChosen() {
-    status_->setMessage(L"Grid range chosen.");
+    status_->setMessage(L"The grid step was chosen.");
 }
 
 void MainWindow::heightChanged(int twips) {
     status_->setMessage(L"Height of the control: " + std::to_wstring(twips) + L" twips.");
-    // The control is in the middle of its change: follow when it is done.
+    // The control has not finished its change yet, so the window follows later.
     PostMessageW(window_, kFollowHeight, static_cast<WPARAM>(pixelsOfTwips(twips)), 0);
 }
 
 void MainWindow::rangeChanged(double lowest, double highest) {
     status_->setRange(lowest, highest);
-    status_->setMessage(L"Range changed.");
+    status_->setMessage(L"The displayed range was changed.");
 }
 
-/// Gives the window the height that its control has taken. A window that fills the screen keeps its size.
+/// Gives the window the new height of its control. A maximized window keeps its size.
 void MainWindow::followHeight(int pixels) {
     if (IsZoomed(window_)) {
         layOut();

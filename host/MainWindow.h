@@ -1,4 +1,4 @@
-// The window of the sample host: menu, control and status line.
+// The window of the sample host: menu, control and status bar.
 #pragma once
 
 #include <memory>
@@ -19,7 +19,8 @@ class MainWindow final : public ControlEvents {
     MainWindow& operator=(const MainWindow&) = delete;
     ~MainWindow();
 
-    /// Opens the plan of the command line, then handles messages until the window closes; the process's exit code.
+    /// Opens the plan of the command line, then handles messages until the window closes. Returns the exit code of the
+    /// process.
     [[nodiscard]] int run();
 
   private:
@@ -29,7 +30,7 @@ class MainWindow final : public ControlEvents {
     void showWindow();
     void layOut();
     void close() noexcept;
-    /// Shows a failure in a box; when nobody is there to close it, ends the program with it instead.
+    /// Shows a failure in a message box. With --quit it writes the failure to standard error and ends the program.
     void report(const Failure& failure);
     void finish(int exitCode);
 

@@ -1,4 +1,4 @@
-// What the menu of the window does.
+// The commands of the window's menu.
 #include "host/Dialogs.h"
 #include "host/MainWindow.h"
 #include "host/resource.h"
@@ -67,7 +67,7 @@ void MainWindow::enableCommands(HMENU menu) const {
 void MainWindow::openPlan() {
     const std::wstring file = askForPlan(window_);
     if (!file.empty()) {
-        options_.range.reset();  // it was meant for the plan of the command line
+        options_.range.reset();  // the range of the command line was for the first plan
         options_.products.lowestHz = ProductOptions().lowestHz;
         options_.products.highestHz = ProductOptions().highestHz;
         load(file);
@@ -78,16 +78,16 @@ void MainWindow::savePicture() {
     const std::wstring file = askForPicture(window_);
     if (!file.empty()) {
         writePicture(file);
-        status_->setMessage(L"Saved " + file);
+        status_->setMessage(L"The picture was saved as " + file);
     }
 }
 
 void MainWindow::copyPicture() {
     const DWORD before = GetClipboardSequenceNumber();
     check(spectrum_->control().CopyDisplayToClipboard(), L"Copying the picture");
-    // The member has no result: what became of the clipboard tells.
+    // The member returns no result, so the clipboard itself is checked.
     const bool copied = GetClipboardSequenceNumber() != before && IsClipboardFormatAvailable(CF_BITMAP);
-    status_->setMessage(copied ? L"Copied the picture." : L"The picture could not be copied.");
+    status_->setMessage(copied ? L"The picture was copied." : L"The picture could not be copied.");
 }
 
 void MainWindow::showAll() {
@@ -98,18 +98,18 @@ void MainWindow::showAll() {
     check(control.get_dFreqMax(&highest), L"Reading dFreqMax");
     drawTidily(control, lowest, highest);
     updateRange();
-    status_->setMessage(L"All channels.");
+    status_->setMessage(L"All channels are shown.");
 }
 
 void MainWindow::redraw() {
-    // While channels come in, the picture is drawn once at the end.
+    // While channels are added, nothing is drawn; the picture is drawn once at the end.
     if (loading_ == nullptr && !plan_.channels.empty()) {
         check(spectrum_->control().JustDrawIt(), L"Drawing");
     }
 }
 
 void MainWindow::openMouseReport() {
-    // Closing it is its user's business, and the control does not tell: a check mark could not keep up.
+    // The menu item has no check mark, because the control does not report when the user closes the window.
     check(spectrum_->control().put_bMouseInfo(VARIANT_TRUE), L"Setting bMouseInfo");
     status_->setMessage(L"The mouse report shows what is under the mouse.");
 }

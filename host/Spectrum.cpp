@@ -4,19 +4,19 @@ namespace kv::host {
 
 Spectrum::Spectrum(const ControlClasses& classes, HWND parent, const RECT& rect, ControlEvents& events)
     : site_(new ControlSite(parent)) {
-    check(classes.control->CreateInstance(nullptr, IID_PPV_ARGS(object_.GetAddressOf())), L"Making the control");
-    check(object_.As(&control_), L"Asking the control for its own interface");
+    check(classes.control->CreateInstance(nullptr, IID_PPV_ARGS(object_.GetAddressOf())), L"Creating the control");
+    check(object_.As(&control_), L"Getting the interface _kvBandscope of the control");
     try {
         site_->setRect(rect);
-        // The site first: a control may ask for ambient properties while it starts.
-        check(object_->SetClientSite(site_.Get()), L"Giving the control its site");
+        // The site is set first, because a control may read ambient properties while it starts.
+        check(object_->SetClientSite(site_.Get()), L"Setting the site of the control");
         ComPtr<IPersistStreamInit> start;
         if (SUCCEEDED(object_.As(&start))) {
-            check(start->InitNew(), L"Starting the control");
+            check(start->InitNew(), L"Initializing the control");
         }
         SIZEL extent = himetricOf({rect.right - rect.left, rect.bottom - rect.top});
-        object_->SetExtent(DVASPECT_CONTENT, &extent);  // a wish; the rectangle below decides
-        check(object_.As(&inPlace_), L"Asking the control for its window");
+        object_->SetExtent(DVASPECT_CONTENT, &extent);  // only a request; the rectangle below decides
+        check(object_.As(&inPlace_), L"Getting the interface IOleInPlaceObject of the control");
         site_->setInPlaceObject(inPlace_);
         check(object_->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site_.Get(), 0, parent, &rect),
               L"Activating the control");
@@ -36,7 +36,7 @@ void Spectrum::close() noexcept {
     events_.reset();
     object_->Close(OLECLOSE_NOSAVE);
     object_->SetClientSite(nullptr);
-    site_->setInPlaceObject(nullptr);  // control and site hold each other
+    site_->setInPlaceObject(nullptr);  // control and site hold references to each other
 }
 
 void Spectrum::place(const RECT& rect) {

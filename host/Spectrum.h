@@ -1,4 +1,4 @@
-// The control inside a window of the host: made, placed, sized and closed.
+// The control inside a window of the host: its creation, placement and closing.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@ namespace kv::host {
 
 class Spectrum {
   public:
-    /// Makes the control, activates it in place at rect (pixels of the parent's client area) and connects its events.
+    /// Creates the control, activates it in place at rect (pixels of the parent's client area) and connects its events.
     Spectrum(const ControlClasses& classes, HWND parent, const RECT& rect, ControlEvents& events);
     Spectrum(const Spectrum&) = delete;
     Spectrum& operator=(const Spectrum&) = delete;
@@ -22,7 +22,7 @@ class Spectrum {
     void place(const RECT& rect);
     [[nodiscard]] bool translate(MSG& message) { return site_->translate(message); }
     void focus();
-    /// The smallest size that the control takes, in pixels.
+    /// The smallest size of the control, in pixels.
     [[nodiscard]] SIZE smallestSize() const;
 
   private:

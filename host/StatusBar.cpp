@@ -13,7 +13,7 @@ namespace {
 
 enum Part { kMessage, kRange, kCounts, kProgress, kPartCount };
 
-// Widths in twips, right to left, so that they hold their texts at every scale; the message takes what is left.
+// Widths in twips, from right to left, so that the texts fit at every resolution. The message gets the remaining width.
 constexpr int kProgressTwips = 2100;
 constexpr int kCountsTwips = 4500;
 constexpr int kRangeTwips = 3300;
@@ -29,7 +29,7 @@ StatusBar::StatusBar(HWND parent) {
     progress_ = CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD | PBS_SMOOTH, 0, 0, 0, 0, bar_, nullptr,
                                 GetModuleHandleW(nullptr), nullptr);
     if (bar_ == nullptr || progress_ == nullptr) {
-        throw Failure{kExitOther, L"The status bar could not be made."};
+        throw Failure{kExitOther, L"The status bar could not be created."};
     }
     SendMessageW(progress_, PBM_SETRANGE32, 0, kSteps);
 }

@@ -1,4 +1,4 @@
-// The line at the bottom of the window: a message, the displayed range, the counts and a progress bar.
+// The status bar at the bottom of the window: a message, the displayed range, the counts and a progress bar.
 #pragma once
 
 #include <string>
@@ -11,13 +11,13 @@ class StatusBar {
   public:
     explicit StatusBar(HWND parent);
 
-    /// Follows the parent's size.
+    /// Adjusts the bar to the parent's size.
     void place();
     [[nodiscard]] int height() const;
     void setMessage(const std::wstring& text);
     void setRange(double lowestMhz, double highestMhz);
     void setCounts(const std::wstring& text);
-    /// A fraction from 0 to 1 shows the bar; a negative one hides it.
+    /// A fraction from 0 to 1 shows the progress bar; a negative value hides it.
     void setProgress(double fraction);
 
   private:

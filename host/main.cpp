@@ -1,7 +1,7 @@
-// BandscopeHost: opens a channel plan, computes its intermodulation products and shows both in the kvBandscope control,
-// which it knows by its automation interface only.
+// BandscopeHost: opens a channel plan, computes its intermodulation products and shows both in the kvBandscope control.
+// It uses the control through its automation interface only.
 //
-// Exit codes: 0 all is well; 1 another failure; 2 the command line is wrong or asks for too many products; 3 the plan
+// Exit codes: 0 success; 1 any other failure; 2 the command line is wrong or would give too many products; 3 the plan
 // cannot be read; 4 the control is missing; 5 the picture cannot be saved.
 #include <windows.h>
 
@@ -17,10 +17,10 @@ namespace {
 
 using kv::host::Failure;
 
-/// OLE for as long as this lives.
+/// OLE is initialized while this object exists.
 class Ole {
   public:
-    Ole() { kv::host::check(OleInitialize(nullptr), L"Starting OLE"); }
+    Ole() { kv::host::check(OleInitialize(nullptr), L"Initializing OLE"); }
     Ole(const Ole&) = delete;
     Ole& operator=(const Ole&) = delete;
     ~Ole() { OleUninitialize(); }

@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# What the commands share. Sourced, never run.
+# Functions that the commands share. This file is sourced, never run.
 ROOT=$(cd -P "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
-home=~ # from the user database when HOME is not set
+home=~ # when HOME is not set, bash takes it from the user database
 CACHE=${XDG_CACHE_HOME:-$home/.cache}/kvbandscope
 WINE32_TREE=$CACHE/wine32-tree
-BENCHMARK_SOURCE=$CACHE/benchmark-source # cmake/benchmark.cmake looks there
+BENCHMARK_SOURCE=$CACHE/benchmark-source # cmake/benchmark.cmake searches there
 PREFIXES=${KV_WINEPREFIX_ROOT:-$ROOT/build/wine}
 
 say() { printf '%s\n' "$*"; }
@@ -14,16 +14,16 @@ die() {
     exit 1
 }
 
-# as_root COMMAND [ARGS...]: through sudo unless already root.
+# as_root COMMAND [ARGS...]: runs COMMAND through sudo unless the user is already root.
 as_root() {
     if ((EUID == 0)); then
         "$@"
     elif command -v sudo >/dev/null; then
         sudo "$@"
     else
-        die "needs root for: $1; run it as root, or install sudo"
+        die "$1 needs root: run this command as root, or install sudo"
     fi
 }
 
-# make_dirs DIR...: like mkdir -p, with a message of its own when the folder cannot be written.
+# make_dirs DIR...: like mkdir -p, with an additional message when a folder cannot be created.
 make_dirs() { mkdir -p "$@" || die "cannot create $*"; }

@@ -1,9 +1,8 @@
-"""Finds the places of a C++ file that tools/mutate changes.
+"""Finds the places in a C++ file that tools/mutate changes.
 
 A mutant is one small change of the text. The file is split into tokens; comments and preprocessor lines are left alone.
 The code is formatted by clang-format, so an operator with blanks on both sides is a binary one: in `a < b` there are
-two blanks, in `vector<int>` there are none. A change that does not compile after all is counted as such and does no
-harm.
+two blanks, in `vector<int>` there are none. A change that does not compile is counted as such and does no harm.
 """
 import re
 from dataclasses import dataclass
@@ -151,7 +150,7 @@ class Finder:
         begin = semicolons[-1] + 1 if semicolons else first + 1
         if begin >= last or any(self.at(k) == "=" for k in range(begin, last)) or self.at(begin) in ("true", "false"):
             return
-        # A loop that never ends would only cost time.
+        # Not changed, because a loop that never ends would only cost time.
         for new in (["true", "false"] if self.at(i) == "if" else ["false"]):
             self.add("condition", begin, last - 1, new)
 
@@ -174,7 +173,7 @@ class Finder:
         return False
 
     def statement(self, i):
-        """Takes out a call or an assignment."""
+        """Removes a call or an assignment."""
         if self.at(i) in NO_STATEMENT or self.at(i) == "(":
             return
         k, assigned, called = i, False, False
@@ -183,7 +182,7 @@ class Finder:
             if token is None or token.text in ("}", ")", "]", "{"):
                 return
             if not assigned:
-                # Two names side by side, and a name after & or *, declare something.
+                # Two names next to each other, and a name after & or *, are a declaration.
                 adjacent = k > i and token.kind == "name" and (self.tokens[k - 1].kind == "name" or
                                                                 self.at(k - 1) in ("&", "*", ">") and k - 1 > i)
                 if adjacent or token.kind in ("string", "number"):

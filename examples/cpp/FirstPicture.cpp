@@ -2,8 +2,9 @@
 //
 //   FirstPicture [MANIFEST] [PICTURE]
 //
-// MANIFEST is kvBandscope.manifest beside kvBandscope.ocx; without it the control has to be registered. The exit code
-// is 0 when the picture was saved.
+// MANIFEST is the path of kvBandscope.manifest, which must be in the same folder as kvBandscope.ocx. Without MANIFEST
+// the control must be registered. Without PICTURE the picture is saved in the scratch folder. The exit code is 0 when
+// the picture was saved.
 #include <windows.h>
 
 #include <ole2.h>
@@ -18,7 +19,7 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
-/// Lets COM find the classes that a manifest names, for the calling thread and as long as it lives.
+/// While this object exists, COM finds the classes that the manifest names, for the calling thread.
 class Activation {
   public:
     explicit Activation(const wchar_t* manifest) {
@@ -54,7 +55,7 @@ bool savePicture(const wchar_t* file) {
     BSTR key = SysAllocString(L"TX1");
     channel->put_sKey(key);
     channel->put_dFreq(462.55);     // MHz
-    channel->put_dFreqLo(462.542);  // the edges of the box; without them it is twice dBW wide
+    channel->put_dFreqLo(462.542);  // the edges of the box; without them the box is twice dBW wide
     channel->put_dFreqHi(462.558);
     channel->put_dBW(16.0);       // kHz
     channel->put_dPwrDBM(46.99);  // dBm
@@ -66,9 +67,9 @@ bool savePicture(const wchar_t* file) {
     scope->put_DisplayMaxPwr(60.0);           // dBm
     scope->DrawByRange(462.5, 462.7);         // MHz
     VARIANT_BOOL drawn = VARIANT_FALSE;
-    scope->DrawDisplay(&drawn);  // once more, without the cursor line that DrawByRange draws
+    scope->DrawDisplay(&drawn);  // draw again, without the cursor line that DrawByRange draws
 
-    double height = 0.0;  // of the picture, in twips
+    double height = 0.0;  // receives the height of the picture, in twips
     double width = 0.0;
     BSTR name = SysAllocString(file);
     BSTR written = nullptr;

@@ -1,9 +1,9 @@
-// A window with the control in it: site, events, and no registration. The program's manifest names kvBandscope as a
-// dependency, so it runs by a double click as long as kvBandscope.ocx and kvBandscope.manifest stand beside it.
+// A window that hosts the control: client site, events, and no registration. The program's manifest names kvBandscope
+// as a dependency, so the program needs only kvBandscope.ocx and kvBandscope.manifest in its own folder.
 //
 //   SpectrumWindow [--save PICTURE]
 //
-// With --save it draws, saves what the window shows, and ends; the exit code is 0 when that worked.
+// With --save the program draws, saves the picture, and ends; the exit code is 0 when the picture was saved.
 #include <windows.h>
 
 #include <ole2.h>
@@ -25,8 +25,8 @@ constexpr DISPID kChgHeight = 2;
 constexpr DISPID kChgFreqRange = 3;
 
 // [site]
-/// Where the control lives: its client site, in-place site and frame, and the receiver of its events. It stands on the
-/// stack and outlives the control, so its references need no counting.
+/// The container's side of the control: client site, in-place site, frame, and the receiver of the control's events.
+/// The object is a local variable that outlives the control, so its references need not be counted.
 class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInPlaceFrame, public IDispatch {
   public:
     explicit Site(HWND window) : window_(window) {}
@@ -47,7 +47,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
     STDMETHODIMP_(ULONG) AddRef() override { return 2; }
     STDMETHODIMP_(ULONG) Release() override { return 1; }
 
-    // What the control asks while it goes into the window.
+    // Called while the control is activated in the window.
     STDMETHODIMP GetWindow(HWND* window) override {
         *window = window_;
         return S_OK;
@@ -80,7 +80,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
     STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
     STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
 
-    // Events come by number, their arguments last one first.
+    // Events are identified by number. Their arguments are in reverse order.
     STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) override {
         wchar_t title[100] = L"";
         if (event == kChgFreqRange && arguments->cArgs == 2)
@@ -92,7 +92,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
         return S_OK;
     }
 
-    /// Offers a key to the control first; true when it was taken.
+    /// Passes a keyboard message to the control first; true when the control has handled it.
     bool translate(MSG& message) {
         const ComPtr<IOleInPlaceActiveObject> active = active_;
         return active && message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST &&
@@ -100,7 +100,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
     }
     void forget() { active_.Reset(); }
 
-    // What this window has nothing to say to.
+    // Methods that this window does not need.
     STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
     STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
     STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** moniker) override {
@@ -115,7 +115,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
     STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
     STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
     STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
-    STDMETHODIMP OnPosRectChange(const RECT*) override { return S_OK; }  // the control fills the window, come what may
+    STDMETHODIMP OnPosRectChange(const RECT*) override { return S_OK; }  // the control always fills the window
     STDMETHODIMP GetBorder(RECT*) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP RequestBorderSpace(const BORDERWIDTHS*) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP InsertMenus(HMENU, OLEMENUGROUPWIDTHS*) override { return E_NOTIMPL; }
@@ -135,7 +135,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
 // [end]
 
 // [spectrum]
-/// The control in the window, for as long as this lives.
+/// The control in the window. The destructor closes and releases it.
 class Spectrum {
   public:
     Spectrum(HWND window, Site& site) : site_(site) {
@@ -193,7 +193,7 @@ void addChannel(_kvBandscope* scope, const wchar_t* key, double frequency, doubl
     channel->put_sKey(text);
     SysFreeString(text);
     channel->put_dFreq(frequency);
-    channel->put_dFreqLo(frequency - 0.008);  // 16 kHz wide; without edges the box is twice dBW wide
+    channel->put_dFreqLo(frequency - 0.008);  // 16 kHz wide; without edges the box would be twice dBW wide
     channel->put_dFreqHi(frequency + 0.008);
     channel->put_dBW(16.0);
     channel->put_dPwrDBM(power);
@@ -223,7 +223,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         return 0;
     }
     if (message == WM_CLOSE) {
-        PostQuitMessage(0);  // the control goes before its window does
+        PostQuitMessage(0);  // run() releases the control before it destroys the window
         return 0;
     }
     return DefWindowProcW(window, message, wParam, lParam);
@@ -252,8 +252,8 @@ int run(const wchar_t* file) {
             addChannel(scope, L"TX1", 462.55, 46.99, RGB(31, 119, 180));
             addChannel(scope, L"TX2", 462.65, 30.0, RGB(56, 142, 60));
             scope->put_DisplayMaxPwr(60.0);
-            scope->put_FreqEndBuffer(0.0);  // no margin: exactly the range below
-            scope->put_nGridX(10);          // grid lines 20 kHz apart, the channels between them
+            scope->put_FreqEndBuffer(0.0);  // no margin, so that exactly the range below is shown
+            scope->put_nGridX(10);          // 10 divisions of 20 kHz; the channels are between two grid lines
             scope->DrawByRange(462.5, 462.7);
             result = *file && !save(scope, file) ? 1 : 0;
             MSG message{};
@@ -265,7 +265,9 @@ int run(const wchar_t* file) {
             }
             SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         } else {
-            MessageBoxW(window, L"kvBandscope.ocx and kvBandscope.manifest have to stand beside this program.",
+            MessageBoxW(window,
+                        L"The control cannot be created. kvBandscope.ocx and kvBandscope.manifest must be in the "
+                        L"folder of this program.",
                         L"Spectrum", MB_OK);
         }
     }

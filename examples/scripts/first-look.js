@@ -1,7 +1,7 @@
-// The shortest way to a picture from JScript: two channels, drawn and saved.
+// Two channels, drawn and saved from JScript.
 //
 // Register the control first (regsvr32 kvBandscope.ocx), then:  cscript //nologo first-look.js
-// The exit code is 42 when all went well. A script that stops at a run-time error may end with 0.
+// The exit code is 42 on success. It is not 0, because a script that stops at a run-time error may also end with 0.
 
 function addTransmitter(spectrum, key, label, frequency, power) {
     var slot = new ActiveXObject("kvBandscope.FreqSlot");
@@ -28,7 +28,7 @@ spectrum.DrawByRange(162.375, 162.575);
 WScript.Echo(spectrum.NumTX + " channels from " + spectrum.dFreqMin.toFixed(3) + " to " + spectrum.dFreqMax.toFixed(3) + " MHz");
 WScript.Echo("Display from " + spectrum.DisplayMinFreq.toFixed(3) + " to " + spectrum.DisplayMaxFreq.toFixed(3) + " MHz");
 
-// JScript passes no variables by reference: the result is the name of the file.
+// JScript cannot pass variables by reference, so only the result gives the name of the file.
 var file = spectrum.DisplayToBMP(0, 0, "");
 WScript.Echo("Picture saved as " + file);
 WScript.Quit(spectrum.NumTX === 2 && file !== "" && Math.abs(spectrum.DisplayCenterFreq - 162.475) < 1e-6 ? 42 : 1);

@@ -1,9 +1,9 @@
-' A first look at the control from a script: makes it, gives it channels and a product, reads what it made of them,
-' draws and saves a picture.
+' A first look at the control from a script: creates the control, adds channels and an intermodulation product, checks
+' what the control reports about them, draws them, and saves the picture.
 '
 ' Register the control first (regsvr32 kvBandscope.ocx), then:  cscript //nologo first-look.vbs
-' The exit code is 42 when every step did what it should, and 1 when one did not. A script that stops at a run-time error
-' may end with 0, which is why success has a number of its own.
+' The exit code is 42 when every step gave the expected result, and 1 otherwise. Success is not 0, because a script that
+' stops at a run-time error may also end with 0.
 Option Explicit
 
 Dim failures
@@ -27,9 +27,9 @@ Sub ExpectNear(what, got, wanted)
     End If
 End Sub
 
-' A channel of 12.5 kHz; frequency in MHz, power in dBm. The edges are set, because a channel without them is drawn a
-' whole bandwidth to each side of its centre.
-Function NewChannel(key, label, frequency, power, colour)
+' A channel 12.5 kHz wide; frequency in MHz, power in dBm. The edges are set because a channel without edges is drawn
+' with a whole bandwidth on each side of its center.
+Function NewChannel(key, label, frequency, power, color)
     Dim slot
     Set slot = CreateObject("kvBandscope.FreqSlot")
     slot.sKey = key
@@ -39,18 +39,18 @@ Function NewChannel(key, label, frequency, power, colour)
     slot.dFreqLo = frequency - 0.00625
     slot.dFreqHi = frequency + 0.00625
     slot.dPwrDBM = power
-    slot.lColor = colour
+    slot.lColor = color
     slot.lColorLine = 0
     Set NewChannel = slot
 End Function
 
 Dim spectrum
 Set spectrum = CreateObject("kvBandscope.kvBandscope")
-Expect "Transmit channels of a fresh control", spectrum.NumTX, 0
+Expect "Transmit channels of a new control", spectrum.NumTX, 0
 ExpectNear "Bottom of its power range in dBm", spectrum.dPwrMin, 0
 ExpectNear "Top of its power range in dBm", spectrum.dPwrMax, 3
 
-' Two repeater outputs, the input of one of them, and a product of both: 2 x 462.575 - 462.550 = 462.600.
+' Two repeater outputs, the input of the first repeater, and a product of the outputs: 2 x 462.575 - 462.550 = 462.600.
 Dim blue, green, orange
 blue = RGB(43, 108, 176)
 green = RGB(60, 154, 99)
@@ -71,20 +71,20 @@ product.sIMCompLabel(1) = "GMRS 15 output"
 Expect "Index of the product", spectrum.AddTXChnl(product), 2
 Expect "Coefficient of its first component", product.nIMComp(0), 2
 Expect "Label of its second component", product.sIMCompLabel(1), "GMRS 15 output"
-Expect "Unit that the control gave it", product.sFreqUnits, "MHz"
+Expect "Frequency unit that the control set", product.sFreqUnits, "MHz"
 
 Expect "Transmit channels", spectrum.NumTX, 3
 Expect "Receive channels", spectrum.NumRX, 1
-ExpectNear "Lowest edge of all in MHz", spectrum.dFreqMin, 462.54375
-ExpectNear "Highest edge of all in MHz", spectrum.dFreqMax, 467.55625
-ExpectNear "Highest edge of the transmit channels", spectrum.dTXFreqMax, 462.60625
+ExpectNear "Lowest edge of all channels in MHz", spectrum.dFreqMin, 462.54375
+ExpectNear "Highest edge of all channels in MHz", spectrum.dFreqMax, 467.55625
+ExpectNear "Highest edge of the transmit channels in MHz", spectrum.dTXFreqMax, 462.60625
 ExpectNear "Lowest power in dBm", spectrum.dTXPwrDBMMin, -5
 ExpectNear "Highest power in dBm", spectrum.dTXPwrDBMMax, 47
 Expect "Label of the channel with key TX16", spectrum.GetChnlByKey("TX16").sLabel, "GMRS 16 output"
 Expect "No channel has the key TX99", spectrum.GetChnlByKey("TX99") Is Nothing, True
 
-' The transmit channels with round grid lines: 10 steps of 20 kHz. The floor lies below the weakest channel; it is set
-' last, because setting it is what applies the scale.
+' Show the transmit channels with grid lines on round frequencies: 10 divisions of 20 kHz. The bottom of the display is
+' below the weakest channel. It is set last, because setting it applies the whole power scale.
 spectrum.nGridX = 10
 spectrum.FreqEndBuffer = 0
 spectrum.DisplayMaxPwr = 60
@@ -96,16 +96,16 @@ ExpectNear "Right edge of the display in MHz", spectrum.DisplayMaxFreq, 462.68
 ExpectNear "Center of the display in MHz", spectrum.DisplayCenterFreq, 462.58
 Expect "The first channel is on the picture", spectrum.GetTXChnl(0).bDrawn, True
 Expect "The receive channel, outside the range, is not", spectrum.GetRXChnl(0).bDrawn, False
-Expect "Drawing it all again", spectrum.DrawDisplay(), True
+Expect "DrawDisplay returns", spectrum.DrawDisplay(), True
 
 Dim height, width, file
 height = 0
 width = 0
 file = ""
-Expect "The picture has the name that it was saved under", spectrum.DisplayToBMP(height, width, file) = file, True
+Expect "DisplayToBMP returns the name of the file", spectrum.DisplayToBMP(height, width, file) = file, True
 WScript.Echo "Picture saved as " & file & ", " & width & " x " & height & " twips"
-Expect "Its name is not empty", Len(file) > 0, True
-Expect "It has a size", height > 0 And width > 0, True
+Expect "The name of the file is not empty", Len(file) > 0, True
+Expect "The picture has a size", height > 0 And width > 0, True
 
 spectrum.RemoveChnlByKey "TXIM000001"
 Expect "Transmit channels without the product", spectrum.NumTX, 2
@@ -113,8 +113,8 @@ spectrum.ClearAllChnls
 Expect "Channels after clearing", spectrum.NumTX + spectrum.NumRX, 0
 
 If failures = 0 Then
-    WScript.Echo "All as expected."
+    WScript.Echo "All results are as expected."
     WScript.Quit 42
 End If
-WScript.Echo failures & " not as expected."
+WScript.Echo failures & " results are not as expected."
 WScript.Quit 1

@@ -9,16 +9,17 @@ const wchar_t* const kUsage =
     L"BandscopeHost [--plan FILE] [--orders LIST] [--every-form] [--range MIN,MAX] [--size WxH] [--save FILE.bmp] "
     L"[--quit]\n\n"
     L"--plan FILE\tchannel plan (CSV) to open\n"
-    L"--orders LIST\tintermodulation products to compute: some of 2, 3, 5, or 0 for none; 3 when left out\n"
+    L"--orders LIST\tintermodulation products to compute: 2, 3 and 5, separated by commas, or 0 for none; "
+    L"3 when left out\n"
     L"--every-form\tall forms of the fifth order, not only 3A-2B and 2A+B-2C\n"
     L"--range MIN,MAX\tMHz; compute products and show the spectrum in this range\n"
-    L"--size WxH\tinner size of the window in pixels\n"
-    L"--save FILE.bmp\tsave the picture when it is drawn\n"
-    L"--quit\tend then; problems go to standard error\n";
+    L"--size WxH\tinner size of the window in pixels, such as 1100x760\n"
+    L"--save FILE.bmp\tsave the picture after it is drawn\n"
+    L"--quit\tend when all of this is done; write errors to standard error and show no message box\n";
 
 namespace {
 
-/// The number at the start of a text, which is shortened by it; throws when there is none.
+/// The number at the start of `text`. Moves `text` behind it; throws UsageError when there is none.
 double takeNumber(const wchar_t*& text, const std::wstring& problem) {
     wchar_t* end = nullptr;
     const double value = std::wcstod(text, &end);
@@ -50,15 +51,16 @@ void readOrders(const std::wstring& text, ProductOptions& products) {
         products.fifth |= c == L'5';
     }
     if (separated) {
-        throw UsageError{L"--orders expects some of 2, 3 and 5 with commas between them, or 0, but found \"" + text +
-                         L"\"."};
+        throw UsageError{
+            L"--orders expects one or more of 2, 3 and 5, separated by commas, or 0 for none, but found \"" + text +
+            L"\"."};
     }
 }
 
 RangeMhz readRange(const std::wstring& argument) {
     const std::wstring problem =
-        L"--range expects two rising frequencies above 0 in MHz, such as 462.3,462.95, but found \"" + argument +
-        L"\".";
+        L"--range expects two frequencies above 0 in MHz, the lower one first, such as 462.3,462.95, but found \"" +
+        argument + L"\".";
     const wchar_t* text = argument.c_str();
     RangeMhz range;
     range.lowest = takeNumber(text, problem);
@@ -97,7 +99,7 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
         const std::wstring& option = arguments[i];
         const auto value = [&]() -> const std::wstring& {
             if (i + 1 == arguments.size() || arguments[i + 1].empty()) {
-                throw UsageError{option + L" expects a value after it."};
+                throw UsageError{option + L" needs a value after it."};
             }
             return arguments[++i];
         };
@@ -116,7 +118,7 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
         } else if (option == L"--quit") {
             result.quit = true;
         } else {
-            throw UsageError{L"\"" + option + L"\" is not an option."};
+            throw UsageError{L"\"" + option + L"\" is not an option of this program."};
         }
     }
     if (result.range) {

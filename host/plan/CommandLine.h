@@ -1,4 +1,4 @@
-// What the command line of the sample host asks for.
+// The command line of the sample host.
 #pragma once
 
 #include <optional>
@@ -20,22 +20,22 @@ struct PixelSize {
 };
 
 struct CommandLine {
-    std::wstring planFile;          ///< empty: none
-    ProductOptions products;        ///< orders; the third when the command line names none
-    std::optional<RangeMhz> range;  ///< products are computed and shown in it; otherwise everywhere
+    std::wstring planFile;          ///< empty: no plan
+    ProductOptions products;        ///< orders; the third order when the command line gives none
+    std::optional<RangeMhz> range;  ///< products are computed and shown in this range only
     std::optional<PixelSize> size;  ///< inner size of the window
-    std::wstring saveFile;          ///< the picture goes there when it is drawn; empty: nowhere
-    bool quit = false;              ///< ends when all is done and never waits for anybody
+    std::wstring saveFile;          ///< the picture is saved here after it is drawn; empty: not saved
+    bool quit = false;              ///< the program ends when all is done and never waits for the user
 };
 
 struct UsageError {
     std::wstring text;  ///< what is wrong, in one sentence
 };
 
-/// One line for each option, for messages.
+/// A description of the options, one line for each.
 extern const wchar_t* const kUsage;
 
-/// Reads the arguments that follow the program's name; throws UsageError.
+/// Reads the arguments after the program's name; throws UsageError.
 [[nodiscard]] CommandLine parseCommandLine(const std::vector<std::wstring>& arguments);
 
 }  // namespace kv::host

@@ -25,7 +25,7 @@ void append(std::wstring& text, char32_t c) {
     text.push_back(static_cast<wchar_t>(c));
 }
 
-/// Decodes one line. A shortest-form check keeps out the overlong forms, which would be a second spelling of a key.
+/// Decodes one line. Overlong forms are refused, because they would allow two spellings of the same key.
 class LineDecoder {
   public:
     LineDecoder(std::string_view bytes, std::size_t line) : bytes_(bytes), line_(line) {}

@@ -45,8 +45,8 @@ constexpr std::array<ColumnName, kColumnCount> kColumns = {{{L"kind", true},
                                                             {L"box colour", false},
                                                             {L"line colour", false}}};
 
-// What radio is: above 1 kHz, where a frequency in the wrong unit usually falls below, to the 3,000 GHz at which the
-// Radio Regulations end it.
+// Allowed frequencies. A frequency in the wrong unit is usually below 1 kHz, and the Radio Regulations end at 3,000
+// GHz.
 constexpr double kLowestHz = 1e3;
 constexpr double kHighestHz = 3e12;
 constexpr double kLowestDbm = -200.0;
@@ -64,7 +64,7 @@ std::wstring found(const std::wstring& text) {
     return text.empty() ? L"nothing" : L"\"" + text + L"\"";
 }
 
-/// One file on its way to a plan: knows the columns and where the present field stands.
+/// Reads one file: knows the columns and the line that is being read.
 class Reader {
   public:
     explicit Reader(std::wstring fileName) : fileName_(std::move(fileName)) { places_.fill(kAbsent); }
@@ -72,7 +72,7 @@ class Reader {
     Plan read(std::string_view bytes) {
         const std::vector<CsvLine> lines = cut(bytes);
         if (lines.empty()) {
-            throw PlanError(fileName_, 0, 0, {}, L"expected a line that names the columns; the file has none");
+            throw PlanError(fileName_, 0, 0, {}, L"expected a line that names the columns, but the file has none");
         }
         readHeader(lines.front());
         Plan plan;
@@ -113,14 +113,15 @@ class Reader {
             }
             std::size_t& place = places_[static_cast<std::size_t>(known - kColumns.begin())];
             if (place != kAbsent) {
-                throw PlanError(fileName_, line.number, field.column, field.text, L"expected each column only once");
+                throw PlanError(fileName_, line.number, field.column, field.text,
+                                L"expected each column only once, but this name occurs twice");
             }
             place = i;
         }
         for (std::size_t i = 0; i < kColumnCount; ++i) {
             if (kColumns[i].needed && places_[i] == kAbsent) {
                 throw PlanError(fileName_, line.number, 1, kColumns[i].name,
-                                L"expected a column with this name, which every plan needs");
+                                L"expected a column with this name, because every plan needs it");
             }
         }
         width_ = line.fields.size();
@@ -132,7 +133,7 @@ class Reader {
             const std::size_t column = line.fields[std::min(line.fields.size(), width_ + 1) - 1].column;
             throw PlanError(fileName_, line.number, column, {},
                             L"expected " + std::to_wstring(width_) +
-                                L" fields, as the line that names the columns has, found " +
+                                L" fields, as in the line that names the columns, found " +
                                 std::to_wstring(line.fields.size()));
         }
         PlanChannel channel;
@@ -160,16 +161,17 @@ class Reader {
         const std::wstring folded = lowered(name);
         const std::wstring prefix = transmits ? L"TX" : L"RX";
         if (!folded.starts_with(lowered(prefix)) || folded.size() == prefix.size()) {
-            fail(kKey, L"expected a key that begins with " + prefix + L" and goes on, found " + found(name));
+            fail(kKey, L"expected a key that begins with " + prefix + L" and has more characters after it, found " +
+                           found(name));
         }
         if (folded.starts_with(kProductPrefix)) {
             fail(kKey, L"expected another key than " + found(name) +
-                           L": those that begin with TXIM are kept for intermodulation products");
+                           L": keys that begin with TXIM are reserved for intermodulation products");
         }
         const auto [other, fresh] = keys_.try_emplace(folded, line_->number);
         if (!fresh) {
-            fail(kKey, L"expected a key of its own, found " + found(name) + L", which line " +
-                           std::to_wstring(other->second) + L" has already");
+            fail(kKey, L"expected a unique key, found " + found(name) + L", which line " +
+                           std::to_wstring(other->second) + L" already uses");
         }
         return name;
     }
@@ -185,7 +187,7 @@ class Reader {
 
     std::int64_t bandwidth(std::int64_t frequencyHz) const {
         const double hertz = number(kBandwidth) * unit(kBandwidthUnit, 1e3);
-        // A channel whose lower edge is not above 0 is no channel; one narrower than a hertz is a wrong unit.
+        // The lower edge of a channel must be above 0. A bandwidth below 1 Hz is a sign of a wrong unit.
         if (!(hertz >= 1.0 && hertz / 2.0 < static_cast<double>(frequencyHz))) {
             fail(kBandwidth, L"expected a bandwidth of at least 1 Hz and less than twice the frequency, found " +
                                  found(text(kBandwidth)) + L" " + unitName(kBandwidthUnit, L"KHz"));
@@ -218,7 +220,7 @@ class Reader {
             rgb = rgb * 16 + static_cast<std::uint32_t>(good ? digit : 0);
         }
         if (!good) {
-            fail(column, L"expected a colour such as #1F5FA8, found " + found(value));
+            fail(column, L"expected a color such as #1F5FA8, found " + found(value));
         }
         return (rgb & 0x0000FF00U) | (rgb >> 16) | ((rgb & 0xFFU) << 16);
     }
@@ -242,7 +244,7 @@ class Reader {
         return result;
     }
 
-    /// Hertz in the unit that the column names.
+    /// The number of hertz in the unit that the field names.
     double unit(Column column, double otherwise) const {
         const std::wstring name = lowered(text(column));
         if (name.empty()) {
@@ -284,8 +286,8 @@ class Reader {
     std::unordered_map<std::wstring, std::size_t> keys_;
 };
 
-/// The file's name without its folder. path::wstring() goes by the locale where wide characters are not the native
-/// ones; UTF-32 does not.
+/// The file's name without its folder. Where wide characters are not the native ones, path::wstring() depends on the
+/// locale; UTF-32 does not.
 std::wstring wideName(const std::filesystem::path& file) {
     if constexpr (sizeof(wchar_t) == 2) {
         return file.filename().wstring();
@@ -329,7 +331,7 @@ Plan loadPlan(const std::filesystem::path& file) {
         bytes.append(block.data(), static_cast<std::size_t>(stream.gcount()));
     }
     if (!stream.is_open() || stream.bad()) {
-        throw PlanError(name, 0, 0, {}, L"expected a file that can be read");
+        throw PlanError(name, 0, 0, {}, L"the file cannot be opened or read");
     }
     return parsePlan(bytes, name);
 }

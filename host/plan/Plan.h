@@ -12,17 +12,17 @@
 
 namespace kv::host {
 
-/// 0x00BBGGRR, the colour value of the control's interface.
+/// 0x00BBGGRR, as in the control's interface.
 using Colour = std::uint32_t;
 
 struct PlanChannel {
     bool transmits = false;  ///< kind TX; otherwise RX
-    std::wstring key;        ///< begins with TX or RX, unique in the plan whatever its case
-    std::wstring label;      ///< the key when the plan gives none
+    std::wstring key;        ///< begins with TX or RX, unique in the plan without regard to case
+    std::wstring label;      ///< the key when the plan gives no label
     std::int64_t frequencyHz = 0;
     std::int64_t bandwidthHz = 0;
-    double powerDbm = 0.0;            ///< 0 when the plan has no power
-    std::optional<Colour> boxColour;  ///< the host's own choice when the plan has none
+    double powerDbm = 0.0;            ///< 0 when the plan gives no power
+    std::optional<Colour> boxColour;  ///< the host chooses the color when the plan gives none
     std::optional<Colour> lineColour;
 };
 
@@ -33,8 +33,8 @@ struct Plan {
     [[nodiscard]] std::size_t receiverCount() const noexcept { return channels.size() - transmitterCount(); }
 };
 
-/// Why a plan was not read. Line and column count from 1 and are 0 when the file as a whole is meant; the column
-/// counts characters, not bytes.
+/// Why a plan was not read. Line and column are counted from 1; both are 0 when the error concerns the whole file. The
+/// column counts characters, not bytes.
 class PlanError : public std::exception {
   public:
     PlanError(std::wstring file, std::size_t line, std::size_t column, std::wstring field, std::wstring message);
@@ -42,11 +42,11 @@ class PlanError : public std::exception {
     [[nodiscard]] const std::wstring& file() const noexcept { return file_; }
     [[nodiscard]] std::size_t line() const noexcept { return line_; }
     [[nodiscard]] std::size_t column() const noexcept { return column_; }
-    /// The heading of the column at fault, empty when none is.
+    /// The name of the column with the error; empty when the error concerns no column.
     [[nodiscard]] const std::wstring& field() const noexcept { return field_; }
-    /// What was expected and what was found, a sentence without its place.
+    /// What was expected and what was found, without the position.
     [[nodiscard]] const std::wstring& message() const noexcept { return message_; }
-    /// All of it in one line for the user: "gmrs.csv, line 7, column 12 (frequency): ...".
+    /// The complete message for the user, in one line: "gmrs.csv, line 7, column 12 (frequency): ...".
     [[nodiscard]] std::wstring text() const;
     [[nodiscard]] const char* what() const noexcept override { return "channel plan not readable"; }
 
@@ -58,11 +58,11 @@ class PlanError : public std::exception {
     std::wstring message_;
 };
 
-/// Reads a plan of comma-separated values in UTF-8. Lines that begin with '#' and empty lines are skipped; the first
-/// other line names the columns: kind, key, frequency and bandwidth are needed; label, frequency unit (MHz),
-/// bandwidth unit (KHz), power (dBm), box colour and line colour (#RRGGBB) may be left out. A field in double quotes
-/// may hold commas, and doubled quotes for one. Either the whole plan is good or PlanError is thrown; fileName is
-/// what the error calls the file.
+/// Reads a plan of comma-separated values in UTF-8. Lines that begin with '#' and empty lines are skipped. The first
+/// other line names the columns. The columns kind, key, frequency and bandwidth are required. The columns label,
+/// "frequency unit" (otherwise MHz), "bandwidth unit" (otherwise KHz), power (dBm), "box colour" and "line colour"
+/// (#RRGGBB) may be left out. A field in double quotes can contain commas; a double quote in it is written twice.
+/// Throws PlanError for the first error; its text names the file as fileName.
 [[nodiscard]] Plan parsePlan(std::string_view bytes, const std::wstring& fileName);
 
 /// The plan in a file; throws PlanError also when the file cannot be read.

@@ -8,19 +8,19 @@ namespace kv::host {
 
 namespace {
 
-constexpr std::uint64_t kPauseAfter = 65536;  // a millisecond or two
+constexpr std::uint64_t kPauseAfter = 65536;  // takes one or two milliseconds
 
-/// Which orders ask for a form.
+/// The options that select a form.
 enum class Wanted { kSecond, kThird, kFifth, kEveryFifth };
 
 struct Form {
     Wanted wanted;
     std::uint8_t order;
     std::uint8_t termCount;
-    std::array<std::int16_t, 5> coefficients;  // equal ones side by side
+    std::array<std::int16_t, 5> coefficients;  // equal coefficients are next to each other
 };
 
-// Within an order by falling number of mixing ways, which is by falling level.
+// Within an order by decreasing number of mixing ways, and so by decreasing level.
 constexpr std::array<Form, 10> kForms = {{{Wanted::kSecond, 2, 2, {1, 1}},
                                           {Wanted::kSecond, 2, 2, {1, -1}},
                                           {Wanted::kThird, 3, 3, {1, 1, -1}},
@@ -59,12 +59,12 @@ int mixingWays(const Form& form) {
     return ways;
 }
 
-/// Mixing ways of the two-signal product that defines the intercept point of an order: A-B, 2A-B, 3A-2B.
+/// The mixing ways of the two-signal product that defines the intercept point of an order: A-B, 2A-B or 3A-2B.
 int definingWays(int order) {
     return factorial(order) / (factorial((order + 1) / 2) * factorial(order / 2));
 }
 
-/// Terms that may change places without making another product.
+/// Terms that can be exchanged without giving another product.
 int interchanges(const Form& form) {
     int result = 1;
     int alike = 1;
@@ -128,13 +128,13 @@ ProductGenerator::Step ProductGenerator::next(Product& product) {
     return Step::kEnd;
 }
 
-/// Moves chosen_ on to the next set of different transmitters. Among terms with equal coefficients the transmitters
-/// rise, so that each product comes once. The last term turns fastest, like the last wheel of a counter.
+/// Moves chosen_ to the next set of different transmitters. The indexes of terms with equal coefficients are in rising
+/// order, so that each product is generated once. The last term changes fastest, like the last digit of a counter.
 bool ProductGenerator::nextCombination() {
     const Form& form = kForms[form_];
     const std::size_t last = form.termCount - std::size_t{1};
     std::size_t level = started_ ? last : 0;
-    bool entering = !started_;  // coming to this level from the one before it
+    bool entering = !started_;  // this level was reached from the one before it
     for (;;) {
         std::size_t candidate = 0;
         if (!entering) {

@@ -7,8 +7,8 @@ namespace kv::host {
 
 TidyRange tidyRange(double lowest, double highest) {
     constexpr double kMostDivisions = 24.0;
-    constexpr double kRoom = 0.01;  // of the span, on each side
-    constexpr double kSame = 1e-6;  // of a step
+    constexpr double kRoom = 0.01;  // part of the span, on each side
+    constexpr double kSame = 1e-6;  // part of a step
     const double room = (highest - lowest) * kRoom;
     const double from = std::max(lowest - room, 0.0);
     const double to = highest + room;
@@ -19,7 +19,7 @@ TidyRange tidyRange(double lowest, double highest) {
             double first = std::floor(from / step);
             double last = std::ceil(to / step);
             if (std::fmod(last - first, 2.0) != 0.0) {
-                // One more on the side with less room; above when both have the same.
+                // Adds a step on the side with less room, or above when both sides have the same room.
                 const bool below = first > 0.0 && from - first * step < last * step - to - step * kSame;
                 (below ? first : last) += below ? -1.0 : 1.0;
             }

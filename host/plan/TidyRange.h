@@ -1,4 +1,4 @@
-// A display range whose grid lines stand on round frequencies.
+// A display range whose grid lines are on round frequencies.
 #pragma once
 
 namespace kv::host {
@@ -9,8 +9,8 @@ struct TidyRange {
     int divisions = 0;  ///< grid intervals across it, an even number, so that a line marks the middle
 };
 
-/// The range with a little room around the span from lowest to highest (lowest below highest, lowest not negative),
-/// cut into at most 24 steps of 1, 2, 2.5 or 5 times a power of ten. It does not go below 0.
+/// A range with a small margin around the span from lowest to highest (lowest is below highest and not negative). It
+/// has at most 24 divisions of 1, 2, 2.5 or 5 times a power of ten, and it does not begin below 0.
 [[nodiscard]] TidyRange tidyRange(double lowest, double highest);
 
 }  // namespace kv::host

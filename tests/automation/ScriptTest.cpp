@@ -147,8 +147,9 @@ TEST_F(Script, ExamplesEndWell) {
 TEST_F(Script, FirstLookSaysWhatItDid) {
     const ScriptRun basic = runScript(sourcePath(L"examples/scripts/first-look.vbs"));
     for (const char* line :
-         {"Transmit channels of a fresh control: 0", "Index of the product: 2", "Lowest edge of all in MHz: 462.54375",
-          "Left edge of the display in MHz: 462.48000", "Unit that the control gave it: MHz", "All as expected."})
+         {"Transmit channels of a new control: 0", "Index of the product: 2",
+          "Lowest edge of all channels in MHz: 462.54375", "Left edge of the display in MHz: 462.48000",
+          "Frequency unit that the control set: MHz", "All results are as expected."})
         EXPECT_THAT(basic.output, testing::HasSubstr(std::string(line) + "\n"));
     const ScriptRun java = runScript(sourcePath(L"examples/scripts/first-look.js"));
     EXPECT_THAT(java.output, testing::HasSubstr("2 channels from 162.392 to 162.558 MHz\n"));

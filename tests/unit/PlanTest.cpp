@@ -237,7 +237,7 @@ TEST(PlanErrors, FileThatCannotBeRead) {
         (void)kv::host::loadPlan(missing);
         FAIL() << "loaded a file that does not exist";
     } catch (const PlanError& error) {
-        EXPECT_EQ(error.text(), L"plan.csv: expected a file that can be read.");
+        EXPECT_EQ(error.text(), L"plan.csv: the file cannot be opened or read.");
     }
     EXPECT_THROW((void)kv::host::loadPlan(std::filesystem::temp_directory_path()), PlanError);
 }
