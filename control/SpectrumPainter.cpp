@@ -15,7 +15,7 @@ constexpr int kCrossHatch = 6;
 constexpr int kHeavy = 3;  // pixels: middle grid line and ticks
 constexpr double kLabelPoints = 8.0;
 constexpr double kLabelRoom = 300.0;  // twips under the spectrum
-constexpr int kMostRepeats = 8;
+constexpr int kMostDrawings = 8;
 
 }  // namespace
 
@@ -24,11 +24,11 @@ void SpectrumPainter::repeatWhileOutdated(const std::function<void()>& draw) {
         draw();
         return;
     }
-    int repeats = 0;
+    int drawings = 0;
     do {
         bAgain_ = false;
         draw();
-    } while (bAgain_ && drawnSpan_ != range_.span() && ++repeats < kMostRepeats);
+    } while (bAgain_ && drawnSpan_ != range_.span() && ++drawings < kMostDrawings);
     bAgain_ = false;
 }
 

@@ -34,7 +34,7 @@ class SpectrumPainter {
     /// Something asked for a drawing while one is running, so that this one may end outdated.
     void drawAgain() noexcept { bAgain_ = true; }
     /// Runs `draw`, and runs it again when a drawing was asked for meanwhile and the range is another one than `draw`
-    /// began with; at most eight times more, because a host may change the range whenever a channel is read. Called
+    /// began with. It runs at most eight times, because a host may change the range whenever a channel is read. Called
     /// while a drawing runs, it runs `draw` once: the outer call takes care of what is asked for meanwhile.
     void repeatWhileOutdated(const std::function<void()>& draw);
     /// One drawing of the whole display: `bDrawing` is set while `body` runs.

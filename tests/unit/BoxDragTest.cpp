@@ -48,7 +48,7 @@ TEST_F(BoxDragTest, ZoomsToExactlyTheDraggedSpan) {
     expectScale({400.0, 100.0, 40.0, -100.0});
 }
 
-TEST_F(BoxDragTest, ZoomsAlikeInTheOtherDirection) {
+TEST_F(BoxDragTest, ZoomsTheSameInTheOtherDirection) {
     press(440.0);
     move(440.0);
     move(420.0);
@@ -73,7 +73,7 @@ TEST_F(BoxDragTest, AClickWithoutMovementNeverZooms) {
     EXPECT_THAT(events.heard, IsEmpty());
 }
 
-TEST_F(BoxDragTest, AnUnsteadyClickIsAClick) {
+TEST_F(BoxDragTest, AMoveBelowThreePixelsIsAClick) {
     press(400.0);
     move(400.0);
     move(401.0);
@@ -87,7 +87,7 @@ TEST_F(BoxDragTest, AnUnsteadyClickIsAClick) {
     expectRange(400.0, 401.5);
 }
 
-TEST_F(BoxDragTest, APressEndsAStaleDrag) {
+TEST_F(BoxDragTest, APressEndsADragThatIsStillRunning) {
     press(400.0);
     move(400.0);
     move(460.0);

@@ -11,7 +11,7 @@ using ::testing::IsEmpty;
 
 using CenterCursorTest = RangeTest;
 
-TEST_F(CenterCursorTest, CenterOfZeroOrBelowRecentresOnTheMiddle) {
+TEST_F(CenterCursorTest, CenterOfZeroOrBelowRecentersOnTheMiddle) {
     addTX(450.0);
     for (const double center : {0.0, -3.0, std::numeric_limits<double>::quiet_NaN()}) {
         scope.setDisplayCenterFreq(500.0);
@@ -49,7 +49,7 @@ TEST_F(CenterCursorTest, DrawNewCenterFreqShiftsTheRangeAndKeepsTheSpan) {
     EXPECT_THAT(events.heard, IsEmpty());
 }
 
-TEST_F(CenterCursorTest, JustDrawItDoesNotRecentre) {
+TEST_F(CenterCursorTest, JustDrawItDoesNotRecenter) {
     addTX(450.0);
     scope.DrawDisplay();
     scope.setDisplayCenterFreq(470.0);
@@ -57,7 +57,7 @@ TEST_F(CenterCursorTest, JustDrawItDoesNotRecentre) {
     expectRange(350.0, 550.0);
 }
 
-TEST_F(CenterCursorTest, ACenterTooFarForTheSpanIsAnErrorThatTheNextCenterMends) {
+TEST_F(CenterCursorTest, ACenterTooFarForTheSpanIsAnErrorThatTheNextCenterRepairs) {
     addTX(450.0);
     scope.DrawDisplay();
     for (const double center : {1.0e18, 9.0e12, 1.0e300}) {

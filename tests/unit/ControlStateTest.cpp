@@ -27,7 +27,7 @@ TEST_F(ControlStateTest, NegativeEndBufferReadsAsAHundred) {
     EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
 }
 
-TEST_F(ControlStateTest, EndBufferThatIsNoNumberReadsAsAHundred) {
+TEST_F(ControlStateTest, EndBufferThatIsNotANumberReadsAsAHundred) {
     scope.setFreqEndBuffer(std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
 }
@@ -86,7 +86,7 @@ TEST_F(ControlStateTest, StartSetsTheKnobsUp) {
     EXPECT_EQ(ui.tdKnGrid.sCaption(), L"Grid (Hz)");
 }
 
-TEST_F(ControlStateTest, StartDrawsNothingAndTellsNobody) {
+TEST_F(ControlStateTest, StartDrawsNothingAndRaisesNoEvent) {
     const std::vector<std::uint32_t> spectrum = pixelsOf(ui.picSpectrum);
     const std::vector<std::uint32_t> units = pixelsOf(ui.picUnits);
     EXPECT_THAT(spectrum, ::testing::Each(0xFFFFFFU));
@@ -182,7 +182,7 @@ TEST_F(ControlStateTest, ClickWithAnyChannelDoesNothing) {
     EXPECT_EQ(scope.NumRX(), 1);
 }
 
-TEST_F(ControlStateTest, DrawAllOnlySaysThatItIsWithdrawn) {
+TEST_F(ControlStateTest, DrawAllOnlySaysThatItIsNoLongerSupported) {
     addTX(450.0, 10.0, 30.0);
     headless::RecordingCanvas spectrum({400, 200});
     ui.picSpectrum.divert(&spectrum);
@@ -210,7 +210,7 @@ TEST_F(ControlStateTest, MouseInformationTicksAndShowsItsBox) {
     EXPECT_TRUE(ui.chkShowMouse.visible());
 }
 
-TEST_F(ControlStateTest, DoubleClickRecentresOnTheFrequencyUnderTheMouse) {
+TEST_F(ControlStateTest, DoubleClickRecentersOnTheFrequencyUnderTheMouse) {
     addTX(450.0);
     scope.DrawDisplay();
     ui.picSpectrum.onMouseMove(0, 0, 470.0, 1.0);
@@ -232,7 +232,7 @@ TEST_F(ControlStateTest, RedrawingOneChannelIgnoresItsErrors) {
     EXPECT_TRUE(scope.ReDrawChnl(asChannel(broken)));
 }
 
-TEST_F(ControlStateTest, SizesThatAreNoSizesAreReportedAndKeepTheOldOne) {
+TEST_F(ControlStateTest, InvalidSizesAreReportedAndTheOldSizeStays) {
     scope.resize(-1.0, 7200.0);
     EXPECT_EQ(takeReport().number, util::error_number::kInvalidPropertyValue);
     scope.resize(10800.0, std::numeric_limits<double>::infinity());
@@ -241,7 +241,7 @@ TEST_F(ControlStateTest, SizesThatAreNoSizesAreReportedAndKeepTheOldOne) {
     EXPECT_EQ(ui.userControl.height(), 7200.0);
 }
 
-TEST_F(ControlStateTest, ControlGivesBackItsChannelsAtTheEnd) {
+TEST_F(ControlStateTest, ControlReleasesItsChannelsWhenItIsDestroyed) {
     const SlotRef tx = makeSlot(450.0, 0.0, 0.0, L"TX1");
     {
         Bandscope other(

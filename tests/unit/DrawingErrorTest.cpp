@@ -233,7 +233,7 @@ TEST_F(DrawingErrorTest, ClearingInsideTheKeysGetterWhileRemovingIsSafe) {
         EXPECT_EQ(slot->references(), 1);
 }
 
-TEST_F(DrawingErrorTest, HugeAndMeaninglessValuesAreDrawnWithoutHarm) {
+TEST_F(DrawingErrorTest, HugeAndInvalidValuesAreDrawnWithoutACrash) {
     constexpr double kHuge = std::numeric_limits<double>::max();
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -283,7 +283,7 @@ TEST_F(CursorLineTest, ThePictureUnderTheCursorComesBack) {
     EXPECT_EQ(pixelsOf(ui.picSpectrum), before);
 }
 
-TEST_F(CursorLineTest, ClearingTheDisplayForgetsTheLine) {
+TEST_F(CursorLineTest, ClearingTheDisplayClearsTheLine) {
     scope.setCursorVal(400.0);
     scope.ClearDisplay();
     ui.picSpectrum.divert(&canvas);
@@ -291,7 +291,7 @@ TEST_F(CursorLineTest, ClearingTheDisplayForgetsTheLine) {
     EXPECT_EQ(canvas.lines().size(), 1U);
 }
 
-TEST_F(CursorLineTest, AFullRepaintForgetsTheLineAndDrawsNone) {
+TEST_F(CursorLineTest, AFullRepaintClearsTheLineAndDrawsNone) {
     scope.setCursorVal(400.0);
     scope.DrawDisplay();
     ui.picSpectrum.divert(&canvas);

@@ -39,7 +39,7 @@ class ExportTest : public ScopeTest {
     double width = -1.0;
 };
 
-TEST_F(ExportTest, WithoutANameTheFileStandsInTheScratchFolder) {
+TEST_F(ExportTest, WithoutANameTheFileIsInTheScratchFolder) {
     std::wstring name;
     EXPECT_EQ(scope.DisplayToBMP(height, width, name), kDefaultFile);
     EXPECT_EQ(name, kDefaultFile);

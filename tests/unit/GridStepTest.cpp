@@ -121,7 +121,7 @@ TEST_F(GridStepTest, AChoiceThatLeavesTheRangeTellsOnlyItself) {
     EXPECT_THAT(events.heard, ElementsAre("ChgGridRange"));
 }
 
-TEST_F(GridStepTest, AChoiceRedrawsWithoutRecentring) {
+TEST_F(GridStepTest, AChoiceRedrawsWithoutRecentering) {
     showOneChannel();
     scope.setDisplayCenterFreq(460.0);
     headless::RecordingCanvas canvas({400, 200});

@@ -128,7 +128,7 @@ TEST_F(KeyboardTest, ShiftAndAnArrowNudgeTheCursor) {
     EXPECT_DOUBLE_EQ(scope.CursorVal(), 439.0);
 }
 
-TEST_F(KeyboardTest, SpaceRecentresOnTheCursor) {
+TEST_F(KeyboardTest, SpaceRecentersOnTheCursor) {
     scope.setCursorVal(470.0);
     press(kSpace);
     expectRange(370.0, 570.0);

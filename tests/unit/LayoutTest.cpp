@@ -22,7 +22,7 @@ class LayoutTest : public ScopeTest {
     bool collapsed() const { return ui.fraControl.height() == kStrip; }
 };
 
-TEST_F(LayoutTest, ChildrenStandByTheArithmeticOfAResize) {
+TEST_F(LayoutTest, AResizePlacesTheChildrenByItsArithmetic) {
     scope.resize(12000.0, 9000.0);
     EXPECT_EQ(ui.fraPic.place(), (formenv::Place{60.0, 0.0, 11880.0, 9000.0 - 60.0 - kFullPanel - 60.0}));
     EXPECT_EQ(ui.fraControl.place(), (formenv::Place{60.0, 6660.0, 11880.0, kFullPanel}));
@@ -173,7 +173,7 @@ double bottomOf(const formenv::Widget& widget) {
     return widget.top() + (widget.kind() == formenv::WidgetKind::ComboBox ? 345.0 : widget.height());
 }
 
-TEST_F(LayoutTest, NothingOnThePanelOverlapsLeavesItOrStandsInTheStrip) {
+TEST_F(LayoutTest, PanelControlsDoNotOverlapAndKeepOutOfTheStrip) {
     const std::vector<formenv::Widget*> shown = panelWidgets(ui);
     EXPECT_GE(shown.size(), 18U);
     for (const formenv::Widget* a : shown) {

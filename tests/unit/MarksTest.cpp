@@ -47,7 +47,7 @@ TEST_F(MarksTest, CursorThatWasNotDrawnHasNoPosition) {
     EXPECT_EQ(changedColumns(before).size(), 1U);
 }
 
-TEST_F(MarksTest, AnotherBackgroundForgetsTheMarks) {
+TEST_F(MarksTest, AnotherBackgroundErasesTheMarks) {
     addTX(450.0, 20.0, 60.0);
     showTwoPixelsAUnit();
     scope.setCursorVal(500.0);

@@ -177,7 +177,7 @@ TEST_F(MouseInfoTest, TheWindowFollowsTheTick) {
     EXPECT_TRUE(isOpen());
 }
 
-TEST_F(MouseInfoTest, AnErrorInAChannelIsReportedAndTheReadOutsStand) {
+TEST_F(MouseInfoTest, AnErrorInAChannelIsReportedAndTheReadOutsStay) {
     const SlotRef broken = addTX(450.0);
     showTwoPixelsAUnit();
     tick(true);
@@ -190,7 +190,7 @@ TEST_F(MouseInfoTest, AnErrorInAChannelIsReportedAndTheReadOutsStand) {
     EXPECT_EQ(ui.lblFMHz.caption(), L"450.00000 MHz");
 }
 
-TEST_F(MouseInfoTest, ChannelsMayGoWhileTheyAreRead) {
+TEST_F(MouseInfoTest, ChannelsMayBeRemovedWhileTheyAreRead) {
     std::vector<SlotRef> slots;
     for (int i = 0; i < 10; ++i)
         slots.push_back(addTX(450.0));

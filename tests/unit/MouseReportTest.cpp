@@ -43,7 +43,7 @@ TEST_F(MouseReportTest, IsEmptyWithoutAChannel) {
     EXPECT_EQ(report.text(), L"");
 }
 
-TEST_F(MouseReportTest, ReceiversStandOverTransmittersEachUnderItsHeading) {
+TEST_F(MouseReportTest, ReceiversAreListedBeforeTransmittersEachUnderItsHeading) {
     add(channels::ChannelKind::RX, labelled(450.5, 12.5, L"Dispatch"));
     add(channels::ChannelKind::RX, labelled(450.51, 0.0, L"Paging"));
     add(channels::ChannelKind::TX, labelled(450.49, 25.0, L"Base A"));

@@ -93,7 +93,7 @@ TEST_F(PaintingPathTest, FewChannelsAreAskedOneByOne) {
     EXPECT_EQ(asked(), 38);
 }
 
-TEST_F(PaintingPathTest, AThousandAreManyWithoutFurtherWord) {
+TEST_F(PaintingPathTest, AThousandChannelsArePaintedAllAtOnceByDefault) {
     add(channels::ChannelKind::TX, 1000);
     add(channels::ChannelKind::RX, 3);
     EXPECT_TRUE(scope.DrawDisplay());

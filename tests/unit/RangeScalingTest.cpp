@@ -80,7 +80,7 @@ TEST_F(RangeScalingTest, DrawByRangeWithANegativeBufferHalvesNothing) {
     EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
 }
 
-TEST_F(RangeScalingTest, DrawByRangeLeavesTheBufferAloneForASpanThatIsNone) {
+TEST_F(RangeScalingTest, DrawByRangeLeavesTheBufferAloneForAnEmptySpan) {
     scope.setFreqEndBuffer(40.0);
     scope.DrawByRange(450.0, 450.0);
     expectRange(410.0, 490.0);
@@ -108,7 +108,7 @@ TEST_F(RangeScalingTest, DrawByRangeWithoutChannelsAndBoundsStaysUnset) {
     EXPECT_THAT(pixelsOf(ui.picSpectrum), ::testing::Each(0xFFFFFFU));
 }
 
-TEST_F(RangeScalingTest, DrawByRangeForgetsCenterAndStepAndRedraws) {
+TEST_F(RangeScalingTest, DrawByRangeResetsCenterAndStepAndRedraws) {
     addTX(450.0, 10.0, 3.0);
     scope.DrawDisplay();
     scope.setDisplayCenterFreq(600.0);
@@ -259,7 +259,7 @@ TEST_F(RangeScalingTest, ReScaleChannelsReportsAnErrorAndReturnsFalse) {
     EXPECT_EQ(report.flag, 100);
 }
 
-TEST_F(RangeScalingTest, DrawInitialDisplayStartsAllOverAgain) {
+TEST_F(RangeScalingTest, DrawInitialDisplayResetsRangeCenterAndStep) {
     addTX(450.0, 0.0, 30.0);
     scope.DrawDisplay();
     scope.setDisplayCenterFreq(600.0);
@@ -319,7 +319,7 @@ TEST_F(RangeScalingTest, ShowAllRebuildsTheRangeFromTheChannels) {
     EXPECT_THAT(events.heard, IsEmpty());
 }
 
-TEST_F(RangeScalingTest, ShowAllForgetsACenterAndAStepThatWereChosen) {
+TEST_F(RangeScalingTest, ShowAllResetsAChosenCenterAndStep) {
     addTX(400.0);
     addTX(1000.0);
     scope.DrawDisplay();

@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(Events, ReentrantDrawingTest,
 
 class DrawingUnderDrawingTest : public ScopeTest {};
 
-TEST_F(DrawingUnderDrawingTest, DrawByRangeOfNothingStartsNoDrawingInsideADrawing) {
+TEST_F(DrawingUnderDrawingTest, DrawByRangeWithoutChannelsStartsNoDrawingInsideADrawing) {
     addTX(450.0);
     scope.DrawDisplay();
     int depth = 0;
@@ -107,7 +107,7 @@ TEST_F(DrawingUnderDrawingTest, DrawByRangeOfNothingStartsNoDrawingInsideADrawin
     EXPECT_EQ(deepest, 1);
 }
 
-TEST_F(DrawingUnderDrawingTest, AHostThatChangesTheRangeAtEachEventIsNotDrawnForEver) {
+TEST_F(DrawingUnderDrawingTest, ARangeThatEveryEventChangesIsDrawnAtMostEightTimes) {
     addTX(450.0);
     scope.DrawDisplay();
     int yields = 0;

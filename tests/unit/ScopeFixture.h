@@ -58,7 +58,7 @@ inline channels::FreqSlotRef asChannel(const SlotRef& slot) {
     return channels::FreqSlotRef(slot.get());
 }
 
-/// A channel with its band edges `halfBand` MHz on each side of the centre.
+/// A channel with its band edges `halfBand` MHz on each side of the center.
 inline SlotRef makeSlot(double frequency, double halfBand = 0.0, double power = 0.0, const std::wstring& key = L"") {
     SlotRef slot(new PlainSlot);
     channels::FreqSlotFields& fields = slot->fields();

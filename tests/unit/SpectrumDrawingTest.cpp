@@ -119,7 +119,7 @@ TEST_F(SpectrumDrawingTest, HalfOfTheHighestPowerIsTheValueAndNotTheMiddle) {
     EXPECT_THAT(only(spectrum, "rectangle"), ElementsAre(StartsWith("rectangle 180,50 221,201")));
 }
 
-TEST_F(SpectrumDrawingTest, AChannelAcrossTheLeftEdgeIsClippedWithItsCentreLineInside) {
+TEST_F(SpectrumDrawingTest, AChannelAcrossTheLeftEdgeIsClippedWithItsCenterLineInside) {
     addTX(355.0, 10.0, 50.0);
     divert();
     scope.DrawDisplay();
@@ -127,7 +127,7 @@ TEST_F(SpectrumDrawingTest, AChannelAcrossTheLeftEdgeIsClippedWithItsCentreLineI
     EXPECT_EQ(count(spectrum, "line 10,200 10,100 pen 00ff00 w1"), 1);
 }
 
-TEST_F(SpectrumDrawingTest, AChannelWhoseCentreIsLeftOfTheDisplayHasNoCentreLine) {
+TEST_F(SpectrumDrawingTest, AChannelWhoseCenterIsLeftOfTheDisplayHasNoCenterLine) {
     addTX(345.0, 10.0, 50.0);
     divert();
     scope.DrawDisplay();
@@ -143,7 +143,7 @@ TEST_F(SpectrumDrawingTest, AChannelAcrossTheRightEdgeIsClipped) {
     EXPECT_EQ(count(spectrum, "pen 00ff00"), 0);
 }
 
-TEST_F(SpectrumDrawingTest, ACentreOnTheEdgeHasItsLine) {
+TEST_F(SpectrumDrawingTest, ACenterOnTheEdgeHasItsLine) {
     addTX(350.0, 10.0, 50.0);
     addTX(550.0, 10.0, 50.0);
     divert();
@@ -244,7 +244,7 @@ TEST_F(SpectrumDrawingTest, HiddenChannelsAreSkippedInAFullRepaint) {
     EXPECT_TRUE(channel->fields().bDrawn);
 }
 
-TEST_F(SpectrumDrawingTest, HeavyLineStandsInTheMiddleOfAnEvenGridOnly) {
+TEST_F(SpectrumDrawingTest, OnlyAnEvenGridHasAHeavyMiddleLine) {
     divert();
     scope.setNGridX(4);
     scope.DrawDisplay();
@@ -278,14 +278,14 @@ TEST_F(SpectrumDrawingTest, BelowZeroThereIsAFigureInsteadOfGridLinesTicksAndLab
     expectPropertiesAsBefore();
 }
 
-TEST_F(SpectrumDrawingTest, LabelsStandUnderEverySecondGridLine) {
+TEST_F(SpectrumDrawingTest, LabelsAreUnderEverySecondGridLine) {
     scope.setNGridX(8);
     divert();
     ui.picSpectrum.move({3000.0, 0.0, 6000.0, 3000.0});
     ui.picUnits.move({0.0, 0.0, 12000.0, 3600.0});
     units.forget();
     scope.DrawDisplay();
-    // Centred: 7 letters of 5 pixels are 525 twips; picSpectrum begins at pixel 200.
+    // Centerd: 7 letters of 5 pixels are 525 twips; picSpectrum begins at pixel 200.
     ASSERT_EQ(units.lines().size(), 5U);
     EXPECT_EQ(units.lines()[0], "clear f0f0f0");
     const auto expectLabel = [&](std::size_t i, const std::string& at, const std::string& text) {
@@ -300,7 +300,7 @@ TEST_F(SpectrumDrawingTest, LabelsStandUnderEverySecondGridLine) {
     EXPECT_EQ(ui.picUnits.font().points, 8.0);
 }
 
-TEST_F(SpectrumDrawingTest, LabelsStandUnderThePictureWithinTheStrip) {
+TEST_F(SpectrumDrawingTest, LabelsAreUnderThePictureInsideTheStrip) {
     scope.resize(10800.0, 7200.0);
     divert();
     scope.DrawDisplay();

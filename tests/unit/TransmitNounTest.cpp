@@ -29,7 +29,7 @@ TEST_F(TransmitNounTest, AnyOtherChannelFirstMakesThemChannels) {
     EXPECT_EQ(scope.sTXNoun(), L" TX Channels");
 }
 
-TEST_F(TransmitNounTest, ClearingTheTransmitChannelsForgetsTheWord) {
+TEST_F(TransmitNounTest, ClearingTheTransmitChannelsResetsTheNoun) {
     add(L"GMRS 1");
     scope.ClearTXChnls();
     EXPECT_EQ(scope.sTXNoun(), L"");
