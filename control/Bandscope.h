@@ -193,12 +193,14 @@ class Bandscope final : private RangeView, private KeyActions {
     void tdKnGrid_ValueChanged(double dNewVal);
     void tdKnGrid_TurnEnd();
     void tdKnGrid_GivenUp();
+    void tdKnCenter_TurnEnd();
     void tdKnMovCenter_ValueChanged(double d);
     void tdKnMovCenter_TurnEnd();
     void tdKnMovCursor_ValueChanged(double d);
     void cmdCenterCursor_Click();
     void chkViewAllxx_Click();
     void chkShowMouse_Click();
+    void drawLabelsAlone();
     void drawButton_Click(channels::ChannelKind kind);
     void picSpectrum_MouseDown(int button);
     void picSpectrum_MouseMove(int buttons, double x);

@@ -24,20 +24,19 @@ void Bandscope::connectHandlers() {
     ui_.userControl.onClick = [this] { UserControl_Click(); };
     ui_.cboGridRange.onClick = [this] { cboGridRange_Click(); };
     ui_.cmdCenterCursor.onClick = [this] { cmdCenterCursor_Click(); };
-    ui_.cmdClear.onClick = [this] { ClearDisplay(); };
+    ui_.cmdClear.onClick = [this] { reported(L"cmdClear_Click", [this](Step&) { ClearDisplay(); }); };
     ui_.chkShowMouse.onClick = [this] { chkShowMouse_Click(); };
     ui_.cmdDrawTX.onClick = [this] { drawButton_Click(ChannelKind::TX); };
     ui_.cmdDrawRX.onClick = [this] { drawButton_Click(ChannelKind::RX); };
     ui_.chkViewAllxx.onClick = [this] { chkViewAllxx_Click(); };
-    ui_.chkOrder.onClick = [this] { drawOrClear(); };
+    ui_.chkOrder.onClick = [this] { reported(L"chkOrder_Click", [this](Step&) { drawOrClear(); }); };
     ui_.Command2.onClick = [this] { DrawDisplay(); };
-    ui_.Command3.onClick = [this] { addTestFrequencies(); };
-    ui_.Command4.onClick = [this] {
-        const Marks::Aside aside(marks_);
-        painter_.DrawFreqLbls();
-    };
+    ui_.Command3.onClick = [this] { reported(L"Command3_Click", [this](Step&) { addTestFrequencies(); }); };
+    ui_.Command4.onClick = [this] { reported(L"Command4_Click", [this](Step&) { drawLabelsAlone(); }); };
     ui_.fraControl.onMouseDown = [this](int b, int, double x, double y) { fraControl_MouseDown(b, x, y); };
-    ui_.fraControl.onMouseMove = [this](int, int, double x, double y) { panel_.showToolTipAt(x, y); };
+    ui_.fraControl.onMouseMove = [this](int, int, double x, double y) {
+        reported(L"fraControl_MouseMove", [=, this](Step&) { panel_.showToolTipAt(x, y); });
+    };
 }
 
 void Bandscope::connectKnobs() {
@@ -46,11 +45,7 @@ void Bandscope::connectKnobs() {
     ui_.tdKnGrid.onTurnBegin = [this] { range_.rememberForTurn(); };
     ui_.tdKnGrid.onGivenUp = [this] { tdKnGrid_GivenUp(); };
     ui_.tdKnCenter.onValueChanged = [this](double d) { applyNewCenter(d); };
-    ui_.tdKnCenter.onTurnEnd = [this] {
-        // Each new center gave the knob its start range; under the hand it could not be rescaled.
-        rescaleKnobsToRange();
-        tellRangeChanged();
-    };
+    ui_.tdKnCenter.onTurnEnd = [this] { tdKnCenter_TurnEnd(); };
     ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
     ui_.tdKnMovCenter.onTurnEnd = [this] { tdKnMovCenter_TurnEnd(); };
     ui_.tdKnCursor.onValueChanged = [this](double d) { setShownCursor(d); };
@@ -72,16 +67,24 @@ void Bandscope::connectPictures() {
 
 void Bandscope::drawButton_Click(ChannelKind kind) {
     const bool tx = kind == ChannelKind::TX;
-    if (store_.count(kind) < 1) {
-        services_.platform.messageBox(tx ? L"No TX channels to draw." : L"No RX channels to draw.", L"",
-                                      formenv::MessageIcon::None, formenv::MessageButtons::Ok);
-        return;
-    }
+    reported(tx ? L"cmdDrawTX_Click" : L"cmdDrawRX_Click", [&](Step& step) {
+        if (store_.count(kind) < 1) {
+            services_.platform.messageBox(tx ? L"No TX channels to draw." : L"No RX channels to draw.", L"",
+                                          formenv::MessageIcon::None, formenv::MessageButtons::Ok);
+            return;
+        }
+        step = 200;
+        const Marks::Aside aside(marks_);
+        if (tx)
+            DrawDisplayTX();
+        else
+            DrawDisplayRX();
+    });
+}
+
+void Bandscope::drawLabelsAlone() {
     const Marks::Aside aside(marks_);
-    if (tx)
-        DrawDisplayTX();
-    else
-        DrawDisplayRX();
+    painter_.DrawFreqLbls();
 }
 
 void Bandscope::picSpectrum_MouseMove(int buttons, double x) {

@@ -247,6 +247,12 @@ void Bandscope::applyNewCenter(double value) {
     });
 }
 
+// Each new center gave the knob its start range; under the hand it could not be rescaled.
+void Bandscope::tdKnCenter_TurnEnd() {
+    reported(L"tdKnCenter_TurnEnd", [&](Step&) { rescaleKnobsToRange(); });
+    tellRangeChanged();
+}
+
 // The center nudges against the sense of the cursor: turning up pulls the picture, not the center, to the right.
 void Bandscope::tdKnMovCenter_ValueChanged(double d) {
     reported(L"tdKnMovCenter_ValueChanged", [&](Step& step) {

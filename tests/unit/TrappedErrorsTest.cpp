@@ -172,6 +172,58 @@ TEST_F(TrappedErrors, OfTheMouseAndThePanel) {
     expectRecord(util::error_number::kInvalidPropertyValue, L"UserControl_Resize", 300);
 }
 
+/// Every window, picture and message box fails, and so does the making of a record.
+TEST_F(TrappedErrors, OfEveryHandler) {
+    class FailingPeer final : public formenv::Peer {
+      public:
+        void changed(formenv::Change) override { throw util::RuntimeError(kOutOfMemory); }
+    } peer;
+    show();
+    platform.onMessage = [] { throw util::RuntimeError(kOutOfMemory); };
+    ui.picSpectrum.divert(&failing);
+    ui.picUnits.divert(&failing);
+    for (formenv::Widget* widget : std::initializer_list<formenv::Widget*>{
+             &ui.fraControl, &ui.tdKnMovCenter, &ui.tdKnMovCursor, &ui.tdKnCenter, &ui.tdKnCursor, &ui.tdKnGrid,
+             &ui.lblFMHz, &ui.lblFromCenter, &ui.cboGridRange})
+        widget->setPeer(&peer);
+    struct {
+        const wchar_t* procedure;  // that reports, which may be one that the handler calls
+        std::function<void()> handler;
+    } const handlers[] = {
+        {L"cmdClear_Click", ui.cmdClear.onClick},
+        {L"DrawDisplayTX", ui.cmdDrawTX.onClick},
+        {L"cmdDrawRX_Click", ui.cmdDrawRX.onClick},
+        {L"cmdCenterCursor_Click", ui.cmdCenterCursor.onClick},
+        {L"chkOrder_Click", ui.chkOrder.onClick},
+        {L"DrawDisplay", ui.Command2.onClick},
+        {L"Command3_Click", ui.Command3.onClick},
+        {L"Command4_Click", ui.Command4.onClick},
+        {L"cboGridRange_Click", ui.cboGridRange.onClick},
+        {L"tdKnGrid_ValueChanged", [&] { ui.tdKnGrid.onValueChanged(kInfinity); }},
+        {L"tdKnGrid_TurnEnd", ui.tdKnGrid.onTurnEnd},
+        {L"JustDrawIt", ui.tdKnGrid.onGivenUp},
+        {L"SetNewCenter", [&] { ui.tdKnCenter.onValueChanged(455.0); }},
+        {L"tdKnCenter_TurnEnd", ui.tdKnCenter.onTurnEnd},
+        {L"SetNewCenter", [&] { ui.tdKnMovCenter.onValueChanged(1.0); }},
+        {L"SetNewCenter", ui.tdKnMovCenter.onTurnEnd},
+        {L"tdKnMovCursor_ValueChanged", [&] { ui.tdKnMovCursor.onValueChanged(1.0); }},
+        {L"picSpectrum_MouseMove", [&] { ui.picSpectrum.onMouseMove(0, 0, 451.0, 1.0); }},
+        {L"picSpectrum_DblClick", [&] { ui.picSpectrum.onDblClick(1, 0, 451.0, 1.0); }},
+        {L"picSpectrum_KeyDown", [&] { ui.picSpectrum.onKeyDown(38, 0); }},
+        {L"picUnits_MouseMove", [&] { ui.picUnits.onMouseMove(0, 0, 2000.0, 1.0); }},
+        {L"fraControl_MouseMove", [&] { ui.fraControl.onMouseMove(0, 0, 10.0, 10.0); }},
+        {L"ToggleControlsSection", [&] { ui.fraControl.onMouseDown(formenv::mouse_button::kRight, 0, 10.0, 10.0); }},
+    };
+    for (const auto& [procedure, handler] : handlers) {
+        EXPECT_NO_THROW(handler()) << ::testing::PrintToString(procedure);
+        const std::vector<std::wstring> lines = record();
+        EXPECT_THAT(lines, ::testing::Contains(::testing::HasSubstr(L"Procedure: " + std::wstring(procedure) + L";")));
+    }
+    for (formenv::Widget* widget : ui.fraControl.children())
+        widget->setPeer(nullptr);
+    ui.fraControl.setPeer(nullptr);
+}
+
 TEST_F(TrappedErrors, OfRemovalAndExport) {
     show({450.0, 451.0});
     slots[1]->fields().sKey = L"TX-never-known";
