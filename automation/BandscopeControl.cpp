@@ -10,7 +10,7 @@
 
 #include "automation/FreqSlotObject.h"
 #include "automation/Spoken.h"
-#include "automation/TypeLib.h"
+#include "com/TypeLib.h"
 #include "util/RuntimeError.h"
 
 namespace kv::automation {
@@ -23,7 +23,7 @@ constexpr DISPID kChgFreqRange = 3;
 
 }  // namespace
 
-BandscopeControl::BandscopeControl() {
+BandscopeControl::BandscopeControl() : ConnectionPointsImpl(DIID___kvBandscope) {
     platform_.setKeeper(static_cast<IOleObject*>(this));
     platform_.setBoxHost(this);
     // Nothing of the program may run before it has the object: it would make a second one where it waits for the first.
@@ -51,7 +51,7 @@ HRESULT createBandscopeControl(REFIID iid, void** object) {
         return E_POINTER;
     *object = nullptr;
     BandscopeControl* control = nullptr;
-    const HRESULT made = firewall(__uuidof(_kvBandscope), [&] { control = new BandscopeControl; });
+    const HRESULT made = com::firewall(controlErrors(__uuidof(_kvBandscope)), [&] { control = new BandscopeControl; });
     if (FAILED(made))
         return made;
     const HRESULT result = control->QueryInterface(iid, object);
@@ -120,13 +120,13 @@ void BandscopeControl::ChgGridRange() {
 void BandscopeControl::ChgHeight(std::int16_t iHgt) {
     constexpr double kMost = std::numeric_limits<short>::max();
     const double height = std::min(std::round(toHostTwips(iHgt)), kMost);
-    const std::array<Variant, 1> arguments{Variant(static_cast<short>(height))};
+    const std::array<com::Variant, 1> arguments{com::Variant(static_cast<short>(height))};
     if (!silent_)
         fire(kChgHeight, arguments);
 }
 
 void BandscopeControl::ChgFreqRange(double dMin, double dMax) {
-    const std::array<Variant, 2> arguments{Variant(dMin), Variant(dMax)};
+    const std::array<com::Variant, 2> arguments{com::Variant(dMin), com::Variant(dMax)};
     if (!silent_)
         fire(kChgFreqRange, arguments);
 }
@@ -147,7 +147,7 @@ void BandscopeControl::tellSpectrum() noexcept {
     if (!rootWindow())
         return;
     formenv::Widget& spectrum = scope_->children().picSpectrum;
-    static_cast<void>(firewall(IID_IOleObject, [&] {
+    static_cast<void>(com::firewall(controlErrors(IID_IOleObject), [&] {
         std::wstring value = spectrum.spoken.value();
         if (value == spokenValue_)
             return;
@@ -157,7 +157,7 @@ void BandscopeControl::tellSpectrum() noexcept {
 }
 
 HRESULT BandscopeControl::GetClassInfo(ITypeInfo** info) {
-    return getClassInfo(CLSID_kvBandscope, info);
+    return com::getClassInfo(CLSID_kvBandscope, info);
 }
 
 HRESULT BandscopeControl::GetGUID(DWORD kind, GUID* guid) {

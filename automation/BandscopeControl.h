@@ -11,13 +11,15 @@
 #include <atomic>
 #include <memory>
 
-#include "automation/ConnectionPoints.h"
 #include "automation/ControlPersist.h"
 #include "automation/ControlView.h"
-#include "automation/Dispatch.h"
-#include "automation/Firewall.h"
+#include "automation/ForeignFreqSlot.h"
+#include "automation/Identity.h"
 #include "automation/MessageWatch.h"
-#include "automation/Module.h"
+#include "com/ConnectionPoints.h"
+#include "com/Dispatch.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 #include "control/Bandscope.h"
 #include "formenv/PlatformPrompt.h"
 #include "kvBandscope.h"
@@ -29,13 +31,11 @@
 
 namespace kv::automation {
 
-// Groups of interfaces that need nothing of the display itself are base classes (automation in Dispatch, events in
-// ConnectionPoints, images in ControlPersist, pictures in ControlView); the others stand here, each group implemented
-// in a source file of its own: BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events),
-// ControlOle.cpp (IOleObject), ControlHost.cpp (IOleControl, ambient properties, IQuickActivate), ControlInPlace.cpp
-// (windows and activation), ControlSize.cpp (extent and window rectangle), ControlKeys.cpp (keyboard and focus).
-class BandscopeControl final : public DispatchImpl<_kvBandscope>,
-                               public ConnectionPointsImpl,
+// Source files: BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, lifetime, events), ControlOle.cpp
+// (IOleObject), ControlHost.cpp (IOleControl, ambient properties, IQuickActivate), ControlInPlace.cpp (windows and
+// activation), ControlSize.cpp (extent and window rectangle), ControlKeys.cpp (keyboard and focus).
+class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelConverter>,
+                               public com::ConnectionPointsImpl,
                                public PersistImpl,
                                public ViewImpl,
                                public IOleObject,
@@ -250,14 +250,14 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     HRESULT member(F&& body) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
         const Work work(*this);
-        return firewall(__uuidof(_kvBandscope), std::forward<F>(body));
+        return com::firewall(controlErrors(__uuidof(_kvBandscope)), std::forward<F>(body));
     }
     /// The same with a result.
     template <class Out, class F>
     HRESULT memberReturn(Out* out, F&& body) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
         const Work work(*this);
-        return firewallReturn(__uuidof(_kvBandscope), out, std::forward<F>(body));
+        return com::firewallReturn(controlErrors(__uuidof(_kvBandscope)), out, std::forward<F>(body));
     }
     /// An accessor: an error ends it quietly with the start value as its result.
     template <class Out, class F>
@@ -336,7 +336,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void tellSpectrum() noexcept;
 
     std::atomic<ULONG> references_{1};
-    ModuleRef module_;
+    com::ModuleRef module_;
     win32::WinPlatform platform_;
     win32::WinFiles files_;
     // Without a container, as in a script, there may be nobody who would close a message box.
@@ -377,8 +377,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     SIZE askedAt_{-1, -1};  ///< the window's size when the container was asked last
     int asked_ = 0;         ///< how often, without another size in between
     int containerCalls_ = 0;
-    bool followingSize_ =
-        false;  ///< the container is asked about a size that the control is about to lay itself out in
+    bool followingSize_ = false;  ///< the container is asked about a size for which the control is not yet laid out
 
     struct Ambient {
         bool userMode = true;
@@ -394,5 +393,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     formenv::Widget::Looks told_;
     std::wstring spokenValue_;  ///< of the spectrum, as screen readers were told last
 };
+
+HRESULT createBandscopeControl(REFIID iid, void** object);
 
 }  // namespace kv::automation

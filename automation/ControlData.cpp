@@ -3,9 +3,10 @@
 #include <vector>
 
 #include "automation/ControlView.h"
-#include "automation/Enumerator.h"
-#include "automation/Firewall.h"
+#include "automation/Identity.h"
 #include "automation/Snapshot.h"
+#include "com/Enumerator.h"
+#include "com/Firewall.h"
 
 namespace kv::automation {
 
@@ -83,7 +84,7 @@ HRESULT ViewImpl::GetData(FORMATETC* format, STGMEDIUM* medium) {
     const HRESULT result = answerable(format, kind);
     if (FAILED(result))
         return result;
-    return firewall(IID_IDataObject, [&] {
+    return com::firewall(controlErrors(IID_IDataObject), [&] {
         const Snapshot picture = snapshot();
         // The handles share their place in the medium.
         if (kind == TYMED_ENHMF)
@@ -109,7 +110,7 @@ HRESULT ViewImpl::GetDataHere(FORMATETC* format, STGMEDIUM* medium) {
     // Only memory of the caller's can be filled; a metafile or bitmap that is there already cannot.
     if (kind != TYMED_HGLOBAL || medium->tymed != TYMED_HGLOBAL)
         return DV_E_TYMED;
-    return firewall(IID_IDataObject, [&] {
+    return com::firewall(controlErrors(IID_IDataObject), [&] {
         const std::vector<BYTE> dib = snapshot().packedDib();
         return GlobalSize(medium->hGlobal) < dib.size() ? STG_E_MEDIUMFULL : copyInto(medium->hGlobal, dib);
     });
@@ -133,8 +134,8 @@ HRESULT ViewImpl::EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) {
     *formats = nullptr;
     if (direction != DATADIR_GET)
         return E_NOTIMPL;
-    return firewall(IID_IDataObject, [&] {
-        Enumerator<IEnumFORMATETC, FormatPolicy>::create({std::begin(kOffers), std::end(kOffers)}, formats);
+    return com::firewall(controlErrors(IID_IDataObject), [&] {
+        com::Enumerator<IEnumFORMATETC, FormatPolicy>::create({std::begin(kOffers), std::end(kOffers)}, formats);
     });
 }
 

@@ -10,7 +10,7 @@ using Microsoft::WRL::ComPtr;
 namespace {
 
 /// 0 when the sink does not fit, as the container may offer one that this control has no use for.
-DWORD connectTo(ConnectionPointsImpl& points, REFIID iid, IUnknown* sink) {
+DWORD connectTo(com::ConnectionPointsImpl& points, REFIID iid, IUnknown* sink) {
     ComPtr<IConnectionPoint> point;
     DWORD cookie = 0;
     if (sink && SUCCEEDED(points.FindConnectionPoint(iid, &point)))
@@ -46,7 +46,7 @@ bool BandscopeControl::ambientFlag(DISPID property, bool otherwise) noexcept {
     if (!site || FAILED(site.As(&ambient)))
         return otherwise;
     DISPPARAMS none{};
-    Variant value;
+    com::Variant value;
     if (FAILED(ambient->Invoke(property, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value, nullptr,
                                nullptr)) ||
         value.vt == VT_EMPTY || FAILED(VariantChangeType(&value, &value, 0, VT_BOOL)))

@@ -35,7 +35,7 @@ HRESULT BandscopeControl::DoVerb(LONG number, LPMSG message, IOleClientSite* sit
 
 HRESULT BandscopeControl::show(const Verb& verb, bool withUi) noexcept {
     const bool wasActive = inPlaceActive_;
-    HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(verb, false); });
+    HRESULT result = com::firewall(controlErrors(IID_IOleObject), [&] { return activateInPlace(verb, false); });
     if (FAILED(result))
         return result;
     // A verb may have hidden it. The focus stays where it is.
@@ -54,7 +54,8 @@ HRESULT BandscopeControl::show(const Verb& verb, bool withUi) noexcept {
 HRESULT BandscopeControl::hide(const Verb& verb) noexcept {
     if (!inPlaceActive_) {
         if (!activatedBefore_ && !closed_)
-            static_cast<void>(firewall(IID_IOleObject, [&] { return activateInPlace(verb, true); }));
+            static_cast<void>(
+                com::firewall(controlErrors(IID_IOleObject), [&] { return activateInPlace(verb, true); }));
         return S_OK;
     }
     UIDeactivate();

@@ -30,7 +30,7 @@ void BandscopeControl::followDpi() noexcept {
     const int dpi = win32::windowDpi(rootWindow(), platform_.hostDpi());
     if (dpi == platform_.dpi())
         return;
-    static_cast<void>(firewall(IID_IOleObject, [&] { windows_->followDpi(dpi); }));
+    static_cast<void>(com::firewall(controlErrors(IID_IOleObject), [&] { windows_->followDpi(dpi); }));
     noteLooks();
 }
 

@@ -4,7 +4,7 @@
 #include <cwchar>
 #include <utility>
 
-#include "automation/Enumerator.h"
+#include "com/Enumerator.h"
 
 namespace kv::automation {
 
@@ -103,8 +103,8 @@ HRESULT BandscopeControl::EnumVerbs(IEnumOLEVERB** verbs) {
     if (!verbs)
         return E_POINTER;
     *verbs = nullptr;
-    return firewall(IID_IOleObject, [&] {
-        Enumerator<IEnumOLEVERB, VerbPolicy>::create({std::begin(kVerbs), std::end(kVerbs)}, verbs);
+    return com::firewall(controlErrors(IID_IOleObject), [&] {
+        com::Enumerator<IEnumOLEVERB, VerbPolicy>::create({std::begin(kVerbs), std::end(kVerbs)}, verbs);
     });
 }
 
@@ -115,7 +115,7 @@ HRESULT BandscopeControl::GetUserClassID(CLSID* clsid) {
 HRESULT BandscopeControl::GetUserType(DWORD /*form*/, LPOLESTR* type) {
     if (!type)
         return E_POINTER;
-    *type = taskText(L"kvBandscope Control");
+    *type = taskText(kControlTitle);
     return *type ? S_OK : E_OUTOFMEMORY;
 }
 
@@ -151,10 +151,7 @@ HRESULT BandscopeControl::EnumAdvise(IEnumSTATDATA** advise) {
 HRESULT BandscopeControl::GetMiscStatus(DWORD aspect, DWORD* status) {
     if (!status)
         return E_POINTER;
-    *status = aspect == DVASPECT_CONTENT
-                  ? static_cast<DWORD>(OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
-                                       OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST)
-                  : 0;
+    *status = aspect == DVASPECT_CONTENT ? kMiscStatus : 0;
     return S_OK;
 }
 

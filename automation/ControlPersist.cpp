@@ -7,7 +7,8 @@
 #include <array>
 #include <cstdint>
 
-#include "automation/OleTypes.h"
+#include "automation/Identity.h"
+#include "com/OleTypes.h"
 #include "kvBandscope.h"
 
 namespace kv::automation {
@@ -86,7 +87,7 @@ void tellLog(IErrorLog* errors, HRESULT code) {
         return;
     EXCEPINFO info{};
     info.scode = code;
-    info.bstrSource = SysAllocString(L"kvBandscope.kvBandscope");
+    info.bstrSource = SysAllocString(kControlProgId);
     info.bstrDescription = SysAllocString(L"The version of the saved control is not a number.");
     errors->AddError(kVersionProperty, &info);
     SysFreeString(info.bstrSource);
@@ -197,7 +198,7 @@ HRESULT PersistImpl::Load(IPropertyBag* bag, IErrorLog* errors) {
         return E_POINTER;
     if (origin_ == Origin::New)
         return E_UNEXPECTED;
-    Variant version;
+    com::Variant version;
     // A bag that does not have the property is one that an earlier control, or a person, filled.
     if (SUCCEEDED(bag->Read(kVersionProperty, &version, nullptr)) && version.vt != VT_EMPTY &&
         FAILED(VariantChangeType(&version, &version, 0, VT_I4))) {
@@ -210,7 +211,7 @@ HRESULT PersistImpl::Load(IPropertyBag* bag, IErrorLog* errors) {
 HRESULT PersistImpl::Save(IPropertyBag* bag, BOOL /*clearDirty*/, BOOL /*saveAll*/) {
     if (!bag)
         return E_POINTER;
-    Variant version(static_cast<int>(kVersion));
+    com::Variant version(static_cast<int>(kVersion));
     return bag->Write(kVersionProperty, &version);
 }
 

@@ -121,7 +121,7 @@ HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
     if (size->cx < 0 || size->cy < 0)
         return E_INVALIDARG;
     const ContainerCall call(*this);
-    return firewall(IID_IOleObject, [&] { adoptExtent(*size); });
+    return com::firewall(controlErrors(IID_IOleObject), [&] { adoptExtent(*size); });
 }
 
 /// A window keeps its size, which only SetObjectRects changes: containers also set an extent to try it out.
@@ -142,7 +142,7 @@ HRESULT BandscopeControl::SetObjectRects(LPCRECT place, LPCRECT clip) {
         return E_POINTER;
     const ContainerCall call(*this);
     // Containers treat any other result as a failure of their own resize.
-    static_cast<void>(firewall(IID_IOleInPlaceObject, [&] { placeWindow(*place, clip, false); }));
+    static_cast<void>(com::firewall(controlErrors(IID_IOleInPlaceObject), [&] { placeWindow(*place, clip, false); }));
     return S_OK;
 }
 

@@ -1,7 +1,8 @@
 #include "automation/ControlView.h"
+#include "automation/Identity.h"
 
-#include "automation/Firewall.h"
 #include "automation/Snapshot.h"
+#include "com/Firewall.h"
 
 namespace kv::automation {
 
@@ -37,7 +38,7 @@ HRESULT ViewImpl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTAR
     if (!dc || !bounds)
         return E_INVALIDARG;
     const ComPtr<IDataObject> alive(this);
-    return firewall(IID_IViewObject, [&] {
+    return com::firewall(controlErrors(IID_IViewObject), [&] {
         if (goOn && !goOn(argument))
             return E_ABORT;
         // Only logical units of `dc` are used and its mapping is left alone, so the window bounds of a metafile are met

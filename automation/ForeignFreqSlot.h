@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "channels/FreqSlot.h"
+#include "com/Dispatch.h"
 #include "kvBandscope.h"
 
 namespace kv::automation {
@@ -16,5 +17,8 @@ namespace kv::automation {
 /// The host's view of a channel, counted for the caller: the host's own object again, not a copy. A null channel gives
 /// NULL and S_OK, which a host reads as Nothing.
 [[nodiscard]] HRESULT channelToHost(channels::FreqSlot* channel, _FreqSlot** out) noexcept;
+
+/// For calls by name: takes the objects that channelFromHost() takes wherever a method takes a `_FreqSlot`.
+extern const com::ObjectConverter kChannelConverter;
 
 }  // namespace kv::automation

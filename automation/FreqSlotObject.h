@@ -8,10 +8,11 @@
 #include <string>
 #include <utility>
 
-#include "automation/Dispatch.h"
-#include "automation/Firewall.h"
-#include "automation/Module.h"
+#include "automation/Identity.h"
 #include "channels/FreqSlot.h"
+#include "com/Dispatch.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 #include "kvBandscope.h"
 #include "util/Ref.h"
 
@@ -33,7 +34,7 @@ struct IChannelAccess : public IUnknown {
 [[nodiscard]] const void* channelHome() noexcept;
 
 /// A channel record. Half a million of them are an everyday number, so it holds its fields and little else.
-class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
+class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
                              public IProvideClassInfo,
                              public IChannelAccess,
                              public channels::FreqSlotBase {
@@ -99,7 +100,7 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
         return get(i, &Component::label, value);
     }
     HRESULT STDMETHODCALLTYPE put_sKey(BSTR value) override {
-        return firewall(IID__FreqSlot, [&] { store(fields().sKey, value); });
+        return com::firewall(kFreqSlotErrors, [&] { store(fields().sKey, value); });
     }
     HRESULT STDMETHODCALLTYPE get_sKey(BSTR* value) override { return get(&Fields::sKey, value); }
     HRESULT STDMETHODCALLTYPE put_bVisible(VARIANT_BOOL value) override { return put(&Fields::bVisible, value); }
@@ -115,33 +116,36 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
     template <class Field, class Value>
     static void store(Field& field, Value value) {
         if constexpr (std::is_same_v<Field, std::wstring>)
-            field = fromIn(value);
+            field = com::fromIn(value);
         else if constexpr (std::is_same_v<Field, bool>)
-            field = boolFromIn(value);
+            field = com::boolFromIn(value);
         else
             field = static_cast<Field>(value);
     }
     template <class Field, class Value>
     HRESULT put(Field Fields::*field, Value value) noexcept {
-        return firewall(IID__FreqSlot, [&] { store(fieldsButKey().*field, value); });
+        return com::firewall(kFreqSlotErrors, [&] { store(fieldsButKey().*field, value); });
     }
     template <class Field, class Out>
     HRESULT get(Field Fields::*field, Out* out) noexcept {
-        return firewallReturn(IID__FreqSlot, out,
-                              [&]() -> const Field& { return std::as_const(*this).fields().*field; });
+        return com::firewallReturn(kFreqSlotErrors, out,
+                                   [&]() -> const Field& { return std::as_const(*this).fields().*field; });
     }
     template <class Field, class Value>
     HRESULT put(long i, Field Component::*field, Value value) noexcept {
-        return firewall(IID__FreqSlot, [&] { store(component(i).*field, value); });
+        return com::firewall(kFreqSlotErrors, [&] { store(component(i).*field, value); });
     }
     template <class Field, class Out>
     HRESULT get(long i, Field Component::*field, Out* out) noexcept {
-        return firewallReturn(IID__FreqSlot, out, [&]() -> const Field& { return component(i).*field; });
+        return com::firewallReturn(kFreqSlotErrors, out, [&]() -> const Field& { return component(i).*field; });
     }
 
     LONG references_ = 1;
-    [[no_unique_address]] ModuleRef module_;
+    [[no_unique_address]] com::ModuleRef module_;
 };
+
+/// Creates a FreqSlot for the class factory.
+HRESULT createFreqSlot(REFIID iid, void** object);
 
 /// A new record for the control's own use. Throws std::bad_alloc.
 [[nodiscard]] util::Ref<channels::FreqSlotBase> makeFreqSlot();

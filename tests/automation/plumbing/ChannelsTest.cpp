@@ -1,4 +1,4 @@
-// Channels of three origins: our own class, a host's class with _FreqSlot, a host's class with names only.
+// Channels of three kinds: the control's own class, a host's class with _FreqSlot, a host's class with names only.
 #include <gmock/gmock.h>
 
 #include "automation/ForeignFreqSlot.h"
@@ -42,12 +42,13 @@ ULONG referencesOf(IUnknown* object) {
     return object->Release();
 }
 
-/// An object of the module's copy of the class: to the code in this program it is a stranger that offers _FreqSlot.
+/// An object of the module's copy of the class. To the copy of the code in this program, it is a foreign object with
+/// _FreqSlot.
 ComPtr<_FreqSlot> newEarlyBound() {
     return createInstance<_FreqSlot>(CLSID_FreqSlot);
 }
 
-TEST(OwnChannel, IsUsedAsItIs) {
+TEST(OwnChannel, IsUsedWithoutAWrapper) {
     const ComPtr<_FreqSlot> slot = newSlot();
     slot->put_dFreq(151.5);
     const FreqSlotRef channel = channelFromHost(slot.Get());
@@ -57,7 +58,7 @@ TEST(OwnChannel, IsUsedAsItIs) {
     EXPECT_EQ(referencesOf(slot.Get()), 2U);
 }
 
-TEST(OwnChannel, IsMadeForTheInside) {
+TEST(OwnChannel, IsCreatedForTheControlItself) {
     util::Ref<channels::FreqSlotBase> made = automation::makeFreqSlot();
     made->setDFreq(5.0);
     const ComPtr<_FreqSlot> slot = toHost(FreqSlotRef(made.get()));
@@ -68,11 +69,11 @@ TEST(OwnChannel, IsMadeForTheInside) {
     EXPECT_EQ(referencesOf(slot.Get()), 1U);
 }
 
-TEST(OwnChannel, IsSmall) {
+TEST(OwnChannel, IsSmallerThan320Bytes) {
     EXPECT_LT(sizeof(automation::FreqSlotObject), 320U);
 }
 
-TEST(NoChannel, IsNothing) {
+TEST(NoChannel, IsNullForHostsAndError91FromHosts) {
     _FreqSlot* slot = reinterpret_cast<_FreqSlot*>(&slot);
     EXPECT_EQ(channelToHost(nullptr, &slot), S_OK);
     EXPECT_EQ(slot, nullptr);
@@ -86,7 +87,7 @@ TEST(NoChannel, ObjectWithoutMembersIsError13) {
     EXPECT_EQ(errorOf([&] { static_cast<void>(channelFromHost(object.Get())); }).number(), 13);
 }
 
-TEST(EarlyBoundChannel, GoesThroughItsVtable) {
+TEST(EarlyBoundChannel, IsCalledThroughItsVtable) {
     const ComPtr<_FreqSlot> slot = newEarlyBound();
     ASSERT_TRUE(slot);
     {
@@ -193,7 +194,7 @@ TEST_F(LateBoundChannel, ReadsComponents) {
     EXPECT_EQ(errorOf([&] { channel->imComponent(0); }).number(), 9);
 }
 
-TEST_F(LateBoundChannel, AsksForANameOnce) {
+TEST_F(LateBoundChannel, AsksForTheIdOfANameOnce) {
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(channel->dFreq(), 0.0);
         channel->setDFreq(0.0);
@@ -201,7 +202,7 @@ TEST_F(LateBoundChannel, AsksForANameOnce) {
     EXPECT_EQ(object->nameQuestions, 1);
 }
 
-TEST_F(LateBoundChannel, ObjectsOfScriptEnginesAnswerThroughTheirExtendedInterface) {
+TEST_F(LateBoundChannel, ObjectsOfScriptEnginesAreCalledThroughIDispatchEx) {
     object->answersExtendedOnly = true;
     object->values[L"sKey"] = L"K1";
     EXPECT_EQ(channel->sKey(), L"K1");
@@ -228,7 +229,7 @@ TEST_F(LateBoundChannel, FailuresAreRunTimeErrors) {
     EXPECT_EQ(errorOf([&] { channel->setBDrawn(true); }).number(), 440);
 }
 
-TEST_F(LateBoundChannel, IsTheHostsObjectToHosts) {
+TEST_F(LateBoundChannel, HasTheIdentityOfTheHostsObject) {
     const ComPtr<_FreqSlot> slot = toHost(channel);
     EXPECT_TRUE(sameObject(slot.Get(), object.Get()));
     ComPtr<IDispatch> dispatch;
@@ -278,7 +279,7 @@ TEST_F(LateBoundChannel, OffersAllMembersThroughTheVtable) {
     EXPECT_EQ(takeErrorText(), L"Object doesn't support this property or method");
 }
 
-TEST_F(LateBoundChannel, HoldsItsObjectAndLetsGo) {
+TEST_F(LateBoundChannel, KeepsItsObjectUntilTheLastReferenceIsReleased) {
     int destroyed = 0;
     object->destroyed = &destroyed;
     object.Reset();
@@ -290,7 +291,7 @@ TEST_F(LateBoundChannel, HoldsItsObjectAndLetsGo) {
     EXPECT_EQ(destroyed, 1);
 }
 
-TEST(ChannelsByName, ForeignObjectsAreTakenAndGivenBack) {
+TEST(ChannelsByName, ForeignObjectsAreAcceptedAndReturned) {
     ComPtr<ProbeControl> control = adopt(new ProbeControl);
     IDispatch* const dispatch = static_cast<_kvBandscope*>(control.Get());
     const ComPtr<DictionarySlot> object = DictionarySlot::create();
@@ -311,7 +312,7 @@ TEST(ChannelsByName, ForeignObjectsAreTakenAndGivenBack) {
     EXPECT_EQ(object->references(), 1U);
 }
 
-TEST(ChannelsByName, OwnObjectsComeBackAsTheyAre) {
+TEST(ChannelsByName, OwnObjectsAreReturnedUnchanged) {
     const ComPtr<ProbeControl> control = adopt(new ProbeControl);
     IDispatch* const dispatch = static_cast<_kvBandscope*>(control.Get());
     const ComPtr<_FreqSlot> slot = newSlot();

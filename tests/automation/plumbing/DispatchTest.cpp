@@ -1,4 +1,4 @@
-// Calls by name: arguments in variables, left-out and named ones, objects, and errors.
+// Calls by name: arguments in variables, arguments that are left out or named, objects, and errors.
 #include <gmock/gmock.h>
 
 #include "tests/automation/Module.h"
@@ -16,7 +16,7 @@ class DispatchTest : public testing::Test {
     IDispatch* dispatch() { return static_cast<_kvBandscope*>(control.Get()); }
 };
 
-TEST_F(DispatchTest, ResultsComeBackIntoVariables) {
+TEST_F(DispatchTest, ResultsAreStoredInVariables) {
     Var height;
     Var width(L"12.5");
     Var name(7);
@@ -51,7 +51,7 @@ TEST_F(DispatchTest, TypedVariablesKeepTheirType) {
     SysFreeString(name);
 }
 
-TEST_F(DispatchTest, VariablesOfEverySizeTakeTheResult) {
+TEST_F(DispatchTest, VariablesOfAllSizesReceiveTheResult) {
     float height = 0.0F;
     short width = 0;
     DECIMAL name{};
@@ -87,7 +87,7 @@ TEST_F(DispatchTest, ResultsThatDoNotFitAreAnOverflow) {
     EXPECT_EQ(width, 0);
 }
 
-TEST_F(DispatchTest, ValuesAndLeftOutTextsGoIn) {
+TEST_F(DispatchTest, ValuesAreConvertedAndTextsThatAreLeftOutAreEmpty) {
     EXPECT_EQ(call(dispatch(), L"DisplayToBMP", {1, L"2"}).hr, S_OK);
     EXPECT_EQ(control->givenHeight, 1.0);
     EXPECT_EQ(control->givenWidth, 2.0);
@@ -100,7 +100,7 @@ TEST_F(DispatchTest, ValuesAndLeftOutTextsGoIn) {
     EXPECT_EQ(call(dispatch(), L"DisplayToBMP", {1.0}).hr, DISP_E_BADPARAMCOUNT);
 }
 
-TEST_F(DispatchTest, LeftOutNumbersAreZero) {
+TEST_F(DispatchTest, NumbersThatAreLeftOutAreZero) {
     EXPECT_EQ(call(dispatch(), L"DrawByRange").hr, S_OK);
     EXPECT_EQ(control->rangeMin, 0.0);
     EXPECT_EQ(control->rangeMax, 0.0);
@@ -115,7 +115,7 @@ TEST_F(DispatchTest, LeftOutNumbersAreZero) {
     EXPECT_EQ(call(dispatch(), L"DrawByRange", {1.0, 2.0, 3.0}).hr, DISP_E_BADPARAMCOUNT);
 }
 
-TEST_F(DispatchTest, NamedArguments) {
+TEST_F(DispatchTest, NamedArgumentsAreMatchedByTheirIds) {
     wchar_t member[] = L"DrawByRange";
     wchar_t first[] = L"dFMin";
     wchar_t second[] = L"dFMax";
@@ -137,7 +137,7 @@ TEST_F(DispatchTest, NamedArguments) {
     EXPECT_EQ(wrong.argError, 0U);
 }
 
-TEST_F(DispatchTest, WrongTypesNameTheArgument) {
+TEST_F(DispatchTest, WrongTypesReportTheIndexOfTheArgument) {
     Outcome wrong = call(dispatch(), L"DrawByRange", {L"one", 2.0});
     EXPECT_EQ(wrong.hr, DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong.argError, 1U);
@@ -151,7 +151,7 @@ TEST_F(DispatchTest, WrongTypesNameTheArgument) {
     EXPECT_EQ(control->rangeMin, -1.0);
 }
 
-TEST_F(DispatchTest, ScriptsAskForMethodsAndPropertiesAlike) {
+TEST_F(DispatchTest, MembersAreFoundByMethodAndPropertyFlagsTogether) {
     control->gridX = 12;
     constexpr WORD kEither = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
     const Outcome grid = invoke(dispatch(), idOf(dispatch(), L"nGridX"), kEither, {});
@@ -163,7 +163,7 @@ TEST_F(DispatchTest, ScriptsAskForMethodsAndPropertiesAlike) {
     EXPECT_EQ(put(dispatch(), L"NumTX", {3}).hr, DISP_E_MEMBERNOTFOUND);
 }
 
-TEST_F(DispatchTest, ColoursAreBits) {
+TEST_F(DispatchTest, ColorsArePassedBitForBit) {
     EXPECT_EQ(put(dispatch(), L"GridColor", {static_cast<int>(0x8000000F)}).hr, S_OK);
     EXPECT_EQ(control->gridColor, 0x8000000FU);
     EXPECT_EQ(put(dispatch(), L"GridColor", {2147483663.0}).hr, S_OK);
@@ -174,7 +174,7 @@ TEST_F(DispatchTest, ColoursAreBits) {
     EXPECT_EQ(put(dispatch(), L"GridColor", {5000000000.0}).hr, DISP_E_OVERFLOW);
 }
 
-TEST_F(DispatchTest, FlagsAndTexts) {
+TEST_F(DispatchTest, FlagsAndTextsAreConverted) {
     EXPECT_EQ(put(dispatch(), L"bXLog", {0}).hr, S_OK);
     EXPECT_EQ(control->xLog, VARIANT_FALSE);
     EXPECT_EQ(put(dispatch(), L"bXLog", {1}).hr, S_OK);
@@ -211,7 +211,7 @@ TEST_F(DispatchTest, RunTimeErrorsFillTheException) {
     EXPECT_EQ(dispatch()->Invoke(54, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr), E_INVALIDARG);
 }
 
-TEST_F(DispatchTest, FirewallWithoutIDispatch) {
+TEST_F(DispatchTest, RunTimeErrorsOfVtableCallsSetErrorInformation) {
     control->failure = 457;
     EXPECT_EQ(control->Refresh(), static_cast<HRESULT>(0x800A01C9));
     GUID iid{};
@@ -225,7 +225,7 @@ TEST_F(DispatchTest, FirewallWithoutIDispatch) {
     EXPECT_EQ(control->Refresh(), S_OK);
 }
 
-TEST_F(DispatchTest, NoObjectIsError91) {
+TEST_F(DispatchTest, AMissingObjectIsError91) {
     for (const Var& nothing : {Var(static_cast<IDispatch*>(nullptr)), Var::null()}) {
         const Outcome outcome = call(dispatch(), L"AddTXChnl", {nothing});
         EXPECT_EQ(outcome.hr, DISP_E_EXCEPTION);

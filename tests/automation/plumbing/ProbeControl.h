@@ -1,4 +1,4 @@
-// A control without a face: what calls by name, channels from hosts and events need, and nothing that draws.
+// An object with the interface of the control but without its display, for the tests of calls by name.
 #pragma once
 
 #include <windows.h>
@@ -8,17 +8,17 @@
 #include <string>
 #include <vector>
 
-#include "automation/ConnectionPoints.h"
-#include "automation/Dispatch.h"
-#include "automation/Firewall.h"
 #include "automation/ForeignFreqSlot.h"
-#include "automation/Module.h"
+#include "automation/Identity.h"
 #include "channels/FreqSlot.h"
+#include "com/Dispatch.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 #include "kvBandscope.h"
 
 namespace kv::test {
 
-class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public automation::ConnectionPointsImpl {
+class ProbeControl final : public com::DispatchImpl<_kvBandscope, &automation::kChannelConverter> {
   public:
     std::vector<channels::FreqSlotRef> channels;
     short gridX = 0;
@@ -37,8 +37,6 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
             *object = static_cast<_kvBandscope*>(this);
         else if (iid == IID_ISupportErrorInfo)
             *object = static_cast<ISupportErrorInfo*>(this);
-        else if (iid == IID_IConnectionPointContainer)
-            *object = static_cast<IConnectionPointContainer*>(this);
         else
             *object = nullptr;
         if (!*object)
@@ -55,7 +53,7 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
     }
 
     HRESULT STDMETHODCALLTYPE AddTXChnl(_FreqSlot* chnl, long* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] {
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] {
             channels.push_back(automation::channelFromHost(chnl));
             return channels.size() - 1;
         });
@@ -65,36 +63,37 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
         return automation::channelToHost(place < channels.size() ? channels[place].get() : nullptr, value);
     }
     HRESULT STDMETHODCALLTYPE GetTXbyKey(BSTR sKey, _FreqSlot** value) override {
-        return automation::firewall(IID__kvBandscope, [&] {
+        return com::firewall(automation::controlErrors(IID__kvBandscope), [&] {
             for (const channels::FreqSlotRef& channel : channels)
-                if (channel->sKey() == automation::toWide(sKey))
+                if (channel->sKey() == com::toWide(sKey))
                     return automation::channelToHost(channel.get(), value);
             return automation::channelToHost(nullptr, value);
         });
     }
     HRESULT STDMETHODCALLTYPE get_NumTX(long* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] { return channels.size(); });
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] { return channels.size(); });
     }
     HRESULT STDMETHODCALLTYPE put_nGridX(short value) override {
         gridX = value;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE get_nGridX(short* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] { return gridX; });
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] { return gridX; });
     }
     HRESULT STDMETHODCALLTYPE put_GridColor(OLE_COLOR value) override {
         gridColor = value;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE get_GridColor(OLE_COLOR* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] { return gridColor; });
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] { return gridColor; });
     }
     HRESULT STDMETHODCALLTYPE put_bXLog(VARIANT_BOOL value) override {
         xLog = value;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE get_bXLog(VARIANT_BOOL* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] { return xLog != VARIANT_FALSE; });
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value,
+                                   [&] { return xLog != VARIANT_FALSE; });
     }
     HRESULT STDMETHODCALLTYPE DrawByRange(double dFMin, double dFMax) override {
         rangeMin = dFMin;
@@ -102,29 +101,29 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE get_DisplayMinFreq(double* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] { return rangeMin; });
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] { return rangeMin; });
     }
     HRESULT STDMETHODCALLTYPE get_DisplayMaxFreq(double* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] { return rangeMax; });
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] { return rangeMax; });
     }
     HRESULT STDMETHODCALLTYPE DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName, BSTR* value) override {
-        return automation::firewallReturn(IID__kvBandscope, value, [&] {
+        return com::firewallReturn(automation::controlErrors(IID__kvBandscope), value, [&] {
             givenHeight = *dHgt;
             givenWidth = *dWid;
-            givenName = automation::toWide(*sFName);
+            givenName = com::toWide(*sFName);
             *dHgt = 1234.5;
             *dWid = 4321.0;
             SysFreeString(*sFName);
-            *sFName = automation::newBstr(L"new.bmp");
+            *sFName = com::newBstr(L"new.bmp");
             return std::wstring(L"result.bmp");
         });
     }
     HRESULT STDMETHODCALLTYPE RemoveChnlByKey(BSTR sID) override {
-        removedKey = automation::toWide(sID);
+        removedKey = com::toWide(sID);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE Refresh() override {
-        return automation::firewall(IID__kvBandscope, [&] {
+        return com::firewall(automation::controlErrors(IID__kvBandscope), [&] {
             if (failure == -1)
                 throw std::bad_alloc();
             if (failure == -2)
@@ -134,7 +133,7 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
         });
     }
 
-    // The rest is the control's own affair.
+    // The tests do not call the other members.
     HRESULT STDMETHODCALLTYPE AddRXChnl(_FreqSlot*, LONG*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetRXChnl(LONG, _FreqSlot**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE get_dTXFreqMin(double*) override { return E_NOTIMPL; }
@@ -191,13 +190,11 @@ class ProbeControl final : public automation::DispatchImpl<_kvBandscope>, public
     HRESULT STDMETHODCALLTYPE put_lColorLblFore(OLE_COLOR) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE put_lColorSpecBack(OLE_COLOR) override { return E_NOTIMPL; }
 
-    [[nodiscard]] ULONG references() const noexcept { return references_; }
-
   private:
     ~ProbeControl() = default;
 
     ULONG references_ = 1;
-    [[no_unique_address]] automation::ModuleRef module_;
+    [[no_unique_address]] com::ModuleRef module_;
 };
 
 }  // namespace kv::test

@@ -1,19 +1,19 @@
-// These tests hold the automation code itself; its type library comes from the module beside them.
+// These tests link the automation code. They load its type library from the module in the same folder.
 #include <windows.h>
 
 #include <gmock/gmock.h>
 #include <ole2.h>
 
-#include "automation/Module.h"
-#include "automation/TypeLib.h"
+#include "com/Module.h"
+#include "com/TypeLib.h"
 #include "tests/automation/Module.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     const HRESULT started = OleInitialize(nullptr);
-    kv::automation::Module::setInstance(kv::test::module());
+    kv::com::Module::setInstance(kv::test::module());
     const int result = RUN_ALL_TESTS();
-    kv::automation::forgetTypeInfo();
+    kv::com::forgetTypeInfo();
     if (SUCCEEDED(started))
         OleUninitialize();
     return SUCCEEDED(started) ? result : 3;

@@ -8,9 +8,9 @@
 
 #include <memory>
 
-#include "automation/MemberTable.h"
+#include "com/MemberTable.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 /// What dispatching to an interface needs: its type description and its members.
 struct InterfaceInfo {
@@ -21,13 +21,13 @@ struct InterfaceInfo {
 /// Loads the type library from the module's own file. `*library` is NULL after a failure.
 [[nodiscard]] HRESULT loadOwnTypeLib(ITypeLib** library) noexcept;
 
-/// The description of one of our dual interfaces, read once and kept.
+/// The description of a dual interface of the library, read once and kept.
 [[nodiscard]] HRESULT getInterfaceInfo(REFIID iid, std::shared_ptr<const InterfaceInfo>& info) noexcept;
 
 /// The description of a coclass, for IProvideClassInfo. E_POINTER for a null `info`.
 [[nodiscard]] HRESULT getClassInfo(REFCLSID clsid, ITypeInfo** info) noexcept;
 
-/// Drops what is kept; called when the module is about to go.
+/// Releases everything that is kept. Called before the module is unloaded.
 void forgetTypeInfo() noexcept;
 
-}  // namespace kv::automation
+}  // namespace kv::com

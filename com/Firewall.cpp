@@ -1,26 +1,26 @@
-#include "automation/Firewall.h"
+#include "com/Firewall.h"
 
 #include <wrl/client.h>
 
 #include <new>
 
-#include "kvBandscope.h"
-
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
-void setErrorInfo(REFIID iid, const std::wstring& text) {
+void setErrorInfo(const ErrorOrigin& origin, const std::wstring& text) {
     ComPtr<ICreateErrorInfo> create;
     if (FAILED(CreateErrorInfo(create.GetAddressOf())))
         return;
-    // The system copies the texts; its parameters only lack a const.
+    // The system copies the texts, but its parameters lack a const.
     std::wstring description = text;
-    std::wstring source = iid == IID__FreqSlot ? L"kvBandscope.FreqSlot" : L"kvBandscope.kvBandscope";
-    create->SetGUID(iid);
-    create->SetSource(source.data());
+    create->SetGUID(origin.iid);
+    if (origin.source) {
+        std::wstring source = origin.source;
+        create->SetSource(source.data());
+    }
     create->SetDescription(description.data());
     ComPtr<IErrorInfo> info;
     if (SUCCEEDED(create.As(&info)))
@@ -29,14 +29,14 @@ void setErrorInfo(REFIID iid, const std::wstring& text) {
 
 }  // namespace
 
-HRESULT reportCurrentException(REFIID iid) noexcept {
+HRESULT reportCurrentException(const ErrorOrigin& origin) noexcept {
     try {
         throw;
     } catch (const util::RuntimeError& error) {
         try {
-            setErrorInfo(iid, error.text());
+            setErrorInfo(origin, error.text());
         } catch (...) {
-            // The number still travels when there is no memory for the text.
+            // Without memory for the text, the caller still gets the number.
         }
         return hresultOf(error.number());
     } catch (const std::bad_alloc&) {
@@ -46,4 +46,4 @@ HRESULT reportCurrentException(REFIID iid) noexcept {
     }
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

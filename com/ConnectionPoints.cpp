@@ -1,14 +1,13 @@
-#include "automation/ConnectionPoints.h"
+#include "com/ConnectionPoints.h"
 
 #include <olectl.h>
 
 #include <algorithm>
 
-#include "automation/Enumerator.h"
-#include "automation/Firewall.h"
-#include "kvBandscope.h"
+#include "com/Enumerator.h"
+#include "com/Firewall.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -36,7 +35,7 @@ struct PointPolicy {
     }
 };
 
-/// Calls one sink. Each gets arguments of its own, so that none sees what another made of them.
+/// Calls one sink. Each sink gets its own copy of the arguments, because a sink may change them.
 void invokeSink(IDispatch* sink, DISPID id, std::span<const Variant> args) {
     std::vector<Variant> reversed(args.rbegin(), args.rend());
     DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
@@ -82,11 +81,11 @@ HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
     *cookie = 0;
     if (!sink)
         return E_POINTER;
-    return firewall(IID_IConnectionPoint, [&] {
+    return firewall({IID_IConnectionPoint}, [&] {
         ComPtr<IUnknown> object;
         auto** const out = reinterpret_cast<void**>(object.GetAddressOf());
         HRESULT hr = sink->QueryInterface(iid_, out);
-        // Late bound sinks know their events by number only and offer no more than IDispatch.
+        // Late-bound sinks know the events by number only and offer IDispatch alone.
         if (FAILED(hr) && isDispatch_)
             hr = sink->QueryInterface(IID_IDispatch, out);
         if (FAILED(hr))
@@ -101,7 +100,7 @@ HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
     const auto found = std::find_if(sinks_.begin(), sinks_.end(), [&](const Sink& s) { return s.cookie == cookie; });
     if (found == sinks_.end())
         return CONNECT_E_NOCONNECTION;
-    // Letting go of the sink may call back here: the list is in order by then.
+    // Releasing the sink may call this object again, so the entry is removed from the list first.
     const ComPtr<IUnknown> last = std::move(found->object);
     sinks_.erase(found);
     return S_OK;
@@ -111,7 +110,7 @@ HRESULT ConnectionPoint::EnumConnections(IEnumConnections** connections) {
     if (!connections)
         return E_POINTER;
     *connections = nullptr;
-    return firewall(IID_IConnectionPoint, [&] {
+    return firewall({IID_IConnectionPoint}, [&] {
         std::vector<ConnectionPolicy::Stored> list;
         for (const Sink& sink : sinks_)
             list.push_back({sink.cookie, sink.object});
@@ -123,14 +122,14 @@ bool ConnectionPoint::isConnected(DWORD cookie) const noexcept {
     return std::any_of(sinks_.begin(), sinks_.end(), [&](const Sink& sink) { return sink.cookie == cookie; });
 }
 
-ConnectionPointsImpl::ConnectionPointsImpl() noexcept
-    : events_(this, DIID___kvBandscope, true), propertyNotify_(this, IID_IPropertyNotifySink, false) {}
+ConnectionPointsImpl::ConnectionPointsImpl(REFIID events) noexcept
+    : events_(this, events, true), propertyNotify_(this, IID_IPropertyNotifySink, false) {}
 
 HRESULT ConnectionPointsImpl::EnumConnectionPoints(IEnumConnectionPoints** points) {
     if (!points)
         return E_POINTER;
     *points = nullptr;
-    return firewall(IID_IConnectionPointContainer, [&] {
+    return firewall({IID_IConnectionPointContainer}, [&] {
         Enumerator<IEnumConnectionPoints, PointPolicy>::create({&events_, &propertyNotify_}, points);
     });
 }
@@ -166,4 +165,4 @@ bool ConnectionPointsImpl::requestEdit(DISPID id) noexcept {
     return allowed;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

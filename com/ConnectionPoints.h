@@ -1,4 +1,4 @@
-// Events: the control's connection points and the firing of what they are connected to.
+// Events: an object's connection points, and the calls to the sinks that are connected to them.
 #pragma once
 
 #include <windows.h>
@@ -9,9 +9,9 @@
 #include <span>
 #include <vector>
 
-#include "automation/OleTypes.h"
+#include "com/OleTypes.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 /// One outgoing interface. It lives inside its container and shares the container's reference count.
 class ConnectionPoint final : public IConnectionPoint {
@@ -47,7 +47,7 @@ class ConnectionPoint final : public IConnectionPoint {
                 if (isConnected(sink.cookie))
                     visitGuarded(visit, sink);
         } catch (...) {
-            // Without memory for the list there is no event; the control's own work goes on.
+            // Without memory for the list the event is dropped, and the object's own work continues.
         }
     }
 
@@ -61,7 +61,7 @@ class ConnectionPoint final : public IConnectionPoint {
         try {
             visit(sink.object.Get());
         } catch (...) {
-            // A sink's exception is the sink's own affair.
+            // An exception of one sink must reach neither the object nor the other sinks.
         }
     }
     [[nodiscard]] bool isConnected(DWORD cookie) const noexcept;
@@ -73,22 +73,23 @@ class ConnectionPoint final : public IConnectionPoint {
     std::vector<Sink> sinks_;
 };
 
-/// Base of the control: connection points for its events (`__kvBandscope`) and for property notifications. IUnknown is
-/// left to the class.
+/// Base of a class with events: connection points for its event dispinterface and for property notifications. The
+/// derived class implements IUnknown.
 class ConnectionPointsImpl : public IConnectionPointContainer {
   public:
-    ConnectionPointsImpl() noexcept;
+    /// `events`: the dispinterface of the events.
+    explicit ConnectionPointsImpl(REFIID events) noexcept;
     ConnectionPointsImpl(const ConnectionPointsImpl&) = delete;
     ConnectionPointsImpl& operator=(const ConnectionPointsImpl&) = delete;
 
     HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override;
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;
 
-    /// Raises event `id`; `args` in the order of its declaration.
+    /// Raises event `id`. `args` are in the order of the event's declaration.
     void fire(DISPID id, std::span<const Variant> args = {}) noexcept;
     /// Tells the property sinks that property `id` has changed.
     void notifyChanged(DISPID id) noexcept;
-    /// Asks the property sinks whether property `id` may change; one "no" is enough.
+    /// Asks the property sinks whether property `id` may change. False if one of them refuses.
     [[nodiscard]] bool requestEdit(DISPID id) noexcept;
 
   protected:
@@ -99,4 +100,4 @@ class ConnectionPointsImpl : public IConnectionPointContainer {
     ConnectionPoint propertyNotify_;
 };
 
-}  // namespace kv::automation
+}  // namespace kv::com

@@ -1,9 +1,9 @@
-#include "automation/OleTypes.h"
+#include "com/OleTypes.h"
 
 #include <limits>
 #include <new>
 
-namespace kv::automation {
+namespace kv::com {
 
 BSTR newBstr(std::wstring_view text) {
     if (text.size() > std::numeric_limits<UINT>::max() / sizeof(wchar_t))
@@ -15,12 +15,13 @@ BSTR newBstr(std::wstring_view text) {
 }
 
 Variant::Variant(const Variant& other) : Variant() {
+    // The system only reads the source, but some versions of the header declare it without const.
     if (FAILED(VariantCopy(this, const_cast<Variant*>(&other))))
         throw std::bad_alloc();
 }
 
 HRESULT coerce(VARIANT& destination, const VARIANT& source, VARTYPE type, LCID locale) noexcept {
-    // Older headers lack the const of what is only read.
+    // The system only reads the source, but some versions of the header declare it without const.
     auto* const readable = const_cast<VARIANT*>(&source);
     Variant converted;
     HRESULT hr = VariantChangeTypeEx(&converted, readable, locale, 0, type);
@@ -36,4 +37,4 @@ HRESULT coerce(VARIANT& destination, const VARIANT& source, VARTYPE type, LCID l
     return S_OK;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

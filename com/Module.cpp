@@ -1,8 +1,8 @@
-#include "automation/Module.h"
+#include "com/Module.h"
 
 #include <atomic>
 
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -45,7 +45,7 @@ void Module::addLock() noexcept {
 }
 
 void Module::releaseLock() noexcept {
-    // An unlock too many must not leave a debt that the next lock would only pay off.
+    // The count must not become negative: after an extra unlock, the next lock would not keep the module loaded.
     for (long held = locks; held > 0;)
         if (locks.compare_exchange_weak(held, held - 1))
             return;
@@ -55,4 +55,4 @@ bool Module::isIdle() noexcept {
     return objects == 0 && locks == 0;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

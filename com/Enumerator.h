@@ -1,4 +1,4 @@
-// The IEnum... objects of COM over a list fixed when the enumeration starts.
+// COM enumerators (IEnum...) over a list that is fixed when the enumeration starts.
 #pragma once
 
 #include <windows.h>
@@ -10,12 +10,13 @@
 #include <utility>
 #include <vector>
 
-#include "automation/Module.h"
+#include "com/Module.h"
 
-namespace kv::automation {
+namespace kv::com {
 
-/// `Interface`: the enumerator's interface. `Policy` names Stored, a counted item, and Item, what the caller gets, and
-/// has `static void copy(const Stored&, Item*) noexcept`, which counts for the caller.
+/// `Interface`: the enumerator's interface. `Policy` defines the types Stored, an item that owns its references, and
+/// Item, which the caller gets, and `static void copy(const Stored&, Item*) noexcept`, which adds the caller's
+/// references.
 template <class Interface, class Policy>
 class Enumerator final : public Interface {
     using Stored = typename Policy::Stored;
@@ -23,7 +24,7 @@ class Enumerator final : public Interface {
     using List = std::shared_ptr<const std::vector<Stored>>;
 
   public:
-    /// Gives the caller an enumerator. Throws std::bad_alloc.
+    /// Stores a new enumerator in `*out`. Throws std::bad_alloc.
     static void create(std::vector<Stored> items, Interface** out) {
         *out = new Enumerator(std::make_shared<const std::vector<Stored>>(std::move(items)), 0);
     }
@@ -84,4 +85,4 @@ class Enumerator final : public Interface {
     [[no_unique_address]] ModuleRef module_;
 };
 
-}  // namespace kv::automation
+}  // namespace kv::com

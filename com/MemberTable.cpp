@@ -1,12 +1,10 @@
-#include "automation/MemberTable.h"
+#include "com/MemberTable.h"
 
 #include <wrl/client.h>
 
 #include <memory>
 
-#include "kvBandscope.h"
-
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -33,10 +31,11 @@ HRESULT typeAttr(ITypeInfo* info, TypeAttr& out) {
 struct ResolvedType {
     VARTYPE type = VT_EMPTY;
     int pointers = 0;
-    bool isChannel = false;
+    IID interfaceId{};
 };
 
-/// Follows pointers and aliases down to an automation type; an interface is VT_DISPATCH with its own pointer dropped.
+/// Follows pointers and aliases to an automation type. An interface pointer is VT_DISPATCH, and its own pointer does
+/// not count.
 HRESULT resolve(ITypeInfo* info, const TYPEDESC& desc, ResolvedType& out) {
     const TYPEDESC* type = &desc;
     while (type->vt == VT_PTR) {
@@ -57,7 +56,7 @@ HRESULT resolve(ITypeInfo* info, const TYPEDESC& desc, ResolvedType& out) {
     if (attr->typekind == TKIND_ALIAS)
         return resolve(named.Get(), attr->tdescAlias, out);
     out.type = VT_DISPATCH;
-    out.isChannel = attr->guid == IID__FreqSlot;
+    out.interfaceId = attr->guid;
     --out.pointers;
     return S_OK;
 }
@@ -75,7 +74,8 @@ HRESULT describe(ITypeInfo* info, const FUNCDESC& func, Member& member) {
         if (flags & PARAMFLAG_FRETVAL)
             member.result = type.type;
         else
-            member.parameters.push_back({type.type, type.pointers > 0, (flags & PARAMFLAG_FOPT) != 0, type.isChannel});
+            member.parameters.push_back(
+                {type.type, type.pointers > 0, (flags & PARAMFLAG_FOPT) != 0, type.interfaceId});
     }
     return S_OK;
 }
@@ -83,7 +83,8 @@ HRESULT describe(ITypeInfo* info, const FUNCDESC& func, Member& member) {
 }  // namespace
 
 HRESULT MemberTable::read(ITypeInfo* dispatchInfo) {
-    // The other half of a dual interface: it shows the methods as they stand in the vtable, results included.
+    // The vtable half of a dual interface describes the methods as they are in the vtable, with their result
+    // parameters.
     HREFTYPE reference = 0;
     HRESULT hr = dispatchInfo->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference);
     ComPtr<ITypeInfo> vtable;
@@ -113,4 +114,4 @@ const Member* MemberTable::find(DISPID id, WORD flags) const noexcept {
     return nullptr;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

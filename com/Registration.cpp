@@ -1,11 +1,12 @@
-#include "automation/Registration.h"
+#include "com/Registration.h"
 
-#include "automation/Firewall.h"
-#include "automation/Module.h"
-#include "automation/RegistrationTable.h"
-#include "automation/RegistryKey.h"
+#include <objbase.h>
 
-namespace kv::automation {
+#include "com/Firewall.h"
+#include "com/Module.h"
+#include "com/RegistryKey.h"
+
+namespace kv::com {
 
 namespace {
 
@@ -18,12 +19,12 @@ HKEY hive(RegistrationScope scope) noexcept {
     return scope == RegistrationScope::machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
 }
 
-/// An entry's key, from the hive.
+/// The path of an entry's key below the hive.
 std::wstring pathOf(const std::wstring& key) {
     return std::wstring(kClassesPath) + L"\\" + key;
 }
 
-/// A value of an entry's key; empty when there is none. A null `name` is the default value.
+/// A value of an entry's key; empty if it does not exist. A null `name` is the default value.
 std::wstring textAt(RegistrationScope scope, const std::wstring& key, const wchar_t* name = nullptr, REGSAM view = 0) {
     RegistryKey opened;
     return opened.open(hive(scope), pathOf(key), KEY_READ | view) == ERROR_SUCCESS ? opened.text(name) : std::wstring();
@@ -49,7 +50,7 @@ LSTATUS writeEntries(RegistrationScope scope, const std::vector<RegistryEntry>& 
     return ERROR_SUCCESS;
 }
 
-/// Takes one entry back. A key goes with its last value, unless somebody else has put something into it.
+/// Removes one entry. The key is removed with its value unless another program has added something to it.
 LSTATUS removeEntry(RegistrationScope scope, const RegistryEntry& entry) {
     const std::wstring path = pathOf(entry.key);
     RegistryKey key;
@@ -63,8 +64,8 @@ LSTATUS removeEntry(RegistrationScope scope, const RegistryEntry& entry) {
     return status;
 }
 
-/// Children stand behind their parents in the table, so it is undone from its end. The first failure is reported, and
-/// the rest is removed all the same.
+/// Removes the entries from the last to the first, because children follow their parents in the table. Continues after
+/// a failure and returns the first one.
 LSTATUS removeEntries(RegistrationScope scope, const std::vector<RegistryEntry>& entries) {
     LSTATUS result = ERROR_SUCCESS;
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
@@ -75,24 +76,25 @@ LSTATUS removeEntries(RegistrationScope scope, const std::vector<RegistryEntry>&
     return result;
 }
 
-/// A copy of the module in another place has taken over a key that names a file, and is still there.
+/// True if a key that names a file names another copy of the module, and that file still exists.
 bool belongsToAnotherCopy(RegistrationScope scope, const std::wstring& fileKey, const std::wstring& self) {
     const std::wstring path = textAt(scope, fileKey);
     return !path.empty() && !isSame(path, self) && GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// Another class, or another version of ours, goes by the name now.
+/// True if the name now refers to another class, or to another version of this one.
 bool belongsToAnotherClass(RegistrationScope scope, const ProgramName& program, const std::wstring& clsid) {
     const std::wstring owner = textAt(scope, program.name + L"\\CLSID");
     const std::wstring current = textAt(scope, program.name + L"\\CurVer");
     return (!owner.empty() && !isSame(owner, clsid)) || (!current.empty() && !isSame(current, program.current));
 }
 
-/// Another library, or another version of ours, describes the interface now.
-bool belongsToAnotherLibrary(RegistrationScope scope, const InterfaceRegistration& described, const std::wstring& id) {
+/// True if another library, or another version of this one, now describes the interface.
+bool belongsToAnotherLibrary(RegistrationScope scope, const InterfaceRegistration& described,
+                             const TypeLibRegistration& library) {
     const std::wstring owner = textAt(scope, described.key + L"\\TypeLib");
     const std::wstring version = textAt(scope, described.key + L"\\TypeLib", L"Version");
-    return (!owner.empty() && !isSame(owner, id)) || (!version.empty() && !isSame(version, kLibraryVersion));
+    return (!owner.empty() && !isSame(owner, library.id)) || (!version.empty() && !isSame(version, library.version));
 }
 
 LSTATUS firstFailure(LSTATUS earlier, LSTATUS later) noexcept {
@@ -102,7 +104,7 @@ LSTATUS firstFailure(LSTATUS earlier, LSTATUS later) noexcept {
 LSTATUS unregisterClass(RegistrationScope scope, const ClassRegistration& registration) {
     LSTATUS status = removeEntries(scope, registration.classKeys);
     if (!textAt(scope, serverKeyOf(registration), nullptr, kOtherView).empty())
-        return status;  // the other architecture's module goes by the same names
+        return status;  // the other architecture's module uses the same names
     for (const ProgramName& program : registration.programNames) {
         if (!belongsToAnotherClass(scope, program, registration.clsid))
             status = firstFailure(status, removeEntries(scope, program.keys));
@@ -110,8 +112,8 @@ LSTATUS unregisterClass(RegistrationScope scope, const ClassRegistration& regist
     return status;
 }
 
-/// The system's own functions are of no use for this: for one user they are missing in places, and taking the library
-/// of one architecture back they take away what the other one's needs.
+/// The system's own functions are not used: some systems lack those for one user, and unregistering the library of one
+/// architecture also removes entries that the other architecture's library needs.
 LSTATUS writeTypeLib(RegistrationScope scope, const TypeLibRegistration& library) {
     LSTATUS status = writeEntries(scope, library.sharedKeys);
     if (status == ERROR_SUCCESS)
@@ -126,7 +128,7 @@ LSTATUS writeTypeLib(RegistrationScope scope, const TypeLibRegistration& library
 LSTATUS removeTypeLib(RegistrationScope scope, const TypeLibRegistration& library) {
     LSTATUS status = removeEntry(scope, library.fileKey);
     for (const InterfaceRegistration& described : library.interfaces) {
-        if (!belongsToAnotherLibrary(scope, described, library.id))
+        if (!belongsToAnotherLibrary(scope, described, library))
             status = firstFailure(status, removeEntries(scope, described.keys));
     }
     if (textAt(scope, library.otherFileKey).empty())
@@ -134,18 +136,18 @@ LSTATUS removeTypeLib(RegistrationScope scope, const TypeLibRegistration& librar
     return status;
 }
 
-/// A user who has no classes of his own has not got these keys either. The machine always has them.
+/// Without any registered class, a user's part of the registry does not have these keys. The machine's always has them.
 void removeEmptyContainers() {
     for (const wchar_t* const container : {L"CLSID", L"Interface", L"TypeLib"}) {
         const LSTATUS status = removeEntry(RegistrationScope::user, {container, false, {}, nullptr});
-        static_cast<void>(status);  // an empty key that stays harms nobody
+        static_cast<void>(status);  // an empty key that remains has no effect
     }
 }
 
-LSTATUS writeAll(RegistrationScope scope) {
-    const std::wstring self = Module::path();
+LSTATUS writeAll(RegistrationScope scope, RegistrationTable table) {
+    const ModuleRegistration all = table(Module::path());
     LSTATUS status = ERROR_SUCCESS;
-    for (const ClassRegistration& registration : registrationTable(self)) {
+    for (const ClassRegistration& registration : all.classes) {
         if (status == ERROR_SUCCESS)
             status = writeEntries(scope, registration.classKeys);
         for (const ProgramName& program : registration.programNames) {
@@ -153,22 +155,22 @@ LSTATUS writeAll(RegistrationScope scope) {
                 status = writeEntries(scope, program.keys);
         }
     }
-    return status == ERROR_SUCCESS ? writeTypeLib(scope, typeLibTable(self)) : status;
+    return status == ERROR_SUCCESS ? writeTypeLib(scope, all.library) : status;
 }
 
-LSTATUS removeAll(RegistrationScope scope) {
+LSTATUS removeAll(RegistrationScope scope, RegistrationTable table) {
     const std::wstring self = Module::path();
-    const TypeLibRegistration library = typeLibTable(self);
-    bool libraryIsOurs = !belongsToAnotherCopy(scope, library.fileKey.key, self);
+    const ModuleRegistration all = table(self);
+    bool libraryIsOurs = !belongsToAnotherCopy(scope, all.library.fileKey.key, self);
     LSTATUS status = ERROR_SUCCESS;
-    for (const ClassRegistration& registration : registrationTable(self)) {
+    for (const ClassRegistration& registration : all.classes) {
         if (belongsToAnotherCopy(scope, serverKeyOf(registration), self))
             libraryIsOurs = false;  // that copy's classes need it
         else
             status = firstFailure(status, unregisterClass(scope, registration));
     }
     if (libraryIsOurs)
-        status = firstFailure(status, removeTypeLib(scope, library));
+        status = firstFailure(status, removeTypeLib(scope, all.library));
     if (scope == RegistrationScope::user)
         removeEmptyContainers();
     return status;
@@ -180,17 +182,24 @@ HRESULT hresultOfStatus(LSTATUS status) noexcept {
 
 }  // namespace
 
+std::wstring guidText(REFGUID guid) {
+    wchar_t text[40] = {};
+    StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+    return text;
+}
+
 RegistrationScope allowedScope() noexcept {
     RegistryKey key;
     const LSTATUS status = key.open(HKEY_LOCAL_MACHINE, kClassesPath, KEY_READ | KEY_WRITE);
     return status == ERROR_SUCCESS ? RegistrationScope::machine : RegistrationScope::user;
 }
 
-bool isRegistered(RegistrationScope scope) noexcept {
+bool isRegistered(RegistrationScope scope, RegistrationTable table) noexcept {
     bool found = false;
-    const HRESULT hr = firewall(IID_NULL, [&] {
+    const HRESULT hr = firewall({IID_NULL}, [&] {
         const std::wstring self = Module::path();
-        for (const ClassRegistration& registration : registrationTable(self)) {
+        const ModuleRegistration all = table(self);
+        for (const ClassRegistration& registration : all.classes) {
             if (isSame(textAt(scope, serverKeyOf(registration)), self))
                 found = true;
         }
@@ -198,17 +207,17 @@ bool isRegistered(RegistrationScope scope) noexcept {
     return SUCCEEDED(hr) && found;
 }
 
-HRESULT registerModule(RegistrationScope scope) noexcept {
-    const HRESULT hr = firewall(IID_NULL, [&] { return hresultOfStatus(writeAll(scope)); });
+HRESULT registerModule(RegistrationScope scope, RegistrationTable table) noexcept {
+    const HRESULT hr = firewall({IID_NULL}, [&] { return hresultOfStatus(writeAll(scope, table)); });
     if (FAILED(hr)) {
-        const HRESULT undone = unregisterModule(scope);
+        const HRESULT undone = unregisterModule(scope, table);
         static_cast<void>(undone);  // the first failure is the one to report
     }
     return hr;
 }
 
-HRESULT unregisterModule(RegistrationScope scope) noexcept {
-    return firewall(IID_NULL, [&] { return hresultOfStatus(removeAll(scope)); });
+HRESULT unregisterModule(RegistrationScope scope, RegistrationTable table) noexcept {
+    return firewall({IID_NULL}, [&] { return hresultOfStatus(removeAll(scope, table)); });
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

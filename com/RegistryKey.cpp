@@ -1,6 +1,6 @@
-#include "automation/RegistryKey.h"
+#include "com/RegistryKey.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 LSTATUS RegistryKey::open(HKEY parent, const std::wstring& path, REGSAM access) noexcept {
     return RegOpenKeyExW(parent, path.c_str(), 0, access, &key_);
@@ -39,4 +39,4 @@ bool RegistryKey::isEmpty() const noexcept {
            keys == 0 && values == 0;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

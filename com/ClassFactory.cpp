@@ -1,14 +1,13 @@
-#include "automation/ClassFactory.h"
+#include "com/ClassFactory.h"
 
 #include <unknwn.h>
 
 #include <new>
 
-#include "automation/Firewall.h"
-#include "automation/Module.h"
-#include "kvBandscope.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -40,7 +39,7 @@ class ClassFactory final : public IClassFactory {
         *object = nullptr;
         if (outer)
             return CLASS_E_NOAGGREGATION;
-        return firewall(IID_IClassFactory, [&] { return create_(iid, object); });
+        return firewall({IID_IClassFactory}, [&] { return create_(iid, object); });
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
         if (lock)
@@ -58,23 +57,13 @@ class ClassFactory final : public IClassFactory {
     [[no_unique_address]] ModuleRef module_;
 };
 
-struct ClassEntry {
-    const CLSID* clsid;
-    CreateFunction create;
-};
-
-const ClassEntry kClasses[] = {
-    {&CLSID_kvBandscope, createBandscopeControl},
-    {&CLSID_FreqSlot, createFreqSlot},
-};
-
 }  // namespace
 
-HRESULT getClassObject(REFCLSID clsid, REFIID iid, void** object) noexcept {
+HRESULT getClassObject(std::span<const ClassEntry> classes, REFCLSID clsid, REFIID iid, void** object) noexcept {
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    for (const ClassEntry& entry : kClasses) {
+    for (const ClassEntry& entry : classes) {
         if (clsid != *entry.clsid)
             continue;
         auto* factory = new (std::nothrow) ClassFactory(entry.create);
@@ -87,4 +76,4 @@ HRESULT getClassObject(REFCLSID clsid, REFIID iid, void** object) noexcept {
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

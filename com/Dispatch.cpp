@@ -1,10 +1,10 @@
-#include "automation/Dispatch.h"
+#include "com/Dispatch.h"
 
-#include "automation/DispatchCall.h"
-#include "automation/Firewall.h"
-#include "automation/TypeLib.h"
+#include "com/DispatchCall.h"
+#include "com/Firewall.h"
+#include "com/TypeLib.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 HRESULT dispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept {
     if (!info)
@@ -29,7 +29,8 @@ HRESULT dispatchGetIDsOfNames(REFIID iid, REFIID reserved, LPOLESTR* names, UINT
     return FAILED(hr) ? hr : known->typeInfo->GetIDsOfNames(names, count, ids);
 }
 
-HRESULT dispatchInvoke(REFIID iid, void* self, const InvokeRequest& request) noexcept {
+HRESULT dispatchInvoke(REFIID iid, void* self, const ObjectConverter* converter,
+                       const InvokeRequest& request) noexcept {
     if (request.reserved != IID_NULL)
         return DISP_E_UNKNOWNINTERFACE;
     if (!request.params)
@@ -40,7 +41,7 @@ HRESULT dispatchInvoke(REFIID iid, void* self, const InvokeRequest& request) noe
     const Member* member = known->members.find(request.member, request.flags);
     if (!member)
         return DISP_E_MEMBERNOTFOUND;
-    return firewall(iid, [&] { return DispatchCall(*member, request).run(self); });
+    return firewall({iid}, [&] { return DispatchCall(*member, converter, request).run(self); });
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

@@ -1,12 +1,12 @@
-#include "automation/HostError.h"
+#include "com/HostError.h"
 
 #include <ocidl.h>
 #include <wrl/client.h>
 
-#include "automation/OleTypes.h"
+#include "com/OleTypes.h"
 #include "util/RuntimeError.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -75,4 +75,4 @@ void throwHostErrorInfo(HRESULT hr, IUnknown* object, REFIID iid) {
     throwHostError(hr, description.str());
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

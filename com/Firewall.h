@@ -1,4 +1,4 @@
-// The border between exceptions inside and HRESULTs outside: no method of ours lets anything through.
+// Converts exceptions to HRESULTs at the border of COM: no exception may leave a COM method.
 #pragma once
 
 #include <windows.h>
@@ -9,23 +9,29 @@
 #include <type_traits>
 #include <utility>
 
-#include "automation/OleTypes.h"
+#include "com/OleTypes.h"
 #include "util/RuntimeError.h"
 
-namespace kv::automation {
+namespace kv::com {
 
-/// The HRESULT by which a run-time error travels: error 9 is 0x800A0009.
+/// The HRESULT of a run-time error: error 9 is 0x800A0009.
 [[nodiscard]] constexpr HRESULT hresultOf(int errorNumber) noexcept {
     return static_cast<HRESULT>(0x800A0000UL | (static_cast<unsigned long>(errorNumber) & 0xFFFFUL));
 }
 
-/// Turns the exception being handled into an HRESULT; a util::RuntimeError also into error information for `iid`
-/// (description, source, interface). Call it inside a catch block only.
-[[nodiscard]] HRESULT reportCurrentException(REFIID iid) noexcept;
+/// What error information says about where an error comes from.
+struct ErrorOrigin {
+    REFIID iid;                       ///< the interface whose method failed
+    const wchar_t* source = nullptr;  ///< the ProgID of the class that implements it; null: not given
+};
 
-/// Runs the body of a COM method of interface `iid`. The body returns nothing, which is S_OK, or an HRESULT.
+/// Turns the exception being handled into an HRESULT, and a util::RuntimeError also into error information
+/// (description, source, interface). Call it inside a catch block only.
+[[nodiscard]] HRESULT reportCurrentException(const ErrorOrigin& origin) noexcept;
+
+/// Runs the body of a COM method. The body returns nothing, which is S_OK, or an HRESULT.
 template <class F>
-[[nodiscard]] HRESULT firewall(REFIID iid, F&& body) noexcept {
+[[nodiscard]] HRESULT firewall(const ErrorOrigin& origin, F&& body) noexcept {
     try {
         if constexpr (std::is_void_v<std::invoke_result_t<F>>) {
             std::forward<F>(body)();
@@ -34,7 +40,7 @@ template <class F>
             return std::forward<F>(body)();
         }
     } catch (...) {
-        return reportCurrentException(iid);
+        return reportCurrentException(origin);
     }
 }
 
@@ -49,17 +55,17 @@ void assignOut(Out* out, const Value& value) {
         *out = static_cast<Out>(value);
 }
 
-/// Runs the body of a COM method that gives back one value. `*out` is zero, null or empty after a failure; a null
-/// `out` is E_POINTER.
+/// Runs the body of a COM method that returns one value. `*out` is zero, null or empty after a failure; a null `out` is
+/// E_POINTER.
 template <class Out, class F>
-[[nodiscard]] HRESULT firewallReturn(REFIID iid, Out* out, F&& body) noexcept {
+[[nodiscard]] HRESULT firewallReturn(const ErrorOrigin& origin, Out* out, F&& body) noexcept {
     if (!out)
         return E_POINTER;
     *out = Out{};
-    return firewall(iid, [&] { assignOut(out, std::forward<F>(body)()); });
+    return firewall(origin, [&] { assignOut(out, std::forward<F>(body)()); });
 }
 
-/// Text, flag or number of an [in] parameter as the inside wants it.
+/// A text or a flag of an [in] parameter as a C++ value.
 [[nodiscard]] inline std::wstring fromIn(BSTR value) {
     return toWide(value);
 }
@@ -67,4 +73,4 @@ template <class Out, class F>
     return value != VARIANT_FALSE;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

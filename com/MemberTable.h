@@ -1,4 +1,4 @@
-// The members of a dual interface as calls by name need them: parameter types and places in the vtable.
+// The members of a dual interface as calls by name need them: parameter types and positions in the vtable.
 #pragma once
 
 #include <windows.h>
@@ -7,13 +7,13 @@
 
 #include <vector>
 
-namespace kv::automation {
+namespace kv::com {
 
 struct Parameter {
-    VARTYPE type = VT_EMPTY;   ///< VT_DISPATCH for a channel
-    bool byReference = false;  ///< the callee writes a result back
+    VARTYPE type = VT_EMPTY;   ///< VT_DISPATCH for an interface pointer
+    bool byReference = false;  ///< the method returns a value through the parameter
     bool optional = false;
-    bool isChannel = false;  ///< _FreqSlot*, for which any object with the same members will do
+    IID interfaceId{};  ///< of an interface pointer; IID_NULL for all other types
 };
 
 struct Member {
@@ -26,7 +26,7 @@ struct Member {
 
 class MemberTable {
   public:
-    /// Reads the members of a dual interface. Failures of the type description are handed on; throws std::bad_alloc.
+    /// Reads the members of a dual interface. Returns the failures of the type description; throws std::bad_alloc.
     [[nodiscard]] HRESULT read(ITypeInfo* dispatchInfo);
     /// The member that a call with these DISPATCH_ flags means, or null.
     [[nodiscard]] const Member* find(DISPID id, WORD flags) const noexcept;
@@ -36,4 +36,4 @@ class MemberTable {
     std::vector<Member> members_;
 };
 
-}  // namespace kv::automation
+}  // namespace kv::com

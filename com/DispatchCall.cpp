@@ -1,13 +1,11 @@
-#include "automation/DispatchCall.h"
+#include "com/DispatchCall.h"
 
 #include <wrl/client.h>
 
 #include <cstring>
+#include <utility>
 
-#include "automation/ForeignFreqSlot.h"
-#include "util/RuntimeError.h"
-
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -15,7 +13,7 @@ using Microsoft::WRL::ComPtr;
 
 constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
 
-/// The variant that the caller means: scripts pass every variable as a reference to a variant.
+/// The variant with the value. Scripts pass every variable as a reference to a variant.
 template <class V>
 V* readThrough(V* given) noexcept {
     while (given && given->vt == kVariantReference)
@@ -27,7 +25,7 @@ bool isLeftOut(const VARIANT& value) noexcept {
     return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
 }
 
-/// Start value of a parameter that is left out, and room for a result: 0 or the empty text.
+/// The value of an argument that is left out: 0 or the empty text.
 Variant blank(VARTYPE type) {
     if (type == VT_BSTR)
         return Variant(L"");
@@ -37,8 +35,9 @@ Variant blank(VARTYPE type) {
     return result;
 }
 
-/// An object given for a channel. Null, Nothing and a script's null give NULL, about which the member itself complains.
-HRESULT toChannel(const VARIANT& given, Variant& value) {
+/// An object for a parameter that has a converter. A null pointer, Nothing and a script's null become NULL; the method
+/// itself reports that the object is missing.
+HRESULT toObject(const VARIANT& given, const ObjectConverter& converter, Variant& value) {
     IUnknown* object = nullptr;
     switch (given.vt) {
         case VT_DISPATCH:
@@ -55,19 +54,10 @@ HRESULT toChannel(const VARIANT& given, Variant& value) {
             return DISP_E_TYPEMISMATCH;
     }
     value = Variant(static_cast<IDispatch*>(nullptr));
-    if (!object)
-        return S_OK;
-    try {
-        ComPtr<_FreqSlot> channel;
-        const HRESULT hr = channelToHost(channelFromHost(object).get(), channel.GetAddressOf());
-        value = Variant(static_cast<IDispatch*>(channel.Get()));
-        return hr;
-    } catch (const util::RuntimeError&) {
-        return DISP_E_TYPEMISMATCH;
-    }
+    return object ? converter.convert(object, &value.pdispVal) : S_OK;
 }
 
-/// Bytes of a plain value of a type, 0 for what is no plain value.
+/// Size in bytes of a value of a numeric type; 0 for all other types.
 std::size_t plainSize(VARTYPE type) noexcept {
     switch (type) {
         case VT_I1:
@@ -102,8 +92,8 @@ HRESULT assign(VARIANT& target, Variant value) noexcept {
     return S_OK;
 }
 
-/// Stores a result in the caller's variable, in the variable's own type when it has one. An argument that is no
-/// variable stays as it is.
+/// Stores a result in the caller's variable, converted to the variable's type if it has one. Does nothing if the
+/// argument is not a variable.
 HRESULT storeResult(VARIANT* given, const Variant& value, LCID locale) {
     if (!(given->vt & VT_BYREF))
         return S_OK;
@@ -119,7 +109,8 @@ HRESULT storeResult(VARIANT* given, const Variant& value, LCID locale) {
     if (type == VT_BSTR) {
         std::swap(*target->pbstrVal, converted.bstrVal);
     } else if (type == VT_DECIMAL) {
-        // The type's own mark in a variant lies over the first bytes of the number, which are reserved in a variable.
+        // In a variant, the type field shares its memory with the first two bytes of the number. In a variable, these
+        // bytes are reserved and must be 0.
         *target->pdecVal = converted.decVal;
         target->pdecVal->wReserved = 0;
     } else {
@@ -144,7 +135,8 @@ HRESULT describeFailure(HRESULT failed, EXCEPINFO* exception) noexcept {
     return DISP_E_EXCEPTION;
 }
 
-/// A result as hosts without unsigned numbers understand it, and an object as the host's own dispatch interface.
+/// A color as a signed number, because some hosts have no unsigned ones, and an object as the IDispatch that it returns
+/// itself: that of a wrapped object is the host's own.
 HRESULT publish(Variant& result) noexcept {
     if (result.vt == VT_UI4)
         result.vt = VT_I4;
@@ -206,15 +198,15 @@ HRESULT DispatchCall::match() {
 }
 
 HRESULT DispatchCall::matchNamed(DISPID parameter, UINT index) {
-    std::size_t place = static_cast<std::size_t>(parameter);
+    std::size_t position = static_cast<std::size_t>(parameter);
     if (parameter == DISPID_PROPERTYPUT)
-        place = arguments_.size() - 1;
-    else if (parameter < 0 || place >= arguments_.size())
+        position = arguments_.size() - 1;
+    else if (parameter < 0 || position >= arguments_.size())
         return badArgument(index, DISP_E_PARAMNOTFOUND);
-    if (arguments_[place].given)
+    if (arguments_[position].given)
         return badArgument(index, DISP_E_BADPARAMCOUNT);
-    arguments_[place].given = &request_.params->rgvarg[index];
-    arguments_[place].index = index;
+    arguments_[position].given = &request_.params->rgvarg[index];
+    arguments_[position].index = index;
     return S_OK;
 }
 
@@ -238,10 +230,10 @@ HRESULT DispatchCall::convertOne(const Parameter& parameter, Argument& argument)
         argument.value = blank(parameter.type);
         return S_OK;
     }
-    if (parameter.isChannel)
-        return toChannel(*given, argument.value);
+    if (converter_ && parameter.interfaceId == *converter_->parameterType)
+        return toObject(*given, *converter_, argument.value);
     if (parameter.byReference && (given->vt & VT_BYREF)) {
-        // A result that cannot be stored has to show before the call, not after it.
+        // If the result cannot be stored later, the call must fail before the method has run.
         const auto type = static_cast<VARTYPE>(given->vt & ~VT_BYREF);
         if (type != VT_BSTR && type != VT_DECIMAL && plainSize(type) == 0)
             return DISP_E_TYPEMISMATCH;
@@ -272,7 +264,7 @@ HRESULT DispatchCall::call(void* self, Variant& result) {
         types.push_back(passed[count].vt);
         pointers.push_back(&passed[count]);
     }
-    // Whatever an earlier failure has left must not be taken for this one's.
+    // Error information of an earlier failure must not be reported for this one.
     SetErrorInfo(0, nullptr);
     Variant returned;
     const HRESULT hr = DispCallFunc(self, member_.vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(types.size()),
@@ -296,4 +288,4 @@ HRESULT DispatchCall::writeBack() {
     return S_OK;
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <utility>
 
-namespace kv::automation {
+namespace kv::com {
 
-/// The text of a BSTR, zeros inside it included; a null BSTR is the empty text. Throws std::bad_alloc.
+/// The text of a BSTR, including null characters inside it; a null BSTR is the empty text. Throws std::bad_alloc.
 [[nodiscard]] inline std::wstring toWide(BSTR text) {
     return text ? std::wstring(text, SysStringLen(text)) : std::wstring();
 }
@@ -33,21 +33,21 @@ class Bstr {
 
     [[nodiscard]] BSTR get() const noexcept { return text_; }
     [[nodiscard]] std::wstring str() const { return toWide(text_); }
-    /// For out parameters; what it held is freed.
+    /// For out parameters. Frees the text that it owns.
     [[nodiscard]] BSTR* put() noexcept {
         SysFreeString(std::exchange(text_, nullptr));
         return &text_;
     }
     /// For in-out parameters.
     [[nodiscard]] BSTR* address() noexcept { return &text_; }
-    /// The BSTR, which is the caller's from now on.
+    /// Transfers the BSTR to the caller.
     [[nodiscard]] BSTR detach() noexcept { return std::exchange(text_, nullptr); }
 
   private:
     BSTR text_ = nullptr;
 };
 
-/// A VARIANT that clears itself. It has the very layout of a VARIANT, so an array of them serves as arguments.
+/// A VARIANT that clears itself. It has the layout of a VARIANT, so that an array of them can be passed as arguments.
 class Variant : public VARIANT {
   public:
     Variant() noexcept { VariantInit(this); }
@@ -81,7 +81,7 @@ class Variant : public VARIANT {
         if (value)
             value->AddRef();
     }
-    /// What a caller passes for an argument it leaves out.
+    /// The value that callers pass for an argument that they leave out.
     [[nodiscard]] static Variant missing() noexcept {
         Variant result;
         result.vt = VT_ERROR;
@@ -96,7 +96,7 @@ class Variant : public VARIANT {
     }
     ~Variant() { VariantClear(this); }
 
-    /// Moves the value into an out parameter, whose former content is not looked at.
+    /// Moves the value into an out parameter, whose former content is ignored.
     void moveTo(VARIANT* out) noexcept {
         *out = *this;
         vt = VT_EMPTY;
@@ -104,9 +104,9 @@ class Variant : public VARIANT {
 };
 static_assert(sizeof(Variant) == sizeof(VARIANT));
 
-/// `source` as `type` in `destination`, which is cleared before. VT_UI4 is what colours are: system colours are
-/// negative in the signed reading that most hosts use, and are taken bit for bit. Errors: DISP_E_TYPEMISMATCH,
-/// DISP_E_OVERFLOW, E_OUTOFMEMORY; the destination is left as it was then.
+/// Converts `source` to `type` and stores it in `destination`, which may be `source`. VT_UI4 is the type of colors:
+/// system colors are negative as the signed numbers of most hosts, so negative numbers are taken bit for bit. Errors:
+/// DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, E_OUTOFMEMORY; they leave the destination unchanged.
 [[nodiscard]] HRESULT coerce(VARIANT& destination, const VARIANT& source, VARTYPE type, LCID locale) noexcept;
 
-}  // namespace kv::automation
+}  // namespace kv::com

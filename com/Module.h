@@ -1,19 +1,20 @@
-// The module itself: its handle and path, what keeps it loaded, and the classes it makes.
+// The module itself: its handle, its path, and what keeps it loaded.
 #pragma once
 
 #include <windows.h>
 
 #include <string>
 
-namespace kv::automation {
+namespace kv::com {
 
-/// The loaded module. It may be unloaded when no object lives and no host holds a server lock.
+/// The loaded module. It may be unloaded when no object exists and no host holds a server lock. There is one module in
+/// each copy of this code, so the state is static.
 class Module {
   public:
     /// Set once by DllMain.
     static void setInstance(HINSTANCE instance) noexcept;
     [[nodiscard]] static HINSTANCE instance() noexcept;
-    /// Full path of the module file, however long. Throws std::bad_alloc.
+    /// Full path of the module file, of any length. Throws std::bad_alloc.
     [[nodiscard]] static std::wstring path();
 
     static void addObject() noexcept;
@@ -24,7 +25,7 @@ class Module {
     [[nodiscard]] static bool isIdle() noexcept;
 };
 
-/// A member that every object handed to a host holds: the module stays loaded as long as the object lives.
+/// A member of every object that hosts can hold: it keeps the module loaded as long as the object exists.
 class ModuleRef {
   public:
     ModuleRef() noexcept { Module::addObject(); }
@@ -33,12 +34,4 @@ class ModuleRef {
     ~ModuleRef() { Module::releaseObject(); }
 };
 
-/// Makes an object of a class and hands out the interface asked for; `*object` is NULL after a failure.
-using CreateFunction = HRESULT (*)(REFIID iid, void** object);
-
-/// Makes a kvBandscope control.
-HRESULT createBandscopeControl(REFIID iid, void** object);
-/// Makes a FreqSlot channel record.
-HRESULT createFreqSlot(REFIID iid, void** object);
-
-}  // namespace kv::automation
+}  // namespace kv::com

@@ -1,4 +1,4 @@
-#include "automation/TypeLib.h"
+#include "com/TypeLib.h"
 
 #include <ocidl.h>
 
@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "automation/Firewall.h"
-#include "automation/Module.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 
-namespace kv::automation {
+namespace kv::com {
 
 namespace {
 
@@ -21,7 +21,7 @@ struct Cache {
     std::vector<std::pair<IID, std::shared_ptr<const InterfaceInfo>>> interfaces;
 };
 
-/// Never destroyed: at the end of the process the system's own libraries may be gone before us.
+/// Never destroyed: at the end of the process, the system's libraries may be unloaded before this module.
 Cache& cache() {
     static Cache* const instance = new Cache;
     return *instance;
@@ -59,18 +59,18 @@ HRESULT findOrRead(REFIID iid, std::shared_ptr<const InterfaceInfo>& info) {
 
 HRESULT loadOwnTypeLib(ITypeLib** library) noexcept {
     *library = nullptr;
-    return firewall(IID_NULL, [&] { return LoadTypeLibEx(Module::path().c_str(), REGKIND_NONE, library); });
+    return firewall({IID_NULL}, [&] { return LoadTypeLibEx(Module::path().c_str(), REGKIND_NONE, library); });
 }
 
 HRESULT getInterfaceInfo(REFIID iid, std::shared_ptr<const InterfaceInfo>& info) noexcept {
-    return firewall(iid, [&] { return findOrRead(iid, info); });
+    return firewall({iid}, [&] { return findOrRead(iid, info); });
 }
 
 HRESULT getClassInfo(REFCLSID clsid, ITypeInfo** info) noexcept {
     if (!info)
         return E_POINTER;
     *info = nullptr;
-    return firewall(IID_IProvideClassInfo, [&] {
+    return firewall({IID_IProvideClassInfo}, [&] {
         Cache& kept = cache();
         const std::lock_guard lock(kept.mutex);
         const HRESULT hr = cachedLibrary(kept);
@@ -85,4 +85,4 @@ void forgetTypeInfo() noexcept {
     kept.library.Reset();
 }
 
-}  // namespace kv::automation
+}  // namespace kv::com

@@ -1,4 +1,4 @@
-// An open registry key, and the few operations that registration needs.
+// An open registry key with the operations that registration needs.
 #pragma once
 
 #include <windows.h>
@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-namespace kv::automation {
+namespace kv::com {
 
 class RegistryKey {
   public:
@@ -23,20 +23,20 @@ class RegistryKey {
 
     /// Opens an existing key. The results of all operations are Win32 error codes.
     [[nodiscard]] LSTATUS open(HKEY parent, const std::wstring& path, REGSAM access) noexcept;
-    /// Opens a key for writing, made when there is none.
+    /// Opens a key for writing. Creates it if it does not exist.
     [[nodiscard]] LSTATUS create(HKEY parent, const std::wstring& path) noexcept;
     [[nodiscard]] HKEY get() const noexcept { return key_; }
 
     /// A null `name` is the default value.
     [[nodiscard]] LSTATUS setText(const wchar_t* name, const std::wstring& text) const noexcept;
     [[nodiscard]] LSTATUS deleteValue(const wchar_t* name) const noexcept;
-    /// A null `name` is the default value; empty when there is none. Throws std::bad_alloc.
+    /// A null `name` is the default value. Empty if the value does not exist. Throws std::bad_alloc.
     [[nodiscard]] std::wstring text(const wchar_t* name) const;
-    /// Neither values nor keys in it.
+    /// True if the key contains neither values nor keys.
     [[nodiscard]] bool isEmpty() const noexcept;
 
   private:
     HKEY key_ = nullptr;
 };
 
-}  // namespace kv::automation
+}  // namespace kv::com
