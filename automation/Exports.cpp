@@ -11,7 +11,8 @@
 #include "com/Registration.h"
 #include "com/TypeLib.h"
 #include "kvBandscope.h"
-#include "win32/WindowTree.h"
+#include "win32/Accessible.h"
+#include "win32/WindowClasses.h"
 
 namespace com = kv::com;
 using com::RegistrationScope;

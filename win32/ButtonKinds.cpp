@@ -21,8 +21,8 @@ namespace {
 void paintGlyph(HDC dc, const RECT& bounds, raster::Rgb color, int dpi) {
     const LONG middle = (bounds.left + bounds.right) / 2;
     const LONG center = (bounds.top + bounds.bottom) / 2;
-    const LONG reach = 4L * dpi / 96;
-    const LONG gap = 2L * dpi / 96;
+    const LONG reach = scaledPixels(4, dpi);
+    const LONG gap = scaledPixels(2, dpi);
     const GdiObject<HPEN> pen(CreatePen(PS_SOLID, 1, color));
     const GdiObject<HBRUSH> brush(CreateSolidBrush(color));
     const Selected withPen(dc, pen.get());

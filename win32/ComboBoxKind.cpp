@@ -32,7 +32,7 @@ class ComboBoxKind final : public WindowKindOf<ComboBox> {
     /// The system gives a closed list the height of its text and a border that it does not scale. The window is moved
     /// down by half of the missing border, so that the text is level with the label beside it.
     void place(WidgetWindow& window, RECT place) const override {
-        OffsetRect(&place, 0, kBorder * (window.dpi() - 96) / 96);
+        OffsetRect(&place, 0, scaledPixels(kBorder, window.dpi() - USER_DEFAULT_SCREEN_DPI));
         WindowKind::place(window, place);
     }
     void paint(Widget& widget, HDC dc, RECT bounds, WinPlatform& platform) const override;
@@ -59,7 +59,7 @@ class ComboBoxKind final : public WindowKindOf<ComboBox> {
 /// A closed drop-down list with its chosen item, as its window shows it.
 void ComboBoxKind::paint(Widget& widget, HDC dc, RECT bounds, WinPlatform& platform) const {
     const ComboBox& combo = of(widget);
-    const LONG frame = kBorder * static_cast<LONG>(platform.dpi()) / 96;
+    const LONG frame = scaledPixels(kBorder, platform.dpi());
     bounds.bottom = std::min(bounds.bottom, bounds.top + platform.textSize(L"X", combo.font()).height + 2 * frame);
     fillArea(dc, bounds, platform.resolve(combo.backColor()));
     DrawEdge(dc, &bounds, EDGE_SUNKEN, BF_RECT | BF_ADJUST);

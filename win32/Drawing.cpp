@@ -28,7 +28,7 @@ void drawText(HDC dc, RECT area, const std::wstring& text, const formenv::Widget
 }
 
 void drawFocusCue(HDC dc, const RECT& area, const WinPlatform& platform) {
-    const int scale = std::max(1, platform.dpi() / 96);
+    const int scale = std::max(1, scaledPixels(1, platform.dpi()));
     drawBorder(dc, area, 3 * scale, platform.resolve(raster::system_color::kHighlight));
 }
 

@@ -10,6 +10,11 @@
 
 namespace kv::win32 {
 
+/// A length of `pixels` at 96 dpi as pixels at `dpi`, rounded down.
+[[nodiscard]] constexpr int scaledPixels(int pixels, int dpi) noexcept {
+    return pixels * dpi / USER_DEFAULT_SCREEN_DPI;
+}
+
 void fillArea(HDC dc, const RECT& area, raster::Rgb color);
 
 /// Draws a frame `width` pixels wide along the inner edge of `area`.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "util/Text.h"
+#include "win32/KeyState.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
@@ -14,14 +15,6 @@ namespace {
 
 constexpr WPARAM kSelectAll = 1;  // the character of Ctrl+A
 constexpr WPARAM kEscape = 27;
-
-bool isDown(int key) {
-    return GetKeyState(key) < 0;
-}
-
-int shiftState() {
-    return (isDown(VK_SHIFT) ? 1 : 0) | (isDown(VK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
-}
 
 /// The controls that can take the focus now, in the order of the Tab key.
 void collectStops(const Widget& parent, std::vector<WidgetWindow*>& stops) {

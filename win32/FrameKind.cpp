@@ -35,7 +35,7 @@ class FrameKind final : public WindowKind {
 
 void FrameKind::paint(Widget& frame, HDC dc, RECT bounds, WinPlatform& platform) const {
     fillArea(dc, bounds, platform.resolve(frame.backColor()));
-    const int scale = std::max(1, platform.dpi() / 96);
+    const int scale = std::max(1, scaledPixels(1, platform.dpi()));
     const raster::PixelSize text = platform.textSize(L"+", frame.font());
     // The border runs through the middle of the caption's line, as in the system's group boxes.
     RECT border = bounds;
@@ -44,7 +44,7 @@ void FrameKind::paint(Widget& frame, HDC dc, RECT bounds, WinPlatform& platform)
     if (frame.caption().empty())
         return;
     const raster::PixelSize caption = platform.textSize(frame.caption(), frame.font());
-    const int left = bounds.left + kCaptionInset * platform.dpi() / 96;
+    const int left = bounds.left + scaledPixels(kCaptionInset, platform.dpi());
     RECT gap{left - 2 * scale, bounds.top, left + caption.width + 2 * scale, bounds.top + caption.height};
     fillArea(dc, gap, platform.resolve(frame.backColor()));
     gap.left = left;

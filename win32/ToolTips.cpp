@@ -45,6 +45,7 @@ void ToolTips::set(HWND root, HWND window, const std::wstring& text) {
     }
     if (!open(root))
         return;
+    // The system copies the text. The structure lacks a const because it is also used for reading texts.
     tool.lpszText = const_cast<wchar_t*>(text.c_str());
     if (known) {
         SendMessageW(tips_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));

@@ -16,7 +16,7 @@ namespace {
 int screenDpi() {
     const ScreenDc screen;
     const int dpi = GetDeviceCaps(screen.get(), LOGPIXELSX);
-    return dpi > 0 ? dpi : 96;
+    return dpi > 0 ? dpi : USER_DEFAULT_SCREEN_DPI;
 }
 
 UINT iconFlag(formenv::MessageIcon icon) {

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "util/RuntimeError.h"
+#include "util/Utf8.h"
+#include "win32/FileHandle.h"
 
 namespace kv::win32 {
 
@@ -26,11 +28,6 @@ struct KeyCloser {
     void operator()(HKEY key) const noexcept { RegCloseKey(key); }
 };
 using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
-
-struct HandleCloser {
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
 
 [[noreturn]] void throwRegistryError(LSTATUS status) {
     throw RuntimeError(kPathFileAccess, L"Registry error " + std::to_wstring(status));
@@ -121,13 +118,12 @@ class WritableFile {
         const DWORD attributes = GetFileAttributesW(path_.c_str());
         if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
             throw RuntimeError(kPathFileAccess);
-        const HANDLE opened = CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE,
-                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (opened == INVALID_HANDLE_VALUE)
+        const FileHandle opened = openedFile(CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                                         nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!opened)
             throw RuntimeError(kPathFileAccess);
         fresh_ = GetLastError() != ERROR_ALREADY_EXISTS;
-        CloseHandle(opened);
     }
     ~WritableFile() {
         if (fresh_)
@@ -147,14 +143,6 @@ std::wstring fromAnsi(const std::string& text) {
     std::wstring result(text.size(), L'\0');
     result.resize(static_cast<std::size_t>(
         MultiByteToWideChar(CP_ACP, 0, text.data(), length, result.data(), static_cast<int>(result.size()))));
-    return result;
-}
-
-std::string toUtf8(const std::wstring& text) {
-    const auto length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, result.data(), size, nullptr, nullptr);
     return result;
 }
 
@@ -241,13 +229,12 @@ std::wstring WinFileStore::userDataFolder() {
 }
 
 void WinFileStore::append(const std::wstring& path, const std::wstring& text) {
-    const HANDLE opened =
-        CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE)
+    const FileHandle file =
+        openedFile(CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                               nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file)
         throw RuntimeError(kPathFileAccess);
-    const FileHandle file(opened);
-    const std::string bytes = toUtf8(text);
+    const std::string bytes = util::toUtf8(text);
     DWORD written = 0;
     if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
         written != bytes.size())

@@ -1,6 +1,7 @@
 // Mouse and keyboard in the windows of widgets.
 #include <windowsx.h>
 
+#include "win32/KeyState.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
@@ -16,8 +17,9 @@ int buttonsDown(WPARAM keys) {
            ((keys & MK_MBUTTON) ? formenv::mouse_button::kMiddle : 0);
 }
 
-int shiftState(WPARAM keys) {
-    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+/// The shift state of mouse events: 1 Shift, 2 Ctrl, 4 Alt, added up.
+int shiftStateOf(WPARAM keys) {
+    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
 }
 
 }  // namespace
@@ -44,9 +46,7 @@ void WindowTree::mouseLost(WidgetWindow& target, HWND newOwner) {
 
 bool WindowTree::handleKey(Widget& widget, WPARAM key) {
     const formenv::KeyHandler handler = widget.onKeyDown;
-    const int shift = (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
-                      (GetKeyState(VK_MENU) < 0 ? 4 : 0);
-    return handler && handler(static_cast<int>(key), shift);
+    return handler && handler(static_cast<int>(key), shiftState());
 }
 
 bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -56,7 +56,7 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
     const int px = GET_X_LPARAM(lParam);
     const int py = GET_Y_LPARAM(lParam);
     const MousePosition at = target.kind().mousePosition(widget, {px, py}, dpi());
-    const int shift = shiftState(wParam);
+    const int shift = shiftStateOf(wParam);
     // The handlers are copied, because one of them may destroy the windows.
     const auto call = [&](const formenv::MouseHandler& handler, int button) {
         if (const formenv::MouseHandler copy = handler)

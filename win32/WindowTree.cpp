@@ -16,14 +16,6 @@ namespace {
 
 constexpr UINT kSync = WM_APP + 1;
 
-/// The module that contains this code.
-HINSTANCE ownModule() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&kSync), &module);
-    return module;
-}
-
 /// Tells all widgets inside `parent` that the platform has another resolution.
 void rescaleChildren(Widget& parent) {
     for (Widget* child : parent.children()) {
@@ -38,27 +30,6 @@ RECT pixelRect(const Widget& widget, int dpi) noexcept {
     return {raster::twipsToPixels(widget.left(), dpi), raster::twipsToPixels(widget.top(), dpi),
             raster::twipsToPixels(widget.left() + widget.width(), dpi),
             raster::twipsToPixels(widget.top() + widget.height(), dpi)};
-}
-
-bool WindowTree::registerClasses() noexcept {
-    WNDCLASSEXW info{};
-    info.cbSize = sizeof info;
-    info.lpfnWndProc = &WindowTree::windowProcedure;
-    info.hInstance = ownModule();
-    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    for (const wchar_t* name : {kRootClass, kFormClass, kFrameClass, kPictureClass}) {
-        info.lpszClassName = name;
-        info.style = CS_DBLCLKS;
-        if (!RegisterClassExW(&info) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
-            return false;
-    }
-    return true;
-}
-
-void unregisterWindowClasses() noexcept {
-    for (const wchar_t* name : {kRootClass, kFormClass, kFrameClass, kPictureClass})
-        UnregisterClassW(name, ownModule());
-    KnobWindow::unregisterClasses();
 }
 
 WindowTree::WindowTree(Widget& root, WinPlatform& platform, Callbacks callbacks)
@@ -87,7 +58,7 @@ bool WindowTree::createTopLevel(HWND owner, DWORD style, DWORD exStyle, const RE
 }
 
 bool WindowTree::createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place) {
-    if (!registerClasses())
+    if (!registerWindowClasses(kTreeClasses, &WindowTree::windowProcedure, CS_DBLCLKS))
         return false;
     root_ = CreateWindowExW(exStyle, className, rootWidget_.caption().c_str(), style, place.left, place.top,
                             place.right - place.left, place.bottom - place.top, parent, nullptr, ownModule(), this);

@@ -105,7 +105,6 @@ class WindowTree {
     void syncStale();
     void rootDestroyed() noexcept;
     void setDpi(int dpi);
-    [[nodiscard]] static bool registerClasses() noexcept;
 
     formenv::Widget& rootWidget_;
     WinPlatform& platform_;
@@ -121,7 +120,4 @@ class WindowTree {
 
 /// The pixels of a widget in its parent's client area, or of a form on the screen.
 [[nodiscard]] RECT pixelRect(const formenv::Widget& widget, int dpi) noexcept;
-
-/// Unregisters the window classes before the module is unloaded.
-void unregisterWindowClasses() noexcept;
 }  // namespace kv::win32
