@@ -5,7 +5,6 @@
 #include "automation/FreqSlotObject.h"
 #include "tests/automation/DictionarySlot.h"
 #include "tests/automation/Module.h"
-#include "tests/automation/plumbing/ProbeControl.h"
 #include "util/RuntimeError.h"
 
 namespace kv::test {
@@ -291,34 +290,41 @@ TEST_F(LateBoundChannel, KeepsItsObjectUntilTheLastReferenceIsReleased) {
     EXPECT_EQ(destroyed, 1);
 }
 
-TEST(ChannelsByName, ForeignObjectsAreAcceptedAndReturned) {
-    ComPtr<ProbeControl> control = adopt(new ProbeControl);
-    IDispatch* const dispatch = static_cast<_kvBandscope*>(control.Get());
+_FreqSlot* convert(IUnknown* object) {
+    IDispatch* converted = nullptr;
+    EXPECT_EQ(automation::kChannelConverter.convert(object, &converted), S_OK);
+    return static_cast<_FreqSlot*>(converted);
+}
+
+TEST(ChannelsByName, ConversionServesParametersOfTheTypeFreqSlot) {
+    EXPECT_TRUE(*automation::kChannelConverter.parameterType == IID__FreqSlot);
+}
+
+TEST(ChannelsByName, ForeignObjectsAreWrappedAndKeepTheirIdentity) {
     const ComPtr<DictionarySlot> object = DictionarySlot::create();
     object->values[L"sKey"] = L"TX1";
-    Var variable(static_cast<IDispatch*>(object.Get()));
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {variable}).result.lVal, 0);
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {Var::variable(variable)}).result.lVal, 1);
-    IDispatch* raw = object.Get();
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {Var::typed(VT_BYREF | VT_DISPATCH, &raw)}).result.lVal, 2);
-    for (const Outcome& outcome : {call(dispatch, L"GetTXChnl", {1}), call(dispatch, L"GetTXbyKey", {L"TX1"})}) {
-        ASSERT_EQ(outcome.hr, S_OK);
-        ASSERT_EQ(outcome.result.vt, VT_DISPATCH);
-        EXPECT_EQ(outcome.result.pdispVal, raw);
-    }
-    EXPECT_EQ(get(dispatch, L"NumTX").result.lVal, 3);
-    variable = Var();
-    control.Reset();
+    ComPtr<_FreqSlot> slot = adopt(convert(object.Get()));
+    Text key;
+    EXPECT_EQ(slot->get_sKey(key.put()), S_OK);
+    EXPECT_EQ(key.str(), L"TX1");
+    EXPECT_TRUE(sameObject(slot.Get(), object.Get()));
+    slot.Reset();
     EXPECT_EQ(object->references(), 1U);
 }
 
 TEST(ChannelsByName, OwnObjectsAreReturnedUnchanged) {
-    const ComPtr<ProbeControl> control = adopt(new ProbeControl);
-    IDispatch* const dispatch = static_cast<_kvBandscope*>(control.Get());
     const ComPtr<_FreqSlot> slot = newSlot();
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {Var(static_cast<IDispatch*>(slot.Get()))}).hr, S_OK);
-    const Outcome outcome = call(dispatch, L"GetTXChnl", {0});
-    EXPECT_EQ(outcome.result.pdispVal, static_cast<IDispatch*>(slot.Get()));
+    const ComPtr<_FreqSlot> converted = adopt(convert(slot.Get()));
+    EXPECT_EQ(converted.Get(), slot.Get());
+    EXPECT_EQ(referencesOf(slot.Get()), 2U);
+}
+
+TEST(ChannelsByName, ObjectsWithoutTheMembersAreATypeMismatch) {
+    ComPtr<ITypeLib> object;
+    ASSERT_EQ(LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, object.GetAddressOf()), S_OK);
+    IDispatch* converted = nullptr;
+    EXPECT_EQ(automation::kChannelConverter.convert(object.Get(), &converted), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(converted, nullptr);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// These tests link the automation code. They load its type library from the module in the same folder.
+// These tests link the COM plumbing and the channels of hosts. This program takes the place of the module, so its own
+// type library is the one that calls by name use.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -6,12 +7,11 @@
 
 #include "com/Module.h"
 #include "com/TypeLib.h"
-#include "tests/automation/Module.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     const HRESULT started = OleInitialize(nullptr);
-    kv::com::Module::setInstance(kv::test::module());
+    kv::com::Module::setInstance(GetModuleHandleW(nullptr));
     const int result = RUN_ALL_TESTS();
     kv::com::forgetTypeInfo();
     if (SUCCEEDED(started))
