@@ -26,7 +26,8 @@ constexpr DISPID kChgFreqRange = 3;
 BandscopeControl::BandscopeControl() : ConnectionPointsImpl(DIID___kvBandscope) {
     platform_.setKeeper(static_cast<IOleObject*>(this));
     platform_.setBoxHost(this);
-    // Nothing of the program may run before it has the object: it would make a second one where it waits for the first.
+    // No other part of the program may run before it has the object. Where it waits for its first control, it would
+    // create a second one.
     const win32::EventPump::Limit creating(platform_.pump(), win32::PumpScope::None);
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
@@ -36,7 +37,8 @@ BandscopeControl::BandscopeControl() : ConnectionPointsImpl(DIID___kvBandscope) 
 }
 
 BandscopeControl::~BandscopeControl() {
-    // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
+    // The last reference has been released, so the container must not be called any more. With the count at 1, calls of
+    // AddRef and Release have no effect.
     references_ = 1;
     platform_.setKeeper(nullptr);
     platform_.setBoxHost(nullptr);
@@ -131,8 +133,8 @@ void BandscopeControl::ChgFreqRange(double dMin, double dMax) {
         fire(kChgFreqRange, arguments);
 }
 
-/// Captions, and which of them show, change with every channel that a host adds: they are told of when their windows
-/// show them, and with the next drawing.
+/// Captions and their visibility change with every channel that a host adds. They are reported when their windows are
+/// updated, and with the next drawing.
 void BandscopeControl::tellPicture(bool captionsToo) noexcept {
     const formenv::Widget::Looks& now = scope_->children().userControl.looks();
     if (now.changes == told_.changes && (!captionsToo || now.captions == told_.captions))
@@ -142,7 +144,7 @@ void BandscopeControl::tellPicture(bool captionsToo) noexcept {
     tellViewChanged();
 }
 
-/// For screen readers: what the picture shows, once it is another.
+/// Notifies screen readers if the value of the picture has changed.
 void BandscopeControl::tellSpectrum() noexcept {
     if (!rootWindow())
         return;

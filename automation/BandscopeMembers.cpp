@@ -1,4 +1,4 @@
-// The members of _kvBandscope: types of automation outside, the display's own inside.
+// The members of _kvBandscope: conversion between automation types and those of the display.
 #include <string>
 
 #include "automation/BandscopeControl.h"
@@ -10,12 +10,12 @@ using channels::FreqSlotRef;
 
 namespace {
 
-/// The channel of an argument; Nothing stays nothing, which each member answers in its own way.
+/// The channel of an argument. Nothing becomes a null reference, which each member handles in its own way.
 FreqSlotRef channelOf(_FreqSlot* chnl) {
     return chnl ? channelFromHost(chnl) : FreqSlotRef();
 }
 
-/// Hands a found channel out, or Nothing.
+/// Returns a channel to the host, or Nothing.
 HRESULT handOut(const FreqSlotRef& channel, _FreqSlot** value) {
     return channelToHost(channel.get(), value);
 }
@@ -105,7 +105,7 @@ HRESULT BandscopeControl::get_bXLog(VARIANT_BOOL* value) {
 }
 
 HRESULT BandscopeControl::ReDrawChnl(_FreqSlot* chnl, VARIANT_BOOL* value) {
-    // Nothing that goes wrong with one channel is worth an error: the answer is always True.
+    // An error with one channel is ignored; the result is always True.
     const HRESULT result = quietly(value, [&] { return scope_->ReDrawChnl(channelOf(chnl)); });
     if (result == S_OK)
         *value = VARIANT_TRUE;
@@ -212,7 +212,7 @@ HRESULT BandscopeControl::nFindMatchRX(_FreqSlot* chnl, long* value) {
     const HRESULT result = memberReturn(value, [&] { return scope_->nFindMatchRX(channelOf(chnl)); });
     if (result == E_POINTER)
         return result;
-    // What cannot be read matches nothing.
+    // A channel that cannot be read matches no other.
     if (FAILED(result))
         *value = channels::kInvalid;
     return S_OK;
@@ -283,7 +283,7 @@ HRESULT BandscopeControl::put_ShowAll_REPLACED_20070521_1637(VARIANT_BOOL value)
 }
 
 HRESULT BandscopeControl::put_bChkVisShowAll(VARIANT_BOOL /*value*/) {
-    // There was a box to show or hide once; hosts that still do are not to be disappointed.
+    // Older versions had a check box to show or hide. Hosts that still set this property must not fail.
     return S_OK;
 }
 

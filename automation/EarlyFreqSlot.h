@@ -1,4 +1,4 @@
-// A host's record that offers _FreqSlot, reached through its vtable.
+// A host's record that implements _FreqSlot, called through its vtable.
 #pragma once
 
 #include <windows.h>

@@ -18,22 +18,22 @@
 
 namespace kv::automation {
 
-/// {E2A9B1C4-6F0D-4E35-9B7A-51D80C3F2A68}: answered by the channels of this module, in their own apartment.
+/// {E2A9B1C4-6F0D-4E35-9B7A-51D80C3F2A68}: implemented by the channels of this module, in their own apartment.
 inline constexpr GUID kIidChannelAccess = {
     0xE2A9B1C4, 0x6F0D, 0x4E35, {0x9B, 0x7A, 0x51, 0xD8, 0x0C, 0x3F, 0x2A, 0x68}};
 
-/// The way from a host's pointer back to the channel behind it.
+/// Leads from a host's pointer to the channel that it refers to.
 struct IChannelAccess : public IUnknown {
-    /// Tells copies of the module in one process apart: C++ objects must not cross between them.
+    /// Identifies the copy of the module in this process, because C++ objects must not be used by another copy.
     virtual const void* home() noexcept = 0;
     /// Not counted.
     virtual channels::FreqSlot* channel() noexcept = 0;
 };
 
-/// The home of this copy's channels.
+/// The `home` of this copy's channels.
 [[nodiscard]] const void* channelHome() noexcept;
 
-/// A channel record. Half a million of them are an everyday number, so it holds its fields and little else.
+/// A channel record. Half a million of them are an everyday number, so it contains little besides its fields.
 class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
                              public IProvideClassInfo,
                              public IChannelAccess,
@@ -147,7 +147,7 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
 /// Creates a FreqSlot for the class factory.
 HRESULT createFreqSlot(REFIID iid, void** object);
 
-/// A new record for the control's own use. Throws std::bad_alloc.
+/// A new record for use inside the control. Throws std::bad_alloc.
 [[nodiscard]] util::Ref<channels::FreqSlotBase> makeFreqSlot();
 
 }  // namespace kv::automation

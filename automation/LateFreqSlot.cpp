@@ -51,7 +51,7 @@ DISPID LateFreqSlot::idOf(Name name) {
     LPOLESTR names = text.get();
     DISPID id = DISPID_UNKNOWN;
     HRESULT hr = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
-    // Objects of some script engines leave IDispatch to its successor.
+    // Objects of some script engines implement the names only in IDispatchEx.
     if (hr == E_NOTIMPL && (extended_ || SUCCEEDED(object_.As(&extended_))))
         hr = extended_->GetDispID(text.get(), fdexNameCaseInsensitive, &id);
     if (FAILED(hr))
@@ -70,7 +70,7 @@ void LateFreqSlot::invoke(DISPID id, WORD flags, DISPPARAMS& params, VARIANT* va
                    : object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &params, value, &exception, &argError);
     };
     HRESULT hr = attempt(flags);
-    // Some engines take "method or property" for a method and refuse it for plain data.
+    // Some engines take "method or property" as a method and reject it for plain data.
     if (FAILED(hr) && hr != DISP_E_EXCEPTION && (flags & DISPATCH_METHOD) != 0)
         hr = attempt(DISPATCH_PROPERTYGET);
     if (FAILED(hr))
@@ -82,7 +82,7 @@ com::Variant LateFreqSlot::read(Name name, VARTYPE type, Index index) {
     DISPPARAMS params{&argument, nullptr, index ? 1U : 0U, 0};
     com::Variant value;
     invoke(idOf(name), DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, &value);
-    // Texts that hold numbers mean the same everywhere, whatever the user's decimal sign.
+    // Numbers in texts have the same meaning on all systems, independent of the user's decimal separator.
     if (const HRESULT hr = com::coerce(value, value, type, LOCALE_INVARIANT); FAILED(hr))
         com::throwHostError(hr);
     return value;

@@ -1,4 +1,4 @@
-// A host's record that is reached by the names of its members.
+// A host's record that is called by the names of its members.
 #pragma once
 
 #include <windows.h>
@@ -22,8 +22,8 @@
 
 namespace kv::automation {
 
-/// The channel for the inside, and for hosts that want a `_FreqSlot` a further face of their own object: everything but
-/// that interface is answered by the host's object, so that both are one object to whoever compares them.
+/// The channel for the control, and a `_FreqSlot` for hosts. It adds that interface to the host's object: all other
+/// interfaces are those of the object itself, so that both have the same identity.
 class LateFreqSlot final : public com::DispatchImpl<_FreqSlot>, public IChannelAccess, public HostChannel {
   public:
     explicit LateFreqSlot(Microsoft::WRL::ComPtr<IDispatch> object) noexcept : object_(std::move(object)) {}
@@ -137,12 +137,12 @@ class LateFreqSlot final : public com::DispatchImpl<_FreqSlot>, public IChannelA
         iFillStyle,
     };
     static constexpr std::size_t kNameCount = 19;
-    /// Which component of a member that is an array.
+    /// The array index of an indexed member.
     using Index = std::optional<long>;
 
     ~LateFreqSlot() = default;
 
-    /// The object's own number for a member, asked for once. Throws util::RuntimeError 438 when it has none.
+    /// The object's DISPID of a member, requested once. Throws util::RuntimeError 438 if the object lacks it.
     DISPID idOf(Name name);
     /// Calls the object. Throws util::RuntimeError.
     void invoke(DISPID id, WORD flags, DISPPARAMS& params, VARIANT* value);
@@ -156,7 +156,7 @@ class LateFreqSlot final : public com::DispatchImpl<_FreqSlot>, public IChannelA
     static com::Variant hostValue(short value) noexcept { return com::Variant(value); }
     static com::Variant hostValue(bool value) noexcept { return com::Variant(value); }
     static com::Variant hostValue(BSTR value) { return com::Variant(com::toWide(value)); }
-    /// A colour as hosts without unsigned numbers have it.
+    /// A color as a signed number, because some hosts have no unsigned ones.
     static com::Variant hostValue(OLE_COLOR value) noexcept { return com::Variant(static_cast<long>(value)); }
 
     template <class Value>
@@ -182,10 +182,10 @@ class LateFreqSlot final : public com::DispatchImpl<_FreqSlot>, public IChannelA
     }
 
     LONG references_ = 1;
-    std::uint32_t known_ = 0;  ///< bit n: ids_[n] has been asked for
+    std::uint32_t known_ = 0;  ///< bit n: ids_[n] is known
     std::array<DISPID, kNameCount> ids_{};
     Microsoft::WRL::ComPtr<IDispatch> object_;
-    Microsoft::WRL::ComPtr<IDispatchEx> extended_;  ///< for an object that answers by name there only
+    Microsoft::WRL::ComPtr<IDispatchEx> extended_;  ///< for an object that implements names there only
     [[no_unique_address]] com::ModuleRef module_;
 };
 

@@ -19,9 +19,9 @@ using com::RegistryEntry;
 /// The version of the type library and of the classes.
 constexpr wchar_t kLibraryVersion[] = L"1.0";
 constexpr wchar_t kLibraryTitle[] = L"kvBandscope spectrum display";
-/// The system's marshallers that work from a type library.
-constexpr wchar_t kDualMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
-constexpr wchar_t kDispatchMarshaller[] = L"{00020420-0000-0000-C000-000000000046}";
+/// The system's marshalers, which use the type library.
+constexpr wchar_t kDualMarshaler[] = L"{00020424-0000-0000-C000-000000000046}";
+constexpr wchar_t kDispatchMarshaler[] = L"{00020420-0000-0000-C000-000000000046}";
 constexpr wchar_t kControlCategory[] = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
 constexpr wchar_t kProgrammableCategory[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
 constexpr int kToolboxBitmap = 101;
@@ -87,20 +87,20 @@ std::vector<ProgramName> programNames(const ClassNames& names, const std::wstrin
 struct InterfaceNames {
     const IID* iid;
     const wchar_t* name;
-    const wchar_t* marshaller;
+    const wchar_t* marshaler;
 };
 
 const InterfaceNames kInterfaces[] = {
-    {&IID__kvBandscope, L"_kvBandscope", kDualMarshaller},
-    {&IID__FreqSlot, L"_FreqSlot", kDualMarshaller},
-    {&DIID___kvBandscope, L"__kvBandscope", kDispatchMarshaller},
+    {&IID__kvBandscope, L"_kvBandscope", kDualMarshaler},
+    {&IID__FreqSlot, L"_FreqSlot", kDualMarshaler},
+    {&DIID___kvBandscope, L"__kvBandscope", kDispatchMarshaler},
 };
 
 InterfaceRegistration interfaceKeys(const InterfaceNames& names, const std::wstring& library) {
     const std::wstring key = L"Interface\\" + guidText(*names.iid);
     return {key,
             {keyWith(key, names.name),
-             keyWith(key + L"\\ProxyStubClsid32", names.marshaller),
+             keyWith(key + L"\\ProxyStubClsid32", names.marshaler),
              keyWith(key + L"\\TypeLib", library),
              {key + L"\\TypeLib", true, kLibraryVersion, L"Version"}}};
 }

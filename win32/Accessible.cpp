@@ -29,7 +29,7 @@ std::optional<std::wstring> valueOf(const Widget& widget) {
     return widget.spoken.value ? widget.spoken.value() : windowKind(widget).value(widget);
 }
 
-/// What an enquiry ends with when there is no such text.
+/// Stores the text; S_FALSE if it is empty.
 HRESULT give(const std::wstring& text, BSTR* out) {
     if (text.empty())
         return S_FALSE;
@@ -42,8 +42,7 @@ void giveNumber(LONG number, VARIANT* out) {
     out->lVal = number;
 }
 
-/// The widget itself; around it, children and neighbours, the system knows its way. Lists of children are the system's
-/// object's, which this one stands before as long as both are asked for by their windows.
+/// Describes the widget itself. Everything around it (parent, children, neighbors) is answered by the system's object.
 class AccessibleWidget final : public IAccessible {
   public:
     AccessibleWidget(HWND window, std::shared_ptr<Widget*> widget, IAccessible* inner)
@@ -73,7 +72,7 @@ class AccessibleWidget final : public IAccessible {
         return left;
     }
 
-    // By name, the system's description of the interface does it.
+    // Calls by name use the system's type information of the interface.
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return inner_->GetTypeInfoCount(count); }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
         return inner_->GetTypeInfo(index, locale, info);
@@ -230,7 +229,7 @@ Speech::~Speech() {
 std::optional<LRESULT> Speech::answer(HWND window, WPARAM wParam, LPARAM lParam) const {
     const Widget& widget = **widget_;
     const bool isOurs = windowKind(widget).role(widget).has_value();
-    // The upper half of the parameter may hold anything.
+    // Only the lower 32 bits of the parameter are defined.
     if (!isOurs || static_cast<DWORD>(lParam) != static_cast<DWORD>(OBJID_CLIENT))
         return std::nullopt;
     IAccessible* inner = nullptr;

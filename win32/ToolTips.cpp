@@ -6,11 +6,11 @@ namespace kv::win32 {
 
 namespace {
 
-constexpr int kMostWidth = 400;  // pixels; beyond it a tip takes a second line
+constexpr int kMostWidth = 400;  // pixels; longer texts are broken into lines
 
 TTTOOLINFOW toolOf(HWND root, HWND window) {
     TTTOOLINFOW tool{};
-    // The size without the last member, which the oldest common controls do not know.
+    // The size without the last member, which the oldest common controls do not support.
     tool.cbSize = TTTOOLINFOW_V2_SIZE;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tool.hwnd = root;

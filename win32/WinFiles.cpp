@@ -19,7 +19,7 @@ using util::error_number::kPathFileAccess;
 
 namespace {
 
-constexpr DWORD kClipboardPatience = 500;  // milliseconds, for another program that holds the clipboard
+constexpr DWORD kClipboardPatience = 500;  // milliseconds, while another program has the clipboard open
 constexpr DWORD kClipboardPause = 20;
 constexpr int kNameTries = 100;
 
@@ -150,7 +150,7 @@ void WinFiles::clearClipboard() {
 }
 
 void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
-    // A bitmap of the screen's kind: one whose bits lie in this process could not be handed to another.
+    // The bitmap must be compatible with the screen. Bits in the memory of this process could not be passed to another.
     GdiObject<HBITMAP> bitmap(
         static_cast<HBITMAP>(LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE)));
     if (!bitmap)
@@ -160,7 +160,7 @@ void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
     EmptyClipboard();
     if (!SetClipboardData(CF_BITMAP, bitmap.get()))
         throw RuntimeError(kInvalidPicture);
-    static_cast<void>(bitmap.release());  // the clipboard's from now on
+    static_cast<void>(bitmap.release());  // the clipboard owns it now
 }
 
 }  // namespace kv::win32
