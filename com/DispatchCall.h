@@ -1,16 +1,17 @@
 // One call by name: converts a caller's loosely typed arguments for a method of the vtable, and its results back.
 //
-// ITypeInfo::Invoke does the same for most dual interfaces. It is not used here for these reasons:
-// - A parameter that takes an interface pointer must also take objects that do not implement the interface.
-//   ITypeInfo::Invoke asks the object for the interface and rejects such an object with DISP_E_TYPEMISMATCH. Here, an
-//   ObjectConverter wraps it first.
-// - Parameters of other types than VARIANT are optional in some methods and must then be 0 or "" when the caller leaves
-//   them out. ITypeInfo::Invoke promises this for VARIANT parameters and for parameters with a default value only.
-// - Colors are OLE_COLOR, an unsigned type. Most hosts have signed numbers only, in which system colors are negative.
-//   ITypeInfo::Invoke reports an overflow for them. Here, they are passed bit for bit in both directions.
-// - Scripts pass each variable as a reference to a variant. For a by-reference parameter of another type, Windows
-//   rejects such an argument with DISP_E_TYPEMISMATCH, and Wine accepts it but never stores the result in the variable.
-//   Here, the result is stored on both.
+// ITypeInfo::Invoke is not used for this. It is meant for the same purpose, but its implementations (Windows and Wine)
+// differ, and calls that hosts need fail in at least one of them:
+// - A parameter that takes an interface pointer must also accept objects that do not implement the interface.
+//   ITypeInfo::Invoke requests the interface from the object and fails. Here, an ObjectConverter wraps the object
+//   first.
+// - Scripts pass each variable as a reference to a variant, and typed languages pass references to their own types. For
+//   a by-reference parameter of another type, ITypeInfo::Invoke fails with DISP_E_TYPEMISMATCH. Here, the value is
+//   converted, and the result is converted back and stored in the variable.
+// - A by-reference parameter that is optional may be left out. With Wine, the method then gets no valid pointer.
+// - Colors are OLE_COLOR, an unsigned type. Wine returns them as VT_UI4, which hosts without unsigned numbers cannot
+//   use. Here, colors are passed bit for bit as signed numbers.
+// - Wine does not report which argument has a wrong type.
 #pragma once
 
 #include <windows.h>
