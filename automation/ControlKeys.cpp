@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "automation/BandscopeControl.h"
+#include "win32/KeyState.h"
 #include "win32/WindowDpi.h"
 
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
+using win32::isDown;
 
 namespace {
 
@@ -42,23 +44,14 @@ std::vector<HWND> tabStops(HWND root) {
     return stops;
 }
 
-DWORD keyModifiers() {
-    constexpr DWORD kShift = 1;
-    constexpr DWORD kControl = 2;
-    constexpr DWORD kAlt = 4;
-    return (GetKeyState(VK_SHIFT) < 0 ? kShift : 0) | (GetKeyState(VK_CONTROL) < 0 ? kControl : 0) |
-           (GetKeyState(VK_MENU) < 0 ? kAlt : 0);
-}
-
 bool isPlainTab(const MSG& message) {
-    return message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&
-           GetKeyState(VK_MENU) >= 0;
+    return message.message == WM_KEYDOWN && message.wParam == VK_TAB && !isDown(VK_CONTROL) && !isDown(VK_MENU);
 }
 
 /// True if Tab is moving the focus: the key is down without the modifiers that switch windows or pages. Containers move
 /// the focus into the control without telling which key caused it.
 bool isTabDown() {
-    return GetKeyState(VK_TAB) < 0 && GetKeyState(VK_MENU) >= 0 && GetKeyState(VK_CONTROL) >= 0;
+    return isDown(VK_TAB) && !isDown(VK_MENU) && !isDown(VK_CONTROL);
 }
 
 /// The keys that a window wants, as it reports them to dialogs.
@@ -133,7 +126,7 @@ void BandscopeControl::takeFocus(const MSG* message) noexcept {
         if (stops.empty())
             SetFocus(root);
         else
-            SetFocus(byTab && GetKeyState(VK_SHIFT) < 0 ? stops.back() : stops.front());
+            SetFocus(byTab && isDown(VK_SHIFT) ? stops.back() : stops.front());
     } catch (...) {
         SetFocus(root);
     }
@@ -234,7 +227,7 @@ HRESULT BandscopeControl::TranslateAccelerator(LPMSG message) {
     // The control handles Tab itself while there is another part to move to. If the container saw Tab first, it would
     // move the focus out of the control at once.
     if (isPlainTab(*message)) {
-        if (moveFocus(GetKeyState(VK_SHIFT) < 0))
+        if (moveFocus(isDown(VK_SHIFT)))
             return S_OK;
         tabLeaves_ = true;
     }
@@ -244,7 +237,7 @@ HRESULT BandscopeControl::TranslateAccelerator(LPMSG message) {
         return S_FALSE;
     // Some containers ask the active object in turn, which is this one.
     translating_ = true;
-    const HRESULT answer = site->TranslateAccelerator(message, keyModifiers());
+    const HRESULT answer = site->TranslateAccelerator(message, static_cast<DWORD>(win32::shiftState()));
     translating_ = false;
     return answer;
 }

@@ -1,4 +1,4 @@
-// The keys that change the meaning of others.
+// Keys that are down when a message is handled.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@ namespace kv::win32 {
     return GetKeyState(key) < 0;
 }
 
-/// The shift state of key events: 1 Shift, 2 Ctrl, 4 Alt, added up.
+/// The shift state of key events, with the numbers of KEYMODIFIERS added up: 1 Shift, 2 Ctrl, 4 Alt.
 [[nodiscard]] inline int shiftState() noexcept {
     return (isDown(VK_SHIFT) ? 1 : 0) | (isDown(VK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
 }

@@ -1,6 +1,7 @@
 // Input in a knob's window.
 #include <windowsx.h>
 
+#include "win32/KeyState.h"
 #include "win32/KnobWindow.h"
 
 namespace kv::win32 {
@@ -40,7 +41,7 @@ Key keyOf(WPARAM code) {
 }
 
 turndial::Modifiers presentModifiers() {
-    return {GetKeyState(VK_CONTROL) < 0};
+    return {isDown(VK_CONTROL)};
 }
 
 }  // namespace

@@ -176,6 +176,16 @@ LRESULT CALLBACK WindowTree::windowProcedure(HWND window, UINT message, WPARAM w
     }
 }
 
+namespace {
+
+/// What the widget wants of the keys in a dialog. `key` is null if the dialog asks about all keys.
+LRESULT dialogCode(const Widget& widget, const MSG* key) {
+    const std::function<bool(int)> wants = widget.wantsKey;
+    return key && wants && wants(static_cast<int>(key->wParam)) ? DLGC_WANTMESSAGE : 0;
+}
+
+}  // namespace
+
 LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCDESTROY) {
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
@@ -221,11 +231,8 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_KILLFOCUS:
             showFocus(*target);
             return DefWindowProcW(window, message, wParam, lParam);
-        case WM_GETDLGCODE: {
-            const std::function<bool(int)> wants = target->widget().wantsKey;
-            const auto* key = reinterpret_cast<const MSG*>(lParam);
-            return key && wants && wants(static_cast<int>(key->wParam)) ? DLGC_WANTMESSAGE : 0;
-        }
+        case WM_GETDLGCODE:
+            return dialogCode(target->widget(), reinterpret_cast<const MSG*>(lParam));
         case WM_KEYDOWN:
             if (handleKey(target->widget(), wParam))
                 return 0;
