@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "automation/FreqSlotObject.h"
+#include "com/TypeLib.h"
 #include "control/Spoken.h"
-#include "automation/TypeLib.h"
 #include "util/RuntimeError.h"
 
 namespace kv::automation {
@@ -23,10 +23,11 @@ constexpr DISPID kChgFreqRange = 3;
 
 }  // namespace
 
-BandscopeControl::BandscopeControl() {
+BandscopeControl::BandscopeControl() : ConnectionPointsImpl(DIID___kvBandscope) {
     platform_.setKeeper(static_cast<IOleObject*>(this));
     platform_.setBoxHost(this);
-    // Nothing of the program may run before it has the object: it would make a second one where it waits for the first.
+    // No other part of the program may run before it has the object. Where it waits for its first control, it would
+    // create a second one.
     const win32::EventPump::Limit creating(platform_.pump(), win32::PumpScope::None);
     scope_ = std::make_unique<control::Bandscope>(
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
@@ -36,7 +37,8 @@ BandscopeControl::BandscopeControl() {
 }
 
 BandscopeControl::~BandscopeControl() {
-    // The last reference is gone, so nobody may be called back any more; the count keeps further calls harmless.
+    // The last reference has been released, so the container must not be called any more. With the count at 1, calls of
+    // AddRef and Release have no effect.
     references_ = 1;
     platform_.setKeeper(nullptr);
     platform_.setBoxHost(nullptr);
@@ -51,7 +53,7 @@ HRESULT createBandscopeControl(REFIID iid, void** object) {
         return E_POINTER;
     *object = nullptr;
     BandscopeControl* control = nullptr;
-    const HRESULT made = firewall(__uuidof(_kvBandscope), [&] { control = new BandscopeControl; });
+    const HRESULT made = com::firewall(controlErrors(__uuidof(_kvBandscope)), [&] { control = new BandscopeControl; });
     if (FAILED(made))
         return made;
     const HRESULT result = control->QueryInterface(iid, object);
@@ -120,19 +122,19 @@ void BandscopeControl::ChgGridRange() {
 void BandscopeControl::ChgHeight(std::int16_t iHgt) {
     constexpr double kMost = std::numeric_limits<short>::max();
     const double height = std::min(std::round(toHostTwips(iHgt)), kMost);
-    const std::array<Variant, 1> arguments{Variant(static_cast<short>(height))};
+    const std::array<com::Variant, 1> arguments{com::Variant(static_cast<short>(height))};
     if (!silent_)
         fire(kChgHeight, arguments);
 }
 
 void BandscopeControl::ChgFreqRange(double dMin, double dMax) {
-    const std::array<Variant, 2> arguments{Variant(dMin), Variant(dMax)};
+    const std::array<com::Variant, 2> arguments{com::Variant(dMin), com::Variant(dMax)};
     if (!silent_)
         fire(kChgFreqRange, arguments);
 }
 
-/// Captions, and which of them show, change with every channel that a host adds: they are told of when their windows
-/// show them, and with the next drawing.
+/// Captions and their visibility change with every channel that a host adds. They are reported when their windows are
+/// updated, and with the next drawing.
 void BandscopeControl::tellPicture(bool captionsToo) noexcept {
     const formenv::Widget::Looks& now = scope_->children().userControl.looks();
     if (now.changes == told_.changes && (!captionsToo || now.captions == told_.captions))
@@ -142,12 +144,12 @@ void BandscopeControl::tellPicture(bool captionsToo) noexcept {
     tellViewChanged();
 }
 
-/// For screen readers: what the picture shows, once it is another.
+/// Notifies screen readers if the value of the picture has changed.
 void BandscopeControl::tellSpectrum() noexcept {
     if (!rootWindow())
         return;
     formenv::Widget& spectrum = scope_->children().picSpectrum;
-    static_cast<void>(firewall(IID_IOleObject, [&] {
+    static_cast<void>(com::firewall(controlErrors(IID_IOleObject), [&] {
         std::wstring value = spectrum.spoken.value();
         if (value == spokenValue_)
             return;
@@ -157,7 +159,7 @@ void BandscopeControl::tellSpectrum() noexcept {
 }
 
 HRESULT BandscopeControl::GetClassInfo(ITypeInfo** info) {
-    return getClassInfo(CLSID_kvBandscope, info);
+    return com::getClassInfo(CLSID_kvBandscope, info);
 }
 
 HRESULT BandscopeControl::GetGUID(DWORD kind, GUID* guid) {

@@ -11,13 +11,15 @@
 #include <atomic>
 #include <memory>
 
-#include "automation/ConnectionPoints.h"
 #include "automation/ControlPersist.h"
 #include "automation/ControlView.h"
-#include "automation/Dispatch.h"
-#include "automation/Firewall.h"
+#include "automation/ForeignFreqSlot.h"
+#include "automation/Identity.h"
 #include "automation/MessageWatch.h"
-#include "automation/Module.h"
+#include "com/ConnectionPoints.h"
+#include "com/Dispatch.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 #include "control/Bandscope.h"
 #include "formenv/PlatformPrompt.h"
 #include "kvBandscope.h"
@@ -29,13 +31,11 @@
 
 namespace kv::automation {
 
-// Groups of interfaces that need nothing of the display itself are base classes (automation in Dispatch, events in
-// ConnectionPoints, images in ControlPersist, pictures in ControlView); the others stand here, each group implemented
-// in a source file of its own: BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, life, events),
-// ControlOle.cpp (IOleObject), ControlHost.cpp (IOleControl, ambient properties, IQuickActivate), ControlInPlace.cpp
-// (windows and activation), ControlSize.cpp (extent and window rectangle), ControlKeys.cpp (keyboard and focus).
-class BandscopeControl final : public DispatchImpl<_kvBandscope>,
-                               public ConnectionPointsImpl,
+// Source files: BandscopeMembers.cpp (_kvBandscope), BandscopeControl.cpp (identity, lifetime, events), ControlOle.cpp
+// (IOleObject), ControlHost.cpp (IOleControl, ambient properties, IQuickActivate), ControlInPlace.cpp (windows and
+// activation), ControlSize.cpp (extent and window rectangle), ControlKeys.cpp (keyboard and focus).
+class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelConverter>,
+                               public com::ConnectionPointsImpl,
                                public PersistImpl,
                                public ViewImpl,
                                public IOleObject,
@@ -210,7 +210,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     // MessageListener: every message of the control's windows.
     LRESULT watched(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept override;
 
-    /// A piece of work that may change the picture. At the end of the outermost one the container is told once.
+    /// Work that may change the picture. At the end of the outermost one, the container is notified once.
     class Work {
       public:
         explicit Work(BandscopeControl& control, bool isMessage = false) noexcept
@@ -229,8 +229,8 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
         bool isMessage_;
     };
 
-    /// A call of the container's that may show, hide or size the control. The container expects no other part of the
-    /// program to run meanwhile, and no call about the size from inside.
+    /// A call of the container that may show, hide or size the control. The container expects that no other part of the
+    /// program runs during the call, and that the control does not ask it for another size.
     class ContainerCall {
       public:
         explicit ContainerCall(BandscopeControl& control) noexcept;
@@ -245,21 +245,21 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
         win32::EventPump::Limit limit_;
     };
 
-    /// A member that does something: alive through the events it may let run.
+    /// Runs a member that does something. The control stays alive while pending events are processed.
     template <class F>
     HRESULT member(F&& body) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
         const Work work(*this);
-        return firewall(__uuidof(_kvBandscope), std::forward<F>(body));
+        return com::firewall(controlErrors(__uuidof(_kvBandscope)), std::forward<F>(body));
     }
     /// The same with a result.
     template <class Out, class F>
     HRESULT memberReturn(Out* out, F&& body) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
         const Work work(*this);
-        return firewallReturn(__uuidof(_kvBandscope), out, std::forward<F>(body));
+        return com::firewallReturn(controlErrors(__uuidof(_kvBandscope)), out, std::forward<F>(body));
     }
-    /// An accessor: an error ends it quietly with the start value as its result.
+    /// Runs an accessor: an error ends it without a report, and the result is the start value.
     template <class Out, class F>
     HRESULT quietly(Out* out, F&& body) noexcept {
         const HRESULT result = memberReturn(out, std::forward<F>(body));
@@ -272,9 +272,9 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     }
 
     // ControlInPlace.cpp
-    /// The private message by which the pictures are drawn anew, because their colors or their resolution changed.
+    /// The private message that redraws the pictures after a change of the colors or the resolution.
     static constexpr UINT kRedraw = WM_APP + 0x141;
-    /// What a verb brings along.
+    /// The arguments of a verb.
     struct Verb {
         IOleClientSite* site = nullptr;
         const MSG* message = nullptr;
@@ -290,7 +290,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     [[nodiscard]] HWND rootWindow() const noexcept { return windows_ ? windows_->root() : nullptr; }
 
     // ControlSize.cpp
-    /// The private message by which the control asks the container for room once the container's own call is over.
+    /// The private message on which the control asks the container for more room, after the container's own call.
     static constexpr UINT kAskForRoom = WM_APP + 0x140;
     void placeWindow(const RECT& place, const RECT* clip, bool atActivation);
     void adoptSize(const SIZE& window, bool atActivation);
@@ -304,7 +304,7 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     [[nodiscard]] SIZEL naturalExtent() const noexcept;
     [[nodiscard]] LONG pixelsOf(double twips) const noexcept;
 
-    /// Twips inside go by the resolution of the control's window, those of the host by that of the whole screen.
+    /// Twips in the control refer to the resolution of its window, twips of the host to that of the whole screen.
     [[nodiscard]] double toHostTwips(double twips) const noexcept {
         return twips * platform_.dpi() / platform_.hostDpi();
     }
@@ -336,14 +336,14 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     void tellSpectrum() noexcept;
 
     std::atomic<ULONG> references_{1};
-    ModuleRef module_;
+    com::ModuleRef module_;
     win32::WinPlatform platform_;
     win32::WinFiles files_;
-    // Without a container, as in a script, there may be nobody who would close a message box.
+    // Without a container, as in a script, there may be no user who could close a message box.
     formenv::PlatformPrompt prompt_{platform_, [this] { return canShowBoxes(); }};
     util::ErrorHandler errors_{win32::techSupportLog(), prompt_};
     std::unique_ptr<control::Bandscope> scope_;
-    /// One for the control's life: it may be at work further down the stack while the control is activated again.
+    /// Exists as long as the control: it may be in use further up the call stack while the control is activated again.
     std::unique_ptr<win32::WindowTree> windows_;
     MessageWatch watch_{*this};
 
@@ -353,32 +353,31 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document_;
     Microsoft::WRL::ComPtr<IOleAdviseHolder> adviseHolder_;
     bool closed_ = false;
-    bool silent_ = false;           ///< the container has closed the control or taken its site: it hears no more events
+    bool silent_ = false;           ///< no events: the container has closed the control or removed its site
     bool activatedBefore_ = false;  ///< since the site was set
-    bool inPlaceActive_ = false;    ///< the site has been told of the activation and not of its end
+    bool inPlaceActive_ = false;    ///< the site was notified of the activation, not yet of its end
     bool uiActive_ = false;
-    bool isActiveObject_ = false;  ///< frame and document have been told
+    bool isActiveObject_ = false;  ///< frame and document were notified
     bool hasFocus_ = false;
     bool translating_ = false;
-    bool tabLeaves_ = false;    ///< the last key was a Tab that leads out of the control
+    bool tabLeaves_ = false;    ///< the last key was a Tab that leaves the control
     HWND lastFocus_ = nullptr;  ///< where the focus was when it left
-    unsigned epoch_ = 0;        ///< counts activations and their ends, so that one that was overtaken stops
+    unsigned epoch_ = 0;        ///< counts activations and deactivations, so that an outdated one stops
 
     // ControlSize.cpp
     SIZEL extent_{};            ///< as the container set it, or that of its window
     SIZE given_{};              ///< by the container, pixels; 0 x 0 before it has given a size
-    bool sized_ = false;        ///< the container has given a size that the control can be used in
+    bool sized_ = false;        ///< the container has given a size in which the control can be used
     SIZE first_{};              ///< of the window since its activation
     bool placeholder_ = false;  ///< the first window is too low for any picture, and the extent is the natural one
     bool wantsHeight_ = false;  ///< the first window is too low to be used
-    bool wantsRoom_ = false;    ///< the container is to be asked for a larger window
+    bool wantsRoom_ = false;    ///< the container must be asked for a larger window
     bool askPosted_ = false;
     SIZE refused_{-1, -1};  ///< the window's size that the container kept when it was asked
     SIZE askedAt_{-1, -1};  ///< the window's size when the container was asked last
-    int asked_ = 0;         ///< how often, without another size in between
+    int asked_ = 0;         ///< how often, since the size last changed
     int containerCalls_ = 0;
-    bool followingSize_ =
-        false;  ///< the container is asked about a size that the control is about to lay itself out in
+    bool followingSize_ = false;  ///< the container is asked about a size for which the control is not yet laid out
 
     struct Ambient {
         bool userMode = true;
@@ -386,13 +385,15 @@ class BandscopeControl final : public DispatchImpl<_kvBandscope>,
     };
     Ambient ambient_;  ///< for a container that has no such properties
 
-    SystemColors colors_ = presentColors();  ///< that the pictures were drawn with
-    int pictureDpi_ = platform_.dpi();       ///< that the pictures were drawn at
-    HWND redrawPosted_ = nullptr;            ///< the window that a redraw waits for
+    SystemColors colors_ = presentColors();  ///< with which the pictures were drawn
+    int pictureDpi_ = platform_.dpi();       ///< at which the pictures were drawn
+    HWND redrawPosted_ = nullptr;            ///< the window to which a redraw is posted
 
     int atWork_ = 0;
     formenv::Widget::Looks told_;
-    std::wstring spokenValue_;  ///< of the spectrum, as screen readers were told last
+    std::wstring spokenValue_;  ///< of the spectrum, as last reported to screen readers
 };
+
+HRESULT createBandscopeControl(REFIID iid, void** object);
 
 }  // namespace kv::automation

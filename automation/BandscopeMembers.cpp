@@ -1,4 +1,4 @@
-// The members of _kvBandscope: types of automation outside, the display's own inside.
+// The members of _kvBandscope: conversion between automation types and those of the display.
 #include <string>
 
 #include "automation/BandscopeControl.h"
@@ -10,12 +10,12 @@ using channels::FreqSlotRef;
 
 namespace {
 
-/// The channel of an argument; Nothing stays nothing, which each member answers in its own way.
+/// The channel of an argument. Nothing becomes a null reference, which each member handles in its own way.
 FreqSlotRef channelOf(_FreqSlot* chnl) {
     return chnl ? channelFromHost(chnl) : FreqSlotRef();
 }
 
-/// Hands a found channel out, or Nothing.
+/// Returns a channel to the host, or Nothing.
 HRESULT handOut(const FreqSlotRef& channel, _FreqSlot** value) {
     return channelToHost(channel.get(), value);
 }
@@ -97,7 +97,7 @@ HRESULT BandscopeControl::DrawDisplay(VARIANT_BOOL* value) {
 }
 
 HRESULT BandscopeControl::put_bXLog(VARIANT_BOOL value) {
-    return quietly([&] { scope_->setBXLog(boolFromIn(value)); });
+    return quietly([&] { scope_->setBXLog(com::boolFromIn(value)); });
 }
 
 HRESULT BandscopeControl::get_bXLog(VARIANT_BOOL* value) {
@@ -105,7 +105,7 @@ HRESULT BandscopeControl::get_bXLog(VARIANT_BOOL* value) {
 }
 
 HRESULT BandscopeControl::ReDrawChnl(_FreqSlot* chnl, VARIANT_BOOL* value) {
-    // Nothing that goes wrong with one channel is worth an error: the answer is always True.
+    // An error with one channel is ignored; the result is always True.
     const HRESULT result = quietly(value, [&] { return scope_->ReDrawChnl(channelOf(chnl)); });
     if (result == S_OK)
         *value = VARIANT_TRUE;
@@ -212,7 +212,7 @@ HRESULT BandscopeControl::nFindMatchRX(_FreqSlot* chnl, long* value) {
     const HRESULT result = memberReturn(value, [&] { return scope_->nFindMatchRX(channelOf(chnl)); });
     if (result == E_POINTER)
         return result;
-    // What cannot be read matches nothing.
+    // A channel that cannot be read matches no other.
     if (FAILED(result))
         *value = channels::kInvalid;
     return S_OK;
@@ -246,12 +246,12 @@ HRESULT BandscopeControl::DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName,
     if (!dHgt || !dWid)
         return E_POINTER;
     return memberReturn(value, [&] {
-        std::wstring name = sFName ? toWide(*sFName) : std::wstring();
+        std::wstring name = sFName ? com::toWide(*sFName) : std::wstring();
         const std::wstring written = scope_->DisplayToBMP(*dHgt, *dWid, name);
         *dHgt = toHostTwips(*dHgt);
         *dWid = toHostTwips(*dWid);
         if (sFName) {
-            Bstr used(name);
+            com::Bstr used(name);
             std::swap(*sFName, *used.address());
         }
         return written;
@@ -263,11 +263,11 @@ HRESULT BandscopeControl::CopyDisplayToClipboard() {
 }
 
 HRESULT BandscopeControl::put_bMouseInfo(VARIANT_BOOL value) {
-    return quietly([&] { scope_->setBMouseInfo(boolFromIn(value)); });
+    return quietly([&] { scope_->setBMouseInfo(com::boolFromIn(value)); });
 }
 
 HRESULT BandscopeControl::put_bChkVisMouseInfo(VARIANT_BOOL value) {
-    return quietly([&] { scope_->setBChkVisMouseInfo(boolFromIn(value)); });
+    return quietly([&] { scope_->setBChkVisMouseInfo(com::boolFromIn(value)); });
 }
 
 HRESULT BandscopeControl::get_ShowAll(VARIANT_BOOL* value) {
@@ -275,7 +275,7 @@ HRESULT BandscopeControl::get_ShowAll(VARIANT_BOOL* value) {
 }
 
 HRESULT BandscopeControl::put_ShowAll(VARIANT_BOOL value) {
-    return member([&] { scope_->setShowAll(boolFromIn(value)); });
+    return member([&] { scope_->setShowAll(com::boolFromIn(value)); });
 }
 
 HRESULT BandscopeControl::put_ShowAll_REPLACED_20070521_1637(VARIANT_BOOL value) {
@@ -283,7 +283,7 @@ HRESULT BandscopeControl::put_ShowAll_REPLACED_20070521_1637(VARIANT_BOOL value)
 }
 
 HRESULT BandscopeControl::put_bChkVisShowAll(VARIANT_BOOL /*value*/) {
-    // There was a box to show or hide once; hosts that still do are not to be disappointed.
+    // Older versions had a check box to show or hide. Hosts that still set this property must not fail.
     return S_OK;
 }
 
@@ -292,28 +292,28 @@ HRESULT BandscopeControl::get_bLoadingAll(VARIANT_BOOL* value) {
 }
 
 HRESULT BandscopeControl::put_bLoadingAll(VARIANT_BOOL value) {
-    return quietly([&] { scope_->setBLoadingAll(boolFromIn(value)); });
+    return quietly([&] { scope_->setBLoadingAll(com::boolFromIn(value)); });
 }
 
 HRESULT BandscopeControl::GetTXbyKey(BSTR sKey, _FreqSlot** value) {
     if (!value)
         return E_POINTER;
     *value = nullptr;
-    return member([&] { return handOut(scope_->GetTXbyKey(toWide(sKey)), value); });
+    return member([&] { return handOut(scope_->GetTXbyKey(com::toWide(sKey)), value); });
 }
 
 HRESULT BandscopeControl::GetRXbyKey(BSTR sKey, _FreqSlot** value) {
     if (!value)
         return E_POINTER;
     *value = nullptr;
-    return member([&] { return handOut(scope_->GetRXbyKey(toWide(sKey)), value); });
+    return member([&] { return handOut(scope_->GetRXbyKey(com::toWide(sKey)), value); });
 }
 
 HRESULT BandscopeControl::GetChnlByKey(BSTR sKey, _FreqSlot** value) {
     if (!value)
         return E_POINTER;
     *value = nullptr;
-    return member([&] { return handOut(scope_->GetChnlByKey(toWide(sKey)), value); });
+    return member([&] { return handOut(scope_->GetChnlByKey(com::toWide(sKey)), value); });
 }
 
 HRESULT BandscopeControl::Refresh() {
@@ -329,7 +329,7 @@ HRESULT BandscopeControl::DrawNewCenterFreq() {
 }
 
 HRESULT BandscopeControl::RemoveChnlByKey(BSTR sID) {
-    return member([&] { scope_->RemoveChnlByKey(toWide(sID)); });
+    return member([&] { scope_->RemoveChnlByKey(com::toWide(sID)); });
 }
 
 HRESULT BandscopeControl::put_lColorLblBack(OLE_COLOR value) {

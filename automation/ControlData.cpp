@@ -3,9 +3,10 @@
 #include <vector>
 
 #include "automation/ControlView.h"
-#include "automation/Enumerator.h"
-#include "automation/Firewall.h"
+#include "automation/Identity.h"
 #include "automation/Snapshot.h"
+#include "com/Enumerator.h"
+#include "com/Firewall.h"
 
 namespace kv::automation {
 
@@ -18,7 +19,7 @@ struct Offer {
     DWORD medium;
 };
 
-/// The best first, as containers look for them.
+/// The best format is first, because containers use the first one that they can.
 constexpr Offer kOffers[] = {{CF_ENHMETAFILE, TYMED_ENHMF}, {CF_DIB, TYMED_HGLOBAL}, {CF_BITMAP, TYMED_GDI}};
 
 struct FormatPolicy {
@@ -29,7 +30,7 @@ struct FormatPolicy {
     }
 };
 
-/// The medium that a request is answered on; the reason why not otherwise.
+/// The medium on which a request can be answered; otherwise the error that explains why it cannot.
 HRESULT answerable(const FORMATETC* format, DWORD& medium) {
     medium = TYMED_NULL;
     if (!format)
@@ -83,9 +84,9 @@ HRESULT ViewImpl::GetData(FORMATETC* format, STGMEDIUM* medium) {
     const HRESULT result = answerable(format, kind);
     if (FAILED(result))
         return result;
-    return firewall(IID_IDataObject, [&] {
+    return com::firewall(controlErrors(IID_IDataObject), [&] {
         const Snapshot picture = snapshot();
-        // The handles share their place in the medium.
+        // All handles are at the same position in the medium.
         if (kind == TYMED_ENHMF)
             medium->hEnhMetaFile = picture.metafile(viewExtent());
         else if (kind == TYMED_HGLOBAL)
@@ -106,10 +107,10 @@ HRESULT ViewImpl::GetDataHere(FORMATETC* format, STGMEDIUM* medium) {
     const HRESULT result = answerable(format, kind);
     if (FAILED(result))
         return result;
-    // Only memory of the caller's can be filled; a metafile or bitmap that is there already cannot.
+    // Only memory of the caller can be filled. An existing metafile or bitmap cannot.
     if (kind != TYMED_HGLOBAL || medium->tymed != TYMED_HGLOBAL)
         return DV_E_TYMED;
-    return firewall(IID_IDataObject, [&] {
+    return com::firewall(controlErrors(IID_IDataObject), [&] {
         const std::vector<BYTE> dib = snapshot().packedDib();
         return GlobalSize(medium->hGlobal) < dib.size() ? STG_E_MEDIUMFULL : copyInto(medium->hGlobal, dib);
     });
@@ -121,7 +122,7 @@ HRESULT ViewImpl::GetCanonicalFormatEtc(FORMATETC* format, FORMATETC* canonical)
     *canonical = FORMATETC{};
     if (!format)
         return E_INVALIDARG;
-    // No device gets anything else than another one.
+    // All devices get the same data.
     *canonical = *format;
     canonical->ptd = nullptr;
     return DATA_S_SAMEFORMATETC;
@@ -133,8 +134,8 @@ HRESULT ViewImpl::EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) {
     *formats = nullptr;
     if (direction != DATADIR_GET)
         return E_NOTIMPL;
-    return firewall(IID_IDataObject, [&] {
-        Enumerator<IEnumFORMATETC, FormatPolicy>::create({std::begin(kOffers), std::end(kOffers)}, formats);
+    return com::firewall(controlErrors(IID_IDataObject), [&] {
+        com::Enumerator<IEnumFORMATETC, FormatPolicy>::create({std::begin(kOffers), std::end(kOffers)}, formats);
     });
 }
 
@@ -144,7 +145,7 @@ HRESULT ViewImpl::DAdvise(FORMATETC* format, DWORD flags, IAdviseSink* sink, DWO
     *connection = 0;
     if (!format || !sink)
         return E_INVALIDARG;
-    // Format 0 stands for any, for sinks that only want to hear of the change.
+    // Format 0 means any format, for sinks that only need the notification.
     const HRESULT result = format->cfFormat ? QueryGetData(format) : S_OK;
     if (FAILED(result))
         return result;

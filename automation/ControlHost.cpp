@@ -1,4 +1,4 @@
-// What a container of controls tells and asks: ambient properties, frozen events, and the quick way to load.
+// Calls of control containers: ambient properties, frozen events, and quick activation.
 #include <olectl.h>
 
 #include "automation/BandscopeControl.h"
@@ -9,8 +9,8 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
-/// 0 when the sink does not fit, as the container may offer one that this control has no use for.
-DWORD connectTo(ConnectionPointsImpl& points, REFIID iid, IUnknown* sink) {
+/// Returns 0 if the sink cannot be connected: the container may offer one that the control does not use.
+DWORD connectTo(com::ConnectionPointsImpl& points, REFIID iid, IUnknown* sink) {
     ComPtr<IConnectionPoint> point;
     DWORD cookie = 0;
     if (sink && SUCCEEDED(points.FindConnectionPoint(iid, &point)))
@@ -20,7 +20,7 @@ DWORD connectTo(ConnectionPointsImpl& points, REFIID iid, IUnknown* sink) {
 
 }  // namespace
 
-/// The captions have no mnemonics, and Enter and Escape are the form's.
+/// The captions have no mnemonics, and the control leaves Enter and Escape to the form.
 HRESULT BandscopeControl::GetControlInfo(CONTROLINFO* info) {
     if (!info)
         return E_POINTER;
@@ -34,8 +34,8 @@ HRESULT BandscopeControl::OnMnemonic(MSG* message) {
     return message ? S_OK : E_INVALIDARG;
 }
 
-/// Some containers freeze the events for a load and never thaw them. A control may go on, since the container is the
-/// one that ignores them.
+/// Some containers freeze the events while they load and never unfreeze them. The control may go on, because containers
+/// ignore events of a frozen control themselves.
 HRESULT BandscopeControl::FreezeEvents(BOOL /*freeze*/) {
     return S_OK;
 }
@@ -46,7 +46,7 @@ bool BandscopeControl::ambientFlag(DISPID property, bool otherwise) noexcept {
     if (!site || FAILED(site.As(&ambient)))
         return otherwise;
     DISPPARAMS none{};
-    Variant value;
+    com::Variant value;
     if (FAILED(ambient->Invoke(property, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value, nullptr,
                                nullptr)) ||
         value.vt == VT_EMPTY || FAILED(VariantChangeType(&value, &value, 0, VT_BOOL)))
@@ -54,7 +54,7 @@ bool BandscopeControl::ambientFlag(DISPID property, bool otherwise) noexcept {
     return value.boolVal != VARIANT_FALSE;
 }
 
-/// In a designer, and while the container wants no input, clicks and keys go to the container's own window.
+/// In a designer, and while the container does not accept input, clicks and keys go to the container's own window.
 void BandscopeControl::adoptInputState() noexcept {
     const bool userMode = ambientFlag(DISPID_AMBIENT_USERMODE, ambient_.userMode);
     const bool uiDead = ambientFlag(DISPID_AMBIENT_UIDEAD, ambient_.uiDead);
@@ -65,7 +65,7 @@ void BandscopeControl::adoptInputState() noexcept {
 
 HRESULT BandscopeControl::OnAmbientPropertyChange(DISPID property) {
     const ComPtr<IOleObject> alive(this);
-    // The look is the host's through the control's own members, so colours, font and the like change nothing.
+    // The host sets the look through the control's own members, so ambient colors and fonts have no effect.
     if (property == DISPID_UNKNOWN || property == DISPID_AMBIENT_USERMODE || property == DISPID_AMBIENT_UIDEAD)
         adoptInputState();
     return S_OK;
@@ -80,7 +80,7 @@ HWND BandscopeControl::boxOwner() noexcept {
     return IsWindow(owner) ? owner : nullptr;
 }
 
-/// The container shows a modal window: the control's own text window takes no input either.
+/// While the container shows a modal window, the control's text window accepts no input either.
 HRESULT BandscopeControl::EnableModeless(BOOL enable) {
     const ComPtr<IOleObject> alive(this);
     platform_.enableForms(enable != FALSE);

@@ -1,5 +1,5 @@
-// Activation in a container's window, and the end of it. Each call to the container may bring the control down, or up
-// again, before it returns: `epoch_` tells.
+// Activation in a container's window, and deactivation. Each call to the container may deactivate or activate the
+// control again before it returns; a changed `epoch_` tells so.
 #include <utility>
 
 #include "automation/BandscopeControl.h"
@@ -7,6 +7,13 @@
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
+
+namespace {
+
+/// What a container may write into its title bar while the control is active.
+constexpr wchar_t kActiveName[] = L"kvBandscope";
+
+}  // namespace
 
 HRESULT BandscopeControl::DoVerb(LONG number, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
                                  LPCRECT place) {
@@ -26,7 +33,8 @@ HRESULT BandscopeControl::DoVerb(LONG number, LPMSG message, IOleClientSite* sit
         default:
             break;
     }
-    // Neither a window of its own nor property pages; and a number that is nobody's verb stands for the first.
+    // The control has neither a window outside the container nor property pages. An unknown verb is handled like the
+    // first one.
     if (number < 0)
         return E_NOTIMPL;
     const HRESULT result = show(verb, false);
@@ -35,10 +43,10 @@ HRESULT BandscopeControl::DoVerb(LONG number, LPMSG message, IOleClientSite* sit
 
 HRESULT BandscopeControl::show(const Verb& verb, bool withUi) noexcept {
     const bool wasActive = inPlaceActive_;
-    HRESULT result = firewall(IID_IOleObject, [&] { return activateInPlace(verb, false); });
+    HRESULT result = com::firewall(controlErrors(IID_IOleObject), [&] { return activateInPlace(verb, false); });
     if (FAILED(result))
         return result;
-    // A verb may have hidden it. The focus stays where it is.
+    // A verb may have hidden the window. The focus does not change.
     if (const HWND root = rootWindow(); root && wasActive)
         ShowWindow(root, SW_SHOWNA);
     if (!withUi)
@@ -49,12 +57,13 @@ HRESULT BandscopeControl::show(const Verb& verb, bool withUi) noexcept {
     return result;
 }
 
-/// Containers hide and show a control around each resize and keep its window's handle, so that the control stays
-/// active. As the first verb it makes the window, hidden: containers show it later, by the verb or by its handle.
+/// Containers hide and show a control around each resize and keep its window handle, so the control stays active. As
+/// the first verb, this one creates the window hidden; containers show it later, by a verb or by its handle.
 HRESULT BandscopeControl::hide(const Verb& verb) noexcept {
     if (!inPlaceActive_) {
         if (!activatedBefore_ && !closed_)
-            static_cast<void>(firewall(IID_IOleObject, [&] { return activateInPlace(verb, true); }));
+            static_cast<void>(
+                com::firewall(controlErrors(IID_IOleObject), [&] { return activateInPlace(verb, true); }));
         return S_OK;
     }
     UIDeactivate();
@@ -148,7 +157,7 @@ win32::WindowTree& BandscopeControl::windowTree() {
     if (!windows_) {
         win32::WindowTree::Callbacks callbacks;
         callbacks.resizedByControl = [this](raster::PixelSize size) { followSize(size); };
-        // By deactivation, or because the container destroyed its window first.
+        // The windows are gone by deactivation, or because the container destroyed its own window first.
         callbacks.destroyed = [this] { deactivate(); };
         callbacks.owner = static_cast<IOleObject*>(this);
         windows_ = std::make_unique<win32::WindowTree>(scope_->children().userControl, platform_, std::move(callbacks));
@@ -162,13 +171,13 @@ HRESULT BandscopeControl::activateUi() noexcept {
     if (!inPlaceActive_ || !rootWindow())
         return E_UNEXPECTED;
     const unsigned epoch = epoch_;
-    const auto stands = [&] { return uiActive_ && epoch_ == epoch; };
+    const auto isCurrent = [&] { return uiActive_ && epoch_ == epoch; };
     const ComPtr<IOleInPlaceSite> inPlaceSite = inPlaceSite_;
     const ComPtr<IOleInPlaceFrame> frame = frame_;
     const ComPtr<IOleInPlaceUIWindow> document = document_;
     uiActive_ = true;
     const HRESULT result = inPlaceSite->OnUIActivate();
-    if (!stands())
+    if (!isCurrent())
         return E_ABORT;
     if (FAILED(result)) {
         uiActive_ = false;
@@ -176,21 +185,21 @@ HRESULT BandscopeControl::activateUi() noexcept {
     }
     isActiveObject_ = true;
     if (frame)
-        frame->SetActiveObject(this, L"kvBandscope");
-    if (document && stands())
-        document->SetActiveObject(this, L"kvBandscope");
-    // No tools of the control's own: the container keeps its borders as they are.
-    if (frame && stands())
+        frame->SetActiveObject(this, kActiveName);
+    if (document && isCurrent())
+        document->SetActiveObject(this, kActiveName);
+    // The control has no toolbars of its own, so the container keeps its borders.
+    if (frame && isCurrent())
         frame->SetBorderSpace(nullptr);
-    if (document && stands())
+    if (document && isCurrent())
         document->SetBorderSpace(nullptr);
-    return stands() ? S_OK : E_ABORT;
+    return isCurrent() ? S_OK : E_ABORT;
 }
 
 HRESULT BandscopeControl::GetWindow(HWND* window) {
     if (!window)
         return E_POINTER;
-    // While the windows are being destroyed there is none any more.
+    // While the windows are being destroyed, there is no active object any more.
     *window = inPlaceActive_ ? rootWindow() : nullptr;
     return *window ? S_OK : E_FAIL;
 }
@@ -220,7 +229,7 @@ HRESULT BandscopeControl::UIDeactivate() {
     return S_OK;
 }
 
-/// Safe at any time and more than once; also when the windows are gone already.
+/// May be called at any time and more than once, also when the windows are already destroyed.
 void BandscopeControl::deactivate() noexcept {
     const unsigned epoch = ++epoch_;
     if (!inPlaceActive_)

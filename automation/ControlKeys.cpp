@@ -1,4 +1,4 @@
-// Keyboard and focus: what the container hears of them and which keys the control takes.
+// Keyboard and focus: what the container is told, and which keys the control handles.
 #include <olectl.h>
 
 #include <algorithm>
@@ -6,11 +6,13 @@
 #include <vector>
 
 #include "automation/BandscopeControl.h"
+#include "win32/KeyState.h"
 #include "win32/WindowDpi.h"
 
 namespace kv::automation {
 
 using Microsoft::WRL::ComPtr;
+using win32::isDown;
 
 namespace {
 
@@ -22,7 +24,7 @@ bool isPress(UINT message) {
     return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_MBUTTONDOWN;
 }
 
-/// The windows that Tab goes through, in its order.
+/// The windows that Tab moves through, in their order.
 void collectTabStops(HWND parent, std::vector<HWND>& stops) {
     for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         const auto style = static_cast<DWORD>(GetWindowLongPtrW(child, GWL_STYLE));
@@ -42,34 +44,25 @@ std::vector<HWND> tabStops(HWND root) {
     return stops;
 }
 
-DWORD keyModifiers() {
-    constexpr DWORD kShift = 1;
-    constexpr DWORD kControl = 2;
-    constexpr DWORD kAlt = 4;
-    return (GetKeyState(VK_SHIFT) < 0 ? kShift : 0) | (GetKeyState(VK_CONTROL) < 0 ? kControl : 0) |
-           (GetKeyState(VK_MENU) < 0 ? kAlt : 0);
-}
-
 bool isPlainTab(const MSG& message) {
-    return message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&
-           GetKeyState(VK_MENU) >= 0;
+    return message.message == WM_KEYDOWN && message.wParam == VK_TAB && !isDown(VK_CONTROL) && !isDown(VK_MENU);
 }
 
-/// Tab moves the focus at this moment: the key is down, and not in order to change the window or the page. Containers
-/// move the focus into the control without a word about the key that made them do it.
+/// True if Tab is moving the focus: the key is down without the modifiers that switch windows or pages. Containers move
+/// the focus into the control without telling which key caused it.
 bool isTabDown() {
-    return GetKeyState(VK_TAB) < 0 && GetKeyState(VK_MENU) >= 0 && GetKeyState(VK_CONTROL) >= 0;
+    return isDown(VK_TAB) && !isDown(VK_MENU) && !isDown(VK_CONTROL);
 }
 
-/// What a window takes, as it tells a dialog.
+/// The keys that a window wants, as it reports them to dialogs.
 LRESULT wantsOf(HWND window, const MSG& message) {
     return SendMessageW(window, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message));
 }
 
-/// A window that takes all keys says so for those it has a use for at that moment: a list that hangs down and a knob
-/// that is being turned take Escape, nothing else does.
+/// A window that wants all keys also reports which keys it needs at the moment: an open drop-down list and a knob that
+/// is being turned want Escape, all others do not.
 bool wantsKey(HWND focus, const MSG& message) {
-    // The letters of a list and of a text must not reach the access keys of the form.
+    // Characters that are typed into a list or a text must not work as access keys of the form.
     if (message.message == WM_CHAR)
         return (wantsOf(focus, message) & DLGC_WANTCHARS) != 0;
     if (message.message != WM_KEYDOWN)
@@ -98,7 +91,7 @@ bool BandscopeControl::holdsFocus() const noexcept {
     return root && focus && (focus == root || IsChild(root, focus));
 }
 
-/// To the next or the last tab stop; false at the ends, where the focus leaves the control.
+/// Moves the focus to the next or the previous tab stop. False at the ends, where the focus leaves the control.
 bool BandscopeControl::moveFocus(bool back) noexcept {
     try {
         const std::vector<HWND> stops = tabStops(rootWindow());
@@ -117,7 +110,7 @@ bool BandscopeControl::moveFocus(bool back) noexcept {
     }
 }
 
-/// Into the control: to the end that Tab comes from, else to where the focus was before.
+/// Moves the focus into the control: to the end from which Tab comes, otherwise to the window that had it last.
 void BandscopeControl::takeFocus(const MSG* message) noexcept {
     const HWND root = rootWindow();
     if (!root || !IsWindowEnabled(root) || (holdsFocus() && GetFocus() != root))
@@ -133,7 +126,7 @@ void BandscopeControl::takeFocus(const MSG* message) noexcept {
         if (stops.empty())
             SetFocus(root);
         else
-            SetFocus(byTab && GetKeyState(VK_SHIFT) < 0 ? stops.back() : stops.front());
+            SetFocus(byTab && isDown(VK_SHIFT) ? stops.back() : stops.front());
     } catch (...) {
         SetFocus(root);
     }
@@ -156,7 +149,7 @@ void BandscopeControl::focusCame(HWND window) noexcept {
     if (!inPlaceActive_ || !holdsFocus())
         return;
     tellFocus(true);
-    // The control's own window has no use for keys.
+    // The control's own window handles no keys.
     if (window == rootWindow() && GetFocus() == window && !tabStops(window).empty())
         takeFocus(nullptr);
 }
@@ -165,13 +158,13 @@ void BandscopeControl::focusLeft(HWND to) noexcept {
     const HWND root = rootWindow();
     if (!root || (to && (to == root || IsChild(root, to))))
         return;
-    // The next Tab begins a new round. The key may have been released by the time the container gives the focus back.
+    // The next Tab starts again. The key may have been released before the container returns the focus.
     if (std::exchange(tabLeaves_, false) || isTabDown())
         lastFocus_ = nullptr;
     tellFocus(false);
 }
 
-/// A disabled window keeps the focus of the windows inside it, and would go on obeying keys.
+/// A disabled window keeps the focus of the windows inside it, which would still handle keys.
 void BandscopeControl::enabledChanged(bool enabled) noexcept {
     if (!enabled && holdsFocus())
         SetFocus(GetParent(rootWindow()));
@@ -180,13 +173,13 @@ void BandscopeControl::enabledChanged(bool enabled) noexcept {
 LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     const ComPtr<IOleObject> alive(this);
     const Work work(*this, true);
-    // The container may take the control down when it hears of the activation: then nothing was clicked any more.
+    // The container may deactivate the control when it is notified of the activation. Then the click is ignored.
     if (isPress(message) && inPlaceActive_ && !uiActive_) {
         activateUi();
         if (!IsWindow(window))
             return 0;
     }
-    // Keys that were on their way when the control was disabled.
+    // These keys were already queued when the control was disabled.
     if (isKey(message) && rootWindow() && !IsWindowEnabled(rootWindow()))
         return 0;
     if (message == WM_KILLFOCUS && window != rootWindow())
@@ -211,7 +204,8 @@ LRESULT BandscopeControl::watched(HWND window, UINT message, WPARAM wParam, LPAR
     return result;
 }
 
-/// First the control's own use of a key, then the container's: a form would take the arrow keys to its next control.
+/// The control handles a key first and the container second, because a form would use the arrow keys to move to its
+/// next control.
 HRESULT BandscopeControl::TranslateAccelerator(LPMSG message) {
     if (!message)
         return E_POINTER;
@@ -223,15 +217,17 @@ HRESULT BandscopeControl::TranslateAccelerator(LPMSG message) {
     tabLeaves_ = false;
     if (wantsKey(focus, *message)) {
         MSG passed = *message;
-        // For a window that takes no letters, one would stay in the queue and be the form's access key.
+        // If the window handles no characters, a character would stay in the queue and be taken as an access key of the
+        // form.
         if (message->message == WM_KEYDOWN && (wantsOf(focus, *message) & DLGC_WANTCHARS))
             ::TranslateMessage(&passed);
         DispatchMessageW(&passed);
         return S_OK;
     }
-    // Between the control's own parts the Tab key is not the container's, which would move the focus out at once.
+    // The control handles Tab itself while there is another part to move to. If the container saw Tab first, it would
+    // move the focus out of the control at once.
     if (isPlainTab(*message)) {
-        if (moveFocus(GetKeyState(VK_SHIFT) < 0))
+        if (moveFocus(isDown(VK_SHIFT)))
             return S_OK;
         tabLeaves_ = true;
     }
@@ -239,9 +235,9 @@ HRESULT BandscopeControl::TranslateAccelerator(LPMSG message) {
     const ComPtr<IOleClientSite> clientSite = site_;
     if (!clientSite || FAILED(clientSite.As(&site)))
         return S_FALSE;
-    // Some containers answer by asking the active object, which is this one.
+    // Some containers ask the active object in turn, which is this one.
     translating_ = true;
-    const HRESULT answer = site->TranslateAccelerator(message, keyModifiers());
+    const HRESULT answer = site->TranslateAccelerator(message, static_cast<DWORD>(win32::shiftState()));
     translating_ = false;
     return answer;
 }

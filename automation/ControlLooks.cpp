@@ -1,5 +1,4 @@
-// What the control's pictures depend on besides the host's calls: the system's colors, and the resolution of the
-// monitor.
+// Changes that the pictures follow besides the host's calls: system colors and the resolution of the monitor.
 #include "automation/BandscopeControl.h"
 #include "win32/WindowDpi.h"
 
@@ -12,8 +11,9 @@ BandscopeControl::SystemColors BandscopeControl::presentColors() noexcept {
     return colors;
 }
 
-/// Not every container passes on what the system tells of its colors and of monitors, but every window is painted anew
-/// then. A drawing lets events run, which must not happen inside a paint or a container's message: it is posted.
+/// Some containers do not pass on the system's notifications about colors and monitors, but all windows are repainted
+/// then. A drawing processes pending events, which must not happen inside a paint or a container's message, so it is
+/// posted.
 void BandscopeControl::noteLooks() noexcept {
     const HWND root = rootWindow();
     if (!root || redrawPosted_ == root)
@@ -25,12 +25,12 @@ void BandscopeControl::noteLooks() noexcept {
         redrawPosted_ = root;
 }
 
-/// The windows follow at once, so that the container finds them at their new resolution when it sets the new size.
+/// The windows follow at once, so that they have their new resolution when the container sets the new size.
 void BandscopeControl::followDpi() noexcept {
     const int dpi = win32::windowDpi(rootWindow(), platform_.hostDpi());
     if (dpi == platform_.dpi())
         return;
-    static_cast<void>(firewall(IID_IOleObject, [&] { windows_->followDpi(dpi); }));
+    static_cast<void>(com::firewall(controlErrors(IID_IOleObject), [&] { windows_->followDpi(dpi); }));
     noteLooks();
 }
 
@@ -45,7 +45,7 @@ void BandscopeControl::redrawPictures() noexcept {
     pictureDpi_ = platform_.dpi();
     static_cast<void>(member([&] {
         control::Children& parts = scope_->children();
-        // A display that the host has cleared stays clear.
+        // A display that the host has cleared stays empty.
         if (parts.picSpectrum.isBlank() && parts.picUnits.isBlank()) {
             parts.picSpectrum.cls();
             parts.picUnits.cls();

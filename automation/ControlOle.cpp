@@ -1,10 +1,10 @@
-// The control as an embedded object: site, verbs, life.
+// The control as an embedded object: site, verbs, lifetime.
 #include "automation/BandscopeControl.h"
 
 #include <cwchar>
 #include <utility>
 
-#include "automation/Enumerator.h"
+#include "com/Enumerator.h"
 
 namespace kv::automation {
 
@@ -12,7 +12,7 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
-/// The caller's, to be freed by CoTaskMemFree; null when there is no memory.
+/// A copy that the caller frees with CoTaskMemFree; null if there is no memory.
 LPOLESTR taskText(const wchar_t* text) noexcept {
     const std::size_t count = std::wcslen(text) + 1;
     auto* const copy = static_cast<LPOLESTR>(CoTaskMemAlloc(count * sizeof *text));
@@ -26,7 +26,7 @@ struct Verb {
     const wchar_t* name;
 };
 
-/// For programs that list them; none belongs on a container's menu.
+/// For programs that list the verbs. None belongs in a container's menu.
 constexpr Verb kVerbs[] = {{OLEIVERB_PRIMARY, L"Activate"},
                            {OLEIVERB_SHOW, L"Show"},
                            {OLEIVERB_HIDE, L"Hide"},
@@ -48,14 +48,14 @@ HRESULT BandscopeControl::SetClientSite(IOleClientSite* site) {
     if (site == site_.Get())
         return S_OK;
     deactivate();
-    // The one before may call back when it is let go.
+    // The previous site may call back when it is released.
     const ComPtr<IOleClientSite> before = std::move(site_);
     site_ = site;
     silent_ = !site;
     activatedBefore_ = false;
     if (site)
         return S_OK;
-    // Some containers end with this call: they neither close the control nor take their sink back.
+    // Some containers make no further call: they neither close the control nor remove their sink.
     scope_->closeMouseInfo();
     forgetViewSink();
     return S_OK;
@@ -65,7 +65,7 @@ HRESULT BandscopeControl::GetClientSite(IOleClientSite** site) {
     return site ? site_.CopyTo(site) : E_POINTER;
 }
 
-/// There is never anything to save, whatever the option says.
+/// The option has no effect, because there is never anything to save.
 HRESULT BandscopeControl::Close(DWORD /*saveOption*/) {
     const ComPtr<IOleObject> alive(this);
     deactivate();
@@ -103,8 +103,8 @@ HRESULT BandscopeControl::EnumVerbs(IEnumOLEVERB** verbs) {
     if (!verbs)
         return E_POINTER;
     *verbs = nullptr;
-    return firewall(IID_IOleObject, [&] {
-        Enumerator<IEnumOLEVERB, VerbPolicy>::create({std::begin(kVerbs), std::end(kVerbs)}, verbs);
+    return com::firewall(controlErrors(IID_IOleObject), [&] {
+        com::Enumerator<IEnumOLEVERB, VerbPolicy>::create({std::begin(kVerbs), std::end(kVerbs)}, verbs);
     });
 }
 
@@ -115,7 +115,7 @@ HRESULT BandscopeControl::GetUserClassID(CLSID* clsid) {
 HRESULT BandscopeControl::GetUserType(DWORD /*form*/, LPOLESTR* type) {
     if (!type)
         return E_POINTER;
-    *type = taskText(L"kvBandscope Control");
+    *type = taskText(kControlTitle);
     return *type ? S_OK : E_OUTOFMEMORY;
 }
 
@@ -151,10 +151,7 @@ HRESULT BandscopeControl::EnumAdvise(IEnumSTATDATA** advise) {
 HRESULT BandscopeControl::GetMiscStatus(DWORD aspect, DWORD* status) {
     if (!status)
         return E_POINTER;
-    *status = aspect == DVASPECT_CONTENT
-                  ? static_cast<DWORD>(OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
-                                       OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST)
-                  : 0;
+    *status = aspect == DVASPECT_CONTENT ? kMiscStatus : 0;
     return S_OK;
 }
 

@@ -7,7 +7,8 @@
 #include <array>
 #include <cstdint>
 
-#include "automation/OleTypes.h"
+#include "automation/Identity.h"
+#include "com/OleTypes.h"
 #include "kvBandscope.h"
 
 namespace kv::automation {
@@ -19,7 +20,7 @@ namespace {
 constexpr std::uint16_t kVersion = 1;
 constexpr wchar_t kStreamName[] = L"kvBandscope";
 constexpr wchar_t kVersionProperty[] = L"_Version";
-/// More than any later version would need; a number beyond it is a damaged one.
+/// More than any later version would need; a larger number means damaged data.
 constexpr std::uint32_t kMostBytes = 1U << 20U;
 
 using Header = std::array<BYTE, 12>;
@@ -33,7 +34,7 @@ std::uint32_t numberAt(const Header& header, std::size_t place, std::size_t byte
     return number;
 }
 
-/// Reads as much as there is, up to `size`: a stream may give less than it is asked for and have more.
+/// Reads up to `size` bytes. A stream may return fewer bytes than requested although it has more.
 HRESULT readUpTo(IStream& stream, BYTE* bytes, ULONG size, ULONG& got) {
     got = 0;
     while (got < size) {
@@ -48,7 +49,7 @@ HRESULT readUpTo(IStream& stream, BYTE* bytes, ULONG size, ULONG& got) {
     return S_OK;
 }
 
-/// Leaves the stream behind the image.
+/// The stream is then positioned behind the image.
 HRESULT readImage(IStream& stream) {
     Header header{};
     ULONG got = 0;
@@ -86,7 +87,7 @@ void tellLog(IErrorLog* errors, HRESULT code) {
         return;
     EXCEPINFO info{};
     info.scode = code;
-    info.bstrSource = SysAllocString(L"kvBandscope.kvBandscope");
+    info.bstrSource = SysAllocString(kControlProgId);
     info.bstrDescription = SysAllocString(L"The version of the saved control is not a number.");
     errors->AddError(kVersionProperty, &info);
     SysFreeString(info.bstrSource);
@@ -197,8 +198,8 @@ HRESULT PersistImpl::Load(IPropertyBag* bag, IErrorLog* errors) {
         return E_POINTER;
     if (origin_ == Origin::New)
         return E_UNEXPECTED;
-    Variant version;
-    // A bag that does not have the property is one that an earlier control, or a person, filled.
+    com::Variant version;
+    // A bag without the property was written by an earlier version or by hand.
     if (SUCCEEDED(bag->Read(kVersionProperty, &version, nullptr)) && version.vt != VT_EMPTY &&
         FAILED(VariantChangeType(&version, &version, 0, VT_I4))) {
         tellLog(errors, STG_E_INVALIDHEADER);
@@ -210,7 +211,7 @@ HRESULT PersistImpl::Load(IPropertyBag* bag, IErrorLog* errors) {
 HRESULT PersistImpl::Save(IPropertyBag* bag, BOOL /*clearDirty*/, BOOL /*saveAll*/) {
     if (!bag)
         return E_POINTER;
-    Variant version(static_cast<int>(kVersion));
+    com::Variant version(static_cast<int>(kVersion));
     return bag->Write(kVersionProperty, &version);
 }
 

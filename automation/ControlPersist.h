@@ -1,4 +1,4 @@
-// The control's image in a host's file: it keeps no settings, so the image is a header and nothing else.
+// The control's image in a host's file. The control has no settings, so the image is only a header.
 #pragma once
 
 #include <windows.h>
@@ -8,12 +8,12 @@
 
 namespace kv::automation {
 
-/// Persistence in streams, storages and property bags. IUnknown is left to the class.
+/// Persistence in streams, storages and property bags. The derived class implements IUnknown.
 ///
-/// The image: the four letters "kvBS", then three numbers, low byte first: the version (16 bits, now 1), 0 (16 bits),
+/// The image: the four characters "kvBS", then three little-endian numbers: the version (16 bits, now 1), 0 (16 bits),
 /// and the number of bytes that follow (32 bits, now 0). An empty stream is a control that was saved before there was
-/// an image. A later version's bytes are read over and have no effect; what is damaged, cut off or somebody else's is
-/// refused, and nothing has changed then.
+/// an image. Additional bytes of a later version are skipped and have no effect. Data that is damaged, truncated or of
+/// another program is rejected without any change.
 class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IPersistPropertyBag {
   public:
     PersistImpl(const PersistImpl&) = delete;
@@ -22,9 +22,9 @@ class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IP
     // IPersist
     HRESULT STDMETHODCALLTYPE GetClassID(CLSID* clsid) override;
 
-    // All three. A control is made new or loaded; a host that does neither has a new one. A container may do the same
-    // again at any time, as some do with each new site: there are no settings to set back, and channels and pictures
-    // belong to the running host. Only the other one of the two is refused.
+    // All three. A control is either initialized or loaded; a host that does neither gets a new one. A container may
+    // repeat its call at any time, as some do with each new site: there are no settings to reset, and channels and
+    // pictures belong to the running host. Only a call of the other kind is rejected.
     HRESULT STDMETHODCALLTYPE IsDirty() override { return S_FALSE; }
     HRESULT STDMETHODCALLTYPE InitNew() override;
 
@@ -33,8 +33,8 @@ class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IP
     HRESULT STDMETHODCALLTYPE Save(IStream* stream, BOOL clearDirty) override;
     HRESULT STDMETHODCALLTYPE GetSizeMax(ULARGE_INTEGER* size) override;
 
-    // IPersistStorage. The storage is used during the calls only, but its turns are kept all the same. Here a second
-    // beginning is an error of its own.
+    // IPersistStorage. The storage is used only during the calls, but the protocol of the storage is followed. Here, a
+    // second initialization is an error.
     HRESULT STDMETHODCALLTYPE InitNew(IStorage* storage) override;
     HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override;
     HRESULT STDMETHODCALLTYPE Save(IStorage* storage, BOOL sameAsLoad) override;
@@ -57,7 +57,7 @@ class PersistImpl : public IPersistStreamInit, public IPersistStorage, public IP
 
     enum class Origin { None, New, Loaded };
 
-    /// E_UNEXPECTED when the control has the other origin.
+    /// E_UNEXPECTED if the control already has the other origin.
     [[nodiscard]] HRESULT begin(Origin origin) noexcept;
 
     Origin origin_ = Origin::None;

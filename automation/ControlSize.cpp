@@ -1,5 +1,5 @@
 // The size of the control: the extent that the container sets, the rectangle of the window, and the layout, which is
-// never narrower than the control's least width. docs/design.md tells how they depend on each other.
+// never narrower than the control's minimum width. docs/design.md describes how they depend on each other.
 #include <algorithm>
 
 #include "automation/BandscopeControl.h"
@@ -13,15 +13,15 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
-/// How often the control asks about the same size again. A container that gives the room and takes it back each time
-/// must not keep both of them busy forever.
+/// How often the control asks again about the same size. Otherwise, a container that gives the room and takes it back
+/// each time would cause an endless loop.
 constexpr int kMostAsks = 8;
 
-/// Shows what the container leaves of a window at `place`.
+/// Shows the part of a window at `place` that the container does not clip.
 void clipWindow(HWND window, const RECT& place, const RECT* clip) {
     RECT visible = place;
     HRGN region = nullptr;
-    // An empty clip comes from containers that do not clip.
+    // Containers that do not clip pass an empty rectangle.
     if (clip && !IsRectEmpty(clip)) {
         IntersectRect(&visible, &place, clip);
         if (!EqualRect(&visible, &place)) {
@@ -90,7 +90,7 @@ SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
     return proposed ? SIZEL{std::max(proposed->cx, natural.cx), std::max<LONG>(proposed->cy, 0)} : natural;
 }
 
-/// What the container's rectangle leaves of the layout, as in the window.
+/// The part of the layout that is visible in the container's rectangle, as in the window.
 SIZE BandscopeControl::viewPixels() {
     const formenv::Widget& control = scope_->children().userControl;
     const SIZE layout{pixelsOf(control.width()), pixelsOf(control.height())};
@@ -98,7 +98,7 @@ SIZE BandscopeControl::viewPixels() {
             given_.cy > 0 ? std::min(given_.cy, layout.cy) : layout.cy};
 }
 
-/// A picture has a size, also while the container tries out an extent of 0.
+/// A picture has a size even while the container tries an extent of 0.
 SIZEL BandscopeControl::viewExtent() {
     return isEmpty(extent_) ? extentOf(viewPixels(), platform_.hostDpi(), extent_) : extent_;
 }
@@ -121,10 +121,11 @@ HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
     if (size->cx < 0 || size->cy < 0)
         return E_INVALIDARG;
     const ContainerCall call(*this);
-    return firewall(IID_IOleObject, [&] { adoptExtent(*size); });
+    return com::firewall(controlErrors(IID_IOleObject), [&] { adoptExtent(*size); });
 }
 
-/// A window keeps its size, which only SetObjectRects changes: containers also set an extent to try it out.
+/// The size of a window does not change, because containers also set an extent to try it. Only SetObjectRects changes
+/// it.
 void BandscopeControl::adoptExtent(const SIZEL& extent) {
     const SIZE pixels = himetricToPixels(extent, platform_.hostDpi());
     extent_ = extent;
@@ -142,7 +143,7 @@ HRESULT BandscopeControl::SetObjectRects(LPCRECT place, LPCRECT clip) {
         return E_POINTER;
     const ContainerCall call(*this);
     // Containers treat any other result as a failure of their own resize.
-    static_cast<void>(firewall(IID_IOleInPlaceObject, [&] { placeWindow(*place, clip, false); }));
+    static_cast<void>(com::firewall(controlErrors(IID_IOleInPlaceObject), [&] { placeWindow(*place, clip, false); }));
     return S_OK;
 }
 
@@ -153,12 +154,12 @@ void BandscopeControl::placeWindow(const RECT& place, const RECT* clip, bool atA
     const SIZE size = sizeOf(place);
     clipWindow(root, place, clip);
     SetWindowPos(root, nullptr, place.left, place.top, size.cx, size.cy, SWP_NOZORDER | SWP_NOACTIVATE);
-    // The container may have placed the window again when it heard of the new place.
+    // The container may have moved the window again when it was notified of the new place.
     if (rootWindow() == root)
         adoptSize(sizeOf(root), atActivation);
 }
 
-/// The window has another size, or its first one, or the container repeats that.
+/// Called when the window gets its first or another size, or when the container sets the same size again.
 void BandscopeControl::adoptSize(const SIZE& window, bool atActivation) {
     if (atActivation)
         first_ = window;
@@ -174,7 +175,7 @@ void BandscopeControl::adoptSize(const SIZE& window, bool atActivation) {
     wantsRoom_ = wantsHeight_ || isCut;
 }
 
-/// Arranges the control for the size that the container gave. Without room for a pixel it stays as it is.
+/// Lays out the control for the size that the container gave. Without room for a pixel, the layout stays as it is.
 void BandscopeControl::layOut() {
     if (followingSize_)
         return;
@@ -185,9 +186,9 @@ void BandscopeControl::layOut() {
                        raster::pixelsToTwips(given_.cy, platform_.dpi()));
 }
 
-/// The control gave itself another size. For the height of a collapsed or expanded panel the container is asked at
-/// once, and the control is laid out in what the container makes of it. A layout that is wider than the window is cut
-/// off, and the container is asked when its own call is over.
+/// The control changed its own size. For the height of a collapsed or expanded panel, the container is asked at once,
+/// and the control is laid out in the size that the container sets. A layout that is wider than the window is clipped,
+/// and the container is asked after its own call.
 void BandscopeControl::followSize(raster::PixelSize size) {
     const HWND root = rootWindow();
     if (!root || !scope_->bSizing())
@@ -227,7 +228,7 @@ void BandscopeControl::forgetAsking() noexcept {
     askedAt_ = SIZE{-1, -1};
 }
 
-/// The size that the control asks for in place of the window's.
+/// The size that the control requests instead of the window's.
 SIZE BandscopeControl::roomFor(const SIZE& window) const noexcept {
     return {std::max(window.cx, pixelsOf(scope_->MinWid())), wantsHeight_ ? pixelsOf(scope_->MinHgt()) : window.cy};
 }
@@ -236,7 +237,7 @@ void BandscopeControl::askForRoom() noexcept {
     askPosted_ = false;
     const HWND root = rootWindow();
     const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
-    // Inside a call of the container's, the end of that call asks.
+    // Inside a call of the container, the container is asked at the end of that call.
     if (containerCalls_ > 0 || !wantsRoom_ || !root || !site)
         return;
     wantsRoom_ = false;

@@ -1,7 +1,8 @@
 #include "automation/ControlView.h"
+#include "automation/Identity.h"
 
-#include "automation/Firewall.h"
 #include "automation/Snapshot.h"
+#include "com/Firewall.h"
 
 namespace kv::automation {
 
@@ -9,12 +10,12 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
-/// The content as it is and as it would be printed are one, and as an opaque object it has a single pass of drawing.
+/// The content and its printed form are the same, and an opaque object is drawn in a single pass.
 bool isDrawnAspect(DWORD aspect) {
     return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE;
 }
 
-/// As above, for questions of place and size of the two-pass drawing.
+/// The same, for questions about place and size in two-pass drawing.
 bool isPlacedAspect(DWORD aspect) {
     return aspect == DVASPECT_CONTENT || aspect == DVASPECT_OPAQUE;
 }
@@ -23,7 +24,7 @@ bool isPlacedAspect(DWORD aspect) {
 
 Snapshot ViewImpl::snapshot() {
     SIZE size = viewPixels();
-    // Without an extent it shows what it would begin with.
+    // Without an extent, it shows the start size.
     if (size.cx < 1 || size.cy < 1)
         size = viewStartPixels();
     return Snapshot(size, [this](HDC dc, const RECT& bounds) { paintView(dc, bounds); });
@@ -37,11 +38,11 @@ HRESULT ViewImpl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTAR
     if (!dc || !bounds)
         return E_INVALIDARG;
     const ComPtr<IDataObject> alive(this);
-    return firewall(IID_IViewObject, [&] {
+    return com::firewall(controlErrors(IID_IViewObject), [&] {
         if (goOn && !goOn(argument))
             return E_ABORT;
-        // Only logical units of `dc` are used and its mapping is left alone, so the window bounds of a metafile are met
-        // without being known.
+        // Only logical units of `dc` are used and its mapping does not change, so the window bounds of a metafile need
+        // not be known.
         return snapshot().drawTo(dc, *bounds) ? S_OK : E_FAIL;
     });
 }
@@ -65,7 +66,7 @@ HRESULT ViewImpl::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
     const ComPtr<IDataObject> alive(this);
     viewAspects_ = aspects;
     viewFlags_ = flags;
-    // The one before may call back when it is let go.
+    // The previous sink may call back when it is released.
     const ComPtr<IAdviseSink> before = std::move(viewSink_);
     viewSink_ = sink;
     if (sink && (flags & ADVF_PRIMEFIRST))

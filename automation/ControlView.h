@@ -1,4 +1,4 @@
-// The control's picture for containers: drawn where they want it, handed over as data, and word of its changes.
+// The control's picture for containers: drawing it, transferring it as data, and notifying of changes.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,8 @@ namespace kv::automation {
 
 class Snapshot;
 
-/// Viewing and data transfer. IUnknown is left to the class. Every way shows the whole control as it is at that moment,
-/// stretched to whatever is asked for; the control is opaque.
+/// Viewing and data transfer. The derived class implements IUnknown. All ways show the whole control as it is at that
+/// moment, stretched to the requested size. The control is opaque.
 class ViewImpl : public IViewObjectEx, public IDataObject {
   public:
     ViewImpl(const ViewImpl&) = delete;
@@ -51,16 +51,16 @@ class ViewImpl : public IViewObjectEx, public IDataObject {
     ViewImpl() = default;
     ~ViewImpl() = default;
 
-    /// Tells everybody who asked for it that the picture has changed. The container may do anything meanwhile.
+    /// Notifies all sinks that the picture has changed. The container may make any call during this.
     void tellViewChanged() noexcept;
     void forgetViewSink() noexcept;
-    /// For those who want the data once more when there is to be none any longer.
+    /// Sends the data a last time to the sinks that requested this.
     void tellDataEnds() noexcept;
 
     virtual SIZE viewPixels() = 0;
     virtual SIZE viewStartPixels() = 0;
-    virtual SIZEL viewExtent() = 0;  ///< hundredths of a millimetre
-    /// The extent that suits the control best when it is offered `proposed`; the control's own choice without one.
+    virtual SIZEL viewExtent() = 0;  ///< hundredths of a millimeter
+    /// The extent that suits the control best if it is offered `proposed`; without one, the control's own choice.
     virtual SIZEL viewNaturalExtent(const SIZEL* proposed) = 0;
     virtual void paintView(HDC dc, const RECT& bounds) = 0;
 

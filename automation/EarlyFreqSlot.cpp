@@ -1,12 +1,12 @@
 #include "automation/EarlyFreqSlot.h"
 
-#include "automation/HostError.h"
+#include "com/HostError.h"
 
 namespace kv::automation {
 
 channels::ImComponent EarlyFreqSlot::imComponent(std::int32_t i) {
     channels::ImComponent component;
-    Bstr label;
+    com::Bstr label;
     check(slot_->get_nIMComp(i, &component.coefficient));
     check(slot_->get_dIMCompFreq(i, &component.frequency));
     check(slot_->get_sIMCompLabel(i, label.put()));
@@ -16,7 +16,7 @@ channels::ImComponent EarlyFreqSlot::imComponent(std::int32_t i) {
 
 void EarlyFreqSlot::check(HRESULT hr) const {
     if (FAILED(hr))
-        throwHostErrorInfo(hr, slot_.Get(), IID__FreqSlot);
+        com::throwHostErrorInfo(hr, slot_.Get(), IID__FreqSlot);
 }
 
 }  // namespace kv::automation

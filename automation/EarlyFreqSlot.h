@@ -1,4 +1,4 @@
-// A host's record that offers _FreqSlot, reached through its vtable.
+// A host's record that implements _FreqSlot, called through its vtable.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "automation/HostChannel.h"
-#include "automation/OleTypes.h"
+#include "com/OleTypes.h"
 
 namespace kv::automation {
 
@@ -50,8 +50,8 @@ class EarlyFreqSlot final : public HostChannel {
     void setDFreq(double value) override { check(slot_->put_dFreq(value)); }
     void setDFreqHi(double value) override { check(slot_->put_dFreqHi(value)); }
     void setDFreqLo(double value) override { check(slot_->put_dFreqLo(value)); }
-    void setSFreqUnits(const std::wstring& value) override { check(slot_->put_sFreqUnits(Bstr(value).get())); }
-    void setSBWUnits(const std::wstring& value) override { check(slot_->put_sBWUnits(Bstr(value).get())); }
+    void setSFreqUnits(const std::wstring& value) override { check(slot_->put_sFreqUnits(com::Bstr(value).get())); }
+    void setSBWUnits(const std::wstring& value) override { check(slot_->put_sBWUnits(com::Bstr(value).get())); }
     void setBDrawn(bool value) override { check(slot_->put_bDrawn(value ? VARIANT_TRUE : VARIANT_FALSE)); }
     void setIFillStyle(std::int16_t value) override { check(slot_->put_iFillStyle(value)); }
 
@@ -67,7 +67,7 @@ class EarlyFreqSlot final : public HostChannel {
         return value;
     }
     std::wstring getText(HRESULT (STDMETHODCALLTYPE _FreqSlot::*getter)(BSTR*)) const {
-        Bstr value;
+        com::Bstr value;
         check((slot_.Get()->*getter)(value.put()));
         return value.str();
     }

@@ -1,59 +1,74 @@
-// What the system calls in the module by name.
+// The functions that the module exports to the system.
 #include <windows.h>
 
 #include <olectl.h>
 
-#include "automation/ClassFactory.h"
-#include "automation/Module.h"
-#include "automation/Registration.h"
-#include "automation/TypeLib.h"
-#include "win32/WindowTree.h"
+#include "automation/BandscopeControl.h"
+#include "automation/FreqSlotObject.h"
+#include "automation/RegistrationTable.h"
+#include "com/ClassFactory.h"
+#include "com/Module.h"
+#include "com/Registration.h"
+#include "com/TypeLib.h"
+#include "kvBandscope.h"
+#include "win32/Accessible.h"
+#include "win32/WindowClasses.h"
 
-using kv::automation::Module;
-using kv::automation::RegistrationScope;
+namespace com = kv::com;
+using com::RegistrationScope;
+using kv::automation::registrationTable;
+
+namespace {
+
+const com::ClassEntry kClasses[] = {
+    {&CLSID_kvBandscope, kv::automation::createBandscopeControl},
+    {&CLSID_FreqSlot, kv::automation::createFreqSlot},
+};
+
+}  // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID processEnds) {
     if (reason == DLL_PROCESS_ATTACH)
-        Module::setInstance(instance);
-    // A window class outlives the module that registered it, window procedure and all, unless it is taken back.
+        com::Module::setInstance(instance);
+    // Window classes stay registered after the module is unloaded, and their window procedures would then be called.
     else if (reason == DLL_PROCESS_DETACH && !processEnds)
         kv::win32::unregisterWindowClasses();
     return TRUE;
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* object) {
-    return kv::automation::getClassObject(clsid, iid, object);
+    return com::getClassObject(kClasses, clsid, iid, object);
 }
 
 STDAPI DllCanUnloadNow() {
-    if (!Module::isIdle() || kv::win32::accessibleObjects() != 0)
+    if (!com::Module::isIdle() || kv::win32::accessibleObjects() != 0)
         return S_FALSE;
-    kv::automation::forgetTypeInfo();
+    com::forgetTypeInfo();
     return S_OK;
 }
 
 STDAPI DllRegisterServer() {
-    return kv::automation::registerModule(kv::automation::allowedScope());
+    return com::registerModule(com::allowedScope(), registrationTable);
 }
 
 STDAPI DllUnregisterServer() {
-    const RegistrationScope scope = kv::automation::allowedScope();
-    const HRESULT hr = kv::automation::unregisterModule(scope);
+    const RegistrationScope scope = com::allowedScope();
+    const HRESULT hr = com::unregisterModule(scope, registrationTable);
     if (FAILED(hr))
         return hr;
-    // Success must not be reported while the machine's entries are still there for want of rights.
+    // Without the right to remove the machine's entries, the module is still registered.
     if (scope == RegistrationScope::user)
-        return kv::automation::isRegistered(RegistrationScope::machine) ? E_ACCESSDENIED : S_OK;
+        return com::isRegistered(RegistrationScope::machine, registrationTable) ? E_ACCESSDENIED : S_OK;
     // S_FALSE: other entries of these classes still exist.
-    return kv::automation::isRegistered(RegistrationScope::user) ? S_FALSE : S_OK;
+    return com::isRegistered(RegistrationScope::user, registrationTable) ? S_FALSE : S_OK;
 }
 
-/// regsvr32 /n /i:user: for the present user only. Without a text it is the ordinary registration.
+/// "user" registers for the current user only (regsvr32 /n /i:user). Without a text it is the usual registration.
 STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
     if (!commandLine || !*commandLine)
         return install ? DllRegisterServer() : DllUnregisterServer();
     if (lstrcmpiW(commandLine, L"user") != 0)
         return E_INVALIDARG;
     constexpr RegistrationScope kScope = RegistrationScope::user;
-    return install ? kv::automation::registerModule(kScope) : kv::automation::unregisterModule(kScope);
+    return install ? com::registerModule(kScope, registrationTable) : com::unregisterModule(kScope, registrationTable);
 }

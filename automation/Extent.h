@@ -11,7 +11,7 @@ namespace kv::automation {
 
 inline constexpr int kHimetricPerInch = 2540;
 
-/// The nearest, halves up. Containers convert in the same way.
+/// Rounds to the nearest, halves up, as containers do.
 [[nodiscard]] constexpr LONG pixelsToHimetric(LONG pixels, int dpi) noexcept {
     return static_cast<LONG>((static_cast<std::int64_t>(pixels) * kHimetricPerInch + dpi / 2) / dpi);
 }
@@ -32,8 +32,8 @@ inline constexpr int kHimetricPerInch = 2540;
     return {himetricToPixels(extent.cx, dpi), himetricToPixels(extent.cy, dpi)};
 }
 
-/// The extent of a window. A length in `known` that is rounded to the pixels of the window stays as it is: a container
-/// that reads the extent back finds the number that it set.
+/// The extent of a window. A length in `known` that rounds to the pixels of the window is kept, so that a container
+/// that reads the extent gets the number that it set.
 [[nodiscard]] constexpr SIZEL extentOf(const SIZE& window, int dpi, const SIZEL& known) noexcept {
     const auto length = [dpi](LONG pixels, LONG before) {
         return himetricToPixels(before, dpi) == pixels ? before : pixelsToHimetric(pixels, dpi);

@@ -45,4 +45,21 @@ HRESULT channelToHost(channels::FreqSlot* channel, _FreqSlot** out) noexcept {
     return S_OK;
 }
 
+namespace {
+
+HRESULT convertToChannel(IUnknown* object, IDispatch** converted) {
+    try {
+        _FreqSlot* channel = nullptr;
+        const HRESULT hr = channelToHost(channelFromHost(object).get(), &channel);
+        *converted = channel;
+        return hr;
+    } catch (const util::RuntimeError&) {
+        return DISP_E_TYPEMISMATCH;
+    }
+}
+
+}  // namespace
+
+const com::ObjectConverter kChannelConverter{&IID__FreqSlot, convertToChannel};
+
 }  // namespace kv::automation

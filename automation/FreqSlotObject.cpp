@@ -1,6 +1,6 @@
 #include "automation/FreqSlotObject.h"
 
-#include "automation/TypeLib.h"
+#include "com/TypeLib.h"
 
 namespace kv::automation {
 
@@ -40,15 +40,15 @@ ULONG FreqSlotObject::Release() {
 }
 
 HRESULT FreqSlotObject::GetClassInfo(ITypeInfo** info) {
-    return getClassInfo(CLSID_FreqSlot, info);
+    return com::getClassInfo(CLSID_FreqSlot, info);
 }
 
 HRESULT FreqSlotObject::put_nIMComps(short value) {
-    return firewall(IID__FreqSlot, [&] { setNIMComps(value); });
+    return com::firewall(kFreqSlotErrors, [&] { setNIMComps(value); });
 }
 
 HRESULT FreqSlotObject::get_nIMComps(short* value) {
-    return firewallReturn(IID__FreqSlot, value, [&] { return nIMComps(); });
+    return com::firewallReturn(kFreqSlotErrors, value, [&] { return nIMComps(); });
 }
 
 util::Ref<channels::FreqSlotBase> makeFreqSlot() {
@@ -59,7 +59,7 @@ HRESULT createFreqSlot(REFIID iid, void** object) {
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    return firewall(iid, [&] {
+    return com::firewall(kFreqSlotErrors, [&] {
         auto* const slot = new FreqSlotObject;
         const HRESULT hr = slot->QueryInterface(iid, object);
         slot->Release();

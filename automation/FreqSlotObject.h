@@ -8,32 +8,33 @@
 #include <string>
 #include <utility>
 
-#include "automation/Dispatch.h"
-#include "automation/Firewall.h"
-#include "automation/Module.h"
+#include "automation/Identity.h"
 #include "channels/FreqSlot.h"
+#include "com/Dispatch.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
 #include "kvBandscope.h"
 #include "util/Ref.h"
 
 namespace kv::automation {
 
-/// {E2A9B1C4-6F0D-4E35-9B7A-51D80C3F2A68}: answered by the channels of this module, in their own apartment.
+/// {E2A9B1C4-6F0D-4E35-9B7A-51D80C3F2A68}: implemented by the channels of this module, in their own apartment.
 inline constexpr GUID kIidChannelAccess = {
     0xE2A9B1C4, 0x6F0D, 0x4E35, {0x9B, 0x7A, 0x51, 0xD8, 0x0C, 0x3F, 0x2A, 0x68}};
 
-/// The way from a host's pointer back to the channel behind it.
+/// Leads from a host's pointer to the channel that it refers to.
 struct IChannelAccess : public IUnknown {
-    /// Tells copies of the module in one process apart: C++ objects must not cross between them.
+    /// Identifies the copy of the module in this process, because C++ objects must not be used by another copy.
     virtual const void* home() noexcept = 0;
     /// Not counted.
     virtual channels::FreqSlot* channel() noexcept = 0;
 };
 
-/// The home of this copy's channels.
+/// The `home` of this copy's channels.
 [[nodiscard]] const void* channelHome() noexcept;
 
-/// A channel record. Half a million of them are an everyday number, so it holds its fields and little else.
-class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
+/// A channel record. Half a million of them are an everyday number, so it contains little besides its fields.
+class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
                              public IProvideClassInfo,
                              public IChannelAccess,
                              public channels::FreqSlotBase {
@@ -99,7 +100,7 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
         return get(i, &Component::label, value);
     }
     HRESULT STDMETHODCALLTYPE put_sKey(BSTR value) override {
-        return firewall(IID__FreqSlot, [&] { store(fields().sKey, value); });
+        return com::firewall(kFreqSlotErrors, [&] { store(fields().sKey, value); });
     }
     HRESULT STDMETHODCALLTYPE get_sKey(BSTR* value) override { return get(&Fields::sKey, value); }
     HRESULT STDMETHODCALLTYPE put_bVisible(VARIANT_BOOL value) override { return put(&Fields::bVisible, value); }
@@ -115,35 +116,38 @@ class FreqSlotObject final : public DispatchImpl<_FreqSlot>,
     template <class Field, class Value>
     static void store(Field& field, Value value) {
         if constexpr (std::is_same_v<Field, std::wstring>)
-            field = fromIn(value);
+            field = com::fromIn(value);
         else if constexpr (std::is_same_v<Field, bool>)
-            field = boolFromIn(value);
+            field = com::boolFromIn(value);
         else
             field = static_cast<Field>(value);
     }
     template <class Field, class Value>
     HRESULT put(Field Fields::*field, Value value) noexcept {
-        return firewall(IID__FreqSlot, [&] { store(fieldsButKey().*field, value); });
+        return com::firewall(kFreqSlotErrors, [&] { store(fieldsButKey().*field, value); });
     }
     template <class Field, class Out>
     HRESULT get(Field Fields::*field, Out* out) noexcept {
-        return firewallReturn(IID__FreqSlot, out,
-                              [&]() -> const Field& { return std::as_const(*this).fields().*field; });
+        return com::firewallReturn(kFreqSlotErrors, out,
+                                   [&]() -> const Field& { return std::as_const(*this).fields().*field; });
     }
     template <class Field, class Value>
     HRESULT put(long i, Field Component::*field, Value value) noexcept {
-        return firewall(IID__FreqSlot, [&] { store(component(i).*field, value); });
+        return com::firewall(kFreqSlotErrors, [&] { store(component(i).*field, value); });
     }
     template <class Field, class Out>
     HRESULT get(long i, Field Component::*field, Out* out) noexcept {
-        return firewallReturn(IID__FreqSlot, out, [&]() -> const Field& { return component(i).*field; });
+        return com::firewallReturn(kFreqSlotErrors, out, [&]() -> const Field& { return component(i).*field; });
     }
 
     LONG references_ = 1;
-    [[no_unique_address]] ModuleRef module_;
+    [[no_unique_address]] com::ModuleRef module_;
 };
 
-/// A new record for the control's own use. Throws std::bad_alloc.
+/// Creates a FreqSlot for the class factory.
+HRESULT createFreqSlot(REFIID iid, void** object);
+
+/// A new record for use inside the control. Throws std::bad_alloc.
 [[nodiscard]] util::Ref<channels::FreqSlotBase> makeFreqSlot();
 
 }  // namespace kv::automation

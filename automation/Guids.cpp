@@ -1,4 +1,4 @@
-// The one place where the identifiers that the headers declare are defined.
+// Defines the identifiers that the headers declare, for the whole module.
 #include <windows.h>
 
 #include <ocidl.h>

@@ -1,4 +1,4 @@
-// A channel whose record belongs to the host.
+// A channel whose record is an object of the host.
 #pragma once
 
 #include "channels/FreqSlot.h"
@@ -8,7 +8,7 @@ namespace kv::automation {
 
 class HostChannel : public channels::FreqSlot {
   public:
-    /// The host's view of the channel, counted for the caller.
+    /// The host's object, counted for the caller.
     virtual _FreqSlot* shareWithHost() noexcept = 0;
 
     channels::DrawRecord drawRecord() override {

@@ -1,6 +1,6 @@
 #include "automation/LateFreqSlot.h"
 
-#include "automation/HostError.h"
+#include "com/HostError.h"
 
 namespace kv::automation {
 
@@ -39,7 +39,7 @@ ULONG LateFreqSlot::Release() {
 channels::ImComponent LateFreqSlot::imComponent(std::int32_t i) {
     const Index index = i;
     return {read(Name::nIMComp, VT_I2, index).iVal, read(Name::dIMCompFreq, VT_R8, index).dblVal,
-            toWide(read(Name::sIMCompLabel, VT_BSTR, index).bstrVal)};
+            com::toWide(read(Name::sIMCompLabel, VT_BSTR, index).bstrVal)};
 }
 
 DISPID LateFreqSlot::idOf(Name name) {
@@ -47,15 +47,15 @@ DISPID LateFreqSlot::idOf(Name name) {
     const std::uint32_t bit = 1U << place;
     if (known_ & bit)
         return ids_[place];
-    Bstr text(kNames[place]);
+    com::Bstr text(kNames[place]);
     LPOLESTR names = text.get();
     DISPID id = DISPID_UNKNOWN;
     HRESULT hr = object_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id);
-    // Objects of some script engines leave IDispatch to its successor.
+    // Objects of some script engines implement the names only in IDispatchEx.
     if (hr == E_NOTIMPL && (extended_ || SUCCEEDED(object_.As(&extended_))))
         hr = extended_->GetDispID(text.get(), fdexNameCaseInsensitive, &id);
     if (FAILED(hr))
-        throwHostError(hr);
+        com::throwHostError(hr);
     ids_[place] = id;
     known_ |= bit;
     return id;
@@ -70,26 +70,26 @@ void LateFreqSlot::invoke(DISPID id, WORD flags, DISPPARAMS& params, VARIANT* va
                    : object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, how, &params, value, &exception, &argError);
     };
     HRESULT hr = attempt(flags);
-    // Some engines take "method or property" for a method and refuse it for plain data.
+    // Some engines take "method or property" as a method and reject it for plain data.
     if (FAILED(hr) && hr != DISP_E_EXCEPTION && (flags & DISPATCH_METHOD) != 0)
         hr = attempt(DISPATCH_PROPERTYGET);
     if (FAILED(hr))
-        throwHostException(hr, exception);
+        com::throwHostException(hr, exception);
 }
 
-Variant LateFreqSlot::read(Name name, VARTYPE type, Index index) {
-    Variant argument(index.value_or(0));
+com::Variant LateFreqSlot::read(Name name, VARTYPE type, Index index) {
+    com::Variant argument(index.value_or(0));
     DISPPARAMS params{&argument, nullptr, index ? 1U : 0U, 0};
-    Variant value;
+    com::Variant value;
     invoke(idOf(name), DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, &value);
-    // Texts that hold numbers mean the same everywhere, whatever the user's decimal sign.
-    if (const HRESULT hr = coerce(value, value, type, LOCALE_INVARIANT); FAILED(hr))
-        throwHostError(hr);
+    // Numbers in texts have the same meaning on all systems, independent of the user's decimal separator.
+    if (const HRESULT hr = com::coerce(value, value, type, LOCALE_INVARIANT); FAILED(hr))
+        com::throwHostError(hr);
     return value;
 }
 
-void LateFreqSlot::write(Name name, Variant value, Index index) {
-    Variant arguments[] = {std::move(value), Variant(index.value_or(0))};
+void LateFreqSlot::write(Name name, com::Variant value, Index index) {
+    com::Variant arguments[] = {std::move(value), com::Variant(index.value_or(0))};
     DISPID put = DISPID_PROPERTYPUT;
     DISPPARAMS params{arguments, &put, index ? 2U : 1U, 1};
     invoke(idOf(name), DISPATCH_PROPERTYPUT, params, nullptr);

@@ -1,4 +1,4 @@
-// A host's record that is reached by the names of its members.
+// A host's record that is called by the names of its members.
 #pragma once
 
 #include <windows.h>
@@ -12,18 +12,19 @@
 #include <string>
 #include <utility>
 
-#include "automation/Dispatch.h"
-#include "automation/Firewall.h"
 #include "automation/FreqSlotObject.h"
 #include "automation/HostChannel.h"
-#include "automation/Module.h"
-#include "automation/OleTypes.h"
+#include "automation/Identity.h"
+#include "com/Dispatch.h"
+#include "com/Firewall.h"
+#include "com/Module.h"
+#include "com/OleTypes.h"
 
 namespace kv::automation {
 
-/// The channel for the inside, and for hosts that want a `_FreqSlot` a further face of their own object: everything but
-/// that interface is answered by the host's object, so that both are one object to whoever compares them.
-class LateFreqSlot final : public DispatchImpl<_FreqSlot>, public IChannelAccess, public HostChannel {
+/// The channel for the control, and a `_FreqSlot` for hosts. It adds that interface to the host's object: all other
+/// interfaces are those of the object itself, so that both have the same identity.
+class LateFreqSlot final : public com::DispatchImpl<_FreqSlot>, public IChannelAccess, public HostChannel {
   public:
     explicit LateFreqSlot(Microsoft::WRL::ComPtr<IDispatch> object) noexcept : object_(std::move(object)) {}
     LateFreqSlot(const LateFreqSlot&) = delete;
@@ -58,13 +59,13 @@ class LateFreqSlot final : public DispatchImpl<_FreqSlot>, public IChannelAccess
     bool bVisible() override { return read(Name::bVisible, VT_BOOL).boolVal != VARIANT_FALSE; }
     bool bDrawn() override { return read(Name::bDrawn, VT_BOOL).boolVal != VARIANT_FALSE; }
     std::int16_t iFillStyle() override { return read(Name::iFillStyle, VT_I2).iVal; }
-    void setDFreq(double value) override { write(Name::dFreq, Variant(value)); }
-    void setDFreqHi(double value) override { write(Name::dFreqHi, Variant(value)); }
-    void setDFreqLo(double value) override { write(Name::dFreqLo, Variant(value)); }
-    void setSFreqUnits(const std::wstring& value) override { write(Name::sFreqUnits, Variant(value)); }
-    void setSBWUnits(const std::wstring& value) override { write(Name::sBWUnits, Variant(value)); }
-    void setBDrawn(bool value) override { write(Name::bDrawn, Variant(value)); }
-    void setIFillStyle(std::int16_t value) override { write(Name::iFillStyle, Variant(value)); }
+    void setDFreq(double value) override { write(Name::dFreq, com::Variant(value)); }
+    void setDFreqHi(double value) override { write(Name::dFreqHi, com::Variant(value)); }
+    void setDFreqLo(double value) override { write(Name::dFreqLo, com::Variant(value)); }
+    void setSFreqUnits(const std::wstring& value) override { write(Name::sFreqUnits, com::Variant(value)); }
+    void setSBWUnits(const std::wstring& value) override { write(Name::sBWUnits, com::Variant(value)); }
+    void setBDrawn(bool value) override { write(Name::bDrawn, com::Variant(value)); }
+    void setIFillStyle(std::int16_t value) override { write(Name::iFillStyle, com::Variant(value)); }
 
     HRESULT STDMETHODCALLTYPE put_dFreq(double value) override { return put(Name::dFreq, value); }
     HRESULT STDMETHODCALLTYPE get_dFreq(double* value) override { return get(Name::dFreq, value); }
@@ -136,54 +137,56 @@ class LateFreqSlot final : public DispatchImpl<_FreqSlot>, public IChannelAccess
         iFillStyle,
     };
     static constexpr std::size_t kNameCount = 19;
-    /// Which component of a member that is an array.
+    /// The array index of an indexed member.
     using Index = std::optional<long>;
 
     ~LateFreqSlot() = default;
 
-    /// The object's own number for a member, asked for once. Throws util::RuntimeError 438 when it has none.
+    /// The object's DISPID of a member, requested once. Throws util::RuntimeError 438 if the object lacks it.
     DISPID idOf(Name name);
     /// Calls the object. Throws util::RuntimeError.
     void invoke(DISPID id, WORD flags, DISPPARAMS& params, VARIANT* value);
     /// A member's value as `type`. Throws util::RuntimeError.
-    Variant read(Name name, VARTYPE type, Index index = std::nullopt);
-    void write(Name name, Variant value, Index index = std::nullopt);
+    com::Variant read(Name name, VARTYPE type, Index index = std::nullopt);
+    void write(Name name, com::Variant value, Index index = std::nullopt);
     double number(Name name) { return read(name, VT_R8).dblVal; }
-    std::wstring text(Name name) { return toWide(read(name, VT_BSTR).bstrVal); }
+    std::wstring text(Name name) { return com::toWide(read(name, VT_BSTR).bstrVal); }
 
-    static Variant hostValue(double value) noexcept { return Variant(value); }
-    static Variant hostValue(short value) noexcept { return Variant(value); }
-    static Variant hostValue(bool value) noexcept { return Variant(value); }
-    static Variant hostValue(BSTR value) { return Variant(toWide(value)); }
-    /// A colour as hosts without unsigned numbers have it.
-    static Variant hostValue(OLE_COLOR value) noexcept { return Variant(static_cast<long>(value)); }
+    static com::Variant hostValue(double value) noexcept { return com::Variant(value); }
+    static com::Variant hostValue(short value) noexcept { return com::Variant(value); }
+    static com::Variant hostValue(bool value) noexcept { return com::Variant(value); }
+    static com::Variant hostValue(BSTR value) { return com::Variant(com::toWide(value)); }
+    /// A color as a signed number, because some hosts have no unsigned ones.
+    static com::Variant hostValue(OLE_COLOR value) noexcept { return com::Variant(static_cast<long>(value)); }
 
     template <class Value>
     HRESULT put(Name name, Value value, Index index = std::nullopt) noexcept {
-        return firewall(IID__FreqSlot, [&] { write(name, hostValue(value), index); });
+        return com::firewall(kFreqSlotErrors, [&] { write(name, hostValue(value), index); });
     }
     HRESULT get(Name name, double* value, Index index = std::nullopt) noexcept {
-        return firewallReturn(IID__FreqSlot, value, [&] { return read(name, VT_R8, index).dblVal; });
+        return com::firewallReturn(kFreqSlotErrors, value, [&] { return read(name, VT_R8, index).dblVal; });
     }
     HRESULT get(Name name, short* value, Index index = std::nullopt) noexcept {
-        return firewallReturn(IID__FreqSlot, value, [&] { return read(name, VT_I2, index).iVal; });
+        return com::firewallReturn(kFreqSlotErrors, value, [&] { return read(name, VT_I2, index).iVal; });
     }
     HRESULT get(Name name, OLE_COLOR* value) noexcept {
-        return firewallReturn(IID__FreqSlot, value, [&] { return read(name, VT_UI4).ulVal; });
+        return com::firewallReturn(kFreqSlotErrors, value, [&] { return read(name, VT_UI4).ulVal; });
     }
     HRESULT get(Name name, BSTR* value, Index index = std::nullopt) noexcept {
-        return firewallReturn(IID__FreqSlot, value, [&] { return toWide(read(name, VT_BSTR, index).bstrVal); });
+        return com::firewallReturn(kFreqSlotErrors, value,
+                                   [&] { return com::toWide(read(name, VT_BSTR, index).bstrVal); });
     }
     HRESULT getFlag(Name name, VARIANT_BOOL* value) noexcept {
-        return firewallReturn(IID__FreqSlot, value, [&] { return read(name, VT_BOOL).boolVal != VARIANT_FALSE; });
+        return com::firewallReturn(kFreqSlotErrors, value,
+                                   [&] { return read(name, VT_BOOL).boolVal != VARIANT_FALSE; });
     }
 
     LONG references_ = 1;
-    std::uint32_t known_ = 0;  ///< bit n: ids_[n] has been asked for
+    std::uint32_t known_ = 0;  ///< bit n: ids_[n] is known
     std::array<DISPID, kNameCount> ids_{};
     Microsoft::WRL::ComPtr<IDispatch> object_;
-    Microsoft::WRL::ComPtr<IDispatchEx> extended_;  ///< for an object that answers by name there only
-    [[no_unique_address]] ModuleRef module_;
+    Microsoft::WRL::ComPtr<IDispatchEx> extended_;  ///< for an object that implements names there only
+    [[no_unique_address]] com::ModuleRef module_;
 };
 
 }  // namespace kv::automation

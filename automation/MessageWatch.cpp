@@ -6,14 +6,14 @@
 
 namespace kv::automation {
 
-/// Who hears a window, and how it answers by itself.
+/// The listener of a window, and the window's own procedure.
 struct MessageWatch::Watched {
     WNDPROC before = nullptr;
     std::shared_ptr<Link> link;
 };
 
-/// The watched windows of the process. The system would keep this for each window as well (SetWindowSubclass), by
-/// properties: some systems look those up in another process, twice a message.
+/// The watched windows of the process. The system could also store this for each window, as properties
+/// (SetWindowSubclass). Some systems look those up in another process, twice for each message.
 class MessageWatch::Table {
   public:
     void add(HWND window, Watched watched) {
@@ -54,11 +54,11 @@ void MessageWatch::add(HWND root) {
 BOOL CALLBACK MessageWatch::addOne(HWND window, LPARAM shared) {
     try {
         const auto before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC));
-        // Known before its messages come here.
+        // The entry must exist before the first message arrives.
         table().add(window, {before, *reinterpret_cast<const Shared*>(shared)});
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&MessageWatch::procedure));
     } catch (...) {
-        // Short of memory: this window is not heard.
+        // Without memory, this window is not watched.
         return TRUE;
     }
     return TRUE;

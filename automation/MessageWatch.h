@@ -1,4 +1,4 @@
-// Hears the messages of a window and of all windows inside it, whatever their classes.
+// Watches the messages of a window and of all windows inside it, of any class.
 #pragma once
 
 #include <windows.h>
@@ -9,14 +9,14 @@ namespace kv::automation {
 
 class MessageListener {
   public:
-    /// Called for every message; passes it on by MessageWatch::pass. Must not throw.
+    /// Called for every message. Passes it on with MessageWatch::pass. Must not throw.
     virtual LRESULT watched(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept = 0;
 
   protected:
     ~MessageListener() = default;
 };
 
-/// Windows made later are not heard. The windows may go before this object and this object before them.
+/// Windows that are created later are not watched. The windows and this object may be destroyed in any order.
 class MessageWatch {
   public:
     explicit MessageWatch(MessageListener& listener);
@@ -25,7 +25,7 @@ class MessageWatch {
     MessageWatch& operator=(const MessageWatch&) = delete;
 
     void add(HWND root);
-    /// The window's own answer to a message.
+    /// Calls the window's own procedure.
     static LRESULT pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
   private:

@@ -1,10 +1,10 @@
-// 32 bit: the module finds its own exception handlers whatever else is loaded.
+// 32 bit: the module finds its own exception handlers, independent of other loaded modules.
 //
-// The compiler's start code announces the tables of a module's exception handlers to libgcc_s_dw2-1.dll when a host has
-// that library loaded, and otherwise to the copy that is linked into the module. The module's own code always throws
-// through its own copy. In such a host it would find no handler, and the first error would end the process. The linker
-// therefore gives the start code this look-up instead of GetModuleHandleA (see CMakeLists.txt). It finds no libgcc, and
-// nothing of another module has to be called or released when this one is unloaded.
+// The compiler's start code registers the tables of a module's exception handlers with libgcc_s_dw2-1.dll if a host has
+// loaded that library, and otherwise with the copy that is linked into the module. The module's own code always throws
+// through its own copy. In such a host, it would find no handler, and the first error would end the process. The linker
+// therefore gives the start code this look-up instead of GetModuleHandleA (see CMakeLists.txt). It does not find
+// libgcc, so that no other module is called or released when this one is unloaded.
 #if defined(__i386__)
 
 #include <windows.h>

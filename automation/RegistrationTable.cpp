@@ -1,33 +1,41 @@
 #include "automation/RegistrationTable.h"
 
-#include <ole2.h>
+#include <utility>
+#include <vector>
 
+#include "automation/Identity.h"
 #include "kvBandscope.h"
 
 namespace kv::automation {
 
 namespace {
 
+using com::ClassRegistration;
+using com::guidText;
+using com::InterfaceRegistration;
+using com::ProgramName;
+using com::RegistryEntry;
+
+/// The version of the type library and of the classes.
+constexpr wchar_t kLibraryVersion[] = L"1.0";
 constexpr wchar_t kLibraryTitle[] = L"kvBandscope spectrum display";
-/// The system's marshallers that work from a type library.
-constexpr wchar_t kDualMarshaller[] = L"{00020424-0000-0000-C000-000000000046}";
-constexpr wchar_t kDispatchMarshaller[] = L"{00020420-0000-0000-C000-000000000046}";
+/// The system's marshalers, which use the type library.
+constexpr wchar_t kDualMarshaler[] = L"{00020424-0000-0000-C000-000000000046}";
+constexpr wchar_t kDispatchMarshaler[] = L"{00020420-0000-0000-C000-000000000046}";
 constexpr wchar_t kControlCategory[] = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
 constexpr wchar_t kProgrammableCategory[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
 constexpr int kToolboxBitmap = 101;
-constexpr int kMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
-                            OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST;
 
 struct ClassNames {
     const CLSID* clsid;
-    const wchar_t* progId;  ///< version-independent; with ".1" it is that of this version
+    const wchar_t* progId;  ///< version-independent; ".1" is appended for that of this version
     const wchar_t* title;
     bool isControl;
 };
 
 const ClassNames kClasses[] = {
-    {&CLSID_kvBandscope, L"kvBandscope.kvBandscope", L"kvBandscope Control", true},
-    {&CLSID_FreqSlot, L"kvBandscope.FreqSlot", L"kvBandscope FreqSlot", false},
+    {&CLSID_kvBandscope, kControlProgId, kControlTitle, true},
+    {&CLSID_FreqSlot, kFreqSlotProgId, L"kvBandscope FreqSlot", false},
 };
 
 RegistryEntry keyOnly(std::wstring key) {
@@ -79,54 +87,50 @@ std::vector<ProgramName> programNames(const ClassNames& names, const std::wstrin
 struct InterfaceNames {
     const IID* iid;
     const wchar_t* name;
-    const wchar_t* marshaller;
+    const wchar_t* marshaler;
 };
 
 const InterfaceNames kInterfaces[] = {
-    {&IID__kvBandscope, L"_kvBandscope", kDualMarshaller},
-    {&IID__FreqSlot, L"_FreqSlot", kDualMarshaller},
-    {&DIID___kvBandscope, L"__kvBandscope", kDispatchMarshaller},
+    {&IID__kvBandscope, L"_kvBandscope", kDualMarshaler},
+    {&IID__FreqSlot, L"_FreqSlot", kDualMarshaler},
+    {&DIID___kvBandscope, L"__kvBandscope", kDispatchMarshaler},
 };
 
 InterfaceRegistration interfaceKeys(const InterfaceNames& names, const std::wstring& library) {
     const std::wstring key = L"Interface\\" + guidText(*names.iid);
     return {key,
             {keyWith(key, names.name),
-             keyWith(key + L"\\ProxyStubClsid32", names.marshaller),
+             keyWith(key + L"\\ProxyStubClsid32", names.marshaler),
              keyWith(key + L"\\TypeLib", library),
              {key + L"\\TypeLib", true, kLibraryVersion, L"Version"}}};
 }
 
-}  // namespace
-
-std::wstring guidText(REFGUID guid) {
-    wchar_t text[40] = {};
-    StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
-    return text;
-}
-
-std::vector<ClassRegistration> registrationTable(const std::wstring& modulePath) {
-    std::vector<ClassRegistration> table;
-    for (const ClassNames& names : kClasses) {
-        const std::wstring clsid = guidText(*names.clsid);
-        table.push_back({clsid, classKeys(names, clsid, modulePath), programNames(names, clsid)});
-    }
-    return table;
-}
-
-TypeLibRegistration typeLibTable(const std::wstring& modulePath) {
+com::TypeLibRegistration libraryKeys(const std::wstring& modulePath) {
     constexpr bool k64Bit = sizeof(void*) == 8;
     const std::wstring id = guidText(LIBID_kvBandscope);
     const std::wstring version = L"TypeLib\\" + id + L"\\" + kLibraryVersion;
     const std::wstring language = version + L"\\0";
-    TypeLibRegistration table;
+    com::TypeLibRegistration table;
     table.id = id;
+    table.version = kLibraryVersion;
     table.sharedKeys = {keyOnly(L"TypeLib\\" + id), keyWith(version, kLibraryTitle),
                         keyWith(version + L"\\FLAGS", L"0"), keyOnly(language)};
     table.fileKey = keyWith(language + (k64Bit ? L"\\win64" : L"\\win32"), modulePath);
     table.otherFileKey = language + (k64Bit ? L"\\win32" : L"\\win64");
     for (const InterfaceNames& names : kInterfaces)
         table.interfaces.push_back(interfaceKeys(names, id));
+    return table;
+}
+
+}  // namespace
+
+com::ModuleRegistration registrationTable(const std::wstring& modulePath) {
+    com::ModuleRegistration table;
+    for (const ClassNames& names : kClasses) {
+        const std::wstring clsid = guidText(*names.clsid);
+        table.classes.push_back({clsid, classKeys(names, clsid, modulePath), programNames(names, clsid)});
+    }
+    table.library = libraryKeys(modulePath);
     return table;
 }
 

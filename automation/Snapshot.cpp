@@ -20,7 +20,7 @@ BITMAPINFOHEADER headerOf(SIZE size, WORD bits) {
     return header;
 }
 
-/// Screens and memory copy pixels quickly from a bitmap of their own; printers and metafiles take them with the call.
+/// Screens and memory copy pixels fastest from a bitmap. Printers and metafiles get the pixels with the call.
 bool isPixelDevice(HDC dc) {
     const DWORD type = GetObjectType(dc);
     if (type == OBJ_MEMDC)
@@ -54,7 +54,7 @@ bool Snapshot::drawTo(HDC dc, const RECTL& bounds) const {
     const int height = static_cast<int>(bounds.bottom - bounds.top);
     if (width == 0 || height == 0)
         return true;
-    // The mode that a device context starts with darkens a reduced picture until thin lines are gone.
+    // The default stretch mode darkens a reduced picture until thin lines disappear.
     const int mode = SetStretchBltMode(dc, HALFTONE);
     POINT origin{};
     SetBrushOrgEx(dc, 0, 0, &origin);
@@ -113,10 +113,10 @@ HENHMETAFILE Snapshot::metafile(SIZEL extent) const {
     const HDC dc = CreateEnhMetaFileW(screen.get(), nullptr, &frame, L"kvBandscope\0Spectrum\0");
     if (!dc)
         return nullptr;
-    // The frame in pixels of the reference device, whose millimetres need not agree with its dots per inch.
-    const auto pixels = [&](LONG hundredths, int dots, int millimetres) {
+    // The frame is in pixels of the reference device, whose millimeters may not match its dots per inch.
+    const auto pixels = [&](LONG hundredths, int dots, int millimeters) {
         return MulDiv(static_cast<int>(hundredths), GetDeviceCaps(screen.get(), dots),
-                      100 * GetDeviceCaps(screen.get(), millimetres));
+                      100 * GetDeviceCaps(screen.get(), millimeters));
     };
     bool drawn = false;
     try {

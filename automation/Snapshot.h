@@ -1,4 +1,4 @@
-// The whole control as one picture, in the forms that containers ask for.
+// A picture of the whole control, in the formats that containers request.
 #pragma once
 
 #include <windows.h>
@@ -12,20 +12,21 @@ namespace kv::automation {
 
 class Snapshot {
   public:
-    /// Lets `paint` paint into a picture of `size` pixels. Throws RuntimeError 7 when there is no memory for it.
+    /// Calls `paint` with a picture of `size` pixels. Throws RuntimeError 7 if there is no memory for it.
     Snapshot(SIZE size, const std::function<void(HDC, const RECT&)>& paint);
     ~Snapshot();
     Snapshot(const Snapshot&) = delete;
     Snapshot& operator=(const Snapshot&) = delete;
 
-    /// Fills `bounds`, in the logical units of `dc`, whatever kind of device that is. False when the system fails.
+    /// Draws the picture into `bounds`, in the logical units of `dc`, which may be any device. False if the system
+    /// fails.
     [[nodiscard]] bool drawTo(HDC dc, const RECTL& bounds) const;
 
-    /// Header and pixels, 24 bits each, as the clipboard has them. Throws.
+    /// Header and pixels with 24 bits each, in the format of the clipboard. Throws.
     [[nodiscard]] std::vector<BYTE> packedDib() const;
-    /// The caller's from then on; null when the system fails.
+    /// Owned by the caller; null if the system fails.
     [[nodiscard]] HBITMAP bitmap() const;
-    /// The same, at `extent` hundredths of a millimetre.
+    /// The same, with the size `extent` in hundredths of a millimeter.
     [[nodiscard]] HENHMETAFILE metafile(SIZEL extent) const;
 
   private:

@@ -1,4 +1,4 @@
-// C++ side of hostbase.idl: the names it declares come from the system's own headers.
+// The C++ side of hostbase.idl: its names are declared in the system's own headers.
 #pragma once
 #include <oaidl.h>
 #include <ocidl.h>

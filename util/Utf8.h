@@ -1,4 +1,4 @@
-// Text as the bytes of a file.
+// Encoding of text for files.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace kv::util {
 
-/// `text` in UTF-8. A half of a pair that has lost the other, and a number that is no letter, become U+FFFD.
+/// Encodes `text` in UTF-8. Unpaired surrogates and numbers that are not Unicode characters become U+FFFD.
 [[nodiscard]] std::string toUtf8(std::wstring_view text);
 
 }  // namespace kv::util

@@ -6,12 +6,11 @@
 #include <new>
 #include <string>
 
-#include "turndial/Knob.h"
+#include "win32/WindowKind.h"
 
 namespace kv::win32 {
 
 using formenv::Widget;
-using formenv::WidgetKind;
 
 namespace {
 
@@ -21,40 +20,16 @@ bool isSelf(const VARIANT& child) {
     return child.vt == VT_I4 && child.lVal == CHILDID_SELF;
 }
 
-LONG roleOf(const Widget& widget) {
-    switch (widget.kind()) {
-        case WidgetKind::PictureBox:
-            return widget.takesFocus ? ROLE_SYSTEM_CHART : ROLE_SYSTEM_GRAPHIC;
-        case WidgetKind::Frame:
-            return ROLE_SYSTEM_GROUPING;
-        case WidgetKind::UserControl:
-            return ROLE_SYSTEM_PANE;
-        default:
-            return ROLE_SYSTEM_DIAL;
-    }
+const std::wstring& nameOf(const Widget& widget) {
+    return widget.spoken.name.empty() ? windowKind(widget).accessibleName(widget) : widget.spoken.name;
 }
 
-bool takesFocus(const Widget& widget) {
-    return widget.takesFocus || widget.kind() == WidgetKind::Custom;
-}
-
-/// Empty when there is none.
-std::wstring nameOf(const Widget& widget) {
-    if (!widget.spoken.name.empty())
-        return widget.spoken.name;
-    return widget.kind() == WidgetKind::PictureBox ? widget.name() : widget.caption();
-}
-
-/// Nothing for what has no value.
+/// Nothing if the widget has no value.
 std::optional<std::wstring> valueOf(const Widget& widget) {
-    if (widget.spoken.value)
-        return widget.spoken.value();
-    if (const auto* knob = dynamic_cast<const turndial::KnobBase*>(&widget))
-        return knob->sValText();
-    return std::nullopt;
+    return widget.spoken.value ? widget.spoken.value() : windowKind(widget).value(widget);
 }
 
-/// What an enquiry ends with when there is no such text.
+/// Stores the text; S_FALSE if it is empty.
 HRESULT give(const std::wstring& text, BSTR* out) {
     if (text.empty())
         return S_FALSE;
@@ -67,8 +42,7 @@ void giveNumber(LONG number, VARIANT* out) {
     out->lVal = number;
 }
 
-/// The widget itself; around it, children and neighbours, the system knows its way. Lists of children are the system's
-/// object's, which this one stands before as long as both are asked for by their windows.
+/// Describes the widget itself. Everything around it (parent, children, neighbors) is answered by the system's object.
 class AccessibleWidget final : public IAccessible {
   public:
     AccessibleWidget(HWND window, std::shared_ptr<Widget*> widget, IAccessible* inner)
@@ -98,7 +72,7 @@ class AccessibleWidget final : public IAccessible {
         return left;
     }
 
-    // By name, the system's description of the interface does it.
+    // Calls by name use the system's type information of the interface.
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return inner_->GetTypeInfoCount(count); }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
         return inner_->GetTypeInfo(index, locale, info);
@@ -140,7 +114,7 @@ class AccessibleWidget final : public IAccessible {
     }
     HRESULT STDMETHODCALLTYPE get_accRole(VARIANT child, VARIANT* role) override {
         return about(child, role, [&](const Widget& widget) {
-            giveNumber(roleOf(widget), role);
+            giveNumber(windowKind(widget).role(widget).value_or(ROLE_SYSTEM_CLIENT), role);
             return S_OK;
         });
     }
@@ -188,7 +162,7 @@ class AccessibleWidget final : public IAccessible {
             return CO_E_OBJNOTCONNECTED;
         if (!isSelf(child) || flags != SELFLAG_TAKEFOCUS)
             return E_INVALIDARG;
-        if (!takesFocus(**widget_) || !IsWindowVisible(window_) || !IsWindowEnabled(window_))
+        if (!windowKind(**widget_).takesFocus(**widget_) || !IsWindowVisible(window_) || !IsWindowEnabled(window_))
             return S_FALSE;
         SetFocus(window_);
         return S_OK;
@@ -233,7 +207,7 @@ class AccessibleWidget final : public IAccessible {
         LONG state = IsWindowVisible(window_) ? 0 : STATE_SYSTEM_INVISIBLE;
         if (!IsWindowEnabled(window_))
             return state | STATE_SYSTEM_UNAVAILABLE;
-        if (takesFocus(widget))
+        if (windowKind(widget).takesFocus(widget))
             state |= STATE_SYSTEM_FOCUSABLE | (GetFocus() == window_ ? STATE_SYSTEM_FOCUSED : 0);
         return state;
     }
@@ -253,10 +227,9 @@ Speech::~Speech() {
 }
 
 std::optional<LRESULT> Speech::answer(HWND window, WPARAM wParam, LPARAM lParam) const {
-    const WidgetKind kind = (*widget_)->kind();
-    const bool isOurs = kind == WidgetKind::PictureBox || kind == WidgetKind::Frame ||
-                        kind == WidgetKind::UserControl || kind == WidgetKind::Custom;
-    // The upper half of the parameter may hold anything.
+    const Widget& widget = **widget_;
+    const bool isOurs = windowKind(widget).role(widget).has_value();
+    // Only the lower 32 bits of the parameter are defined.
     if (!isOurs || static_cast<DWORD>(lParam) != static_cast<DWORD>(OBJID_CLIENT))
         return std::nullopt;
     IAccessible* inner = nullptr;

@@ -1,4 +1,4 @@
-// What screen readers learn of the windows that are no system controls.
+// What screen readers are told about windows that are not system controls.
 #pragma once
 
 #include <windows.h>
@@ -10,8 +10,8 @@
 
 namespace kv::win32 {
 
-/// A widget as its window's messages let screen readers see it. They may hold what they were given for longer than the
-/// widget lives: it says then that it is disconnected.
+/// The accessible object of a widget. Screen readers may keep it longer than the widget exists; its methods then report
+/// that it is disconnected.
 class Speech {
   public:
     explicit Speech(formenv::Widget& widget);
@@ -19,16 +19,16 @@ class Speech {
     Speech(const Speech&) = delete;
     Speech& operator=(const Speech&) = delete;
 
-    /// For WM_GETOBJECT; nothing leaves the answer to the system.
+    /// Answers WM_GETOBJECT. Nothing leaves the answer to the system.
     [[nodiscard]] std::optional<LRESULT> answer(HWND window, WPARAM wParam, LPARAM lParam) const;
-    /// Tells screen readers that the value of a window is another now.
+    /// Notifies screen readers that the value of a window has changed.
     static void tellValue(HWND window) noexcept;
 
   private:
     std::shared_ptr<formenv::Widget*> widget_;
 };
 
-/// How many objects screen readers hold; their code must stay.
+/// The number of objects that screen readers hold. The module must stay loaded while there are any.
 [[nodiscard]] long accessibleObjects() noexcept;
 
 }  // namespace kv::win32

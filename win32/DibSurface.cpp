@@ -67,7 +67,7 @@ void DibSurface::draw(const raster::PixelBuffer& /*buffer*/, raster::PixelPoint 
     const Selected selected(dc_.get(), fonts_.get(font));
     SetTextColor(dc_.get(), color);
     ExtTextOutW(dc_.get(), at.x, at.y, 0, nullptr, text.data(), static_cast<UINT>(text.size()), nullptr);
-    // Stores go straight into the pixels from here on: nothing of GDI's may still be on its way.
+    // The caller stores directly into the pixels, so GDI must have finished its drawing in them.
     GdiFlush();
 }
 

@@ -1,4 +1,4 @@
-// A picture in a 32-bit DIB section: shapes by plain stores, text by GDI, both into the same pixels.
+// A picture in a 32-bit DIB section. Shapes are stored directly, text is drawn by GDI, both into the same pixels.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@ namespace kv::win32 {
 
 class DibSurface final : public formenv::Surface, private raster::TextPainter {
   public:
-    /// Throws RuntimeError 7 when the system has no memory for a picture of this size.
+    /// Throws RuntimeError 7 if the system has no memory for a picture of this size.
     DibSurface(raster::PixelSize size, FontCache& fonts, const raster::HatchTiles& tiles);
     ~DibSurface() override;
 
@@ -22,7 +22,7 @@ class DibSurface final : public formenv::Surface, private raster::TextPainter {
         return reinterpret_cast<formenv::Handle>(dc_.get());
     }
 
-    /// For copying to a window or another picture; whatever was drawn is in it.
+    /// For copying to a window or another picture. Contains everything that was drawn.
     [[nodiscard]] HDC dc() const noexcept { return dc_.get(); }
 
   private:
@@ -38,7 +38,7 @@ class DibSurface final : public formenv::Surface, private raster::TextPainter {
     raster::RasterCanvas canvas_;
 };
 
-/// The system's own hatch patterns, read off a small picture that GDI hatches.
+/// The system's own hatch patterns, read from a small picture that GDI has hatched.
 [[nodiscard]] raster::HatchTiles systemHatchTiles();
 
 }  // namespace kv::win32

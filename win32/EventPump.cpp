@@ -4,14 +4,14 @@ namespace kv::win32 {
 
 namespace {
 
-// More than any burst of messages. A window that never stops posting must not hold up the container forever.
+// More than any usual burst of messages. A window that never stops posting must not delay the container forever.
 constexpr int kMostMessages = 10000;
 constexpr UINT kLastMessage = 0xFFFFFFFF;
 
-/// The next message that is neither input of the user nor a posted keyboard message.
+/// The next message that is neither user input nor a posted keyboard message.
 bool takeNext(MSG& message, HWND window) {
     constexpr UINT kNoInput = PM_REMOVE | PM_QS_POSTMESSAGE | PM_QS_PAINT | PM_QS_SENDMESSAGE;
-    // The upper range first: WM_PAINT, in the lower one, comes after what has been posted.
+    // The upper range is first, because WM_PAINT, in the lower one, must be handled after posted messages.
     return PeekMessageW(&message, window, WM_KEYLAST + 1, kLastMessage, kNoInput) ||
            PeekMessageW(&message, window, 0, WM_KEYFIRST - 1, kNoInput);
 }
@@ -19,13 +19,13 @@ bool takeNext(MSG& message, HWND window) {
 }  // namespace
 
 void runWindowEvents(HWND window) {
-    // A null window would stand for every window of the thread.
+    // A null window would mean all windows of the thread.
     if (!window)
         return;
     MSG message{};
     for (int i = 0; i < kMostMessages && IsWindow(window) && takeNext(message, window); ++i) {
         if (message.message == WM_QUIT) {
-            // No filter holds it back. It ends the host's own loop.
+            // Filters do not hold this message back. It ends the host's own loop.
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }

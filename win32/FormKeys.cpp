@@ -4,27 +4,19 @@
 #include <vector>
 
 #include "util/Text.h"
+#include "win32/KeyState.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
 
 using formenv::Widget;
-using formenv::WidgetKind;
 
 namespace {
 
-constexpr WPARAM kSelectAll = 1;  // the letter that Ctrl+A makes
-constexpr WPARAM kEscapeLetter = 27;
+constexpr WPARAM kSelectAll = 1;  // the character of Ctrl+A
+constexpr WPARAM kEscape = 27;
 
-bool isDown(int key) {
-    return GetKeyState(key) < 0;
-}
-
-int shiftState() {
-    return (isDown(VK_SHIFT) ? 1 : 0) | (isDown(VK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
-}
-
-/// The controls that take the focus now, in the order of the Tab key.
+/// The controls that can take the focus now, in the order of the Tab key.
 void collectStops(const Widget& parent, std::vector<WidgetWindow*>& stops) {
     for (Widget* child : parent.children()) {
         if (!child->visible() || !child->enabled())
@@ -66,24 +58,19 @@ void moveFocus(const formenv::Form& form, HWND from, bool back) {
     SetFocus(stops[next]->window());
 }
 
-/// The form may be gone afterwards.
+/// The form may not exist afterwards.
 void press(WidgetWindow& target) {
     const HWND window = target.window();
     SetFocus(window);
-    if (target.widget().kind() == WidgetKind::CheckBox) {
-        const bool ticked = SendMessageW(window, BM_GETCHECK, 0, 0) == BST_CHECKED;
-        SendMessageW(window, BM_SETCHECK, ticked ? BST_UNCHECKED : BST_CHECKED, 0);
-    }
+    target.kind().pressed(window);
     SendMessageW(GetParent(window), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(window), BN_CLICKED),
                  reinterpret_cast<LPARAM>(window));
 }
 
-bool pressByLetter(const formenv::Form& form, wchar_t letter) {
-    const wchar_t key = util::upperCase(letter);
+bool pressByAccessKey(const formenv::Form& form, wchar_t character) {
+    const wchar_t key = util::upperCase(character);
     for (WidgetWindow* stop : stopsOf(form)) {
-        const WidgetKind kind = stop->widget().kind();
-        if ((kind == WidgetKind::Button || kind == WidgetKind::CheckBox) &&
-            formenv::accessKey(stop->widget().caption()) == key) {
+        if (stop->kind().hasAccessKey() && formenv::accessKey(stop->widget().caption()) == key) {
             press(*stop);
             return true;
         }
@@ -96,18 +83,17 @@ std::optional<LRESULT> keyDown(formenv::Form& form, HWND window, WPARAM key) {
     if (form.keyPressed(static_cast<int>(key), shift))
         return 0;
     WidgetWindow* const control = stopAt(stopsOf(form), window);
-    const bool isText = control && control->widget().kind() == WidgetKind::TextBox;
+    const bool isText = control && control->kind().isText();
     const bool withCtrl = (shift & 6) == 2;
     if (key == VK_TAB) {
-        // The only way to a tab in a text whose Tab key leads on.
-        if (withCtrl && isText && static_cast<formenv::TextBox&>(control->widget()).multiLine &&
-            !static_cast<formenv::TextBox&>(control->widget()).locked())
+        // Tab moves the focus, so only Ctrl+Tab can enter a tab into a text.
+        if (withCtrl && control && control->kind().insertsTab(control->widget()))
             SendMessageW(window, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\t"));
         else
             moveFocus(form, window, (shift & 1) != 0);
         return 0;
     }
-    if (key == VK_RETURN && control && control->widget().kind() == WidgetKind::Button) {
+    if (key == VK_RETURN && control && control->kind().pressedByReturn()) {
         press(*control);
         return 0;
     }
@@ -118,14 +104,14 @@ std::optional<LRESULT> keyDown(formenv::Form& form, HWND window, WPARAM key) {
     return std::nullopt;
 }
 
-/// The letters that follow keys which have been dealt with.
-std::optional<LRESULT> letter(const formenv::Form& form, HWND window, WPARAM code) {
-    if (code == L'\t' || code == kEscapeLetter)
+/// The characters of keys that have been handled.
+std::optional<LRESULT> character(const formenv::Form& form, HWND window, WPARAM code) {
+    if (code == L'\t' || code == kEscape)
         return 0;
     if (code != kSelectAll)
         return std::nullopt;
     const WidgetWindow* control = stopAt(stopsOf(form), window);
-    if (control && const_cast<WidgetWindow*>(control)->widget().kind() == WidgetKind::TextBox)
+    if (control && control->kind().isText())
         SendMessageW(window, EM_SETSEL, 0, -1);
     return 0;
 }
@@ -133,15 +119,7 @@ std::optional<LRESULT> letter(const formenv::Form& form, HWND window, WPARAM cod
 }  // namespace
 
 bool isTabStop(const Widget& widget) noexcept {
-    switch (widget.kind()) {
-        case WidgetKind::Button:
-        case WidgetKind::CheckBox:
-        case WidgetKind::ComboBox:
-        case WidgetKind::TextBox:
-            return true;
-        default:
-            return false;
-    }
+    return windowKind(widget).isTabStop();
 }
 
 bool isFormKey(UINT message) noexcept {
@@ -153,13 +131,13 @@ std::optional<LRESULT> formKey(formenv::Form& form, HWND window, UINT message, W
         case WM_KEYDOWN:
             return keyDown(form, window, wParam);
         case WM_CHAR:
-            return letter(form, window, wParam);
+            return character(form, window, wParam);
         case WM_SYSKEYDOWN:
             if (wParam == VK_MENU)
                 showCues(form, UISF_HIDEACCEL | UISF_HIDEFOCUS);
             return std::nullopt;
         case WM_SYSCHAR:
-            if (pressByLetter(form, static_cast<wchar_t>(wParam)))
+            if (pressByAccessKey(form, static_cast<wchar_t>(wParam)))
                 return 0;
             return std::nullopt;
         default:

@@ -1,4 +1,4 @@
-// What the keyboard does in a form, whatever message loop the program around it has.
+// The keyboard in a form, independent of the message loop of the program.
 #pragma once
 
 #include <windows.h>
@@ -9,18 +9,18 @@
 
 namespace kv::win32 {
 
-/// A keyboard message of a window of the form, before that window sees it. The Tab key moves the focus, Alt and a
-/// letter work the button with that access key, Enter presses the button with the focus, Ctrl+A selects all of a text;
-/// the form hears every key first. Nothing leaves the message to the window.
+/// Handles a keyboard message of a window of the form before that window gets it. The form gets every key first. Tab
+/// moves the focus, Alt and an access key press the button with that key, Enter presses the button with the focus, and
+/// Ctrl+A selects all of a text. Nothing leaves the message to the window.
 [[nodiscard]] std::optional<LRESULT> formKey(formenv::Form& form, HWND window, UINT message, WPARAM wParam);
 
-/// Is it one of the controls that the Tab key leads to?
+/// True if Tab can move the focus to the widget.
 [[nodiscard]] bool isTabStop(const formenv::Widget& widget) noexcept;
 
-/// Is it one of the messages that `formKey` looks at?
+/// True if `formKey` handles messages of this kind.
 [[nodiscard]] bool isFormKey(UINT message) noexcept;
 
-/// The focus on `window` when it is a control that takes it now, else on the first one that does.
+/// Sets the focus to `window` if it is a control that can take it now, otherwise to the first one that can.
 void focusControl(formenv::Form& form, HWND window);
 
 }  // namespace kv::win32

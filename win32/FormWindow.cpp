@@ -17,10 +17,10 @@ using formenv::WindowState;
 namespace {
 
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-// A resizable window with this frame has no small icon in its title.
+// With this frame, a resizable window has no small icon in its title bar.
 constexpr DWORD kExStyle = WS_EX_CONTROLPARENT | WS_EX_DLGMODALFRAME;
 
-/// From a point of the screen to what window placements count in, which leaves task bars out.
+/// The offset from screen coordinates to those of window placements, which exclude task bars.
 POINT workspaceOffset(const RECT& place) {
     MONITORINFO info{};
     info.cbSize = sizeof info;
@@ -29,7 +29,7 @@ POINT workspaceOffset(const RECT& place) {
     return {info.rcMonitor.left - info.rcWork.left, info.rcMonitor.top - info.rcWork.top};
 }
 
-/// Shows a window over the whole screen. The system makes it the active one: the one that was becomes it again.
+/// Maximizes a window. The system activates it, so the previously active window is activated again.
 void showMaximized(HWND window) {
     const HWND active = GetActiveWindow();
     const HWND focus = GetFocus();
@@ -63,7 +63,7 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
         : form_(&form), platform_(platform), keeper_(keeper) {}
 
     [[nodiscard]] bool create(HWND owner);
-    /// The window goes, and the form hears no more of it.
+    /// Destroys the window. The form gets no further notifications.
     void close() noexcept;
     [[nodiscard]] HWND window() const noexcept { return tree_ ? tree_->root() : nullptr; }
     [[nodiscard]] WindowState state() const noexcept { return form_ ? form_->windowState() : WindowState::Normal; }
@@ -83,11 +83,12 @@ class FormWindow::Root final : public TopLevelRoot, public std::enable_shared_fr
     formenv::Form* form_;
     WinPlatform& platform_;
     IUnknown* keeper_;
-    /// The procedures of the system's controls. Common controls before version 6 have no subclassing by name.
+    /// The procedures of the system's controls. Common controls before version 6 do not export subclassing functions by
+    /// name.
     std::map<HWND, WNDPROC> procedures_;
     std::unique_ptr<WindowTree> tree_;
-    HWND made_ = nullptr;   ///< the window as the platform knows it
-    HWND focus_ = nullptr;  ///< while another window is active
+    HWND made_ = nullptr;   ///< the window that was reported to the platform
+    HWND focus_ = nullptr;  ///< the control to focus when the window becomes active again
 };
 
 bool FormWindow::Root::create(HWND owner) {
@@ -118,7 +119,7 @@ void FormWindow::Root::lost() {
         form_->windowLost();
 }
 
-/// Keys arrive at the control with the focus.
+/// The control with the focus receives the keys.
 void FormWindow::Root::listenTo(const formenv::Widget& parent) {
     for (const formenv::Widget* child : parent.children()) {
         const auto* window = dynamic_cast<WidgetWindow*>(child->peer());
@@ -132,7 +133,7 @@ void FormWindow::Root::listenTo(const formenv::Widget& parent) {
     }
 }
 
-/// The control's own answer.
+/// Calls the control's own procedure.
 LRESULT FormWindow::Root::pass(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
     const auto found = procedures_.find(window);
     return found == procedures_.end() ? DefWindowProcW(window, message, wParam, lParam)
@@ -141,10 +142,10 @@ LRESULT FormWindow::Root::pass(HWND window, UINT message, WPARAM wParam, LPARAM 
 
 LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* root = reinterpret_cast<Root*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    // Whatever the message leads to, this object stays to its end. What a key does may release the whole control.
+    // This object stays alive until the message ends. A key may lead to the release of the whole control.
     const Held held(isFormKey(message) ? root->keeper_ : nullptr);
     const std::shared_ptr<Root> kept = root->weak_from_this().lock();
-    // A message loop for dialogs leaves all keys to the window.
+    // Message loops for dialogs must leave all keys to the window.
     if (message == WM_GETDLGCODE && lParam)
         return root->pass(window, message, wParam, 0) | DLGC_WANTALLKEYS;
     try {
@@ -153,7 +154,7 @@ LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPA
                 return *answer;
         }
     } catch (...) {
-        // A window procedure is called by the system: nothing may leave it.
+        // The system calls the window procedure, so no exception may leave it.
     }
     const LRESULT result = root->pass(window, message, wParam, lParam);
     if (message == WM_NCDESTROY)
@@ -188,7 +189,7 @@ std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, 
             focusControl(*form_, focus_);
             return 0;
         case WM_COMMAND:
-            // From a message loop for dialogs.
+            // A message loop for dialogs sends this for Escape.
             if (!lParam && LOWORD(wParam) == IDCANCEL)
                 form_->keyPressed(VK_ESCAPE, 0);
             return lParam ? std::nullopt : std::optional<LRESULT>(0);
@@ -197,19 +198,19 @@ std::optional<LRESULT> FormWindow::Root::rootMessage(HWND window, UINT message, 
     }
 }
 
-/// To another monitor, at the place there that the system proposes.
+/// Moves the window to another monitor, to the place that the system proposes.
 void FormWindow::Root::rescale(HWND window, int dpi, const RECT& place) {
     tree_->followDpi(dpi);
     SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
-    // The same pixels may mean another size.
+    // The same number of pixels may mean another size.
     if (form_)
         follow(window);
 }
 
-/// The form learns where its window stands. Whole pixels that mean the place it has leave it alone.
+/// Passes the place of the window to the form. Pixels that the present place already rounds to do not change it.
 void FormWindow::Root::follow(HWND window) {
-    // Places on the screen are in the resolution of the screen, the form's inside is in its own.
+    // Places on the screen use the resolution of the screen, the inside of the form uses its own.
     const int dpi = platform_.hostDpi();
     formenv::Place place = form_->place();
     WindowState state = WindowState::Normal;
@@ -226,7 +227,7 @@ void FormWindow::Root::follow(HWND window) {
                      raster::pixelsToTwips(now.right - now.left, dpi),
                      raster::pixelsToTwips(now.bottom - now.top, dpi)};
     }
-    // What the state will be once the window is shown is not yet to be seen of it.
+    // The window does not show the state before it is visible.
     if (!form_->visible())
         state = form_->windowState();
     form_->movedByUser(place, state);
@@ -248,7 +249,7 @@ void FormWindow::Root::placeRoot() {
                      SWP_NOZORDER | SWP_NOACTIVATE);
         return;
     }
-    // It will stand there when it is normal again.
+    // This is its place when it is restored.
     WINDOWPLACEMENT placement{};
     placement.length = sizeof placement;
     GetWindowPlacement(root, &placement);

@@ -1,4 +1,4 @@
-// The real window of a form, of the class "kvForm", with those of its controls.
+// The window of a form, of the class "kvForm", with the windows of its controls.
 #pragma once
 
 #include <windows.h>
@@ -14,8 +14,8 @@ namespace kv::win32 {
 
 class FormWindow final : public formenv::FormWindow {
   public:
-    /// Makes the window, not shown; throws RuntimeError 7 when the system refuses. It goes with `owner`, which may be
-    /// null. `keeper` is held through every message and may be null too.
+    /// Creates the window hidden. Throws RuntimeError 7 if the system cannot create it. The window is destroyed with
+    /// `owner`, which may be null. `keeper` is kept alive during every message and may be null too.
     FormWindow(formenv::Form& form, WinPlatform& platform, HWND owner, IUnknown* keeper);
     ~FormWindow() override;
     FormWindow(const FormWindow&) = delete;
@@ -26,12 +26,12 @@ class FormWindow final : public formenv::FormWindow {
     void hide() override;
     void setState(formenv::WindowState state) override;
 
-    /// What the frame takes of a form's size.
+    /// The part of a form's size that the frame takes.
     [[nodiscard]] static formenv::FormBorder border(int dpi) noexcept;
 
   private:
     class Root;
-    /// Messages that run while this object goes hold it to their end.
+    /// Messages that are being handled keep it alive when this object is destroyed.
     std::shared_ptr<Root> root_;
 };
 

@@ -24,7 +24,7 @@ struct MemoryDcDeleter {
 };
 using MemoryDc = std::unique_ptr<std::remove_pointer_t<HDC>, MemoryDcDeleter>;
 
-/// The screen's device context for the time of a block.
+/// The screen's device context for the duration of a block.
 class ScreenDc {
   public:
     ScreenDc() noexcept : dc_(GetDC(nullptr)) {}
@@ -37,7 +37,7 @@ class ScreenDc {
     HDC dc_;
 };
 
-/// Selects an object for the time of a block.
+/// Selects an object for the duration of a block.
 class Selected {
   public:
     Selected(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}
@@ -50,13 +50,13 @@ class Selected {
     HGDIOBJ previous_;
 };
 
-/// Fonts by face, size, weight and resolution, each made once.
+/// Fonts by face, size, weight and resolution, each created once.
 class FontCache {
   public:
     explicit FontCache(int dpi) : dpi_(dpi) {}
-    /// The resolution from now on. Fonts of other ones stay: windows use them.
+    /// Sets the resolution. Fonts of other resolutions are kept, because windows use them.
     void setDpi(int dpi) noexcept { dpi_ = dpi; }
-    /// Falls back to the system's own dialog font when a font cannot be made.
+    /// Returns the system's dialog font if a font cannot be created.
     [[nodiscard]] HFONT get(const raster::Font& font) { return get(font, dpi_); }
     [[nodiscard]] HFONT get(const raster::Font& font, int dpi);
     [[nodiscard]] raster::PixelSize textSize(HDC dc, std::wstring_view text, const raster::Font& font);

@@ -1,4 +1,4 @@
-// Holds an object for the time of a block.
+// Keeps an object alive for the duration of a block.
 #pragma once
 
 #include <unknwn.h>
@@ -7,7 +7,7 @@ namespace kv::win32 {
 
 class Held {
   public:
-    /// Null holds nothing.
+    /// `object` may be null.
     explicit Held(IUnknown* object) noexcept : object_(object) {
         if (object_)
             object_->AddRef();

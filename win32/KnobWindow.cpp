@@ -5,6 +5,7 @@
 #include "raster/Twips.h"
 #include "win32/DibSurface.h"
 #include "win32/Held.h"
+#include "win32/WindowClasses.h"
 
 namespace kv::win32 {
 
@@ -13,31 +14,6 @@ using turndial::KnobBase;
 using turndial::KnobPalette;
 
 namespace {
-
-constexpr const wchar_t* kClasses[] = {L"tdKnob", L"tdKnMover"};
-
-/// The module that this code stands in, whichever that is.
-HINSTANCE ownModule() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&kClasses), &module);
-    return module;
-}
-
-bool registerClasses(WNDPROC procedure) noexcept {
-    WNDCLASSEXW info{};
-    info.cbSize = sizeof info;
-    info.lpfnWndProc = procedure;
-    info.hInstance = ownModule();
-    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    for (const wchar_t* name : kClasses) {
-        // No double clicks: the second press of a quick hand turns like the first.
-        info.lpszClassName = name;
-        if (!RegisterClassExW(&info) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
-            return false;
-    }
-    return true;
-}
 
 class Painting {
   public:
@@ -53,10 +29,10 @@ class Painting {
     HDC dc_;
 };
 
-/// Letters for a knob, painted by the surface that it stands on.
-class SurfaceLetters final : public raster::TextPainter {
+/// Paints the texts of a knob on the canvas of its surface.
+class SurfaceText final : public raster::TextPainter {
   public:
-    explicit SurfaceLetters(raster::Canvas& canvas) : canvas_(canvas) {}
+    explicit SurfaceText(raster::Canvas& canvas) : canvas_(canvas) {}
     raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override {
         return canvas_.textSize(text, font);
     }
@@ -80,10 +56,10 @@ KnobPalette presentPalette(const KnobBase& knob, const WinPlatform& platform) {
 }
 
 void paintInto(formenv::Surface& surface, KnobBase& knob, WinPlatform& platform, const KnobPalette& palette) {
-    SurfaceLetters letters(surface.canvas());
-    // Stores follow: nothing of GDI's may still be on its way into the same pixels.
+    SurfaceText text(surface.canvas());
+    // The knob stores into the pixels, so GDI must have finished its drawing in them.
     GdiFlush();
-    knob.paint(surface.pixels(), letters, platform.dpi(), palette);
+    knob.paint(surface.pixels(), text, platform.dpi(), palette);
 }
 
 void copyTo(HDC dc, POINT origin, formenv::Surface& surface) {
@@ -93,16 +69,12 @@ void copyTo(HDC dc, POINT origin, formenv::Surface& surface) {
 
 }  // namespace
 
-void KnobWindow::unregisterClasses() noexcept {
-    for (const wchar_t* name : kClasses)
-        UnregisterClassW(name, ownModule());
-}
-
 KnobWindow::KnobWindow(KnobBase& knob, WinPlatform& platform, IUnknown* owner)
     : knob_(knob), platform_(platform), owner_(owner), speech_(knob) {}
 
 std::unique_ptr<KnobWindow> KnobWindow::create(KnobBase& knob, WinPlatform& platform, HWND parent, IUnknown* owner) {
-    if (!registerClasses(&KnobWindow::procedure))
+    // Without CS_DBLCLKS, the second press of a double-click turns the knob like the first one.
+    if (!registerWindowClasses(kKnobClasses, &KnobWindow::procedure, 0))
         return nullptr;
     std::unique_ptr<KnobWindow> made(new KnobWindow(knob, platform, owner));
     const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | (knob.visible() ? WS_VISIBLE : 0U) |
@@ -225,7 +197,7 @@ LRESULT CALLBACK KnobWindow::procedure(HWND window, UINT message, WPARAM wParam,
     try {
         return self->handle(message, wParam, lParam);
     } catch (...) {
-        // A window procedure is called by the system: nothing may leave it.
+        // The system calls the window procedure, so no exception may leave it.
         if (*alive && self->window_)
             followHold(self->window_, self->knob_);
         return 0;

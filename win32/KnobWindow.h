@@ -14,12 +14,12 @@
 
 namespace kv::win32 {
 
-/// The window of one knob: it passes on what the user does, and paints what the knob paints. It may be destroyed at any
-/// time, by the knob's own events too.
+/// The window of one knob. It passes on the user's input and shows what the knob paints. It may be destroyed at any
+/// time, also by the knob's own events.
 class KnobWindow final : public formenv::Peer {
   public:
-    /// Makes the window inside `parent`; null when the system refuses. `owner` is held through every message, because
-    /// an event may make the host let go of the control; it may be null.
+    /// Creates the window inside `parent`; null if the system cannot create it. `owner` is kept alive during every
+    /// message, because an event may make the host release the control. It may be null.
     [[nodiscard]] static std::unique_ptr<KnobWindow> create(turndial::KnobBase& knob, WinPlatform& platform,
                                                             HWND parent, IUnknown* owner);
     ~KnobWindow() override;
@@ -33,17 +33,15 @@ class KnobWindow final : public formenv::Peer {
     /// nullptr when the system has destroyed it.
     [[nodiscard]] HWND window() const noexcept { return window_; }
 
-    /// Paints a knob without a window, its upper left corner at `origin`, `size` pixels large.
+    /// Paints a knob without a window, with its upper left corner at `origin` and `size` pixels large.
     static void paint(turndial::KnobBase& knob, WinPlatform& platform, HDC dc, POINT origin, raster::PixelSize size);
-
-    /// Takes the window classes back when the module goes.
-    static void unregisterClasses() noexcept;
 
   private:
     KnobWindow(turndial::KnobBase& knob, WinPlatform& platform, IUnknown* owner);
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
-    /// The mouse, the wheel, keys and focus; false for any other message. This object may be gone afterwards.
+    /// Handles the mouse, the wheel, keys and the focus; false for all other messages. This object may not exist
+    /// afterwards.
     bool handleInput(UINT message, WPARAM wParam, LPARAM lParam);
     bool handleMouse(UINT message, LPARAM lParam);
     static void followHold(HWND window, const turndial::KnobBase& knob);
@@ -62,7 +60,7 @@ class KnobWindow final : public formenv::Peer {
     std::unique_ptr<formenv::Surface> surface_;
     turndial::KnobPalette paintedWith_;
     bool painted_ = false;
-    bool tracking_ = false;  ///< the system will tell when the pointer leaves
+    bool tracking_ = false;  ///< the system will report when the pointer leaves
 };
 
 }  // namespace kv::win32

@@ -1,6 +1,7 @@
-// What the user does to a knob's window.
+// Input in a knob's window.
 #include <windowsx.h>
 
+#include "win32/KeyState.h"
 #include "win32/KnobWindow.h"
 
 namespace kv::win32 {
@@ -40,12 +41,12 @@ Key keyOf(WPARAM code) {
 }
 
 turndial::Modifiers presentModifiers() {
-    return {GetKeyState(VK_CONTROL) < 0};
+    return {isDown(VK_CONTROL)};
 }
 
 }  // namespace
 
-/// Keeps the mouse exactly as long as the knob is held by it.
+/// Captures the mouse exactly as long as the user holds the knob with it.
 void KnobWindow::followHold(HWND window, const KnobBase& knob) {
     if (knob.holdsMouse() && GetCapture() != window)
         SetCapture(window);
@@ -53,8 +54,8 @@ void KnobWindow::followHold(HWND window, const KnobBase& knob) {
         ReleaseCapture();
 }
 
-/// The arrows always; Escape, and whatever else turning takes, while something is being turned. Tab and Enter stay the
-/// form's.
+/// Arrow keys always; Escape and other keys that turning uses while something is being turned. Tab and Enter are left
+/// to the form.
 LRESULT KnobWindow::dialogCode(LPARAM lParam) const {
     const auto* asked = reinterpret_cast<const MSG*>(lParam);
     const bool wanted = asked && (asked->message == WM_KEYDOWN || asked->message == WM_KEYUP)
@@ -92,10 +93,11 @@ bool KnobWindow::handleMouse(UINT message, LPARAM lParam) {
         case WM_LBUTTONDOWN: {
             const std::shared_ptr<bool> alive = alive_;
             SetFocus(window);
-            // A host may have taken the window away when the focus came.
+            // The host may have destroyed the window when the focus arrived.
             if (!*alive || !IsWindow(window))
                 return true;
-            // Before the knob tells anyone, so that the release is heard whatever the program does meanwhile.
+            // This must happen before the knob raises events, so that the release is handled whatever the program does
+            // in them.
             SetCapture(window);
             knob.mouseDown(x, y, modifiers);
             return true;
@@ -118,7 +120,7 @@ bool KnobWindow::handleMouse(UINT message, LPARAM lParam) {
 }
 
 bool KnobWindow::handleInput(UINT message, WPARAM wParam, LPARAM lParam) {
-    // From the first call into the knob on, this object may be gone: only these are used.
+    // After the first call into the knob this object may not exist any more, so only these variables are used.
     const HWND window = window_;
     KnobBase& knob = knob_;
     switch (message) {

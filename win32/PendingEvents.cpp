@@ -10,7 +10,7 @@ namespace kv::win32 {
 
 namespace {
 
-// More than any burst of input. Windows that never stop posting must not hold up a drawing forever.
+// More than any usual burst of input. Windows that never stop posting must not delay a drawing forever.
 constexpr int kMostMessages = 10000;
 /// PeekMessage's filter for messages without a window.
 const HWND kThreadOnly = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
@@ -25,7 +25,7 @@ std::optional<MSG> peek(UINT first, UINT last) {
     return PeekMessageW(&message, nullptr, first, last, PM_NOREMOVE) ? std::optional(message) : std::nullopt;
 }
 
-/// WM_PAINT and WM_TIMER are made when nothing else is queued.
+/// The system generates WM_PAINT and WM_TIMER when nothing else is queued.
 bool isMadeOnDemand(const MSG& message) {
     return message.message == WM_PAINT || message.message == WM_TIMER;
 }
@@ -36,8 +36,8 @@ bool comesBefore(const MSG& a, const MSG& b) {
     return static_cast<LONG>(a.time - b.time) < 0;
 }
 
-/// The next message that is no keyboard message. The two ranges around those of the keyboard are looked at only while a
-/// keyboard message is in the way: a filter changes the order in which the system hands out messages.
+/// The next message that is not a keyboard message. The ranges below and above the keyboard messages are used only
+/// while a keyboard message is next, because a filter changes the order in which the system returns messages.
 std::optional<MSG> nextMessage() {
     const std::optional<MSG> next = peek(0, 0);
     if (!next || !isKey(next->message))
@@ -46,16 +46,17 @@ std::optional<MSG> nextMessage() {
     const std::optional<MSG> above = peek(WM_KEYLAST + 1, kLastMessage);
     if (!below || !above)
         return below ? below : above;
-    // Times are coarse. What ends a window (WM_CLOSE) is below and comes after what was posted at the same time.
+    // Message times are coarse. What ends a window (WM_CLOSE) is in the lower range and must follow what was posted at
+    // the same time.
     return comesBefore(*below, *above) ? below : above;
 }
 
-/// Messages without a window, until the loop ends.
+/// Keeps messages without a window until the loop ends.
 class ThreadMessages {
   public:
     ThreadMessages() = default;
     ~ThreadMessages() {
-        // A message that the queue has no room for any more is lost, as it would be for its sender.
+        // If the queue is full, the message is lost, as it would be for its sender.
         for (const MSG& message : kept_)
             PostThreadMessageW(GetCurrentThreadId(), message.message, message.wParam, message.lParam);
     }
@@ -63,7 +64,7 @@ class ThreadMessages {
     ThreadMessages& operator=(const ThreadMessages&) = delete;
 
     void keep(const MSG& message) {
-        // A timer goes on while the loop runs: as in the queue, one message stands for all of its ticks.
+        // A timer keeps running while the loop runs. As in the queue, one message represents all of its ticks.
         const bool isKnownTimer = message.message == WM_TIMER && std::any_of(kept_.begin(), kept_.end(), [&](auto& m) {
                                       return m.message == WM_TIMER && m.wParam == message.wParam;
                                   });
@@ -88,11 +89,11 @@ void runPendingEvents() {
         if (!PeekMessageW(&message, window, next->message, next->message, PM_REMOVE))
             continue;
         if (message.message == WM_QUIT) {
-            // No filter holds it back. It ends the host's own loop.
+            // Filters do not hold this message back. It ends the host's own loop.
             PostQuitMessage(static_cast<int>(message.wParam));
             return;
         }
-        // A timer without a window may have a procedure of its own, which any loop calls.
+        // A timer without a window may have a procedure, which any message loop calls.
         if (message.hwnd || (message.message == WM_TIMER && message.lParam))
             DispatchMessageW(&message);
         else

@@ -1,4 +1,4 @@
-// The events that a drawing lets run, which the host asked for by a method call.
+// Processing of pending events while a drawing runs that the host requested by a method call.
 #pragma once
 
 namespace kv::win32 {

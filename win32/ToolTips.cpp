@@ -6,11 +6,11 @@ namespace kv::win32 {
 
 namespace {
 
-constexpr int kMostWidth = 400;  // pixels; beyond it a tip takes a second line
+constexpr int kMostWidth = 400;  // pixels; longer texts are broken into lines
 
 TTTOOLINFOW toolOf(HWND root, HWND window) {
     TTTOOLINFOW tool{};
-    // The size without the last member, which the oldest common controls do not know.
+    // The size without the last member, which the oldest common controls do not support.
     tool.cbSize = TTTOOLINFOW_V2_SIZE;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tool.hwnd = root;
@@ -45,6 +45,7 @@ void ToolTips::set(HWND root, HWND window, const std::wstring& text) {
     }
     if (!open(root))
         return;
+    // The system copies the text. The structure lacks a const because it is also used for reading texts.
     tool.lpszText = const_cast<wchar_t*>(text.c_str());
     if (known) {
         SendMessageW(tips_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));

@@ -15,11 +15,11 @@ class ToolTips {
     ToolTips(const ToolTips&) = delete;
     ToolTips& operator=(const ToolTips&) = delete;
 
-    /// The tip of a window from now on; an empty text takes it away. `root` owns the tips and is given at the first
-    /// call that has a text. Without tooltips in the system there are none.
+    /// Sets the tooltip of a window; an empty text removes it. `root` owns the tooltip window and is used at the first
+    /// call with a text. If the system has no tooltips, there are none.
     void set(HWND root, HWND window, const std::wstring& text);
 
-    /// Ends all tips; safe more than once.
+    /// Removes all tooltips. May be called more than once.
     void close() noexcept;
 
   private:

@@ -37,7 +37,7 @@ class WinPicture final : public formenv::PictureObject {
         OLE_HANDLE bitmap = 0;
         if (FAILED(object_.As(&picture)) || FAILED(picture->get_Handle(&bitmap)))
             throw RuntimeError(kInvalidPicture);
-        // The interface hands out 32 bits, all that is of meaning in a handle; the rest is the sign's.
+        // The interface returns the significant 32 bits of the handle, which are sign-extended.
         return static_cast<std::int32_t>(bitmap);
     }
     [[nodiscard]] bool offers(formenv::InterfaceName name) const override {
@@ -53,7 +53,7 @@ class WinPicture final : public formenv::PictureObject {
 
 }  // namespace
 
-/// Notes the system's error code when the call failed.
+/// Records the system's error code if the call failed.
 template <class Result>
 Result WinBitmaps::recorded(Result result) noexcept {
     record(result ? 0 : ::GetLastError());
@@ -65,7 +65,7 @@ Handle WinBitmaps::CreateCompatibleDC(Handle reference) {
 }
 
 Handle WinBitmaps::CreateCompatibleBitmap(Handle reference, std::int32_t width, std::int32_t height) {
-    // The system answers a size without pixels with a bitmap of one.
+    // For a size without pixels, the system would create a bitmap of one pixel.
     if (width < 1 || height < 1) {
         record(ERROR_INVALID_PARAMETER);
         return 0;
@@ -89,7 +89,7 @@ bool WinBitmaps::BitBlt(Handle to, std::int32_t x, std::int32_t y, std::int32_t 
 
 std::unique_ptr<formenv::PictureObject> WinBitmaps::OleCreatePictureIndirect(
     const formenv::PictureDescription& description, formenv::InterfaceName name, bool own) {
-    // 20 bytes in 32 bit. In 64 bit the handles are longer, and the system wants to hear that size.
+    // The size is 20 bytes in 32 bit. In 64 bit the handles are longer, and the system requires that size.
     static_assert(sizeof(void*) != 4 || sizeof(PICTDESC) == 20);
     PICTDESC picture{};
     picture.cbSizeofstruct = sizeof(void*) == 4 ? static_cast<UINT>(description.size) : sizeof(PICTDESC);

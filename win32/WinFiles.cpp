@@ -6,6 +6,7 @@
 #include <string>
 
 #include "util/RuntimeError.h"
+#include "win32/FileHandle.h"
 #include "win32/Gdi.h"
 #include "win32/WinSystem.h"
 
@@ -18,12 +19,12 @@ using util::error_number::kPathFileAccess;
 
 namespace {
 
-constexpr DWORD kClipboardPatience = 500;  // milliseconds, for another program that holds the clipboard
+constexpr DWORD kClipboardPatience = 500;  // milliseconds, while another program has the clipboard open
 constexpr DWORD kClipboardPause = 20;
 constexpr int kNameTries = 100;
 
-/// Lets time pass without leaving the windows of this thread deaf: whoever holds the clipboard may be waiting for an
-/// answer of theirs. Only what other threads have sent is handled; input and everything posted stays in the queue.
+/// Waits while this thread's windows still handle messages that other threads send: the program that has opened the
+/// clipboard may be waiting for their answers. Input and posted messages stay in the queue.
 void waitForClipboard() {
     const ULONGLONG end = GetTickCount64() + kClipboardPause;
     for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
@@ -33,12 +34,7 @@ void waitForClipboard() {
     }
 }
 
-struct HandleCloser {
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
-
-/// The clipboard for the time of a block. Another program may hold it for a moment.
+/// The clipboard, opened for the duration of a block. Waits a moment if another program has opened it.
 class OpenedClipboard {
   public:
     explicit OpenedClipboard(HWND owner) {
@@ -54,8 +50,7 @@ class OpenedClipboard {
     OpenedClipboard& operator=(const OpenedClipboard&) = delete;
 };
 
-/// A hidden window that owns what lies on the clipboard while it is placed there; without an owner the system would
-/// not take it.
+/// A hidden window that owns the clipboard while data is placed on it. Without an owner, the system rejects the data.
 class OwnerWindow {
   public:
     OwnerWindow() noexcept
@@ -75,8 +70,8 @@ bool writeAll(HANDLE file, const std::string& bytes) {
            written == bytes.size() && FlushFileBuffers(file);
 }
 
-/// A fresh file beside `path`. Its name is no longer than those that every folder has room for, so that it can be
-/// made wherever the file itself can.
+/// Creates a new file in the folder of `path`. Its name is short, so that it can be created wherever the file itself
+/// can.
 FileHandle createBeside(const std::wstring& path, std::wstring& name) {
     static std::atomic<unsigned> count{0};
     const std::wstring folder = path.substr(0, path.find_last_of(L"\\/:") + 1);
@@ -84,17 +79,17 @@ FileHandle createBeside(const std::wstring& path, std::wstring& name) {
         wchar_t file[] = L"kv000000.tmp";
         swprintf(file, std::size(file), L"kv%06x.tmp", (GetCurrentProcessId() * 0x9E3779B1U + ++count) & 0xFFFFFFU);
         name = folder + file;
-        const HANDLE made =
-            CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (made != INVALID_HANDLE_VALUE)
-            return FileHandle(made);
+        FileHandle created = openedFile(
+            CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (created)
+            return created;
         if (GetLastError() != ERROR_FILE_EXISTS)
             break;
     }
     throw RuntimeError(kPathFileAccess);
 }
 
-/// Neither a folder nor protected. Not every system refuses to put another file in the place of a protected one.
+/// True if the path is neither a folder nor a read-only file. Some systems replace read-only files without an error.
 bool mayBeReplaced(const std::wstring& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes == INVALID_FILE_ATTRIBUTES ||
@@ -110,7 +105,7 @@ std::wstring WinFiles::scratchFolder() {
 void WinFiles::writeFile(const std::wstring& path, const std::string& bytes) {
     if (path.empty() || !mayBeReplaced(path))
         throw RuntimeError(kPathFileAccess);
-    // Under another name first: whoever opens the file finds the old one or the whole new one.
+    // The data is written under another name first, so that programs find either the old file or the complete new one.
     std::wstring partial;
     FileHandle file = createBeside(path, partial);
     const bool written = writeAll(file.get(), bytes);
@@ -155,7 +150,7 @@ void WinFiles::clearClipboard() {
 }
 
 void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
-    // A bitmap of the screen's kind: one whose bits lie in this process could not be handed to another.
+    // The bitmap must be compatible with the screen. Bits in the memory of this process could not be passed to another.
     GdiObject<HBITMAP> bitmap(
         static_cast<HBITMAP>(LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE)));
     if (!bitmap)
@@ -165,7 +160,7 @@ void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
     EmptyClipboard();
     if (!SetClipboardData(CF_BITMAP, bitmap.get()))
         throw RuntimeError(kInvalidPicture);
-    static_cast<void>(bitmap.release());  // the clipboard's from now on
+    static_cast<void>(bitmap.release());  // the clipboard owns it now
 }
 
 }  // namespace kv::win32

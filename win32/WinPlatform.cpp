@@ -16,7 +16,7 @@ namespace {
 int screenDpi() {
     const ScreenDc screen;
     const int dpi = GetDeviceCaps(screen.get(), LOGPIXELSX);
-    return dpi > 0 ? dpi : 96;
+    return dpi > 0 ? dpi : USER_DEFAULT_SCREEN_DPI;
 }
 
 UINT iconFlag(formenv::MessageIcon icon) {
@@ -33,15 +33,15 @@ UINT iconFlag(formenv::MessageIcon icon) {
     return 0;
 }
 
-/// The program of a command line, without quotes.
+/// The program in a command line, without quotes.
 std::wstring programOf(const std::wstring& command) {
     if (command.starts_with(L'"'))
         return command.substr(1, command.find(L'"', 1) - 1);
     return command.substr(0, command.find(L' '));
 }
 
-/// The file to start for a program that is named without a folder; empty for one with a folder. The system would look
-/// in the host's folder and in the current one first, where another user may have put a program of that name.
+/// The file to start for a program that is named without a folder; empty for one with a folder. The system would first
+/// search the host's folder and the current one, where another user may have put a program of that name.
 std::wstring inSystemFolder(const std::wstring& program) {
     if (program.find_first_of(L"\\/:") != std::wstring::npos)
         return {};
@@ -55,12 +55,13 @@ HWND rootOf(HWND window) {
     return window ? GetAncestor(window, GA_ROOT) : nullptr;
 }
 
-/// The answer for a user who is not there.
+/// The answer if no user can see the box.
 formenv::MessageAnswer unasked(formenv::MessageButtons buttons) {
     return buttons == formenv::MessageButtons::Ok ? formenv::MessageAnswer::Ok : formenv::MessageAnswer::No;
 }
 
-/// While it lives the container keeps its modeless windows disabled. The same frame is told of both ends.
+/// While it exists, the container keeps its modeless windows disabled. The same frame is notified of the start and the
+/// end.
 class OpenBox {
   public:
     explicit OpenBox(BoxHost* host) {

@@ -18,12 +18,12 @@
 
 namespace kv::win32 {
 
-/// What a message box needs of the container that the control is in.
+/// What a message box needs from the container of the control.
 class BoxHost {
   public:
-    /// A user works with the container and can answer.
+    /// A user is working with the container and can answer.
     [[nodiscard]] virtual bool canShowBoxes() noexcept = 0;
-    /// The container's window, for a control without one of its own; null for none.
+    /// The container's window, for a control without its own; null for none.
     [[nodiscard]] virtual HWND boxOwner() noexcept = 0;
     /// The container's frame, which disables its modeless windows while a box is open; null for none.
     [[nodiscard]] virtual Microsoft::WRL::ComPtr<IOleInPlaceFrame> boxFrame() noexcept = 0;
@@ -36,9 +36,9 @@ class WinPlatform final : public formenv::Platform {
   public:
     WinPlatform();
 
-    /// Of the control's window; of the whole screen while there is none yet.
+    /// The resolution of the control's window; of the whole screen before there is a window.
     [[nodiscard]] int dpi() const noexcept override { return dpi_; }
-    /// Of the whole screen: what hosts convert by, whichever monitor the control is on.
+    /// The resolution of the whole screen, with which hosts convert on any monitor.
     [[nodiscard]] int hostDpi() const noexcept { return hostDpi_; }
     void setDpi(int dpi) noexcept {
         dpi_ = dpi;
@@ -50,12 +50,12 @@ class WinPlatform final : public formenv::Platform {
     [[nodiscard]] raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override;
     void pumpEvents() override;
     [[nodiscard]] bool hasUser() const noexcept override;
-    /// Where no user can see a box, none is shown and the answer is OK or No.
+    /// If no user can see a box, none is shown and the answer is OK or No.
     formenv::MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, formenv::MessageIcon icon,
                                       formenv::MessageButtons buttons) override;
     formenv::MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
                                             formenv::MessageIcon icon, formenv::MessageButtons buttons) override;
-    /// Belongs to the window that the owner stands in, and goes with it.
+    /// The window is owned by the top-level window of the owner and is destroyed with it.
     [[nodiscard]] std::unique_ptr<formenv::FormWindow> createFormWindow(formenv::Form& form) override;
     [[nodiscard]] formenv::FormBorder formBorder() const noexcept override;
     [[nodiscard]] std::intptr_t formOwner() const noexcept override;
@@ -64,17 +64,17 @@ class WinPlatform final : public formenv::Platform {
 
     /// The control's window, whose top-level window owns message boxes and forms; nullptr for none.
     void setOwner(HWND owner) noexcept { owner_ = owner; }
-    /// Null: boxes are shown in any case. Must live as long as the forms.
+    /// With null, boxes are always shown. Must exist as long as the forms.
     void setBoxHost(BoxHost* host) noexcept { boxHost_ = host; }
-    /// Enables or disables the windows of all forms, those that are made later included.
+    /// Enables or disables the windows of all forms, including those that are created later.
     void enableForms(bool enable) noexcept;
     void formMade(HWND window);
     void formGone(HWND window) noexcept;
-    /// Held through every message of a form: its handlers may make the host let go of the control. To be set before a
-    /// form is loaded; must live as long as the forms.
+    /// Kept alive during every message of a form, because a handler may make the host release the control. Must be set
+    /// before a form is loaded, and must exist as long as the forms.
     void setKeeper(IUnknown* keeper) noexcept { keeper_ = keeper; }
     [[nodiscard]] FontCache& fonts() noexcept { return fonts_; }
-    /// For limits to what `pumpEvents` handles.
+    /// For limiting what `pumpEvents` processes.
     [[nodiscard]] EventPump& pump() noexcept { return pump_; }
 
   private:

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "util/RuntimeError.h"
+#include "util/Utf8.h"
+#include "win32/FileHandle.h"
 
 namespace kv::win32 {
 
@@ -17,7 +19,7 @@ using util::error_number::kPathFileAccess;
 
 namespace {
 
-// No INI file has it as a value, so it tells a missing key from every other.
+// This is never a value in an INI file, so it distinguishes a missing key from all values.
 constexpr char kMissing[] = "\x01";
 constexpr DWORD kFirstLength = 1024;
 constexpr DWORD kMostLength = 65536;
@@ -26,11 +28,6 @@ struct KeyCloser {
     void operator()(HKEY key) const noexcept { RegCloseKey(key); }
 };
 using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
-
-struct HandleCloser {
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
 
 [[noreturn]] void throwRegistryError(LSTATUS status) {
     throw RuntimeError(kPathFileAccess, L"Registry error " + std::to_wstring(status));
@@ -71,14 +68,14 @@ std::optional<std::wstring> defaultValueIn(const std::wstring& path, REGSAM view
             return std::nullopt;
         if (status != ERROR_SUCCESS)
             throwRegistryError(status);
-        // The terminator is stored by most writers, not by all.
+        // Most writers store the terminating null character, but not all.
         std::wstring value(text.data(), bytes / sizeof(wchar_t));
         value.erase(std::min(value.find(L'\0'), value.size()));
         return type == REG_EXPAND_SZ ? expanded(value) : value;
     }
 }
 
-/// Nothing for a text with letters that the code page lacks.
+/// Nothing if the code page lacks a character of the text.
 std::optional<std::string> toAnsi(std::wstring_view text) {
     if (text.empty())
         return std::string();
@@ -106,28 +103,27 @@ std::optional<std::string> pathToAnsi(std::wstring_view path) {
     return toAnsi(std::wstring_view(shortened).substr(0, length));
 }
 
-/// Begins at a drive's root or with a server's name.
+/// True if the path begins with a drive's root or a server's name.
 bool isFullPath(std::wstring_view path) {
     const auto isSlash = [](wchar_t letter) { return letter == L'\\' || letter == L'/'; };
     return path.size() > 2 &&
            ((isSlash(path[0]) && isSlash(path[1])) || (path.size() > 3 && path[1] == L':' && isSlash(path[2])));
 }
 
-/// A file that is there and lets itself be written; one that it had to make goes again unless it is kept.
+/// Checks that a file is writable. If the file had to be created for this, it is deleted again unless it is kept.
 class WritableFile {
   public:
     explicit WritableFile(std::wstring path) : path_(std::move(path)) {
-        // Where files have owners and modes below the attribute, the superuser could open it all the same.
+        // On systems with owners and modes below this attribute, the superuser could open the file all the same.
         const DWORD attributes = GetFileAttributesW(path_.c_str());
         if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
             throw RuntimeError(kPathFileAccess);
-        const HANDLE opened = CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE,
-                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (opened == INVALID_HANDLE_VALUE)
+        const FileHandle opened = openedFile(CreateFileW(path_.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                                         nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!opened)
             throw RuntimeError(kPathFileAccess);
         fresh_ = GetLastError() != ERROR_ALREADY_EXISTS;
-        CloseHandle(opened);
     }
     ~WritableFile() {
         if (fresh_)
@@ -147,14 +143,6 @@ std::wstring fromAnsi(const std::string& text) {
     std::wstring result(text.size(), L'\0');
     result.resize(static_cast<std::size_t>(
         MultiByteToWideChar(CP_ACP, 0, text.data(), length, result.data(), static_cast<int>(result.size()))));
-    return result;
-}
-
-std::string toUtf8(const std::wstring& text) {
-    const auto length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string result(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, result.data(), size, nullptr, nullptr);
     return result;
 }
 
@@ -189,7 +177,7 @@ std::optional<std::wstring> WinIni::read(std::wstring_view key, std::wstring_vie
         std::string value(size, '\0');
         const DWORD length =
             GetPrivateProfileStringA(inSection->c_str(), name->c_str(), kMissing, value.data(), size, path->c_str());
-        // A value that fills the buffer may have been cut.
+        // A value that fills the buffer may be truncated.
         if (length + 1 >= size && size < kMostLength)
             continue;
         value.resize(length);
@@ -204,7 +192,7 @@ void WinIni::write(std::wstring_view key, std::wstring_view section, std::wstrin
     if (!isFullPath(file))
         throw RuntimeError(kPathFileAccess);
     WritableFile target{std::wstring(file)};
-    // Only a file that exists has the short name by which a path beyond the code page is reached.
+    // Only an existing file has a short name, with which a path outside the code page can be opened.
     const std::optional<std::string> path = pathToAnsi(file);
     const std::optional<std::string> inSection = toAnsi(section);
     const std::optional<std::string> name = toAnsi(key);
@@ -221,7 +209,7 @@ bool WinFileStore::folderExists(const std::wstring& path) {
 }
 
 void WinFileStore::createFolder(const std::wstring& path) {
-    // Another program may have been quicker.
+    // Another program may have created it in the meantime.
     if (!CreateDirectoryW(path.c_str(), nullptr) && !folderExists(path))
         throw RuntimeError(kPathFileAccess);
 }
@@ -241,13 +229,12 @@ std::wstring WinFileStore::userDataFolder() {
 }
 
 void WinFileStore::append(const std::wstring& path, const std::wstring& text) {
-    const HANDLE opened =
-        CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE)
+    const FileHandle file =
+        openedFile(CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                               nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file)
         throw RuntimeError(kPathFileAccess);
-    const FileHandle file(opened);
-    const std::string bytes = toUtf8(text);
+    const std::string bytes = util::toUtf8(text);
     DWORD written = 0;
     if (!WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) ||
         written != bytes.size())

@@ -15,21 +15,21 @@
 
 namespace kv::win32 {
 
-/// Looks into the 64-bit view of the registry and then into the 32-bit one, whatever the program itself is, so that
-/// every host finds the same entries.
+/// Reads the 64-bit view of the registry and then the 32-bit one in all programs, so that all hosts find the same
+/// entries.
 class WinRegistry final : public util::RegistrySource {
   public:
     [[nodiscard]] std::optional<std::wstring> defaultValue(const std::wstring& key) override;
 };
 
-/// The system's private-profile calls. They work in the ANSI code page: letters outside of it do not get through in
-/// keys and values, and a file under such a path is reached by its short name. A file name without a folder means a
-/// file in the Windows folder.
+/// The system's private-profile functions. They use the ANSI code page: other characters in keys and values are
+/// rejected, and a file with such a path is opened by its short name. A file name without a folder means a file in the
+/// Windows folder.
 class WinIni final : public util::IniSource {
   public:
     [[nodiscard]] std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
                                                    std::wstring_view file) override;
-    /// Names and values that the code page lacks throw, and a path that is not a full one.
+    /// Throws for names and values with characters that the code page lacks, and for a path that is not complete.
     void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
                std::wstring_view value) override;
 };
@@ -46,11 +46,11 @@ class WinFileStore final : public util::FileStore {
 
 /// The program of this process.
 [[nodiscard]] util::HostProgram hostProgram();
-/// major.minor.revision of a program file's fixed version; "0.0.0" when it has none.
+/// major.minor.revision of the fixed version of a program file; "0.0.0" if it has none.
 [[nodiscard]] std::wstring fileVersion(const std::wstring& path);
 [[nodiscard]] util::DateTime localTime();
 
-/// One each in the process.
+/// There is one of each in the process.
 [[nodiscard]] util::Configuration& configuration();
 [[nodiscard]] util::TechSupportLog& techSupportLog();
 

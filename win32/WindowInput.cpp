@@ -1,25 +1,25 @@
 // Mouse and keyboard in the windows of widgets.
 #include <windowsx.h>
 
-#include "raster/Twips.h"
+#include "win32/KeyState.h"
 #include "win32/WindowTree.h"
 
 namespace kv::win32 {
 
 using formenv::Widget;
-using formenv::WidgetKind;
 
 namespace {
 
-/// The mouse buttons that are down, added up as events number them.
+/// The mouse buttons that are down, as the sum of their numbers in events.
 int buttonsDown(WPARAM keys) {
     return ((keys & MK_LBUTTON) ? formenv::mouse_button::kLeft : 0) |
            ((keys & MK_RBUTTON) ? formenv::mouse_button::kRight : 0) |
            ((keys & MK_MBUTTON) ? formenv::mouse_button::kMiddle : 0);
 }
 
-int shiftState(WPARAM keys) {
-    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+/// The shift state of mouse events: 1 Shift, 2 Ctrl, 4 Alt, added up.
+int shiftStateOf(WPARAM keys) {
+    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
 }
 
 }  // namespace
@@ -29,13 +29,13 @@ void WindowTree::holdMouse(HWND window) {
     SetCapture(window);
 }
 
-void WindowTree::letMouseGo(HWND window) {
+void WindowTree::releaseMouse(HWND window) {
     holder_ = nullptr;
     if (GetCapture() == window)
         ReleaseCapture();
 }
 
-/// Not told when the button was let go, which ends the capture as well.
+/// The capture was lost. That also happens when the button is released, which is not reported here.
 void WindowTree::mouseLost(WidgetWindow& target, HWND newOwner) {
     if (holder_ != target.window() || newOwner == target.window())
         return;
@@ -46,9 +46,7 @@ void WindowTree::mouseLost(WidgetWindow& target, HWND newOwner) {
 
 bool WindowTree::handleKey(Widget& widget, WPARAM key) {
     const formenv::KeyHandler handler = widget.onKeyDown;
-    const int shift = (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
-                      (GetKeyState(VK_MENU) < 0 ? 4 : 0);
-    return handler && handler(static_cast<int>(key), shift);
+    return handler && handler(static_cast<int>(key), shiftState());
 }
 
 bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -57,15 +55,12 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
     Widget& widget = target.widget();
     const int px = GET_X_LPARAM(lParam);
     const int py = GET_Y_LPARAM(lParam);
-    const bool picture = widget.kind() == WidgetKind::PictureBox;
-    const auto* box = picture ? static_cast<const formenv::PictureBox*>(&widget) : nullptr;
-    const double x = box ? box->userX(px) : raster::pixelsToTwips(px, dpi());
-    const double y = box ? box->userY(py) : raster::pixelsToTwips(py, dpi());
-    const int shift = shiftState(wParam);
-    // Copies of the handlers: one of them may take the windows away.
+    const MousePosition at = target.kind().mousePosition(widget, {px, py}, dpi());
+    const int shift = shiftStateOf(wParam);
+    // The handlers are copied, because one of them may destroy the windows.
     const auto call = [&](const formenv::MouseHandler& handler, int button) {
         if (const formenv::MouseHandler copy = handler)
-            copy(button, shift, x, y);
+            copy(button, shift, at.x, at.y);
     };
     const HWND window = target.window();
     switch (message) {
@@ -80,13 +75,13 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
             return true;
         case WM_RBUTTONDOWN:
         case WM_RBUTTONDBLCLK:
-            // A second quick press is a press like the first one.
+            // The second press of a double-click is a press like the first one.
             call(widget.onMouseDown, formenv::mouse_button::kRight);
             return true;
         case WM_LBUTTONUP: {
-            // Of a press that began elsewhere only the end arrives here: that is no click.
+            // If the press began in another window, only its end arrives here. That is not a click.
             const bool pressedHere = holder_ == window;
-            letMouseGo(window);
+            releaseMouse(window);
             RECT client{};
             GetClientRect(window, &client);
             const formenv::Handler click =

@@ -5,76 +5,22 @@
 
 #include "raster/Twips.h"
 #include "win32/Held.h"
+#include "win32/WindowClasses.h"
 #include "win32/WindowDpi.h"
 
 namespace kv::win32 {
 
 using formenv::Widget;
-using formenv::WidgetKind;
 
 namespace {
 
-constexpr wchar_t kRootClass[] = L"kvBandscope";
-constexpr wchar_t kFormClass[] = L"kvForm";
-constexpr wchar_t kFrameClass[] = L"kvFrame";
-constexpr wchar_t kPictureClass[] = L"kvPictureBox";
 constexpr UINT kSync = WM_APP + 1;
 
-/// The module that this code stands in, whichever that is.
-HINSTANCE ownModule() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&kSync), &module);
-    return module;
-}
-
-struct WindowSort {
-    const wchar_t* className;
-    DWORD style;
-    DWORD exStyle;
-};
-
-/// Which window stands for a kind of widget; a null class for none.
-WindowSort sortOf(const Widget& widget) {
-    switch (widget.kind()) {
-        case WidgetKind::Frame:
-            return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
-        case WidgetKind::PictureBox:
-            // Hosts that only know dialog keys reach the picture inside another one by this.
-            return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U),
-                    widget.children().empty() ? 0U : static_cast<DWORD>(WS_EX_CONTROLPARENT)};
-        case WidgetKind::Label:
-            return {L"STATIC",
-                    SS_LEFTNOWORDWRAP | SS_NOPREFIX |
-                        (static_cast<const formenv::Label&>(widget).middle ? static_cast<DWORD>(SS_CENTERIMAGE) : 0U),
-                    0};
-        case WidgetKind::Button:
-            if (static_cast<const formenv::Button&>(widget).glyph != formenv::Glyph::None)
-                return {L"BUTTON", BS_OWNERDRAW | WS_TABSTOP, 0};
-            return {L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0};
-        case WidgetKind::CheckBox:
-            return {L"BUTTON", BS_AUTOCHECKBOX | WS_TABSTOP, 0};
-        case WidgetKind::ComboBox:
-            return {L"COMBOBOX", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0};
-        case WidgetKind::TextBox:
-            if (static_cast<const formenv::TextBox&>(widget).multiLine)
-                return {L"EDIT", ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL | WS_TABSTOP,
-                        WS_EX_CLIENTEDGE};
-            return {L"EDIT", ES_AUTOHSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE};
-        case WidgetKind::UserControl:
-        case WidgetKind::Form:
-        case WidgetKind::Custom:
-            break;
-    }
-    return {nullptr, 0, 0};
-}
-
-/// Pictures at another resolution have other pixels.
-void rescalePictures(Widget& parent) {
+/// Tells all widgets inside `parent` that the platform has another resolution.
+void rescaleChildren(Widget& parent) {
     for (Widget* child : parent.children()) {
-        if (child->kind() == WidgetKind::PictureBox)
-            static_cast<formenv::PictureBox*>(child)->rescaled();
-        rescalePictures(*child);
+        windowKind(*child).rescaled(*child);
+        rescaleChildren(*child);
     }
 }
 
@@ -86,33 +32,12 @@ RECT pixelRect(const Widget& widget, int dpi) noexcept {
             raster::twipsToPixels(widget.top() + widget.height(), dpi)};
 }
 
-bool WindowTree::registerClasses() noexcept {
-    WNDCLASSEXW info{};
-    info.cbSize = sizeof info;
-    info.lpfnWndProc = &WindowTree::windowProcedure;
-    info.hInstance = ownModule();
-    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    for (const wchar_t* name : {kRootClass, kFormClass, kFrameClass, kPictureClass}) {
-        info.lpszClassName = name;
-        info.style = CS_DBLCLKS;
-        if (!RegisterClassExW(&info) && GetLastError() != ERROR_CLASS_ALREADY_EXISTS)
-            return false;
-    }
-    return true;
-}
-
-void unregisterWindowClasses() noexcept {
-    for (const wchar_t* name : {kRootClass, kFormClass, kFrameClass, kPictureClass})
-        UnregisterClassW(name, ownModule());
-    KnobWindow::unregisterClasses();
-}
-
 WindowTree::WindowTree(Widget& root, WinPlatform& platform, Callbacks callbacks)
     : rootWidget_(root), platform_(platform), callbacks_(std::move(callbacks)) {}
 
 WindowTree::~WindowTree() {
     callbacks_ = {};
-    // They would hold the owner, which may be on its way out, through the messages of their end.
+    // During their last messages, the knobs would keep the owner alive, which may be in its own destructor.
     knobs_.clear();
     destroy();
 }
@@ -133,7 +58,7 @@ bool WindowTree::createTopLevel(HWND owner, DWORD style, DWORD exStyle, const RE
 }
 
 bool WindowTree::createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place) {
-    if (!registerClasses())
+    if (!registerWindowClasses(kTreeClasses, &WindowTree::windowProcedure, CS_DBLCLKS))
         return false;
     root_ = CreateWindowExW(exStyle, className, rootWidget_.caption().c_str(), style, place.left, place.top,
                             place.right - place.left, place.bottom - place.top, parent, nullptr, ownModule(), this);
@@ -148,19 +73,19 @@ bool WindowTree::createRoot(const wchar_t* className, DWORD style, DWORD exStyle
 
 void WindowTree::createChildren(Widget& parent, HWND window) {
     for (Widget* child : parent.children()) {
-        if (auto* knob = dynamic_cast<turndial::KnobBase*>(child)) {
-            if (std::unique_ptr<KnobWindow> made = KnobWindow::create(*knob, platform_, window, callbacks_.owner))
-                knobs_.push_back(std::move(made));
+        const WindowKind& kind = windowKind(*child);
+        if (std::unique_ptr<KnobWindow> knob = kind.createKnob(*child, platform_, window, callbacks_.owner)) {
+            knobs_.push_back(std::move(knob));
             continue;
         }
-        const WindowSort sort = sortOf(*child);
-        if (!sort.className)
+        const WindowClass windowClass = kind.windowClass(*child);
+        if (!windowClass.name)
             continue;
         const RECT place = pixelRect(*child, dpi());
         const DWORD visible = child->visible() ? WS_VISIBLE : 0U;
         const HWND made =
-            CreateWindowExW(sort.exStyle, sort.className, windowTextOf(*child).c_str(),
-                            WS_CHILD | WS_CLIPSIBLINGS | visible | sort.style, place.left, place.top,
+            CreateWindowExW(windowClass.exStyle, windowClass.name, kind.windowText(*child).c_str(),
+                            WS_CHILD | WS_CLIPSIBLINGS | visible | windowClass.style, place.left, place.top,
                             place.right - place.left, place.bottom - place.top, window, nullptr, ownModule(), this);
         if (!made)
             continue;
@@ -174,7 +99,7 @@ void WindowTree::setDpi(int newDpi) {
         ownDpi_ = newDpi;
     } else if (newDpi != platform_.dpi()) {
         platform_.setDpi(newDpi);
-        rescalePictures(rootWidget_);
+        rescaleChildren(rootWidget_);
     }
 }
 
@@ -215,6 +140,16 @@ void WindowTree::noteStale(WidgetWindow& window) {
     stale_.push_back(window.window());
 }
 
+void WindowTree::rootResized(raster::PixelSize size) {
+    if (callbacks_.resizedByControl)
+        callbacks_.resizedByControl(size);
+}
+
+void WindowTree::placeRoot() {
+    if (callbacks_.topLevel)
+        callbacks_.topLevel->placeRoot();
+}
+
 void WindowTree::syncStale() {
     const std::vector<HWND> stale = std::exchange(stale_, {});
     for (const HWND changed : stale) {
@@ -236,10 +171,20 @@ LRESULT CALLBACK WindowTree::windowProcedure(HWND window, UINT message, WPARAM w
     try {
         return tree->handle(window, message, wParam, lParam);
     } catch (...) {
-        // A window procedure is called by the system: nothing may leave it.
+        // The system calls the window procedure, so no exception may leave it.
         return DefWindowProcW(window, message, wParam, lParam);
     }
 }
+
+namespace {
+
+/// What the widget wants of the keys in a dialog. `key` is null if the dialog asks about all keys.
+LRESULT dialogCode(const Widget& widget, const MSG* key) {
+    const std::function<bool(int)> wants = widget.wantsKey;
+    return key && wants && wants(static_cast<int>(key->wParam)) ? DLGC_WANTMESSAGE : 0;
+}
+
+}  // namespace
 
 LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCDESTROY) {
@@ -286,11 +231,8 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_KILLFOCUS:
             showFocus(*target);
             return DefWindowProcW(window, message, wParam, lParam);
-        case WM_GETDLGCODE: {
-            const std::function<bool(int)> wants = target->widget().wantsKey;
-            const auto* key = reinterpret_cast<const MSG*>(lParam);
-            return key && wants && wants(static_cast<int>(key->wParam)) ? DLGC_WANTMESSAGE : 0;
-        }
+        case WM_GETDLGCODE:
+            return dialogCode(target->widget(), reinterpret_cast<const MSG*>(lParam));
         case WM_KEYDOWN:
             if (handleKey(target->widget(), wParam))
                 return 0;
@@ -306,26 +248,8 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 }
 
 LRESULT WindowTree::handleCommand(HWND child, UINT code) {
-    WidgetWindow* source = find(child);
-    if (!source)
-        return 0;
-    Widget& widget = source->widget();
-    if (widget.kind() == WidgetKind::TextBox) {
-        if (code == EN_CHANGE && !source->filling())
-            static_cast<formenv::TextBox&>(widget).typed(source->editedText());
-        return 0;
-    }
-    if (widget.kind() == WidgetKind::ComboBox) {
-        if (code != CBN_SELCHANGE)
-            return 0;
-        static_cast<formenv::ComboBox&>(widget).setListIndex(static_cast<int>(SendMessageW(child, CB_GETCURSEL, 0, 0)));
-    } else if (code != BN_CLICKED || (widget.kind() != WidgetKind::Button && widget.kind() != WidgetKind::CheckBox)) {
-        return 0;
-    } else if (widget.kind() == WidgetKind::CheckBox) {
-        static_cast<formenv::CheckBox&>(widget).setValue(SendMessageW(child, BM_GETCHECK, 0, 0) == BST_CHECKED ? 1 : 0);
-    }
-    if (const formenv::Handler handler = widget.onClick)
-        handler();
+    if (WidgetWindow* source = find(child))
+        source->kind().command(*source, code);
     return 0;
 }
 
@@ -333,7 +257,7 @@ LRESULT WindowTree::colorOf(HDC dc, HWND child) {
     const WidgetWindow* source = find(child);
     if (!source)
         return 0;
-    const Widget& widget = const_cast<WidgetWindow*>(source)->widget();
+    const Widget& widget = source->widget();
     SetTextColor(dc, platform_.resolve(widget.foreColor()));
     const raster::Rgb back = platform_.resolve(widget.backColor());
     SetBkColor(dc, back);

@@ -1,5 +1,5 @@
-// Real windows for the widgets of a control: one child window a widget, told of every change and passing on what the
-// user does.
+// Real windows for the widgets of a control or a form, one child window for each widget. They show every change of the
+// widgets and pass on the user's input.
 #pragma once
 
 #include <windows.h>
@@ -13,53 +13,15 @@
 #include <string>
 #include <vector>
 
-#include "formenv/PictureBox.h"
 #include "formenv/Widget.h"
-#include "win32/Accessible.h"
 #include "win32/KnobWindow.h"
 #include "win32/ToolTips.h"
+#include "win32/WidgetWindow.h"
 #include "win32/WinPlatform.h"
 
 namespace kv::win32 {
 
-class WindowTree;
-
-/// The window of one widget.
-class WidgetWindow final : public formenv::Peer {
-  public:
-    WidgetWindow(WindowTree& tree, formenv::Widget& widget, HWND window);
-    ~WidgetWindow() override;
-    WidgetWindow(const WidgetWindow&) = delete;
-    WidgetWindow& operator=(const WidgetWindow&) = delete;
-
-    void changed(formenv::Change what) override;
-    [[nodiscard]] formenv::Widget& widget() noexcept { return widget_; }
-    [[nodiscard]] const formenv::Widget& widget() const noexcept { return widget_; }
-    [[nodiscard]] HWND window() const noexcept { return window_; }
-    /// Brings caption and visibility up to date after a burst of changes.
-    void sync();
-    /// The tree has another resolution.
-    void rescale();
-    /// What the user's edit has left in a text box.
-    [[nodiscard]] std::wstring editedText() const;
-    /// The text of the box is being set from the program.
-    [[nodiscard]] bool filling() const noexcept { return filling_; }
-    [[nodiscard]] const Speech& speech() const noexcept { return speech_; }
-
-  private:
-    void place();
-    void showText();
-    void fillItems();
-
-    WindowTree& tree_;
-    formenv::Widget& widget_;
-    HWND window_;
-    Speech speech_;
-    bool stale_ = false;
-    bool filling_ = false;
-};
-
-/// Answers for a root that is a window of its own: where it stands, and what its messages mean.
+/// The owner of a tree whose root is a top-level window: it places the root and handles some of its messages.
 class TopLevelRoot {
   public:
     TopLevelRoot() = default;
@@ -67,9 +29,9 @@ class TopLevelRoot {
     TopLevelRoot& operator=(const TopLevelRoot&) = delete;
     virtual ~TopLevelRoot() = default;
 
-    /// First at every message of the root but its last; nothing leaves the message to the tree.
+    /// Called first for every message of the root except the last one. Nothing leaves the message to the tree.
     virtual std::optional<LRESULT> rootMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) = 0;
-    /// The root widget has another place.
+    /// The place of the root widget has changed.
     virtual void placeRoot() = 0;
 };
 
@@ -78,13 +40,13 @@ class WindowTree {
     struct Callbacks {
         /// The control changed its own size, in pixels.
         std::function<void(raster::PixelSize)> resizedByControl;
-        /// The root window is gone, whoever destroyed it.
+        /// The root window has been destroyed, by the tree or by another program.
         std::function<void()> destroyed;
-        /// Held through every message: an event may make the host let go of the control.
+        /// Kept alive during every message, because an event may make the host release the control. May be null.
         IUnknown* owner = nullptr;
-        /// Of a tree that is made by `createTopLevel`.
+        /// Of a tree that is created by `createTopLevel`; null for all others.
         TopLevelRoot* topLevel = nullptr;
-        /// What owns the tree, if it can go in the middle of a message: it is kept to the message's end.
+        /// The owner of the tree, if it can be released during a message. It is kept alive until the message ends.
         std::weak_ptr<void> keep;
     };
 
@@ -93,34 +55,42 @@ class WindowTree {
     WindowTree(const WindowTree&) = delete;
     WindowTree& operator=(const WindowTree&) = delete;
 
-    /// Makes the windows inside `parent` at `place` (pixels). False when the system refuses.
+    /// Creates the windows inside `parent` at `place` (pixels). False if the system cannot create the root window.
     [[nodiscard]] bool create(HWND parent, const RECT& place);
-    /// Makes the root a window of its own, of the class "kvForm", with the root widget's caption; not shown.
+    /// Creates the root as a hidden top-level window of the class "kvForm" with the root widget's caption.
     [[nodiscard]] bool createTopLevel(HWND owner, DWORD style, DWORD exStyle, const RECT& place);
-    /// Safe at any time and more than once.
+    /// May be called at any time and more than once.
     void destroy() noexcept;
     [[nodiscard]] HWND root() const noexcept { return root_; }
 
-    /// Font, place and picture of every widget at another resolution. The size of the root is left to its container.
+    /// Updates the fonts, places and pictures of all widgets for another resolution. The container sizes the root.
     void followDpi(int dpi);
-    /// Of these windows: a form may be on another monitor than the control.
+    /// The resolution of these windows: a form may be on another monitor than the control.
     [[nodiscard]] int dpi() const noexcept { return callbacks_.topLevel ? ownDpi_ : platform_.dpi(); }
 
-    /// Paints the whole control into a device context at `bounds`, windows or not.
+    /// Paints the whole control into a device context at `bounds`. The windows need not exist.
     void paint(HDC dc, const RECT& bounds);
 
     [[nodiscard]] WinPlatform& platform() noexcept { return platform_; }
     [[nodiscard]] WidgetWindow* find(HWND window) const noexcept;
 
+    // For the windows of the tree.
+    /// The window must be updated when pending events are processed.
+    void noteStale(WidgetWindow& window);
+    void showToolTip(const WidgetWindow& window) { toolTips_.set(root_, window.window(), window.widget().toolTip()); }
+    /// The root widget changed its own size, in pixels.
+    void rootResized(raster::PixelSize size);
+    /// The root widget is a form that has another place.
+    void placeRoot();
+
   private:
-    friend class WidgetWindow;
     static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT handle(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT handleCommand(HWND child, UINT code);
     LRESULT colorOf(HDC dc, HWND child);
     bool handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam);
     void holdMouse(HWND window);
-    void letMouseGo(HWND window);
+    void releaseMouse(HWND window);
     void mouseLost(WidgetWindow& target, HWND newOwner);
     static bool handleKey(formenv::Widget& widget, WPARAM key);
     void paintWindow(WidgetWindow& target);
@@ -132,34 +102,22 @@ class WindowTree {
     bool printWindow(WidgetWindow& target, UINT message, HDC dc, LPARAM what);
     bool createRoot(const wchar_t* className, DWORD style, DWORD exStyle, HWND parent, const RECT& place);
     void createChildren(formenv::Widget& parent, HWND window);
-    void noteStale(WidgetWindow& window);
     void syncStale();
     void rootDestroyed() noexcept;
     void setDpi(int dpi);
-    [[nodiscard]] static bool registerClasses() noexcept;
 
     formenv::Widget& rootWidget_;
     WinPlatform& platform_;
     Callbacks callbacks_;
     HWND root_ = nullptr;
-    int ownDpi_ = 0;  ///< of a window of its own
+    int ownDpi_ = 0;  ///< of a top-level root
     std::map<HWND, std::unique_ptr<WidgetWindow>> windows_;
     std::vector<std::unique_ptr<KnobWindow>> knobs_;
     std::vector<HWND> stale_;
-    HWND holder_ = nullptr;  ///< the window that a button went down in, until it is let go
+    HWND holder_ = nullptr;  ///< the window in which a mouse button was pressed, until it is released
     ToolTips toolTips_;
 };
 
-/// The text of the window that stands for a widget.
-[[nodiscard]] const std::wstring& windowTextOf(const formenv::Widget& widget);
-
 /// The pixels of a widget in its parent's client area, or of a form on the screen.
 [[nodiscard]] RECT pixelRect(const formenv::Widget& widget, int dpi) noexcept;
-
-/// Takes the window classes back when the module goes.
-void unregisterWindowClasses() noexcept;
-
-/// Background, border and caption of a frame, filling `bounds`.
-void paintFrame(HDC dc, const RECT& bounds, const formenv::Widget& frame, WinPlatform& platform);
-
 }  // namespace kv::win32

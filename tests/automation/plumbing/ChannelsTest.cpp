@@ -1,11 +1,10 @@
-// Channels of three origins: our own class, a host's class with _FreqSlot, a host's class with names only.
+// Channels of three kinds: the control's own class, a host's class with _FreqSlot, a host's class with names only.
 #include <gmock/gmock.h>
 
 #include "automation/ForeignFreqSlot.h"
 #include "automation/FreqSlotObject.h"
 #include "tests/automation/DictionarySlot.h"
 #include "tests/automation/Module.h"
-#include "tests/automation/plumbing/ProbeControl.h"
 #include "util/RuntimeError.h"
 
 namespace kv::test {
@@ -42,12 +41,13 @@ ULONG referencesOf(IUnknown* object) {
     return object->Release();
 }
 
-/// An object of the module's copy of the class: to the code in this program it is a stranger that offers _FreqSlot.
+/// An object of the module's copy of the class. To the copy of the code in this program, it is a foreign object with
+/// _FreqSlot.
 ComPtr<_FreqSlot> newEarlyBound() {
     return createInstance<_FreqSlot>(CLSID_FreqSlot);
 }
 
-TEST(OwnChannel, IsUsedAsItIs) {
+TEST(OwnChannel, IsUsedWithoutAWrapper) {
     const ComPtr<_FreqSlot> slot = newSlot();
     slot->put_dFreq(151.5);
     const FreqSlotRef channel = channelFromHost(slot.Get());
@@ -57,7 +57,7 @@ TEST(OwnChannel, IsUsedAsItIs) {
     EXPECT_EQ(referencesOf(slot.Get()), 2U);
 }
 
-TEST(OwnChannel, IsMadeForTheInside) {
+TEST(OwnChannel, IsCreatedForTheControlItself) {
     util::Ref<channels::FreqSlotBase> made = automation::makeFreqSlot();
     made->setDFreq(5.0);
     const ComPtr<_FreqSlot> slot = toHost(FreqSlotRef(made.get()));
@@ -68,11 +68,11 @@ TEST(OwnChannel, IsMadeForTheInside) {
     EXPECT_EQ(referencesOf(slot.Get()), 1U);
 }
 
-TEST(OwnChannel, IsSmall) {
+TEST(OwnChannel, IsSmallerThan320Bytes) {
     EXPECT_LT(sizeof(automation::FreqSlotObject), 320U);
 }
 
-TEST(NoChannel, IsNothing) {
+TEST(NoChannel, IsNullForHostsAndError91FromHosts) {
     _FreqSlot* slot = reinterpret_cast<_FreqSlot*>(&slot);
     EXPECT_EQ(channelToHost(nullptr, &slot), S_OK);
     EXPECT_EQ(slot, nullptr);
@@ -86,7 +86,7 @@ TEST(NoChannel, ObjectWithoutMembersIsError13) {
     EXPECT_EQ(errorOf([&] { static_cast<void>(channelFromHost(object.Get())); }).number(), 13);
 }
 
-TEST(EarlyBoundChannel, GoesThroughItsVtable) {
+TEST(EarlyBoundChannel, IsCalledThroughItsVtable) {
     const ComPtr<_FreqSlot> slot = newEarlyBound();
     ASSERT_TRUE(slot);
     {
@@ -193,7 +193,7 @@ TEST_F(LateBoundChannel, ReadsComponents) {
     EXPECT_EQ(errorOf([&] { channel->imComponent(0); }).number(), 9);
 }
 
-TEST_F(LateBoundChannel, AsksForANameOnce) {
+TEST_F(LateBoundChannel, AsksForTheIdOfANameOnce) {
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(channel->dFreq(), 0.0);
         channel->setDFreq(0.0);
@@ -201,7 +201,7 @@ TEST_F(LateBoundChannel, AsksForANameOnce) {
     EXPECT_EQ(object->nameQuestions, 1);
 }
 
-TEST_F(LateBoundChannel, ObjectsOfScriptEnginesAnswerThroughTheirExtendedInterface) {
+TEST_F(LateBoundChannel, ObjectsOfScriptEnginesAreCalledThroughIDispatchEx) {
     object->answersExtendedOnly = true;
     object->values[L"sKey"] = L"K1";
     EXPECT_EQ(channel->sKey(), L"K1");
@@ -228,7 +228,7 @@ TEST_F(LateBoundChannel, FailuresAreRunTimeErrors) {
     EXPECT_EQ(errorOf([&] { channel->setBDrawn(true); }).number(), 440);
 }
 
-TEST_F(LateBoundChannel, IsTheHostsObjectToHosts) {
+TEST_F(LateBoundChannel, HasTheIdentityOfTheHostsObject) {
     const ComPtr<_FreqSlot> slot = toHost(channel);
     EXPECT_TRUE(sameObject(slot.Get(), object.Get()));
     ComPtr<IDispatch> dispatch;
@@ -278,7 +278,7 @@ TEST_F(LateBoundChannel, OffersAllMembersThroughTheVtable) {
     EXPECT_EQ(takeErrorText(), L"Object doesn't support this property or method");
 }
 
-TEST_F(LateBoundChannel, HoldsItsObjectAndLetsGo) {
+TEST_F(LateBoundChannel, KeepsItsObjectUntilTheLastReferenceIsReleased) {
     int destroyed = 0;
     object->destroyed = &destroyed;
     object.Reset();
@@ -290,34 +290,41 @@ TEST_F(LateBoundChannel, HoldsItsObjectAndLetsGo) {
     EXPECT_EQ(destroyed, 1);
 }
 
-TEST(ChannelsByName, ForeignObjectsAreTakenAndGivenBack) {
-    ComPtr<ProbeControl> control = adopt(new ProbeControl);
-    IDispatch* const dispatch = static_cast<_kvBandscope*>(control.Get());
+_FreqSlot* convert(IUnknown* object) {
+    IDispatch* converted = nullptr;
+    EXPECT_EQ(automation::kChannelConverter.convert(object, &converted), S_OK);
+    return static_cast<_FreqSlot*>(converted);
+}
+
+TEST(ChannelsByName, ConversionServesParametersOfTheTypeFreqSlot) {
+    EXPECT_TRUE(*automation::kChannelConverter.parameterType == IID__FreqSlot);
+}
+
+TEST(ChannelsByName, ForeignObjectsAreWrappedAndKeepTheirIdentity) {
     const ComPtr<DictionarySlot> object = DictionarySlot::create();
     object->values[L"sKey"] = L"TX1";
-    Var variable(static_cast<IDispatch*>(object.Get()));
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {variable}).result.lVal, 0);
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {Var::variable(variable)}).result.lVal, 1);
-    IDispatch* raw = object.Get();
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {Var::typed(VT_BYREF | VT_DISPATCH, &raw)}).result.lVal, 2);
-    for (const Outcome& outcome : {call(dispatch, L"GetTXChnl", {1}), call(dispatch, L"GetTXbyKey", {L"TX1"})}) {
-        ASSERT_EQ(outcome.hr, S_OK);
-        ASSERT_EQ(outcome.result.vt, VT_DISPATCH);
-        EXPECT_EQ(outcome.result.pdispVal, raw);
-    }
-    EXPECT_EQ(get(dispatch, L"NumTX").result.lVal, 3);
-    variable = Var();
-    control.Reset();
+    ComPtr<_FreqSlot> slot = adopt(convert(object.Get()));
+    Text key;
+    EXPECT_EQ(slot->get_sKey(key.put()), S_OK);
+    EXPECT_EQ(key.str(), L"TX1");
+    EXPECT_TRUE(sameObject(slot.Get(), object.Get()));
+    slot.Reset();
     EXPECT_EQ(object->references(), 1U);
 }
 
-TEST(ChannelsByName, OwnObjectsComeBackAsTheyAre) {
-    const ComPtr<ProbeControl> control = adopt(new ProbeControl);
-    IDispatch* const dispatch = static_cast<_kvBandscope*>(control.Get());
+TEST(ChannelsByName, OwnObjectsAreReturnedUnchanged) {
     const ComPtr<_FreqSlot> slot = newSlot();
-    EXPECT_EQ(call(dispatch, L"AddTXChnl", {Var(static_cast<IDispatch*>(slot.Get()))}).hr, S_OK);
-    const Outcome outcome = call(dispatch, L"GetTXChnl", {0});
-    EXPECT_EQ(outcome.result.pdispVal, static_cast<IDispatch*>(slot.Get()));
+    const ComPtr<_FreqSlot> converted = adopt(convert(slot.Get()));
+    EXPECT_EQ(converted.Get(), slot.Get());
+    EXPECT_EQ(referencesOf(slot.Get()), 2U);
+}
+
+TEST(ChannelsByName, ObjectsWithoutTheMembersAreATypeMismatch) {
+    ComPtr<ITypeLib> object;
+    ASSERT_EQ(LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, object.GetAddressOf()), S_OK);
+    IDispatch* converted = nullptr;
+    EXPECT_EQ(automation::kChannelConverter.convert(object.Get(), &converted), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(converted, nullptr);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Connecting to the control's events, and the firing.
+// Connection points: connecting sinks and calling them, on an object that has nothing but events.
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -6,16 +6,48 @@
 
 #include <olectl.h>
 
+#include "com/ConnectionPoints.h"
+#include "com/Module.h"
 #include "tests/automation/Module.h"
-#include "tests/automation/plumbing/ProbeControl.h"
 
 namespace kv::test {
 namespace {
 
-/// Writes down the events it gets, and does what it is told to do meanwhile.
+/// {6C0F7A12-95D4-4B7E-8E1B-2F3A4C5D6E70}: the dispinterface of the events.
+constexpr GUID kEvents = {0x6C0F7A12, 0x95D4, 0x4B7E, {0x8E, 0x1B, 0x2F, 0x3A, 0x4C, 0x5D, 0x6E, 0x70}};
+
+class EventSource final : public com::ConnectionPointsImpl {
+  public:
+    EventSource() noexcept : ConnectionPointsImpl(kEvents) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        *object = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IConnectionPointContainer)
+            return E_NOINTERFACE;
+        *object = static_cast<IConnectionPointContainer*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0)
+            delete this;
+        return left;
+    }
+    [[nodiscard]] ULONG references() const noexcept { return references_; }
+
+  private:
+    ~EventSource() = default;
+
+    ULONG references_ = 1;
+    [[no_unique_address]] com::ModuleRef module_;
+};
+
+/// Records the events that it gets and runs `during` in each of them.
 class Sink final : public IDispatch {
   public:
-    explicit Sink(REFIID iid = DIID___kvBandscope) : iid_(iid) {}
+    explicit Sink(REFIID iid = kEvents) : iid_(iid) {}
     std::vector<std::string> events;
     std::function<void()> during = [] {};
     HRESULT answer = S_OK;
@@ -47,7 +79,7 @@ class Sink final : public IDispatch {
         events.push_back(event);
         during();
         if (answer == DISP_E_EXCEPTION)
-            exception->bstrDescription = SysAllocString(L"the sink's trouble");
+            exception->bstrDescription = SysAllocString(L"the sink failed");
         return answer;
     }
 
@@ -79,7 +111,7 @@ class PropertySink final : public IPropertyNotifySink {
 
 class ConnectionPointsTest : public testing::Test {
   protected:
-    ComPtr<ProbeControl> control;
+    ComPtr<EventSource> source;
     ComPtr<IConnectionPoint> events;
     Sink a;
     Sink b;
@@ -87,35 +119,35 @@ class ConnectionPointsTest : public testing::Test {
     DWORD cookieB = 0;
 
     void SetUp() override {
-        control = adopt(new ProbeControl);
-        ASSERT_EQ(control->FindConnectionPoint(DIID___kvBandscope, events.GetAddressOf()), S_OK);
+        source = adopt(new EventSource);
+        ASSERT_EQ(source->FindConnectionPoint(kEvents, events.GetAddressOf()), S_OK);
     }
     void connectBoth() {
         ASSERT_EQ(events->Advise(&a, &cookieA), S_OK);
         ASSERT_EQ(events->Advise(&b, &cookieB), S_OK);
     }
     void fireRange() {
-        const automation::Variant args[] = {automation::Variant(100.0), automation::Variant(200.0)};
-        control->fire(3, args);
+        const com::Variant args[] = {com::Variant(100.0), com::Variant(200.0)};
+        source->fire(3, args);
     }
 };
 
 TEST_F(ConnectionPointsTest, EverySinkGetsItsOwnArgumentsInOrder) {
     connectBoth();
-    control->fire(1);
+    source->fire(1);
     fireRange();
     EXPECT_THAT(a.events, testing::ElementsAre("1", "3 100 200"));
     EXPECT_THAT(b.events, testing::ElementsAre("1", "3 100 200"));
 }
 
-TEST_F(ConnectionPointsTest, DisconnectedSinksGetNothing) {
+TEST_F(ConnectionPointsTest, DisconnectedSinksGetNoEvents) {
     connectBoth();
     EXPECT_NE(cookieA, cookieB);
     EXPECT_EQ(events->Unadvise(cookieA), S_OK);
     EXPECT_EQ(a.references, 1U);
     EXPECT_EQ(events->Unadvise(cookieA), CONNECT_E_NOCONNECTION);
     EXPECT_EQ(events->Unadvise(0), CONNECT_E_NOCONNECTION);
-    control->fire(1);
+    source->fire(1);
     EXPECT_TRUE(a.events.empty());
     EXPECT_EQ(b.events.size(), 1U);
 }
@@ -123,13 +155,13 @@ TEST_F(ConnectionPointsTest, DisconnectedSinksGetNothing) {
 TEST_F(ConnectionPointsTest, AFailingSinkDoesNotStopTheOthers) {
     connectBoth();
     a.answer = DISP_E_EXCEPTION;
-    control->fire(1);
+    source->fire(1);
     a.during = [] { throw std::runtime_error("sink"); };
-    control->fire(1);
+    source->fire(1);
     EXPECT_EQ(b.events.size(), 2U);
 }
 
-TEST_F(ConnectionPointsTest, SinksMayComeAndGoDuringAnEvent) {
+TEST_F(ConnectionPointsTest, SinksMayConnectAndDisconnectDuringAnEvent) {
     Sink late;
     DWORD cookieLate = 0;
     connectBoth();
@@ -138,34 +170,34 @@ TEST_F(ConnectionPointsTest, SinksMayComeAndGoDuringAnEvent) {
         EXPECT_EQ(events->Unadvise(cookieB), S_OK);
         EXPECT_EQ(events->Advise(&late, &cookieLate), S_OK);
     };
-    control->fire(1);
+    source->fire(1);
     EXPECT_EQ(a.events.size(), 1U);
     EXPECT_TRUE(b.events.empty());
     EXPECT_TRUE(late.events.empty());
     a.during = [] {};
-    control->fire(1);
+    source->fire(1);
     EXPECT_EQ(a.events.size(), 1U);
     EXPECT_EQ(late.events.size(), 1U);
     EXPECT_EQ(events->Unadvise(cookieLate), S_OK);
     EXPECT_EQ(late.references, 1U);
 }
 
-TEST_F(ConnectionPointsTest, TheLastReferenceMayGoDuringAnEvent) {
+TEST_F(ConnectionPointsTest, TheLastReferenceMayBeReleasedDuringAnEvent) {
     connectBoth();
-    ProbeControl* const raw = control.Get();
+    EventSource* const raw = source.Get();
     events.Reset();
-    a.during = [&] { control.Reset(); };
+    a.during = [&] { source.Reset(); };
     raw->fire(1);
     EXPECT_EQ(b.events.size(), 1U);
     EXPECT_EQ(a.references, 1U);
     EXPECT_EQ(b.references, 1U);
 }
 
-TEST_F(ConnectionPointsTest, LateBoundSinksAreWelcomeAndOthersAreNot) {
+TEST_F(ConnectionPointsTest, SinksWithIDispatchAloneAreAcceptedAndOthersAreRejected) {
     Sink late(IID_IDispatch);
     DWORD cookie = 0;
     ASSERT_EQ(events->Advise(&late, &cookie), S_OK);
-    control->fire(2, std::vector<automation::Variant>{automation::Variant(short{900})});
+    source->fire(2, std::vector<com::Variant>{com::Variant(short{900})});
     EXPECT_THAT(late.events, testing::ElementsAre("2 900"));
     EXPECT_EQ(events->Unadvise(cookie), S_OK);
     PropertySink wrong;
@@ -177,42 +209,42 @@ TEST_F(ConnectionPointsTest, LateBoundSinksAreWelcomeAndOthersAreNot) {
     EXPECT_EQ(late.references, 1U);
 }
 
-TEST_F(ConnectionPointsTest, PropertySinks) {
+TEST_F(ConnectionPointsTest, PropertySinksAreNotifiedAndMayRefuseAChange) {
     ComPtr<IConnectionPoint> point;
-    ASSERT_EQ(control->FindConnectionPoint(IID_IPropertyNotifySink, point.GetAddressOf()), S_OK);
+    ASSERT_EQ(source->FindConnectionPoint(IID_IPropertyNotifySink, point.GetAddressOf()), S_OK);
     EXPECT_EQ(point->Advise(&a, &cookieA), CONNECT_E_CANNOTCONNECT);
-    EXPECT_TRUE(control->requestEdit(25));
+    EXPECT_TRUE(source->requestEdit(25));
     PropertySink first;
     PropertySink second;
     ASSERT_EQ(point->Advise(&first, &cookieA), S_OK);
     ASSERT_EQ(point->Advise(&second, &cookieB), S_OK);
-    control->notifyChanged(25);
+    source->notifyChanged(25);
     EXPECT_THAT(first.changed, testing::ElementsAre(25));
     EXPECT_THAT(second.changed, testing::ElementsAre(25));
-    EXPECT_TRUE(control->requestEdit(25));
+    EXPECT_TRUE(source->requestEdit(25));
     first.editAnswer = S_FALSE;
-    EXPECT_FALSE(control->requestEdit(25));
+    EXPECT_FALSE(source->requestEdit(25));
     EXPECT_EQ(point->Unadvise(cookieA), S_OK);
-    EXPECT_TRUE(control->requestEdit(25));
+    EXPECT_TRUE(source->requestEdit(25));
     EXPECT_EQ(point->Unadvise(cookieB), S_OK);
 }
 
-TEST_F(ConnectionPointsTest, ThePointKnowsItsPlace) {
+TEST_F(ConnectionPointsTest, APointReturnsItsInterfaceAndItsContainer) {
     IID iid{};
     EXPECT_EQ(events->GetConnectionInterface(&iid), S_OK);
-    EXPECT_TRUE(iid == DIID___kvBandscope);
+    EXPECT_TRUE(iid == kEvents);
     ComPtr<IConnectionPointContainer> container;
     EXPECT_EQ(events->GetConnectionPointContainer(container.GetAddressOf()), S_OK);
-    EXPECT_TRUE(sameObject(container.Get(), static_cast<_kvBandscope*>(control.Get())));
+    EXPECT_TRUE(sameObject(container.Get(), source.Get()));
     ComPtr<IConnectionPoint> none;
-    EXPECT_EQ(control->FindConnectionPoint(IID_IDispatch, none.GetAddressOf()), CONNECT_E_NOCONNECTION);
+    EXPECT_EQ(source->FindConnectionPoint(IID_IDispatch, none.GetAddressOf()), CONNECT_E_NOCONNECTION);
     EXPECT_EQ(none.Get(), nullptr);
     EXPECT_FALSE(sameObject(events.Get(), container.Get()));
 }
 
-TEST_F(ConnectionPointsTest, EnumeratesPoints) {
+TEST_F(ConnectionPointsTest, EnumeratesItsPoints) {
     ComPtr<IEnumConnectionPoints> points;
-    ASSERT_EQ(control->EnumConnectionPoints(points.GetAddressOf()), S_OK);
+    ASSERT_EQ(source->EnumConnectionPoints(points.GetAddressOf()), S_OK);
     IConnectionPoint* found[3] = {};
     ULONG fetched = 0;
     EXPECT_EQ(points->Next(3, found, &fetched), S_FALSE);
@@ -225,10 +257,10 @@ TEST_F(ConnectionPointsTest, EnumeratesPoints) {
     found[1]->Release();
     points.Reset();
     events.Reset();
-    EXPECT_EQ(control->references(), 1U);
+    EXPECT_EQ(source->references(), 1U);
 }
 
-TEST_F(ConnectionPointsTest, EnumeratesConnections) {
+TEST_F(ConnectionPointsTest, EnumeratesTheConnectionsAtTheTimeOfTheCall) {
     connectBoth();
     ComPtr<IEnumConnections> connections;
     ComPtr<IEnumConnections> copy;

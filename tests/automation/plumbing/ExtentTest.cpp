@@ -1,4 +1,4 @@
-// Pixels and the units of containers, at the resolutions of usual screens.
+// Conversion between pixels and the units of containers, at the usual screen resolutions.
 #include "automation/Extent.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 namespace kv::automation {
 namespace {
 
-/// As the ActiveX host of WinForms converts: with the half of the divisor, in whole numbers.
+/// As the ActiveX host of WinForms converts: integer arithmetic, rounded by adding half of the divisor.
 LONG asContainersDo(LONG pixels, int dpi) {
     return (2540 * pixels + (dpi >> 1)) / dpi;
 }
@@ -16,7 +16,7 @@ LONG backAsContainersDo(LONG himetric, int dpi) {
 
 class ExtentAtDpi : public testing::TestWithParam<int> {};
 
-TEST_P(ExtentAtDpi, ConversionIsThatOfContainersAndComesBack) {
+TEST_P(ExtentAtDpi, ConvertsLikeContainersAndBackToTheSamePixels) {
     const int dpi = GetParam();
     for (LONG pixels = 0; pixels <= 2000; ++pixels) {
         const LONG himetric = pixelsToHimetric(pixels, dpi);
@@ -26,14 +26,14 @@ TEST_P(ExtentAtDpi, ConversionIsThatOfContainersAndComesBack) {
     }
 }
 
-TEST_P(ExtentAtDpi, AnExtentStaysAsItWasSetWhileItIsThatOfTheWindow) {
+TEST_P(ExtentAtDpi, AnExtentIsKeptWhileItRoundsToTheSizeOfTheWindow) {
     const int dpi = GetParam();
     for (LONG pixels = 1; pixels <= 2000; ++pixels) {
-        // A container that cuts off has another number for the same window.
+        // A container that truncates computes another number for the same window.
         for (const LONG set : {asContainersDo(pixels, dpi), 2540 * pixels / dpi}) {
             const SIZEL kept = extentOf({pixels, pixels}, dpi, {set, 0});
             ASSERT_EQ(kept.cx, set) << pixels;
-            ASSERT_EQ(kept.cy, asContainersDo(pixels, dpi)) << "that of another window does not";
+            ASSERT_EQ(kept.cy, asContainersDo(pixels, dpi)) << "the extent of another window is not kept";
         }
         ASSERT_EQ(extentOf({pixels, 1}, dpi, {asContainersDo(pixels + 1, dpi), 0}).cx, asContainersDo(pixels, dpi));
         ASSERT_EQ(extentOf({pixels, 1}, dpi, {asContainersDo(pixels - 1, dpi), 0}).cx, asContainersDo(pixels, dpi));

@@ -1,19 +1,19 @@
-// These tests hold the automation code itself; its type library comes from the module beside them.
+// These tests link the COM plumbing and the channels of hosts. This program takes the place of the module, so its own
+// type library is the one that calls by name use.
 #include <windows.h>
 
 #include <gmock/gmock.h>
 #include <ole2.h>
 
-#include "automation/Module.h"
-#include "automation/TypeLib.h"
-#include "tests/automation/Module.h"
+#include "com/Module.h"
+#include "com/TypeLib.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     const HRESULT started = OleInitialize(nullptr);
-    kv::automation::Module::setInstance(kv::test::module());
+    kv::com::Module::setInstance(GetModuleHandleW(nullptr));
     const int result = RUN_ALL_TESTS();
-    kv::automation::forgetTypeInfo();
+    kv::com::forgetTypeInfo();
     if (SUCCEEDED(started))
         OleUninitialize();
     return SUCCEEDED(started) ? result : 3;

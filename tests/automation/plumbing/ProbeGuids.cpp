@@ -1,0 +1,6 @@
+// Defines the identifiers of the probe.
+#include <windows.h>
+
+#include <initguid.h>
+
+#include "Probe.h"
