@@ -1,0 +1,44 @@
+// The one way in which a procedure traps its run-time errors: its body runs inside `reported` or `noted`.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "util/ErrHand.h"
+#include "util/RuntimeError.h"
+
+namespace kv::util {
+
+/// The number of the step that a procedure is at, for the record of an error.
+using Step = std::int16_t;
+
+/// Runs `body(step)`, where `step` starts at `first`; an error in it goes to the error reporter, which shows a message.
+/// False after an error.
+template <class Body>
+bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, const std::wstring& detail = {},
+              Step first = 100) {
+    Step step = first;
+    try {
+        std::forward<Body>(body)(step);
+        return true;
+    } catch (...) {
+        errors.ErrHand(step, procedure, detail, currentError());
+        return false;
+    }
+}
+
+/// The same without a message to the user.
+template <class Body>
+bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Step first = 100) {
+    Step step = first;
+    try {
+        std::forward<Body>(body)(step);
+        return true;
+    } catch (...) {
+        errors.ErrNote(step, procedure, L"", currentError());
+        return false;
+    }
+}
+
+}  // namespace kv::util
