@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -104,9 +103,6 @@ class frmTextEditor {
     void Form_Unload();
     void setLeastSize();
     void leave(const wchar_t* procedure);
-
-    /// Runs `body`; an error in it goes to the error reporter with the procedure's name and step flag.
-    bool reported(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body);
 
     /// The design's distances, twips.
     struct Margins {
