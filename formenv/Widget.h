@@ -187,7 +187,7 @@ class Widget {
     raster::OleColor foreColor_ = raster::system_color::kButtonText;
     raster::Font font_;
     mutable Handler later_;
-    Peer* peer_ = nullptr;
+    mutable Peer* peer_ = nullptr;  ///< none while a caption is described
     Looks looks_;
 };
 
