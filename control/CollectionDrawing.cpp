@@ -13,9 +13,6 @@ using formenv::PictureBox;
 
 namespace {
 
-constexpr int kCopyPen = 13;
-constexpr int kNotXorPen = 10;
-
 std::wstring number(std::int32_t value) {
     return std::to_wstring(value);
 }
@@ -80,7 +77,7 @@ void Bandscope::DrawChnl(channels::FreqSlot& channel) {
     picture.setFillStyle(record.iFillStyle);
     if (!record.bVisible && !record.bDrawn)
         return;
-    picture.setDrawMode(record.bVisible ? kCopyPen : kNotXorPen);
+    picture.setDrawMode(record.bVisible ? raster::DrawMode::CopyPen : raster::DrawMode::NotXorPen);
     const double minFreq = DisplayMinFreq();
     const double maxFreq = DisplayMaxFreq();
     if (record.dFreqLo > maxFreq || record.dFreqHi < minFreq)

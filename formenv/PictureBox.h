@@ -36,8 +36,7 @@ class PictureBox : public Widget {
     [[nodiscard]] int fillStyle() const noexcept { return static_cast<int>(drawing_.fillStyle); }
     void setFillColor(raster::OleColor color) noexcept { drawing_.fillColor = color; }
     [[nodiscard]] raster::OleColor fillColor() const noexcept { return drawing_.fillColor; }
-    /// Throws RuntimeError 380 for another value than 6, 10 and 13.
-    void setDrawMode(int mode);
+    void setDrawMode(raster::DrawMode mode) noexcept { drawing_.drawMode = mode; }
     [[nodiscard]] int drawMode() const noexcept { return static_cast<int>(drawing_.drawMode); }
     /// Pixels; throws RuntimeError 380 below 1.
     void setDrawWidth(int width);
@@ -111,6 +110,8 @@ class PictureBox : public Widget {
         int drawWidth = 1;
     };
 
+    /// Of the kept picture: at least one pixel each way.
+    [[nodiscard]] raster::PixelSize keptSize() const noexcept;
     [[nodiscard]] raster::Canvas& target();
     void touched();
     void changed();

@@ -80,8 +80,6 @@ TEST_F(PictureBoxTest, ScalesThatAreNoneAreErrorsAndChangeNothing) {
 TEST_F(PictureBoxTest, DrawingPropertiesOutOfRangeAreErrorsAndChangeNothing) {
     for (const int style : {-1, 8})
         EXPECT_EQ(errorOf([&] { box.setFillStyle(style); }), 380);
-    for (const int mode : {0, 1, 5, 7, 11, 14, 16})
-        EXPECT_EQ(errorOf([&] { box.setDrawMode(mode); }), 380);
     for (const int width : {0, -3})
         EXPECT_EQ(errorOf([&] { box.setDrawWidth(width); }), 380);
     for (const double points : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()})
@@ -132,13 +130,13 @@ TEST_F(PictureBoxTest, StrokesReachTheCanvasWithTheirProperties) {
     setScale({0.0, 0.0, 100.0, 50.0});
     box.divert(&canvas);
     box.setDrawWidth(3);
-    box.setDrawMode(10);
+    box.setDrawMode(raster::DrawMode::NotXorPen);
     box.line(1.0, 2.0, 30.0, 40.0, 0x0000FF);
     EXPECT_EQ(box.currentX, 30.0);
     EXPECT_EQ(box.currentY, 40.0);
     box.setFillStyle(5);
     box.setFillColor(0x00FF00);
-    box.setDrawMode(13);
+    box.setDrawMode(raster::DrawMode::CopyPen);
     box.setDrawWidth(1);
     box.box(30.0, 40.0, 10.0, 20.0, 0xFF0000);
     box.filledBox(10.0, 20.0, 10.0, 20.0, 0xFF00FF);
@@ -204,7 +202,7 @@ TEST_F(PictureBoxTest, NotXorTwiceRestoresThePicture) {
         return std::vector<std::uint32_t>(buffer.pixels, buffer.pixels + buffer.width * buffer.height);
     };
     const std::vector<std::uint32_t> before = pixels();
-    box.setDrawMode(10);
+    box.setDrawMode(raster::DrawMode::NotXorPen);
     box.setFillStyle(5);
     box.setFillColor(0x0000FF);
     for (const double right : {50.0, 41.0, 40.0}) {
@@ -262,13 +260,13 @@ TEST_F(PictureBoxTest, AWindowThatComesLaterHearsOfTheNextStroke) {
 TEST_F(PictureBoxTest, KeepDrawingPutsEverythingBackAlsoAfterAnError) {
     box.setFillStyle(3);
     box.setFillColor(0x123456);
-    box.setDrawMode(6);
+    box.setDrawMode(raster::DrawMode::Invert);
     box.setDrawWidth(2);
     EXPECT_EQ(errorOf([&] {
                   const KeepDrawing keep(box);
                   box.setFillStyle(0);
                   box.setFillColor(0);
-                  box.setDrawMode(13);
+                  box.setDrawMode(raster::DrawMode::CopyPen);
                   box.setDrawWidth(9);
                   throw util::RuntimeError(6);
               }),
