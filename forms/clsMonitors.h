@@ -11,12 +11,7 @@
 
 namespace kv::forms {
 
-/// What the system answers about a point or a window that is on no monitor: none, the primary one, the nearest one.
-namespace monitor_flag {
-inline constexpr std::uint32_t kNone = 0;
-inline constexpr std::uint32_t kPrimary = 1;
-inline constexpr std::uint32_t kNearest = 2;
-}  // namespace monitor_flag
+namespace monitor_flag = formenv::monitor_flag;
 
 /// No member raises an error: the system's failures count as "no such monitor" or as the value of a single screen.
 class clsMonitors {

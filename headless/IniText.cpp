@@ -39,7 +39,8 @@ IniText::IniText(std::wstring_view text) {
             continue;
         std::wstring key = nameOf(line.substr(0, equals));
         if (!key.empty())
-            values_.try_emplace({*section, std::move(key)}, util::withoutQuotes(util::trimBlanks(line.substr(equals + 1))));
+            values_.try_emplace({*section, std::move(key)},
+                                util::withoutQuotes(util::trimBlanks(line.substr(equals + 1))));
     }
 }
 

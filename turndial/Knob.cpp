@@ -15,7 +15,6 @@ namespace {
 // Pixels at 96 dpi to push for a whole range, and from stop to stop.
 constexpr double kTravel = 200.0;
 constexpr double kStopTravel = 16.0;
-constexpr double kFine = 0.1;
 // Where stops stand in a 1-2-5 row, three are a decade.
 constexpr int kPageStops = 3;
 constexpr int kPageDetents = 5;

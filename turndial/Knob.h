@@ -65,6 +65,9 @@ class KnobBase : public formenv::Widget, public KnobControl {
     void paint(const raster::PixelBuffer& buffer, raster::TextPainter& text, int dpi, const KnobPalette& palette) final;
 
   protected:
+    /// What a movement of the hand turns by while Control is held, as a part of what it turns by otherwise.
+    static constexpr double kFine = 0.1;
+
     /// Remembers what a turn may have to go back to.
     virtual void turnBegins() = 0;
     /// The mouse button went down, or its pointer moved on without one being held.
@@ -106,7 +109,7 @@ class KnobBase : public formenv::Widget, public KnobControl {
     raster::SmoothPoint last_;
     bool focus_ = false;
     bool hover_ = false;
-    int dpi_ = 96;
+    int dpi_ = kUsualDpi;
 };
 
 /// A turning knob with a range and a step or, when stops were added, a scale of stops.

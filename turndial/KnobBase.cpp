@@ -133,7 +133,7 @@ void KnobBase::mouseMove(int x, int y, Modifiers modifiers) {
         endTurn();
         return;
     }
-    const double unit = dpi_ / 96.0;
+    const double unit = pixelUnit(dpi_);
     if (!moved_) {
         moved_ = std::hypot(at.x - last_.x, at.y - last_.y) > kStray * unit;
         if (moved_)

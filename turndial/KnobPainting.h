@@ -12,18 +12,26 @@
 
 namespace kv::turndial {
 
+/// The resolution that sizes in pixels are given for.
+inline constexpr int kUsualDpi = 96;
+
+/// Pixels that take the place of one at the usual resolution.
+[[nodiscard]] inline double pixelUnit(int dpi) noexcept {
+    return static_cast<double>(dpi) / kUsualDpi;
+}
+
 /// All that a part of a knob is painted with.
 struct KnobPicture {
     KnobPicture(const raster::PixelBuffer& buffer, raster::TextPainter& textPainter, int dpi, const KnobInk& colors,
                 const KnobLook& present, const raster::Font& captionFont)
-        : shapes(buffer), text(textPainter), unit(dpi / 96.0), ink(colors), look(present), font(captionFont) {
+        : shapes(buffer), text(textPainter), unit(pixelUnit(dpi)), ink(colors), look(present), font(captionFont) {
         labelFont = captionFont;
         labelFont.points *= 0.9;
     }
 
     raster::SmoothPainter shapes;
     raster::TextPainter& text;
-    double unit;  ///< pixels that stand for one at 96 dots an inch
+    double unit;  ///< see pixelUnit
     KnobInk ink;
     KnobLook look;
     raster::Font font;

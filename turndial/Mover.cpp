@@ -13,7 +13,6 @@ namespace {
 
 // Pixels at 96 dpi to push for a detent.
 constexpr double kDetentTravel = 12.0;
-constexpr double kFine = 0.1;
 // A bound for one movement: what a hand cannot mean must not keep the program busy.
 constexpr int kMostDetents = 100;
 
