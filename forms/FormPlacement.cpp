@@ -124,17 +124,16 @@ class Screens {
 
     [[nodiscard]] std::optional<Place> areaOf(std::intptr_t monitor) {
         const std::optional<formenv::MonitorInfo> info = monitorInfo(desktop_, monitor);
-        const Place area = info ? inTwips(info->work, scale_) : Place{};
-        return area.width > 0.0 && area.height > 0.0 ? std::optional(area) : std::nullopt;
+        if (!info || info->work.left >= info->work.right || info->work.top >= info->work.bottom)
+            return std::nullopt;
+        return inTwips(info->work, scale_);
     }
 
     [[nodiscard]] Place nearestTo(const Place& place) {
         const auto pixels = [](double twips, double scale) { return raster::toNearestPixel(twips / scale); };
-        formenv::ScreenRect title{pixels(place.left, scale_.x), pixels(place.top, scale_.y),
-                                  pixels(place.left + place.width, scale_.x),
-                                  pixels(place.top + kTitleHeight, scale_.y)};
-        title.right = std::max(title.right, title.left + 1);
-        title.bottom = std::max(title.bottom, title.top + 1);
+        const formenv::ScreenRect title{pixels(place.left, scale_.x), pixels(place.top, scale_.y),
+                                        pixels(place.left + place.width, scale_.x),
+                                        pixels(place.top + kTitleHeight, scale_.y)};
         std::optional<Place> area;
         try {
             area = areaOf(desktop_.monitorFromRect(title, monitor_flag::kNearest));

@@ -64,14 +64,9 @@ frmTextEditor::frmTextEditor(formenv::Platform& platform, formenv::FileServices&
 }
 
 frmTextEditor::~frmTextEditor() {
-    alive_.reset();
-    form_.onResize = nullptr;
-    form_.onUnload = nullptr;
-    form_.onQueryUnload = nullptr;
-    form_.onKeyDown = nullptr;
     if (bShown_)
         savePlacement();
-    // The window before the controls that it shows.
+    // The window is destroyed before the controls that it shows.
     form_.dropWindow();
 }
 

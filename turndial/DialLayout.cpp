@@ -62,7 +62,7 @@ Extent extentOf(double radius, const std::vector<Measured>& labels, double unit)
 
 double largestRadius(const SmoothBox& area, const std::vector<Measured>& labels, double unit) {
     double fits = 0.0;
-    double high = std::max(area.width(), area.height());
+    double high = std::max({area.width(), area.height(), 0.0});
     for (int i = 0; i < 16; ++i) {
         const double radius = (fits + high) / 2.0;
         const Extent extent = extentOf(radius, labels, unit);
@@ -141,8 +141,6 @@ std::vector<Measured> labelsOf(const KnobScale& scale, const TextMeasure& measur
 
 DialLayout layOutDial(const SmoothBox& area, const KnobScale& scale, double unit, const TextMeasure& measure) {
     DialLayout bare = place(area, {}, unit);
-    if (!(bare.radius > 0.0))
-        return {};
     const std::vector<Measured> labels = labelsOf(scale, measure);
     const double least = std::max(kSmallest * unit, bare.radius * kLeastPart);
     // A range without one of its ends says nothing.
