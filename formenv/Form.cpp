@@ -40,7 +40,7 @@ void Form::hide() {
 bool Form::unload() {
     if (!window_)
         return true;
-    // The question lets events run: the close button may come in a second time.
+    // The question lets events run: the user may click the close button again.
     if (unloading_)
         return false;
     const std::weak_ptr<bool> alive = alive_;
@@ -51,7 +51,7 @@ bool Form::unload() {
     });
     if (const std::function<bool()> query = onQueryUnload; query && !query())
         return false;
-    // The window may have been lost, and the form gone, while the user thought about it.
+    // The window and the form may have been destroyed while the question was open.
     if (!alive.expired() && window_)
         goneByNow();
     return true;
@@ -67,7 +67,7 @@ void Form::goneByNow() {
 
 void Form::dropWindow() noexcept {
     setVisible(false);
-    // Its end may bring messages: they find the form without a window.
+    // Its destruction may cause messages: for them the form has no window.
     const std::unique_ptr<FormWindow> window = std::move(window_);
 }
 

@@ -44,7 +44,7 @@ PictureBox::PictureBox(Platform& platform, Widget* parent, std::wstring name)
 PictureBox::~PictureBox() = default;
 
 raster::PixelSize PictureBox::pixelSize() const noexcept {
-    // The edges are rounded, not the size, so that neighbours meet without a gap at any resolution.
+    // The edges are rounded, not the size, so that neighbors meet without a gap at any resolution.
     const int dpi = platform_.dpi();
     return {raster::twipsToPixels(left() + width(), dpi) - raster::twipsToPixels(left(), dpi),
             raster::twipsToPixels(top() + height(), dpi) - raster::twipsToPixels(top(), dpi)};

@@ -85,7 +85,7 @@ void Widget::describeLater(Handler describe) {
     tellPeer(Change::Visible);
 }
 
-// What is described counts as there all along, because the window was told when the description was put off.
+// The window is not told: it was told when the description was deferred.
 void Widget::describe() const {
     const Handler waiting = std::exchange(later_, nullptr);
     const util::AtExit restore([this, peer = std::exchange(peer_, nullptr)] { peer_ = peer; });
@@ -147,7 +147,7 @@ void TextBox::setText(std::wstring text) {
         return;
     text_ = std::move(text);
     tellPeer(Change::Text);
-    // A copy: the handler may take the box away.
+    // A copy, because the handler may destroy the box.
     if (const Handler handler = onChange)
         handler();
 }

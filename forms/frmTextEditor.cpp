@@ -150,7 +150,7 @@ void frmTextEditor::InitForm(const std::wstring& sMode, const std::wstring& sSav
     });
 }
 
-/// All that is shown of the row stays in sight.
+/// The visible controls of the row always fit.
 void frmTextEditor::setLeastSize() {
     double right = 0.0;
     for (const formenv::Widget* child : form_.children()) {
@@ -210,7 +210,7 @@ void frmTextEditor::txtEdit_Change() {
     });
 }
 
-/// Only notes the setting: what may be edited is InitForm's.
+/// Only stores the setting: InitForm decides whether the text can be edited.
 void frmTextEditor::chkEnabled_Click() {
     editingEnabled = static_cast<std::int16_t>(chkEnabled.value());
 }
@@ -242,7 +242,7 @@ void frmTextEditor::cmdPrint_Click() {
     reported(errors_, L"cmdPrint_Click", [&](Step& step) {
         const std::wstring path = util::setPathName(files_.printFolder(), kPrintFile);
         step = 200;
-        // With its mark, so that every viewer shows every character.
+        // With a byte order mark, so that every viewer shows every character.
         files_.writeFile(path, kUtf8Mark + util::toUtf8(txtEdit.text()));
         step = 300;
         platform_.startProgram(viewerCommand(util::product::kTextViewer, path));
@@ -273,12 +273,12 @@ void frmTextEditor::Form_Unload() {
     reported(errors_, L"Form_Unload", tell, {}, 200);
 }
 
-/// Beside the window of the control when it has no saved place.
+/// Without a saved place it is on the monitor of the control.
 void frmTextEditor::restorePlacement() {
     RestoreFormPlacement(form_, placementStore(sMode_), platform_.formOwner());
 }
 
-/// A place that cannot be kept is worth a record, but no message whenever the form is closed.
+/// A place that cannot be saved is recorded, but causes no message each time the form is closed.
 void frmTextEditor::savePlacement() noexcept {
     bShown_ = false;
     noted(errors_, L"Form_Unload", [&](Step&) {

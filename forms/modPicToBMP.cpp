@@ -20,7 +20,7 @@ using util::Step;
 
 namespace {
 
-/// A bitmap that is freed unless a picture takes it over.
+/// A bitmap that is freed unless a picture takes its ownership.
 class OwnedBitmap {
   public:
     OwnedBitmap(BitmapCalls& calls, Handle handle) noexcept : calls_(calls), handle_(handle) {}

@@ -1,4 +1,4 @@
-// How knobs look: the panel around them with caption and read-out, the dial and the nudge wheel.
+// Painting of knobs: the panel around them with caption and read-out, the dial and the nudge wheel.
 #pragma once
 
 #include <numbers>
@@ -15,12 +15,12 @@ namespace kv::turndial {
 /// The resolution that sizes in pixels are given for.
 inline constexpr int kUsualDpi = 96;
 
-/// Pixels that take the place of one at the usual resolution.
+/// The number of pixels that replace one at the usual resolution.
 [[nodiscard]] inline double pixelUnit(int dpi) noexcept {
     return static_cast<double>(dpi) / kUsualDpi;
 }
 
-/// All that a part of a knob is painted with.
+/// The tools that the parts of a knob are painted with.
 struct KnobPicture {
     KnobPicture(const raster::PixelBuffer& buffer, raster::TextPainter& textPainter, int dpi, const KnobInk& colors,
                 const KnobLook& present, const raster::Font& captionFont)
@@ -38,16 +38,16 @@ struct KnobPicture {
     raster::Font labelFont;
 };
 
-/// Clears the picture and paints caption and read-out, each left out when it is empty or when there is no room for it
+/// Clears the picture and paints caption and read-out, each omitted when it is empty or when there is no room for it
 /// beside a body of a useful size. A `borrowed` read-out, which is not the knob's own value, is quieter. Returns the
 /// room for the body.
 [[nodiscard]] raster::SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption,
                                            const std::wstring& readOut, bool borrowed);
 
-/// Marks the knob that the keyboard turns.
+/// Marks the knob that has the focus.
 void paintFocus(const KnobPicture& picture);
 
-/// Where a hand takes a dial by its rim.
+/// The rim by which the mouse can drag a dial.
 struct DialPlace {
     raster::SmoothPoint center;
     double rimInside = 0.0;

@@ -6,11 +6,11 @@
 namespace kv::turndial {
 namespace {
 
-/// Values that arithmetic has moved by a hair count as where they belong.
+/// Values that differ by no more than this part count as equal, because of rounding errors.
 constexpr double kHair = 1e-9;
-/// How far off its ends a value that is off the scale stands.
+/// The distance from the end at which values that are off the scale are shown.
 constexpr double kOff = 0.5;
-/// A step that is less of the range than this is none.
+/// A step that is a smaller part of the range than this counts as not set.
 constexpr double kLeastStep = 1e-12;
 constexpr double kDetentsWithoutStep = 100.0;
 

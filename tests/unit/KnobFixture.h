@@ -50,7 +50,7 @@ class KnobImage {
     }
 
     /// True when the pixels around the picture are as they were.
-    [[nodiscard]] bool guardsStand() const {
+    [[nodiscard]] bool guardsAreIntact() const {
         for (int y = -1; y <= buffer.height; ++y) {
             for (int x = -1; x <= buffer.width; ++x) {
                 const bool outside = x < 0 || y < 0 || x == buffer.width || y == buffer.height;

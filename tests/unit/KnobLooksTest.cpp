@@ -17,17 +17,17 @@ namespace {
 
 using namespace kv::turndial;
 
-// Half again as fine as the usual screen, so that measures that do not follow the resolution show.
+// One and a half times the usual resolution, so that sizes that do not follow the resolution are noticed.
 constexpr int kDpi = 144;
 constexpr int kWidth = 171;
 constexpr int kHeight = 183;
 constexpr int kColumns = 4;
 constexpr int kRows = 4;
-/// The sheet keeps the mean of so many pixels each way: what differs between two systems' sines is lost in it.
+/// The sheet keeps the mean of so many pixels each way, in which differences between two systems' sines disappear.
 constexpr int kCell = 3;
 constexpr double kTolerance = 1.5;  // of 255
 
-/// A picture in the plainest of formats, red, green and blue.
+/// A picture as red, green and blue bytes.
 struct Sheet {
     int width = kColumns * kWidth / kCell;
     int height = kRows * kHeight / kCell;
@@ -148,7 +148,7 @@ Sheet read(const std::filesystem::path& path) {
     return sheet;
 }
 
-TEST_F(KnobLooks, AreThoseOfTheSheet) {
+TEST_F(KnobLooks, AreThoseOfTheApprovedSheet) {
     const auto plain = dial(437.5);
     show(*plain);
     const auto pointedAt = dial(446.0);
@@ -235,7 +235,7 @@ double alike(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_
     return static_cast<double>(same) / static_cast<double>(a.size());
 }
 
-TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
+TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueLooksDifferent) {
     const auto painted = [](bool borrowed) {
         const auto knob = mover();
         if (borrowed)

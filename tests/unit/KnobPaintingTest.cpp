@@ -102,14 +102,14 @@ TEST_P(KnobPainting, NothingOutsideIsTouchedAtAnySize) {
                     knob->focus(focus);
                     image.paint(*knob, dpi);
                 }
-                EXPECT_TRUE(image.guardsStand()) << width << 'x' << height << " at " << dpi;
+                EXPECT_TRUE(image.guardsAreIntact()) << width << 'x' << height << " at " << dpi;
             }
         }
     }
     for (const auto& [width, height] : {std::pair{1, 300}, {300, 1}, {150, 130}, {700, 500}, {60, 200}}) {
         KnobImage image(width, height);
         image.paint(*knob);
-        EXPECT_TRUE(image.guardsStand()) << width << 'x' << height;
+        EXPECT_TRUE(image.guardsAreIntact()) << width << 'x' << height;
     }
 }
 
@@ -190,11 +190,11 @@ TEST(KnobPaintingDial, ValuesOffTheScaleAndNoNumbersArePainted) {
     for (const double value : {-5.0, 1e300, std::nan("")}) {
         knob.setDVal(value);
         image.paint(knob);
-        EXPECT_TRUE(image.guardsStand());
+        EXPECT_TRUE(image.guardsAreIntact());
     }
     knob.dMinVal = std::nan("");
     image.paint(knob);
-    EXPECT_TRUE(image.guardsStand());
+    EXPECT_TRUE(image.guardsAreIntact());
 }
 
 TEST_P(KnobPainting, NoTwoTextsOverlap) {

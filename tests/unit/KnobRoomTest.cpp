@@ -57,7 +57,7 @@ TEST_F(KnobRoom, ARoomOfOnePixelIsPainted) {
         tdKnob knob(nullptr, L"");
         KnobImage image(width, height);
         EXPECT_NO_FATAL_FAILURE(image.paint(knob));
-        EXPECT_TRUE(image.guardsStand());
+        EXPECT_TRUE(image.guardsAreIntact());
     }
 }
 
@@ -139,6 +139,50 @@ TEST(KnobTicks, EveryStopOfACrowdedScaleHasOne) {
         return image.paint(knob);
     };
     EXPECT_NE(painted(100, 1.0), painted(50, 2.0));
+}
+
+TEST(KnobTicks, OfARangeAreFivePixelsApart) {
+    NotingLetters letters;
+    KnobScale scale;
+    kv::raster::Font labelFont;
+    labelFont.points *= 0.9;
+    const auto measure = [&](std::wstring_view text) { return letters.textSize(text, labelFont); };
+    const double length = layOutDial({0.0, 0.0, 80.0, 70.0}, scale, 1.0, measure).radius * kDialSweep;
+    const auto painted = [&](double detents) {
+        scale.step = 100.0 / detents;
+        KnobImage image(80, 70);
+        const KnobPicture picture(image.buffer, letters, 96, inkFor({}, {}), {}, {});
+        picture.shapes.clear(0);
+        paintDial(picture, {0.0, 0.0, 80.0, 70.0}, scale, 50.0, 0);
+        return std::vector<std::uint32_t>(image.buffer.pixels, image.buffer.row(69) + 80);
+    };
+    const double detents = 2.0 * std::floor(length / 5.5 / 2.0);
+    EXPECT_NE(painted(detents), painted(detents / 2.0));
+    EXPECT_EQ(painted(2.0 * detents), painted(detents)) << "more do not fit";
+}
+
+TEST(KnobRim, ReachesTwoPixelsBeyondTheScale) {
+    for (const int unit : {1, 2}) {
+        NotingLetters letters;
+        const kv::raster::SmoothBox area{0.0, 0.0, 100.0 * unit, 80.0 * unit};
+        KnobImage image(100 * unit, 80 * unit);
+        const KnobPicture picture(image.buffer, letters, 96 * unit, inkFor({}, {}), {}, {});
+        KnobScale invalid;
+        invalid.max = invalid.min;  // has no labels
+        const DialPlace dial = paintDial(picture, area, invalid, 0.0, 0);
+        // The dial's height is its radius above the middle and 0.86 of it below.
+        EXPECT_NEAR(dial.rimOutside, 80.0 * unit / 1.86 + 2.0 * unit, 0.01 * unit);
+    }
+}
+
+TEST(KnobRim, WithoutRoomOnlyTheBackgroundIsPainted) {
+    tdKnob knob(nullptr, L"");
+    KnobImage image(6, 6);
+    image.paint(knob);
+    for (int y = 0; y < 6; ++y) {
+        for (int x = 0; x < 6; ++x)
+            EXPECT_EQ(image.buffer.row(y)[x], 0xF0F0F0U) << x << ' ' << y;
+    }
 }
 
 TEST(KnobGivenUp, ANudgeKnobLooksAsBeforeItsTurn) {

@@ -1,4 +1,4 @@
-// A knob's scale: where values are on it, what a hand reads there, and where steps lead.
+// A knob's scale: the places of values, the values that a drag gives, and the values that steps lead to.
 #include "turndial/KnobScale.h"
 
 #include <gmock/gmock.h>
@@ -89,7 +89,7 @@ TEST(KnobScale, DetentsAreCountedFromEndToEnd) {
     EXPECT_EQ(range(0.0, 1e6, 0.1).detents(), 1e7);
 }
 
-TEST(KnobScale, AHandReadsTheNearestDetentStopOrTidyNumber) {
+TEST(KnobScale, ADragGivesTheNearestDetentStopOrTidyNumber) {
     struct Case {
         KnobScale scale;
         double place;

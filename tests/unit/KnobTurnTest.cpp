@@ -63,7 +63,7 @@ TEST_F(KnobTurn, AReleaseAtAnotherPointCountsAsAMove) {
     EXPECT_THAT(heard, ElementsAre("v 60", "end"));
 }
 
-TEST_F(KnobTurn, TakenByItsRimItTurnsWithTheHand) {
+TEST_F(KnobTurn, DraggedByItsRimItTurnsWithTheMouse) {
     const auto [x0, y0] = rim(0.0);
     knob.mouseDown(x0, y0, kPlain);
     for (int degrees = 9; degrees <= 81; degrees += 9) {
@@ -90,7 +90,7 @@ TEST_F(KnobTurn, AMoveAcrossTheMiddleTurnsNothing) {
     EXPECT_THAT(heard, IsEmpty());
 }
 
-TEST_F(KnobTurn, ASmoothKnobMeetsNoDetents) {
+TEST_F(KnobTurn, ASmoothKnobHasNoDetents) {
     knob.bOption1 = true;
     takeAnywhere(4, 50);
     knob.mouseMove(4, 47, kPlain);
@@ -113,7 +113,7 @@ TEST_F(KnobTurn, StopsAreTurnedToOneByOne) {
     EXPECT_THAT(heard, ElementsAre("v 5", "v 10", "end"));
 }
 
-TEST_F(KnobTurn, AValueBetweenStopsStaysUntilItIsTurnedToItsNeighbour) {
+TEST_F(KnobTurn, AValueBetweenStopsStaysUntilItIsTurnedToItsNeighbor) {
     addDecades(knob);
     knob.setDVal(12.5);
     takeAnywhere(4, 60);
@@ -174,13 +174,13 @@ TEST_F(KnobTurn, PartsOfANotchAddUp) {
     for (int i = 0; i < 7; ++i)
         knob.wheel(40, kPlain);
     EXPECT_THAT(taken(heard), ElementsAre("v 60", "end", "v 70", "end"));
-    // A turn the other way starts afresh: the 40 that are left over do not count against it.
+    // A turn in the other direction starts at zero: the remaining 40 do not count against it.
     knob.wheel(-80, kPlain);
     EXPECT_THAT(taken(heard), IsEmpty());
     knob.wheel(-40, kPlain);
     EXPECT_THAT(taken(heard), ElementsAre("v 60", "end"));
     knob.setDVal(70.0);
-    // So does one after the focus was elsewhere.
+    // A turn after the focus was elsewhere starts at zero too.
     knob.wheel(-110, kPlain);
     knob.focus(false);
     knob.wheel(-100, kPlain);

@@ -25,7 +25,7 @@ class MonitorsTest : public ::testing::Test {
         for (const ScreenRect& screen : screens)
             desktop.add(screen, taskBar);
     }
-    /// The points that were asked about, as the corners of one-pixel rectangles.
+    /// The probed points, as the corners of one-pixel rectangles.
     std::vector<std::pair<int, int>> points() const {
         std::vector<std::pair<int, int>> result;
         for (const AskedDesktop::Probe& probe : desktop.probes) {
@@ -131,7 +131,7 @@ TEST_F(MonitorsTest, TheMiddleOfEachCellUpToTheSizeOfTheDesktopIsProbed) {
                 cells.emplace_back(x, y);
         }
         EXPECT_EQ(points(), cells);
-        // A probe that hits nothing must not answer with the next best monitor.
+        // A probe that hits no monitor must not return the nearest one.
         for (const AskedDesktop::Probe& probe : desktop.probes)
             EXPECT_EQ(probe.flags, monitor_flag::kNone);
     }
@@ -168,7 +168,7 @@ TEST_F(MonitorsTest, ASystemThatDoesNotCountMonitorsHasOneScreenAtTheOrigin) {
     EXPECT_EQ(monitors.DesktopTop(), 0);
     EXPECT_EQ(monitors.DesktopWidth(), 800);
     EXPECT_EQ(monitors.DesktopHeight(), 600);
-    // None but the number of monitors itself and the screen's size was asked for.
+    // Only the number of monitors and the size of the screen were read.
     EXPECT_THAT(desktop.metrics, Each(::testing::AnyOf(80, 0, 1)));
 }
 

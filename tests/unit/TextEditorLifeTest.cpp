@@ -189,7 +189,7 @@ TEST_F(TextEditor, TheCloseButtonDoesNothingDuringTheQuestion) {
     EXPECT_EQ(platform.messages.size(), 2U);
 }
 
-// Each of these would be a use of freed memory, which the sanitizers see.
+// An error in any of these would be a use of freed memory, which the sanitizers report.
 TEST_F(TextEditor, AHandlerMayDestroyTheForm) {
     initNotes();
     form->Show();
