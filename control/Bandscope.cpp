@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "control/SampleChannels.h"
+#include "util/AtExit.h"
 #include "util/Product.h"
 #include "util/Text.h"
 
@@ -148,15 +149,8 @@ void Bandscope::UserControl_Click() {
 
 void Bandscope::LoadSampleChannels() {
     // An end buffer that suits the set, for this drawing only; the host's own is put back.
-    struct HostsEndBuffer {
-        explicit HostsEndBuffer(DisplayRange& of) noexcept
-            : range(of), value(of.exchangeFreqEndBuffer(kSampleEndBuffer)) {}
-        ~HostsEndBuffer() { range.setFreqEndBuffer(value); }
-        HostsEndBuffer(const HostsEndBuffer&) = delete;
-        HostsEndBuffer& operator=(const HostsEndBuffer&) = delete;
-        DisplayRange& range;
-        double value;
-    } const kept(range_);
+    const util::AtExit restored(
+        [this, hosts = range_.exchangeFreqEndBuffer(kSampleEndBuffer)] { range_.setFreqEndBuffer(hosts); });
     for (const SampleChannel& sample : makeSampleChannels(services_.newFreqSlot))
         addQuietly(sample.kind, sample.channel);
     DrawInitialDisplay();

@@ -9,13 +9,6 @@ namespace kv::control {
 using channels::ChannelKind;
 using formenv::KeepDrawing;
 
-namespace {
-
-constexpr int kCopyPen = 13;
-constexpr int kNotXorPen = 10;
-
-}  // namespace
-
 void SpectrumPainter::drawCollection(ChannelKind kind, util::Step& step, std::int32_t& kChnl) {
     const KeepDrawing keep(picture_);
     const std::int32_t count = store_.count(kind);
@@ -46,7 +39,7 @@ void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
     picture_.setFillStyle(record.iFillStyle);
     if (!record.bVisible && !record.bDrawn)
         return;
-    picture_.setDrawMode(record.bVisible ? kCopyPen : kNotXorPen);
+    picture_.setDrawMode(record.bVisible ? raster::DrawMode::CopyPen : raster::DrawMode::NotXorPen);
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();
     if (record.dFreqLo > maxFreq || record.dFreqHi < minFreq)

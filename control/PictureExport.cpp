@@ -3,30 +3,11 @@
 #include <functional>
 
 #include "forms/modPicToBMP.h"
+#include "util/AtExit.h"
 #include "util/Text.h"
 #include "util/Trapped.h"
 
 namespace kv::control {
-
-namespace {
-
-/// Deletes a file at the end, also when an error comes before it.
-class Scratch {
-  public:
-    Scratch(formenv::FileServices& files, const std::wstring& path) : files_(files), path_(path) {}
-    ~Scratch() {
-        if (!path_.empty())
-            files_.deleteFile(path_);
-    }
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-
-  private:
-    formenv::FileServices& files_;
-    const std::wstring& path_;
-};
-
-}  // namespace
 
 std::wstring PictureExport::DisplayToBMP(double& dHgt, double& dWid, std::wstring& sFName) {
     // A statement that fails is skipped: the next ones do what can still be done.
@@ -61,7 +42,10 @@ void PictureExport::CopyDisplayToClipboard() {
         double height = 0.0;
         double width = 0.0;
         const std::wstring written = DisplayToBMP(height, width, file);
-        const Scratch scratch(files_, written);
+        const util::AtExit deleted([&] {
+            if (!written.empty())
+                files_.deleteFile(written);
+        });
         step = 300;
         files_.clearClipboard();
         step = 400;

@@ -13,7 +13,7 @@ using Handle = std::intptr_t;
 /// Raster operation of BitBlt: the destination becomes the source.
 inline constexpr std::int32_t kSourceCopy = 0x00CC0020;
 
-/// What a picture object is to be made of.
+/// The parts of a new picture object.
 struct PictureDescription {
     std::int32_t size = 20;  ///< of the description, bytes, as the system counts them
     std::int32_t type = 1;   ///< a bitmap
@@ -26,7 +26,7 @@ using InterfaceName = const wchar_t*;
 inline constexpr InterfaceName kDispatchInterface = L"{00020400-0000-0000-C000-000000000046}";
 inline constexpr InterfaceName kPictureInterface = L"{7BF80981-BF32-101A-8BBB-00AA00300CAB}";
 
-/// A picture object. One that owns its bitmap frees it at its end.
+/// A picture object. One that owns its bitmap frees it when it is destroyed.
 class PictureObject {
   public:
     PictureObject() = default;
@@ -46,8 +46,8 @@ struct BitmapImage {
     std::vector<std::uint32_t> pixels;
 };
 
-/// The calls by the names the system gives them. None throws for a failure of the system's: it answers 0, false or
-/// null, and its error code can be asked for until the next call.
+/// The calls have the system's names. None throws when the system fails: it returns 0, false or null, and the error
+/// code can be read until the next call.
 class BitmapCalls {
   public:
     BitmapCalls() = default;
@@ -70,7 +70,7 @@ class BitmapCalls {
     /// Throws RuntimeError 481 for a handle that is no bitmap with pixels.
     [[nodiscard]] virtual BitmapImage imageOf(Handle bitmap) = 0;
 
-    /// The system's error code of the last call; 0 after one that did well.
+    /// The system's error code of the last call; 0 after one that succeeded.
     [[nodiscard]] std::uint32_t lastError() const noexcept { return lastError_; }
 
   protected:

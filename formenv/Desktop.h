@@ -1,4 +1,4 @@
-// The screens that windows stand on, as the system tells of them.
+// The monitors on which windows are shown, as the system describes them.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +19,24 @@ struct MonitorInfo {
     ScreenRect work;  ///< without task bars
     bool primary = false;
 };
+
+/// What the system answers about a point or a window that is on no monitor: none, the primary one, the nearest one.
+namespace monitor_flag {
+inline constexpr std::uint32_t kNone = 0;
+inline constexpr std::uint32_t kPrimary = 1;
+inline constexpr std::uint32_t kNearest = 2;
+}  // namespace monitor_flag
+
+/// The system's numbers of its metrics, in pixels: the primary screen, and the virtual one of all monitors together.
+namespace system_metric {
+inline constexpr int kScreenWidth = 0;
+inline constexpr int kScreenHeight = 1;
+inline constexpr int kVirtualLeft = 76;
+inline constexpr int kVirtualTop = 77;
+inline constexpr int kVirtualWidth = 78;
+inline constexpr int kVirtualHeight = 79;
+inline constexpr int kMonitorCount = 80;
+}  // namespace system_metric
 
 /// The system's calls about monitors. Each may throw; 0 is no monitor.
 class Desktop {

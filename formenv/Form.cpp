@@ -3,27 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "util/AtExit.h"
+
 namespace kv::formenv {
-
-namespace {
-
-/// Sets a flag of an object that may be gone when the block ends.
-class Raised {
-  public:
-    Raised(bool& flag, std::weak_ptr<bool> alive) : flag_(flag), alive_(std::move(alive)) { flag_ = true; }
-    ~Raised() {
-        if (!alive_.expired())
-            flag_ = false;
-    }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
-
-  private:
-    bool& flag_;
-    std::weak_ptr<bool> alive_;
-};
-
-}  // namespace
 
 Form::Form(Platform& platform, std::wstring name)
     : Widget(WidgetKind::Form, nullptr, std::move(name)), platform_(platform) {
@@ -58,14 +40,18 @@ void Form::hide() {
 bool Form::unload() {
     if (!window_)
         return true;
-    // The question lets events run: the close button may come in a second time.
+    // The question lets events run: the user may click the close button again.
     if (unloading_)
         return false;
     const std::weak_ptr<bool> alive = alive_;
-    const Raised unloading(unloading_, alive);
+    unloading_ = true;
+    const util::AtExit finish([this, alive] {
+        if (!alive.expired())
+            unloading_ = false;
+    });
     if (const std::function<bool()> query = onQueryUnload; query && !query())
         return false;
-    // The window may have been lost, and the form gone, while the user thought about it.
+    // The window and the form may have been destroyed while the question was open.
     if (!alive.expired() && window_)
         goneByNow();
     return true;
@@ -81,7 +67,7 @@ void Form::goneByNow() {
 
 void Form::dropWindow() noexcept {
     setVisible(false);
-    // Its end may bring messages: they find the form without a window.
+    // Its destruction may cause messages: for them the form has no window.
     const std::unique_ptr<FormWindow> window = std::move(window_);
 }
 

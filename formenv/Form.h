@@ -1,4 +1,4 @@
-// A top-level window as a model: it holds place, state and controls whether or not a window stands for it.
+// A top-level window as a model: it holds place, state and controls whether or not it has a window.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ namespace kv::formenv {
 
 enum class WindowState { Normal = 0, Minimized = 1, Maximized = 2 };
 
-/// The window of a loaded form with those of its controls. Destroying it asks the user nothing. It may be destroyed at
-/// any time, by the handlers that it calls too.
+/// The window of a loaded form with those of its controls. Destroying it asks the user nothing and runs none of the
+/// form's handlers. It may be destroyed at any time, also by the handlers that it calls.
 class FormWindow {
   public:
     FormWindow() = default;
@@ -32,7 +32,7 @@ class FormWindow {
 };
 
 /// `place()` is the outer rectangle on the desktop, twips, as it is or will be while the state is Normal. `visible()`
-/// is false until the form is shown. Whoever owns the controls calls `dropWindow` before they go.
+/// is false until the form is shown. The owner of the controls calls `dropWindow` before they are destroyed.
 class Form : public Widget {
   public:
     Form(Platform& platform, std::wstring name);
@@ -41,13 +41,13 @@ class Form : public Widget {
     /// Makes the window, not yet shown; does nothing while there is one. Throws what the platform throws.
     void load();
     [[nodiscard]] bool loaded() const noexcept { return window_ != nullptr; }
-    /// Loads the form when need be.
+    /// Loads the form if it is not loaded.
     void show();
     void hide();
-    /// Asks `onQueryUnload`; then tells `onUnload` and lets the window go. False when the form stays. A form that is
-    /// not loaded is gone already.
+    /// Calls `onQueryUnload`, then `onUnload`, and destroys the window. False when the form stays. Returns true at once
+    /// when the form is not loaded.
     bool unload();
-    /// Lets the window go; asks nothing and tells nobody.
+    /// Destroys the window without calling a handler.
     void dropWindow() noexcept;
 
     [[nodiscard]] WindowState windowState() const noexcept { return state_; }
@@ -58,28 +58,28 @@ class Form : public Widget {
     /// The least outer size that the user can give the form, twips.
     [[nodiscard]] double leastWidth() const noexcept { return leastWidth_; }
     [[nodiscard]] double leastHeight() const noexcept { return leastHeight_; }
-    /// To be chosen before the form is loaded.
+    /// Has to be set before the form is loaded.
     void setLeastSize(double width, double height) noexcept;
     [[nodiscard]] std::intptr_t hWnd() const noexcept { return window_ ? window_->handle() : 0; }
 
-    /// A message box before the form; before the control's window while the form is not shown.
+    /// A message box owned by the form; by the control's window while the form is not shown.
     MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
                              MessageButtons buttons);
 
-    /// The client area has another size.
+    /// The client area has a new size.
     Handler onResize;
-    /// False keeps the form open. Not asked when the system takes the window away, as with its owner.
+    /// False keeps the form open. Not called when the system destroys the window, for example with its owner.
     std::function<bool()> onQueryUnload;
-    /// The form is about to go, its place and text still at hand.
+    /// The window is about to be destroyed; the place and the texts can still be read.
     Handler onUnload;
-    /// Hears every key of the form before the control with the focus; true when it has been dealt with.
+    /// Gets every key of the form before the control with the focus does; true when the key was used.
     std::function<bool(int key, int shift)> onKeyDown;
 
-    // What the window tells.
+    // Called by the window.
     void clientResized(double width, double height);
     /// `place` is the one of the Normal state.
     void movedByUser(const Place& place, WindowState state);
-    /// The user wants the form closed, or worked a key; true when it has been dealt with.
+    /// The user pressed a key; true when it was used.
     bool keyPressed(int key, int shift);
     /// The system destroyed the window.
     void windowLost();

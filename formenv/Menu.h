@@ -19,7 +19,7 @@ class Menu {
 
     [[nodiscard]] const std::wstring& name() const noexcept { return name_; }
     [[nodiscard]] const std::wstring& caption() const noexcept { return caption_; }
-    /// In their order.
+    /// In the order of their creation.
     [[nodiscard]] const std::vector<Menu*>& items() const noexcept { return items_; }
 
   private:

@@ -44,10 +44,15 @@ PictureBox::PictureBox(Platform& platform, Widget* parent, std::wstring name)
 PictureBox::~PictureBox() = default;
 
 raster::PixelSize PictureBox::pixelSize() const noexcept {
-    // The edges are rounded, not the size, so that neighbours meet without a gap at any resolution.
+    // The edges are rounded, not the size, so that neighbors meet without a gap at any resolution.
     const int dpi = platform_.dpi();
     return {raster::twipsToPixels(left() + width(), dpi) - raster::twipsToPixels(left(), dpi),
             raster::twipsToPixels(top() + height(), dpi) - raster::twipsToPixels(top(), dpi)};
+}
+
+raster::PixelSize PictureBox::keptSize() const noexcept {
+    const raster::PixelSize size = pixelSize();
+    return {std::max(size.width, 1), std::max(size.height, 1)};
 }
 
 void PictureBox::setUserScaleMode() noexcept {
@@ -95,13 +100,6 @@ void PictureBox::setFillStyle(int style) {
     drawing_.fillStyle = static_cast<raster::FillStyle>(style);
 }
 
-void PictureBox::setDrawMode(int mode) {
-    if (mode != static_cast<int>(raster::DrawMode::Invert) && mode != static_cast<int>(raster::DrawMode::NotXorPen) &&
-        mode != static_cast<int>(raster::DrawMode::CopyPen))
-        throw RuntimeError(kInvalidPropertyValue);
-    drawing_.drawMode = static_cast<raster::DrawMode>(mode);
-}
-
 void PictureBox::setDrawWidth(int width) {
     if (width < 1)
         throw RuntimeError(kInvalidPropertyValue);
@@ -118,8 +116,7 @@ void PictureBox::setFontSize(double points) {
 
 Surface& PictureBox::surface() {
     if (!surface_) {
-        const raster::PixelSize size = pixelSize();
-        surface_ = platform_.createSurface({std::max(size.width, 1), std::max(size.height, 1)});
+        surface_ = platform_.createSurface(keptSize());
         surface_->canvas().clear(platform_.resolve(backColor()));
     }
     return *surface_;
@@ -143,8 +140,7 @@ void PictureBox::placed() {
     if (!surface_)
         return;
     const raster::PixelBuffer old = surface_->pixels();
-    const raster::PixelSize size = pixelSize();
-    if (old.width == std::max(size.width, 1) && old.height == std::max(size.height, 1))
+    if (raster::PixelSize{old.width, old.height} == keptSize())
         return;
     const std::unique_ptr<Surface> previous = std::move(surface_);
     copyOverlap(old, surface().pixels());
@@ -180,12 +176,12 @@ void PictureBox::setBackColor(raster::OleColor color) {
 
 double PictureBox::userX(int pixel) const noexcept {
     const raster::UserScale s = scale();
-    return s.left + pixel * s.width / std::max(pixelSize().width, 1);
+    return s.left + pixel * s.width / keptSize().width;
 }
 
 double PictureBox::userY(int pixel) const noexcept {
     const raster::UserScale s = scale();
-    return s.top + pixel * s.height / std::max(pixelSize().height, 1);
+    return s.top + pixel * s.height / keptSize().height;
 }
 
 void PictureBox::line(double x1, double y1, double x2, double y2, raster::OleColor color) {
@@ -237,13 +233,13 @@ void PictureBox::print(std::wstring_view text) {
 
 double PictureBox::textWidth(std::wstring_view text) {
     const int pixels = platform_.textSize(text, font()).width;
-    return userScale_ ? std::abs(scale_.width) * pixels / std::max(pixelSize().width, 1)
+    return userScale_ ? std::abs(scale_.width) * pixels / keptSize().width
                       : raster::pixelsToTwips(pixels, platform_.dpi());
 }
 
 double PictureBox::textHeight(std::wstring_view text) {
     const int pixels = platform_.textSize(text, font()).height;
-    return userScale_ ? std::abs(scale_.height) * pixels / std::max(pixelSize().height, 1)
+    return userScale_ ? std::abs(scale_.height) * pixels / keptSize().height
                       : raster::pixelsToTwips(pixels, platform_.dpi());
 }
 

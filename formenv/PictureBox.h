@@ -17,7 +17,7 @@ class PictureBox : public Widget {
     PictureBox(Platform& platform, Widget* parent, std::wstring name);
     ~PictureBox() override;
 
-    /// Twips until a user scale is asked for or any of its four members is set.
+    /// Twips until a user scale is chosen or any of its four members is set.
     [[nodiscard]] bool hasUserScale() const noexcept { return userScale_; }
     void setUserScaleMode() noexcept;
     [[nodiscard]] raster::UserScale scale() const noexcept;
@@ -36,8 +36,7 @@ class PictureBox : public Widget {
     [[nodiscard]] int fillStyle() const noexcept { return static_cast<int>(drawing_.fillStyle); }
     void setFillColor(raster::OleColor color) noexcept { drawing_.fillColor = color; }
     [[nodiscard]] raster::OleColor fillColor() const noexcept { return drawing_.fillColor; }
-    /// Throws RuntimeError 380 for another value than 6, 10 and 13.
-    void setDrawMode(int mode);
+    void setDrawMode(raster::DrawMode mode) noexcept { drawing_.drawMode = mode; }
     [[nodiscard]] int drawMode() const noexcept { return static_cast<int>(drawing_.drawMode); }
     /// Pixels; throws RuntimeError 380 below 1.
     void setDrawWidth(int width);
@@ -52,14 +51,14 @@ class PictureBox : public Widget {
     /// Also erases everything drawn.
     void setBackColor(raster::OleColor color) override;
 
-    /// A line, an outlined box filled by `FillStyle` and `FillColor`, and a box filled with its own colour. The
+    /// A line, an outlined box filled by `FillStyle` and `FillColor`, and a box filled with its own color. The
     /// current position becomes the end point.
     void line(double x1, double y1, double x2, double y2, raster::OleColor color);
     void box(double x1, double y1, double x2, double y2, raster::OleColor color);
     void filledBox(double x1, double y1, double x2, double y2, raster::OleColor color);
 
-    /// The same in pixels, past scale and drawing properties, for strokes that a later one has to meet exactly whatever
-    /// the scale has become by then. The current position stays where it is.
+    /// The same in pixels, without scale and drawing properties, for strokes that a later one has to meet exactly
+    /// whatever the scale has become by then. The current position stays where it is.
     void strokeLine(raster::PixelPoint from, raster::PixelPoint to, const raster::Pen& pen, raster::DrawMode mode);
     void strokeBox(const raster::PixelRect& box, const raster::Pen& pen, const raster::Brush& brush,
                    raster::DrawMode mode);
@@ -81,18 +80,18 @@ class PictureBox : public Widget {
     [[nodiscard]] double userY(int pixel) const noexcept;
 
     [[nodiscard]] raster::PixelSize pixelSize() const noexcept;
-    /// The platform has another resolution: the picture gets as many pixels as it takes now.
+    /// The platform has a new resolution: the picture gets the number of pixels that it needs now.
     void rescaled() { placed(); }
     /// The kept picture. Valid until the box changes its size.
     [[nodiscard]] Surface& surface();
     [[nodiscard]] Platform& platform() const noexcept { return platform_; }
 
-    /// The canvas as pixels to store into, past all drawing properties; nothing where it has none. What was stored is
-    /// to be told with `storedUpTo` and the position that drawing would have left.
+    /// The canvas as pixels to store into, without the drawing properties; nullptr when it has none. After storing, the
+    /// caller calls `storedUpTo` with the current position that drawing would have left.
     [[nodiscard]] raster::RasterCanvas* raster();
     void storedUpTo(double x, double y);
 
-    /// The window shows the picture from here on; the next stroke asks for a repaint again.
+    /// The window shows the picture now; the next stroke requests a repaint again.
     void shown() noexcept { dirty_ = false; }
 
     /// A canvas to draw on instead of the kept picture, or nullptr: for tests that read the strokes.
@@ -111,6 +110,8 @@ class PictureBox : public Widget {
         int drawWidth = 1;
     };
 
+    /// Of the kept picture: at least one pixel each way.
+    [[nodiscard]] raster::PixelSize keptSize() const noexcept;
     [[nodiscard]] raster::Canvas& target();
     void touched();
     void changed();
@@ -126,7 +127,7 @@ class PictureBox : public Widget {
     Drawing drawing_;
 };
 
-/// Puts back the drawing properties of a picture box when it goes out of scope, also after an error.
+/// Restores the drawing properties of a picture box at the end of a block, also after an error.
 class KeepDrawing {
   public:
     explicit KeepDrawing(PictureBox& box) noexcept : box_(box), kept_(box.drawing_) {}

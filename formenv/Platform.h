@@ -1,4 +1,4 @@
-// What the form environment needs of the system it runs on.
+// The services of the operating system that the form environment uses.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace kv::formenv {
 class Form;
 class FormWindow;
 
-/// What the frame of a resizable form takes of its size, twips.
+/// The part of a resizable form's size that its frame needs, twips.
 struct FormBorder {
     double width = 0.0;
     double height = 0.0;
@@ -43,7 +43,7 @@ class Platform {
     /// Dots per inch of the screen, the same both ways; 96 is the usual.
     [[nodiscard]] virtual int dpi() const noexcept = 0;
 
-    /// The present value of a system colour, by its number.
+    /// The present value of a system color, by its number.
     [[nodiscard]] virtual raster::Rgb systemColor(int index) const noexcept = 0;
 
     /// A picture of the given size, at least one pixel each way; throws RuntimeError 7 when there is no memory for it.
@@ -58,18 +58,18 @@ class Platform {
     /// Lets pending events of the user interface run; returns when none is left.
     virtual void pumpEvents() = 0;
 
-    /// Somebody can see and answer message boxes; not so where programs run as services.
+    /// A user can see and answer message boxes. False where programs run as services.
     [[nodiscard]] virtual bool hasUser() const noexcept { return true; }
 
     virtual MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, MessageIcon icon,
                                      MessageButtons buttons) = 0;
 
-    /// The same before the window with this handle, which cannot be used until there is an answer.
+    /// The same, owned by the window with this handle, which is disabled until the user has answered.
     virtual MessageAnswer messageBoxBefore(std::intptr_t window, const std::wstring& text, const std::wstring& title,
                                            MessageIcon icon, MessageButtons buttons) = 0;
 
-    /// The window of a form, not yet shown, which tells its client area before this returns. Throws RuntimeError 7 when
-    /// the system refuses one. The form has to live longer.
+    /// The window of a form, not yet shown. It reports its client area before this returns. Throws RuntimeError 7 when
+    /// the system cannot create one. The form has to live longer.
     [[nodiscard]] virtual std::unique_ptr<FormWindow> createFormWindow(Form& form) = 0;
     [[nodiscard]] virtual FormBorder formBorder() const noexcept = 0;
     /// The handle of the window that forms loaded now belong to; 0 for none.
@@ -79,7 +79,7 @@ class Platform {
     /// the system's folder only. Throws RuntimeError 53 when it cannot.
     virtual void startProgram(const std::wstring& command) = 0;
 
-    /// The screens that top-level windows stand on.
+    /// The screens that top-level windows are on.
     [[nodiscard]] virtual Desktop& desktop() = 0;
 
     [[nodiscard]] raster::Rgb resolve(raster::OleColor color) const noexcept {

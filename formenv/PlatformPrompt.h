@@ -1,4 +1,4 @@
-// Talks to the user by the platform's message boxes.
+// Shows messages to the user in the platform's message boxes.
 #pragma once
 
 #include <functional>

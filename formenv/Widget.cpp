@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "util/AtExit.h"
 #include "util/RuntimeError.h"
 #include "util/Text.h"
 
@@ -83,16 +85,10 @@ void Widget::describeLater(Handler describe) {
     tellPeer(Change::Visible);
 }
 
-// What is described counts as there all along: whoever stands for the widget was told when it was put off.
+// The window is not told: it was told when the description was deferred.
 void Widget::describe() const {
-    auto& self = const_cast<Widget&>(*this);
-    const Handler waiting = std::exchange(self.later_, nullptr);
-    struct Quiet {
-        explicit Quiet(Widget& silenced) : widget(silenced), peer(std::exchange(silenced.peer_, nullptr)) {}
-        ~Quiet() { widget.peer_ = peer; }
-        Widget& widget;
-        Peer* peer;
-    } const quiet(self);
+    const Handler waiting = std::exchange(later_, nullptr);
+    const util::AtExit restore([this, peer = std::exchange(peer_, nullptr)] { peer_ = peer; });
     waiting();
 }
 
@@ -151,7 +147,7 @@ void TextBox::setText(std::wstring text) {
         return;
     text_ = std::move(text);
     tellPeer(Change::Text);
-    // A copy: the handler may take the box away.
+    // A copy, because the handler may destroy the box.
     if (const Handler handler = onChange)
         handler();
 }

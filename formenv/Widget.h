@@ -1,4 +1,4 @@
-// The child controls of a form as models: they hold place, text and state whether or not a window stands for them,
+// The child controls of a form as models: they hold place, text and state whether or not they have windows,
 // so that a control without a container scales, draws and reports like any other.
 #pragma once
 
@@ -15,7 +15,7 @@ namespace kv::formenv {
 
 class Widget;
 
-/// Which kind of window stands for a widget.
+/// The kind of window that a widget has.
 enum class WidgetKind { UserControl, Form, Frame, PictureBox, Label, Button, CheckBox, ComboBox, TextBox, Custom };
 
 enum class Change {
@@ -32,10 +32,10 @@ enum class Change {
     Text,
     Locked,
     Spoken,
-    Update  ///< nothing is different; what waits to be shown is to be shown now
+    Update  ///< nothing is different; pending painting has to be done now
 };
 
-/// The window that stands for a widget. It is told of every change and never keeps state of its own.
+/// The window of a widget. It is told of every change and never keeps state of its own.
 class Peer {
   public:
     virtual ~Peer() = default;
@@ -49,10 +49,10 @@ inline constexpr int kRight = 2;
 inline constexpr int kMiddle = 4;
 }  // namespace mouse_button
 
-/// x and y in the scale of the widget that hears the event: twips, or user units in a picture box with a user scale.
+/// x and y in the scale of the widget that gets the event: twips, or user units in a picture box with a user scale.
 using MouseHandler = std::function<void(int button, int shift, double x, double y)>;
 using Handler = std::function<void()>;
-/// A key by its virtual code (Escape is 27), `shift` as in mouse events; true when the key has been dealt with.
+/// A key by its virtual code (Escape is 27), `shift` as in mouse events; true when the key was used.
 using KeyHandler = std::function<bool(int key, int shift)>;
 
 /// Place in twips (1/1440 inch) relative to the parent.
@@ -64,7 +64,7 @@ struct Place {
     friend bool operator==(const Place&, const Place&) = default;
 };
 
-/// What a screen reader says of a widget, where its window's text does not say it.
+/// The texts that a screen reader reads for a widget in addition to its window's text.
 struct Spoken {
     std::wstring name;
     std::wstring help;                    ///< what its keys do
@@ -109,8 +109,8 @@ class Widget {
         return caption_;
     }
     void setCaption(std::wstring caption);
-    /// `describe` sets caption and visibility once one of them is read or set, so that what changes a thousand times
-    /// between two looks is described once. It takes the place of one that still waits.
+    /// `describe` sets caption and visibility when one of them is next read or set, so that a text that changes a
+    /// thousand times between two reads is formatted once. It replaces a pending one.
     void describeLater(Handler describe);
     [[nodiscard]] const std::wstring& toolTip() const noexcept { return toolTip_; }
     void setToolTip(std::wstring toolTip);
@@ -121,8 +121,8 @@ class Widget {
     [[nodiscard]] const raster::Font& font() const noexcept { return font_; }
     void setFont(const raster::Font& font);
 
-    /// Counts of what changed in the looks of a tree of widgets, kept by its root. Captions, and what is visible, are
-    /// counted by themselves: they change with every channel while a host loads.
+    /// The numbers of visible changes in a tree of widgets, kept by its root. Changes of captions and visibility are
+    /// counted separately because they occur with every channel while a host adds channels.
     struct Looks {
         std::uint64_t changes = 0;
         std::uint64_t captions = 0;
@@ -139,20 +139,20 @@ class Widget {
     MouseHandler onMouseDown;
     MouseHandler onMouseMove;
     MouseHandler onMouseUp;
-    /// The mouse, held since a button went down here, was taken away: by another window or by the system.
+    /// The mouse capture, held since a button was pressed here, was lost to another window or to the system.
     Handler onMouseLost;
     KeyHandler onKeyDown;
-    /// Whether a key is needed here before the host's form may have it. Nothing is when there is no such handler.
+    /// Whether the widget uses a key before the host's form gets it. Without a handler it uses none.
     std::function<bool(int key)> wantsKey;
-    /// To be chosen before a window stands for the widget: a click gives it the focus.
+    /// A click gives the widget the focus. Has to be set before the widget has a window.
     bool takesFocus = false;
     Spoken spoken;
-    /// Has the windows of the widget and of those inside it show at once what they would show when events run next.
+    /// Paints pending changes of the widget and of those inside it at once instead of when events run next.
     void update() {
         if (peer_)
             peer_->changed(Change::Update);
     }
-    /// What `spoken.value` says is another now.
+    /// The result of `spoken.value` has changed.
     void tellSpoken() {
         if (peer_)
             peer_->changed(Change::Spoken);
@@ -160,9 +160,9 @@ class Widget {
 
   protected:
     void tellPeer(Change what);
-    /// Takes over a place that the window has already.
+    /// Adopts a place that the window already has.
     void adoptPlace(const Place& place);
-    /// For changes that the window need not be told of.
+    /// For changes that the window is not told of.
     void countChange(Change what) noexcept;
     /// Called after the place has changed, before the window is told.
     virtual void placed() {}
@@ -187,7 +187,7 @@ class Widget {
     raster::OleColor foreColor_ = raster::system_color::kButtonText;
     raster::Font font_;
     mutable Handler later_;
-    Peer* peer_ = nullptr;
+    mutable Peer* peer_ = nullptr;  ///< none while a caption is described
     Looks looks_;
 };
 
@@ -199,21 +199,21 @@ class Frame : public Widget {
 class Label : public Widget {
   public:
     Label(Widget* parent, std::wstring name) : Widget(WidgetKind::Label, parent, std::move(name)) {}
-    /// Puts the line into the middle of the label's height. To be chosen before a window stands for it.
+    /// Centers the line vertically in the label. Has to be set before the label has a window.
     bool middle = false;
 };
 
-/// The letter that works a button or check box together with Alt, as a capital: the one behind the first single "&" of
-/// the caption; 0 for none. "&&" is an ampersand to be shown.
+/// The character that presses a button or check box together with Alt, in upper case: the one after the first single
+/// "&" of the caption; 0 for none. "&&" shows an ampersand.
 [[nodiscard]] wchar_t accessKey(std::wstring_view caption) noexcept;
 
-/// What a button shows when it has no caption.
+/// The picture on a button without a caption.
 enum class Glyph { None, ToCenter };
 
 class Button : public Widget {
   public:
     Button(Widget* parent, std::wstring name) : Widget(WidgetKind::Button, parent, std::move(name)) {}
-    /// To be chosen before a window stands for the button.
+    /// Has to be set before the button has a window.
     Glyph glyph = Glyph::None;
 };
 
@@ -223,19 +223,19 @@ class TextBox : public Widget {
         setBackColor(raster::system_color::kWindowBackground);
         setForeColor(raster::system_color::kWindowText);
     }
-    /// Any letters, any length.
+    /// Any characters, any length.
     [[nodiscard]] const std::wstring& text() const noexcept { return text_; }
-    /// Raises `onChange` when the text differs, as a user's edit does.
+    /// Raises `onChange` when the text differs, as the user's edits do.
     void setText(std::wstring text);
     /// A locked text can be selected and copied, not edited by the user.
     [[nodiscard]] bool locked() const noexcept { return locked_; }
     void setLocked(bool locked);
 
-    /// To be chosen before a window stands for the box.
+    /// Has to be set before the box has a window.
     bool multiLine = false;
     Handler onChange;
 
-    /// The window tells what the user's edit has left in it.
+    /// Called by the window with the text after an edit by the user.
     void typed(std::wstring text);
 
   private:

@@ -20,15 +20,15 @@ using formenv::WindowState;
 constexpr wchar_t kSection[] = L"CONFIG";
 
 // All in twips.
-constexpr double kFarthest = 1'000'000.0;  // beyond every desktop there is
+constexpr double kFarthest = 1'000'000.0;  // beyond every desktop
 constexpr double kLeastWidth = 2400.0;
 constexpr double kLeastHeight = 1500.0;
 constexpr double kTitleHeight = 450.0;
-// As much of the title bar has to show that a hand can drag it: more than the buttons at its end take.
+// The part of the title bar that has to be visible so that the user can drag it: more than its buttons need.
 constexpr double kGripWidth = 3000.0;
 constexpr double kGripHeight = 300.0;
 
-/// A key's text with what would end or change its line in an INI file replaced.
+/// A key's text in which characters that would end or change its line in an INI file are replaced.
 std::wstring settingName(const std::wstring& key, const wchar_t* name) {
     constexpr wchar_t kStandIn = L'_';
     std::wstring result = key.substr(std::min(key.find_first_not_of(L' '), key.size()));
@@ -36,8 +36,8 @@ std::wstring settingName(const std::wstring& key, const wchar_t* name) {
         result.front() = kStandIn;
     std::ranges::replace_if(
         result,
-        [](wchar_t letter) {
-            return letter < L' ' || letter == 0x7F || letter == L'=' || letter == L'[' || letter == L']';
+        [](wchar_t character) {
+            return character < L' ' || character == 0x7F || character == L'=' || character == L'[' || character == L']';
         },
         kStandIn);
     return result + name;
@@ -63,24 +63,24 @@ std::optional<double> savedNumber(const PlacementStore& store, const wchar_t* na
     return number ? usable(*number) : std::nullopt;
 }
 
-/// The work areas as they are now. Unless there are none, which is to be asked first, each question has an answer.
+/// The present work areas. The other members need at least one, so callers check `none` first.
 class Screens {
   public:
     explicit Screens(formenv::Desktop& desktop)
         : desktop_(desktop), monitors_(desktop), scale_(twipsPerPixel(desktop)) {
         for (const clsMonitor& monitor : monitors_.Monitors())
             add(monitor.Handle());
-        // The search can miss a small one.
+        // The search can miss a small monitor.
         add(monitors_.GetMonitorFromXYPoint(1, 1, monitor_flag::kPrimary));
         const Place screen = screenSize(desktop);
         if (areas_.empty() && screen.width > 0.0 && screen.height > 0.0)
             areas_.push_back({0, screen});
     }
 
-    /// There is nowhere to go.
+    /// There is no work area.
     [[nodiscard]] bool none() const noexcept { return areas_.empty(); }
 
-    /// That of the monitor that holds the window, of the primary one without a window.
+    /// The work area of the window's monitor; of the primary one without a window.
     [[nodiscard]] Place home(std::intptr_t window) {
         std::optional<Place> area;
         if (window != 0)
@@ -100,7 +100,7 @@ class Screens {
         return place;
     }
 
-    /// `place` itself when its title bar can be taken hold of there, else the place inside a work area closest to it.
+    /// `place` itself when the user can reach its title bar there, else the closest place inside a work area.
     [[nodiscard]] Place reachable(const Place& place) {
         const Place nearest = nearestTo(place);
         double shown = 0.0;
@@ -124,22 +124,21 @@ class Screens {
 
     [[nodiscard]] std::optional<Place> areaOf(std::intptr_t monitor) {
         const std::optional<formenv::MonitorInfo> info = monitorInfo(desktop_, monitor);
-        const Place area = info ? inTwips(info->work, scale_) : Place{};
-        return area.width > 0.0 && area.height > 0.0 ? std::optional(area) : std::nullopt;
+        if (!info || info->work.left >= info->work.right || info->work.top >= info->work.bottom)
+            return std::nullopt;
+        return inTwips(info->work, scale_);
     }
 
     [[nodiscard]] Place nearestTo(const Place& place) {
         const auto pixels = [](double twips, double scale) { return raster::toNearestPixel(twips / scale); };
-        formenv::ScreenRect title{pixels(place.left, scale_.x), pixels(place.top, scale_.y),
-                                  pixels(place.left + place.width, scale_.x),
-                                  pixels(place.top + kTitleHeight, scale_.y)};
-        title.right = std::max(title.right, title.left + 1);
-        title.bottom = std::max(title.bottom, title.top + 1);
+        const formenv::ScreenRect title{pixels(place.left, scale_.x), pixels(place.top, scale_.y),
+                                        pixels(place.left + place.width, scale_.x),
+                                        pixels(place.top + kTitleHeight, scale_.y)};
         std::optional<Place> area;
         try {
             area = areaOf(desktop_.monitorFromRect(title, monitor_flag::kNearest));
         } catch (...) {
-            // Any monitor is better than none.
+            // The home monitor is used instead.
         }
         return area.value_or(home(0));
     }
@@ -151,7 +150,7 @@ class Screens {
                 std::max(a.top + a.height, b.top + b.height) - top};
     }
 
-    /// How much of the title bar's width shows in `area`.
+    /// The width of the title bar's visible part in `area`.
     [[nodiscard]] static double shownTitle(const Place& place, const Place& area) {
         const double width =
             std::min(place.left + place.width, area.left + area.width) - std::max(place.left, area.left);
@@ -192,7 +191,7 @@ Place placeToRestore(const Place& design, const PlacementStore& store, std::intp
     const Place home = screens.home(owner);
     const std::optional<double> left = position(given.left, L"Left");
     const std::optional<double> top = position(given.top, L"Top");
-    // In the middle of a small monitor a large form would begin on its neighbours.
+    // In the middle of a small monitor a large form would begin on a neighboring one.
     if (!left)
         place.width = std::min(place.width, home.width);
     if (!top)
@@ -222,7 +221,7 @@ bool SaveFormPlacement(const PlacedForm& form, const PlacementStore& store) noex
         const WindowState state =
             form.windowState() == WindowState::Maximized ? WindowState::Maximized : WindowState::Normal;
         const bool several = clsMonitors(store.desktop).Monitors().size() > 1;
-        // After a failure the rest would fail as well, or make a mixture of two places.
+        // It stops after a failure: the rest would fail as well, or the result would mix two places.
         return write(store, L"Left", place.left) && write(store, L"Top", place.top) &&
                write(store, L"Width", place.width) && write(store, L"Height", place.height) &&
                write(store, L"WindowState", static_cast<double>(state)) &&
@@ -242,7 +241,7 @@ void RestoreFormPlacement(PlacedForm& form, const PlacementStore& store, std::in
         else if (state)
             form.setWindowState(WindowState::Normal);
     } catch (...) {
-        // The form stays as it was, which is no worse than not having been shown before.
+        // The form stays as it was.
     }
 }
 

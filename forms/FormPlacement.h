@@ -1,4 +1,4 @@
-// Keeping the place, size and state of a form between its showings.
+// Saving and restoring the place, size and state of a form.
 #pragma once
 
 #include <cstdint>
@@ -10,32 +10,32 @@
 
 namespace kv::forms {
 
-/// A position or size that the caller leaves open.
+/// A position or size that the caller does not give.
 inline constexpr double kNotGiven = -88.0;
 inline constexpr formenv::Place kNoPlaceGiven{kNotGiven, kNotGiven, kNotGiven, kNotGiven};
 
-/// Where a form's place is kept, and the screens that it is judged by.
+/// The file and key of a form's saved place, and the screens that it has to fit on.
 struct PlacementStore {
     formenv::FileServices& files;
     formenv::Desktop& desktop;
-    std::wstring ini;  ///< full path; empty: nothing is kept
-    std::wstring key;  ///< stands before the names of the settings
+    std::wstring ini;  ///< full path; empty: nothing is saved
+    std::wstring key;  ///< precedes the names of the settings
 };
 
-/// Writes the form's place, size and state. A minimised form is written as one of normal state, so that it does not
-/// come back hidden. False when not all of it could be written.
+/// Writes the form's place, size and state. A minimized form is written with the normal state, so that it is not
+/// restored hidden. False when not all of it could be written.
 bool SaveFormPlacement(const PlacedForm& form, const PlacementStore& store) noexcept;
 
 inline bool SaveFormPlacement(formenv::Form& form, const PlacementStore& store) noexcept {
     return SaveFormPlacement(PlacedWindow(form), store);
 }
 
-/// Moves the form to `given`, what that leaves open to the saved place, and what has not been saved to the middle of
-/// the monitor of the window `owner` (0: the primary monitor), in the form's present size. Then gives it its saved
+/// Moves the form to `given`; what is not given comes from the saved place. What is not saved either is the form's
+/// present size and the middle of the monitor of the window `owner` (0: the primary monitor). Then sets the saved
 /// state.
 ///
-/// A form whose title bar would be out of reach there is moved into the nearest work area, and made smaller when it is
-/// larger than that.
+/// When the user could not reach the title bar there, the form is moved into the nearest work area, and made smaller if
+/// it is larger than that.
 void RestoreFormPlacement(PlacedForm& form, const PlacementStore& store, std::intptr_t owner = 0,
                           const formenv::Place& given = kNoPlaceGiven) noexcept;
 inline void RestoreFormPlacement(formenv::Form& form, const PlacementStore& store, std::intptr_t owner = 0,

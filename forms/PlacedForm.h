@@ -1,4 +1,4 @@
-// A form as the procedures that place it see it.
+// The part of a form that the placement procedures use.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ class PlacedForm {
     PlacedForm& operator=(const PlacedForm&) = delete;
     virtual ~PlacedForm() = default;
 
-    /// 0 while no window stands for the form.
+    /// 0 while the form has no window.
     [[nodiscard]] virtual std::intptr_t hWnd() const = 0;
     /// On the desktop, twips, as it is or will be while the state is Normal.
     [[nodiscard]] virtual formenv::Place place() const = 0;

@@ -30,7 +30,7 @@ std::optional<formenv::MonitorInfo> monitorInfo(formenv::Desktop& desktop, std::
         if (monitor != 0 && desktop.monitorInfo(monitor, info))
             return info;
     } catch (...) {
-        // Like a monitor that the system does not know.
+        // Treated as an unknown monitor.
     }
     return std::nullopt;
 }
@@ -41,7 +41,7 @@ formenv::Place inTwips(const formenv::ScreenRect& rect, const TwipsPerPixel& sca
 }
 
 formenv::Place centeredIn(const formenv::Place& area, const formenv::Place& place) noexcept {
-    // Whole twips, cut off.
+    // Whole twips, rounded towards zero.
     const std::int32_t right = toInt32(area.width - place.width) / 2;
     const std::int32_t down = toInt32(area.height - place.height) / 2;
     return {area.left + right, area.top + down, place.width, place.height};

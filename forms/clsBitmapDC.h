@@ -9,23 +9,23 @@
 namespace kv::forms {
 
 /// No state of its own; one for each export. No call is tested for success here: each leaves its error code with
-/// `calls`, and what became of the handles tells the caller.
+/// `calls`, and the caller tests the handles.
 class clsBitmapDC {
   public:
     /// `calls` has to live longer.
     explicit clsBitmapDC(formenv::BitmapCalls& calls) noexcept : calls_(calls) {}
 
-    /// A standard picture that owns the bitmap from here on; null, and the bitmap is still the caller's, when the
-    /// system makes none.
+    /// A standard picture, which takes the ownership of the bitmap. When the system cannot create it: null, and the
+    /// caller still owns the bitmap.
     [[nodiscard]] std::unique_ptr<formenv::PictureObject> CreateBitmapPicture(formenv::Handle hBmp,
                                                                               formenv::Handle hPal);
 
-    /// A bitmap of `lWid` by `lHgt` pixels for pictures of the kind that `hDCRef` draws; the caller's to free. 0 when
-    /// there is none to be had.
+    /// A bitmap of `lWid` by `lHgt` pixels with the color format of `hDCRef`; the caller frees it. 0 when the
+    /// system cannot create it.
     [[nodiscard]] formenv::Handle CreateBitmapInMemory(std::int32_t lWid, std::int32_t lHgt, formenv::Handle hDCRef);
 
-    /// Copies a rectangle of `hDCSrc` into the bitmap. `hBmp` becomes the handle that comes back when the bitmap is
-    /// taken out of its context again: the same one, or 0 when it never was in. Always false.
+    /// Copies a rectangle of `hDCSrc` into the bitmap. `hBmp` becomes the handle that is returned when the bitmap is
+    /// deselected: the same one, or 0 when it could not be selected. Always false.
     bool PasteBitmap(formenv::Handle& hBmp, std::int32_t xDest, std::int32_t yDest, formenv::Handle hDCSrc,
                      std::int32_t xSrc, std::int32_t ySrc, std::int32_t lWid, std::int32_t lHgt, double dRasterOp);
 

@@ -5,7 +5,7 @@
 
 namespace kv::forms {
 
-/// All in pixels of the virtual screen but the handle. The work area is the rectangle without task bars.
+/// Pixels of the virtual screen, except for the handle. The work area is the rectangle without task bars.
 class clsMonitor {
   public:
     [[nodiscard]] std::intptr_t Handle() const noexcept { return handle_; }

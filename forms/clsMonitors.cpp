@@ -8,13 +8,9 @@
 
 namespace kv::forms {
 
-namespace {
+namespace system_metric = formenv::system_metric;
 
-constexpr int kVirtualLeft = 76;
-constexpr int kVirtualTop = 77;
-constexpr int kVirtualWidth = 78;
-constexpr int kVirtualHeight = 79;
-constexpr int kMonitorCount = 80;
+namespace {
 
 constexpr std::int32_t kCellWidth = 640;
 constexpr std::int32_t kCellHeight = 480;
@@ -43,7 +39,7 @@ clsMonitor described(std::intptr_t handle, const formenv::MonitorInfo& info) {
 
 bool clsMonitors::counted() noexcept {
     try {
-        return desktop_.systemMetric(kMonitorCount) != 0;
+        return desktop_.systemMetric(system_metric::kMonitorCount) != 0;
     } catch (...) {
         return false;
     }
@@ -74,19 +70,19 @@ std::int32_t clsMonitors::DesktopHeightTwps() noexcept {
 }
 
 std::int32_t clsMonitors::DesktopLeft() noexcept {
-    return metric(kVirtualLeft, 0);
+    return metric(system_metric::kVirtualLeft, 0);
 }
 
 std::int32_t clsMonitors::DesktopTop() noexcept {
-    return metric(kVirtualTop, 0);
+    return metric(system_metric::kVirtualTop, 0);
 }
 
 std::int32_t clsMonitors::DesktopWidth() noexcept {
-    return metric(kVirtualWidth, toInt32(screenSize(desktop_).width / twipsPerPixel(desktop_).x));
+    return metric(system_metric::kVirtualWidth, toInt32(screenSize(desktop_).width / twipsPerPixel(desktop_).x));
 }
 
 std::int32_t clsMonitors::DesktopHeight() noexcept {
-    return metric(kVirtualHeight, toInt32(screenSize(desktop_).height / twipsPerPixel(desktop_).y));
+    return metric(system_metric::kVirtualHeight, toInt32(screenSize(desktop_).height / twipsPerPixel(desktop_).y));
 }
 
 std::intptr_t clsMonitors::GetMonitorFromWindow(std::intptr_t hwnd, std::uint32_t flags) noexcept {

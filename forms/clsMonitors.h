@@ -11,17 +11,12 @@
 
 namespace kv::forms {
 
-/// What the system answers about a point or a window that is on no monitor: none, the primary one, the nearest one.
-namespace monitor_flag {
-inline constexpr std::uint32_t kNone = 0;
-inline constexpr std::uint32_t kPrimary = 1;
-inline constexpr std::uint32_t kNearest = 2;
-}  // namespace monitor_flag
+namespace monitor_flag = formenv::monitor_flag;
 
 /// No member raises an error: the system's failures count as "no such monitor" or as the value of a single screen.
 class clsMonitors {
   public:
-    /// `desktop` has to live longer. The monitors are looked for at once.
+    /// `desktop` has to live longer. Searches the monitors at once.
     explicit clsMonitors(formenv::Desktop& desktop) : desktop_(desktop) { Refresh(); }
 
     // The virtual screen in twips.
@@ -37,15 +32,15 @@ class clsMonitors {
 
     /// 0 for none.
     [[nodiscard]] std::intptr_t GetMonitorFromWindow(std::intptr_t hwnd, std::uint32_t flags) noexcept;
-    /// Moves the form to the middle of the work area of the monitor that holds it. It stays where it is when there is
-    /// no such monitor.
+    /// Moves the form to the middle of the work area of its monitor. Without such a monitor the form stays where it
+    /// is.
     void CenterFormOnMonitor(PlacedForm* form = nullptr);
     void CenterFormOnMonitor(formenv::Form& form) {
         PlacedWindow placed(form);
         CenterFormOnMonitor(&placed);
     }
     [[nodiscard]] std::intptr_t GetMonitorFromXYPoint(std::int32_t x, std::int32_t y, std::uint32_t flags) noexcept;
-    /// Looks for the monitors anew. One smaller than 640 by 480 pixels can be missed.
+    /// Searches the monitors again. One smaller than 640 by 480 pixels can be missed.
     void Refresh();
 
     /// In the order in which they were found.

@@ -5,6 +5,7 @@
 
 #include "util/Product.h"
 #include "util/Text.h"
+#include "util/Trapped.h"
 #include "util/Utf8.h"
 
 namespace kv::forms {
@@ -12,6 +13,9 @@ namespace kv::forms {
 using formenv::MessageAnswer;
 using formenv::MessageButtons;
 using formenv::MessageIcon;
+using util::noted;
+using util::reported;
+using util::Step;
 
 namespace {
 
@@ -60,27 +64,10 @@ frmTextEditor::frmTextEditor(formenv::Platform& platform, formenv::FileServices&
 }
 
 frmTextEditor::~frmTextEditor() {
-    alive_.reset();
-    form_.onResize = nullptr;
-    form_.onUnload = nullptr;
-    form_.onQueryUnload = nullptr;
-    form_.onKeyDown = nullptr;
     if (bShown_)
         savePlacement();
-    // The window before the controls that it shows.
+    // The window is destroyed before the controls that it shows.
     form_.dropWindow();
-}
-
-bool frmTextEditor::reported(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body) {
-    // The body may leave nothing of the form but the error.
-    util::ErrorReporter& errors = errors_;
-    try {
-        body();
-        return true;
-    } catch (...) {
-        errors.ErrHand(flag, procedure, L"", util::currentError());
-        return false;
-    }
 }
 
 void frmTextEditor::design() {
@@ -142,29 +129,28 @@ void frmTextEditor::setMode(const std::wstring& value) {
 void frmTextEditor::InitForm(const std::wstring& sMode, const std::wstring& sSaveCaption, bool bCancelVisible,
                              bool bChkVisible, bool bLblVisible, const std::wstring& sText, bool bLocked,
                              const std::wstring& sINIFile) {
-    std::int16_t flag = 100;
-    reported(L"InitForm", flag, [&] {
+    reported(errors_, L"InitForm", [&](Step& step) {
         setMode(sMode);
         setSINI(sINIFile);
         bCancelled_ = false;
-        flag = 200;
+        step = 200;
         cmdSave.setCaption(sSaveCaption);
         cmdCancel.setVisible(bCancelVisible);
         chkEnabled.setVisible(bChkVisible);
         lblCntChar.setVisible(bLblVisible);
         setLeastSize();
-        flag = 300;
+        step = 300;
         txtEdit.setText(sText);
         txtEdit.setLocked(bLocked);
         ClearChange();
-        flag = 400;
+        step = 400;
         restorePlacement();
-        flag = 500;
+        step = 500;
         form_.load();
     });
 }
 
-/// All that is shown of the row stays in sight.
+/// The visible controls of the row always fit.
 void frmTextEditor::setLeastSize() {
     double right = 0.0;
     for (const formenv::Widget* child : form_.children()) {
@@ -180,11 +166,10 @@ void frmTextEditor::ClearChange() noexcept {
 }
 
 void frmTextEditor::FormResize() {
-    std::int16_t flag = 100;
-    reported(L"FormResize", flag, [&] {
+    reported(errors_, L"FormResize", [&](Step& step) {
         txtEdit.move({margins_.left, margins_.top, std::max(form_.scaleWidth() - margins_.left - margins_.right, 0.0),
                       std::max(form_.scaleHeight() - margins_.top - margins_.bottom, 0.0)});
-        flag = 200;
+        step = 200;
         cmdCancel.setTop(form_.scaleHeight() - margins_.buttons);
         for (formenv::Widget* beside :
              std::initializer_list<formenv::Widget*>{&cmdSave, &chkEnabled, &lblCntChar, &cmdPrint})
@@ -193,28 +178,24 @@ void frmTextEditor::FormResize() {
 }
 
 void frmTextEditor::Show() {
-    std::int16_t flag = 100;
-    reported(L"Show", flag, [&] {
+    reported(errors_, L"Show", [&](Step&) {
         form_.show();
         bShown_ = true;
     });
 }
 
 void frmTextEditor::Hide() {
-    std::int16_t flag = 100;
-    reported(L"Hide", flag, [&] { form_.hide(); });
+    reported(errors_, L"Hide", [&](Step&) { form_.hide(); });
 }
 
 bool frmTextEditor::Unload() {
-    std::int16_t flag = 100;
     bool gone = false;
-    reported(L"Unload", flag, [&] { gone = form_.unload(); });
+    reported(errors_, L"Unload", [&](Step&) { gone = form_.unload(); });
     return gone;
 }
 
 void frmTextEditor::setText(const std::wstring& text) {
-    std::int16_t flag = 100;
-    reported(L"setText", flag, [&] { txtEdit.setText(text); });
+    reported(errors_, L"setText", [&](Step&) { txtEdit.setText(text); });
 }
 
 std::int16_t frmTextEditor::nEditingEnabled() noexcept {
@@ -222,15 +203,14 @@ std::int16_t frmTextEditor::nEditingEnabled() noexcept {
 }
 
 void frmTextEditor::txtEdit_Change() {
-    std::int16_t flag = 100;
-    reported(L"txtEdit_Change", flag, [&] {
+    reported(errors_, L"txtEdit_Change", [&](Step&) {
         bChanged_ = true;
         bUnsaved_ = true;
         lblCntChar.setCaption(std::to_wstring(util::getLenTrim(txtEdit.text())) + L" chars");
     });
 }
 
-/// Only notes the setting: what may be edited is InitForm's.
+/// Only stores the setting: InitForm decides whether the text can be edited.
 void frmTextEditor::chkEnabled_Click() {
     editingEnabled = static_cast<std::int16_t>(chkEnabled.value());
 }
@@ -248,25 +228,23 @@ void frmTextEditor::cmdCancel_Click() {
 
 void frmTextEditor::leave(const wchar_t* procedure) {
     const std::weak_ptr<bool> alive = alive_;
-    std::int16_t flag = 100;
-    reported(procedure, flag, [&] {
+    reported(errors_, procedure, [&](Step&) {
         if (const formenv::Handler handler = onHideMe)
             handler();
     });
     if (alive.expired())
         return;
-    flag = 200;
-    reported(procedure, flag, [&] { form_.hide(); });
+    const auto hide = [&](Step&) { form_.hide(); };
+    reported(errors_, procedure, hide, {}, 200);
 }
 
 void frmTextEditor::cmdPrint_Click() {
-    std::int16_t flag = 100;
-    reported(L"cmdPrint_Click", flag, [&] {
+    reported(errors_, L"cmdPrint_Click", [&](Step& step) {
         const std::wstring path = util::setPathName(files_.printFolder(), kPrintFile);
-        flag = 200;
-        // With its mark, so that every viewer shows every letter.
+        step = 200;
+        // With a byte order mark, so that every viewer shows every character.
         files_.writeFile(path, kUtf8Mark + util::toUtf8(txtEdit.text()));
-        flag = 300;
+        step = 300;
         platform_.startProgram(viewerCommand(util::product::kTextViewer, path));
     });
 }
@@ -288,22 +266,22 @@ bool frmTextEditor::Form_QueryUnload() {
 
 void frmTextEditor::Form_Unload() {
     savePlacement();
-    std::int16_t flag = 200;
-    reported(L"Form_Unload", flag, [&] {
+    const auto tell = [&](Step&) {
         if (const formenv::Handler handler = onUnload)
             handler();
-    });
+    };
+    reported(errors_, L"Form_Unload", tell, {}, 200);
 }
 
-/// Beside the window of the control when it has no saved place.
+/// Without a saved place it is on the monitor of the control.
 void frmTextEditor::restorePlacement() {
     RestoreFormPlacement(form_, placementStore(sMode_), platform_.formOwner());
 }
 
-/// A place that cannot be kept is worth a record, but no message whenever the form is closed.
+/// A place that cannot be saved is recorded, but causes no message each time the form is closed.
 void frmTextEditor::savePlacement() noexcept {
     bShown_ = false;
-    try {
+    noted(errors_, L"Form_Unload", [&](Step&) {
         const PlacementStore common = placementStore(L"");
         if (common.ini.empty())
             return;
@@ -312,9 +290,7 @@ void frmTextEditor::savePlacement() noexcept {
             kept = SaveFormPlacement(form_, placementStore(sMode_)) && kept;
         if (!kept)
             throw util::RuntimeError(util::error_number::kPathFileAccess);
-    } catch (...) {
-        errors_.ErrNote(100, L"Form_Unload", L"", util::currentError());
-    }
+    });
 }
 
 PlacementStore frmTextEditor::placementStore(const std::wstring& key) {

@@ -1,8 +1,7 @@
-// A small window with a block of text, which the user may read, edit, hand back or print.
+// A small window with a block of text that the user can read, edit, save or print.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,20 +15,20 @@
 
 namespace kv::forms {
 
-/// What starts the text viewer on a file: program, blank, path, the path in quotes when it has a blank in it. Without a
-/// viewer it is "NOTEPAD".
+/// The command that opens a file in the text viewer: program, blank, path, the path in quotes when it contains a blank.
+/// Without a viewer the program is "NOTEPAD".
 [[nodiscard]] std::wstring viewerCommand(std::wstring_view viewer, std::wstring_view path);
 
-/// Set up by `InitForm`, shown by its owner, left by Save or Cancel (hidden, `onHideMe` told) or by closing (unloaded
-/// after the question about changes, `onUnload` told). It can be set up and shown again after either.
+/// `InitForm` sets it up and its owner shows it. Save and Cancel raise `onHideMe` and hide it. Closing asks about
+/// unsaved changes, raises `onUnload` and unloads it. It can be set up and shown again after either.
 ///
-/// The handlers may do anything, also destroy the form. No member throws but the constructor: errors go to the
+/// The handlers may do anything, also destroy the form. Only the constructor throws: all other errors go to the
 /// reporter.
 class frmTextEditor {
   public:
     /// All three have to live longer.
     frmTextEditor(formenv::Platform& platform, formenv::FileServices& files, util::ErrorReporter& errors);
-    /// Asks nothing and tells nobody; the placement of a form that was shown is kept.
+    /// Asks nothing and raises no event; the placement of a form that was shown is saved.
     ~frmTextEditor();
     frmTextEditor(const frmTextEditor&) = delete;
     frmTextEditor& operator=(const frmTextEditor&) = delete;
@@ -41,10 +40,10 @@ class frmTextEditor {
     /// Lays the controls out for the present size.
     void FormResize();
 
-    /// The caller's name for the use of the form: its caption, and the key of its placement.
+    /// The caller's name for this use of the form: its caption, and the key of its placement.
     [[nodiscard]] const std::wstring& Mode() const noexcept { return sMode_; }
     void setMode(const std::wstring& value);
-    /// The file that keeps the placement; while it is empty, the one that keeps the places of all windows.
+    /// The file of the placement; if empty, the common file for the places of all windows.
     [[nodiscard]] const std::wstring& sINI() const noexcept { return sINI_; }
     void setSINI(const std::wstring& value) { sINI_ = value; }
 
@@ -52,26 +51,27 @@ class frmTextEditor {
     void Show();
     void Hide();
     [[nodiscard]] bool isVisible() const noexcept { return form_.visible(); }
-    /// Closes the form as its close button does. False when the user goes on editing.
+    /// Closes the form as its close button does. False when the user chose to continue editing.
     bool Unload();
 
     [[nodiscard]] const std::wstring& text() const noexcept { return txtEdit.text(); }
-    /// A text equal to the one shown changes nothing. Another one keeps the place the user has scrolled to and the
-    /// selection as far as it can, and counts as a change like the user's own: see `ClearChange`.
+    /// A text equal to the one shown changes nothing. A different one keeps the scroll position and the selection
+    /// if possible, and counts as a change like an edit by the user: see `ClearChange`.
     void setText(const std::wstring& text);
     /// The user left by Cancel or abandoned changes.
     [[nodiscard]] bool cancelled() const noexcept { return bCancelled_; }
-    /// The text was changed since `ClearChange`; stays true after Save, so that the caller knows what Save was about.
+    /// The text was changed since `ClearChange`; stays true after Save, so that the caller knows if Save saved a
+    /// change.
     [[nodiscard]] bool changed() const noexcept { return bChanged_; }
-    /// The same until Save: what closing asks about.
+    /// The same, but Save clears it; closing asks while it is true.
     [[nodiscard]] bool unsaved() const noexcept { return bUnsaved_; }
 
     /// What the check box was last set to by a user in any form of the process: 0 or 1.
     [[nodiscard]] static std::int16_t nEditingEnabled() noexcept;
 
-    /// The user left by Save or Cancel: event `HideMe`. Told before the form hides.
+    /// The user clicked Save or Cancel: event `HideMe`. Raised before the form is hidden.
     formenv::Handler onHideMe;
-    /// The form is closed: by the user, or by the system together with the window it belongs to.
+    /// The form is closed: by the user, or by the system together with its owner window.
     formenv::Handler onUnload;
 
   private:
@@ -105,9 +105,6 @@ class frmTextEditor {
     void setLeastSize();
     void leave(const wchar_t* procedure);
 
-    /// Runs `body`; an error in it goes to the error reporter with the procedure's name and step flag.
-    bool reported(const wchar_t* procedure, std::int16_t& flag, const std::function<void()>& body);
-
     /// The design's distances, twips.
     struct Margins {
         double left = 0.0;
@@ -125,7 +122,7 @@ class frmTextEditor {
     bool bChanged_ = false;
     bool bUnsaved_ = false;
     bool bCancelled_ = false;
-    bool bShown_ = false;  ///< since the placement was kept last
+    bool bShown_ = false;  ///< since the placement was last saved
     Margins margins_;
     /// A handler may destroy the form under the procedure that called it.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);

@@ -1,12 +1,12 @@
 #include "forms/modPicToBMP.h"
 
-#include <cstdint>
 #include <memory>
 
 #include "forms/clsBitmapDC.h"
 #include "raster/Twips.h"
 #include "util/Bmp.h"
 #include "util/NumberFormat.h"
+#include "util/Trapped.h"
 
 namespace kv::forms {
 
@@ -16,10 +16,11 @@ using formenv::PictureBox;
 using formenv::PictureObject;
 using raster::PixelSize;
 using util::RuntimeError;
+using util::Step;
 
 namespace {
 
-/// A bitmap that is freed unless a picture takes it over.
+/// A bitmap that is freed unless a picture takes its ownership.
 class OwnedBitmap {
   public:
     OwnedBitmap(BitmapCalls& calls, Handle handle) noexcept : calls_(calls), handle_(handle) {}
@@ -38,22 +39,18 @@ class OwnedBitmap {
     Handle handle_;
 };
 
-/// One export: its steps share the text of the one they are at.
+/// One export.
 class Export {
   public:
     Export(PictureBox& P1, PictureBox& P2, const ExportServices& services) noexcept
         : P1_(P1), P2_(P2), services_(services), calls_(P1.platform().bitmapCalls()) {}
 
-    void run(const std::wstring& sFile);
+    void run(const std::wstring& sFile, Step& step);
 
-    const wchar_t* step = L"";
-    std::int16_t flag = 0;
+    /// The text of the present step.
+    std::wstring stepText;
 
   private:
-    void begin(const wchar_t* text) noexcept {
-        step = text;
-        flag = static_cast<std::int16_t>(flag + 100);
-    }
     void develop(const std::wstring& message) noexcept { services_.errors.wrtTechSupNoMak(message, false); }
     void develop(const wchar_t* label, double value) { develop(label + util::formatNumber(value, L"")); }
     void paste(const OwnedBitmap& bitmap, PictureBox& source, int x, int y, PixelSize size);
@@ -79,7 +76,11 @@ void Export::save(const PictureObject& picture, const std::wstring& sFile) {
         sFile, util::bmpFile(image.pixels.data(), image.width, image.height, image.width, P1_.platform().dpi()));
 }
 
-void Export::run(const std::wstring& sFile) {
+void Export::run(const std::wstring& sFile, Step& step) {
+    const auto begin = [&](const wchar_t* text) {
+        stepText = text;
+        step = static_cast<Step>(step + 100);
+    };
     begin(L"Set P1 width and height");
     const PixelSize size = P1_.pixelSize();
 
@@ -120,13 +121,8 @@ void Export::run(const std::wstring& sFile) {
 
 bool ExportToBMP2(PictureBox& P1, PictureBox& P2, const std::wstring& sFile, const ExportServices& services) {
     Export attempt(P1, P2, services);
-    try {
-        attempt.run(sFile);
-        return true;
-    } catch (...) {
-        services.errors.ErrNote(attempt.flag, L"ExportToBMP2", attempt.step, util::currentError());
-        return false;
-    }
+    const auto run = [&](Step& step) { attempt.run(sFile, step); };
+    return util::noted(services.errors, L"ExportToBMP2", run, attempt.stepText, 0);
 }
 
 }  // namespace kv::forms

@@ -9,14 +9,14 @@
 
 namespace kv::forms {
 
-/// Where the file goes, and where errors and the lines of the development log go.
+/// Writes the file; reports errors and the lines of the development log.
 struct ExportServices {
     formenv::FileServices& files;
     util::ErrorReporter& errors;
 };
 
 /// Writes P1 with P2 over it, at P2's place inside P1 and clipped to it, in P1's size in pixels. False when any step
-/// failed, which is then in the log with the step's text; no message is shown and the file is as it was before.
+/// failed. The log then has the step's text; no message is shown and an existing file is unchanged.
 [[nodiscard]] bool ExportToBMP2(formenv::PictureBox& P1, formenv::PictureBox& P2, const std::wstring& sFile,
                                 const ExportServices& services);
 

@@ -1,4 +1,4 @@
-// Bitmaps and device contexts in plain memory. Every call is written down, and any of them can be made to fail.
+// Bitmaps and device contexts in plain memory. Every call is recorded, and any of them can be made to fail.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace kv::headless {
 
 class HeadlessBitmaps final : public formenv::BitmapCalls {
   public:
-    /// A device context on pixels that somebody else keeps until `forget`.
+    /// A device context on pixels that the caller keeps until `forget`.
     [[nodiscard]] formenv::Handle contextOf(const raster::PixelBuffer& pixels);
     void forget(formenv::Handle context) noexcept;
 
@@ -33,21 +33,21 @@ class HeadlessBitmaps final : public formenv::BitmapCalls {
 
     /// Calls in their order, as "BitBlt 5 0,0 30x20 1 0,0 cc0020".
     std::vector<std::string> calls;
-    /// Asked before each call with its name; true makes it fail.
+    /// Called before each call with its name; true makes it fail.
     std::function<bool(std::string_view call)> fails;
 
-    /// What was made and is not freed yet.
+    /// The objects that are not freed yet.
     [[nodiscard]] std::size_t bitmapCount() const noexcept { return bitmaps_.size(); }
     [[nodiscard]] std::size_t memoryContextCount() const noexcept { return memory_.size(); }
 
-    /// The error code of a call that was made to fail, and of one with a handle that is none.
+    /// The error code of a call that was made to fail, and of one with an invalid handle.
     static constexpr std::uint32_t kMadeToFail = 14;
     static constexpr std::uint32_t kInvalidHandle = 6;
-    /// What a fresh memory context has selected.
+    /// The bitmap that a new memory context has selected.
     static constexpr formenv::Handle kStockBitmap = 99;
 
   private:
-    /// Writes the call down; false when it is to fail.
+    /// Records the call; false when it has to fail.
     bool begin(std::string_view call, const std::string& arguments);
     bool invalid();
     [[nodiscard]] raster::PixelBuffer pixelsOf(formenv::Handle context);

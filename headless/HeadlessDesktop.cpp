@@ -8,9 +8,7 @@ namespace kv::headless {
 
 namespace {
 
-// What to answer when no monitor is hit.
-constexpr std::uint32_t kPrimary = 1;
-constexpr std::uint32_t kNearest = 2;
+namespace system_metric = formenv::system_metric;
 
 std::int64_t length(std::int32_t from, std::int32_t to) {
     return std::int64_t{to} - from;
@@ -50,22 +48,26 @@ formenv::ScreenRect HeadlessDesktop::bounds() const noexcept {
 std::int32_t HeadlessDesktop::systemMetric(int index) {
     const formenv::ScreenRect all = bounds();
     const formenv::ScreenRect screen = primary() ? primary()->info.monitor : formenv::ScreenRect{};
-    if (!countsMonitors && index >= 76)
+    switch (index) {
+        case system_metric::kScreenWidth:
+            return screen.right - screen.left;
+        case system_metric::kScreenHeight:
+            return screen.bottom - screen.top;
+        default:
+            break;
+    }
+    if (!countsMonitors)
         return 0;
     switch (index) {
-        case 0:
-            return screen.right - screen.left;
-        case 1:
-            return screen.bottom - screen.top;
-        case 76:
+        case system_metric::kVirtualLeft:
             return all.left;
-        case 77:
+        case system_metric::kVirtualTop:
             return all.top;
-        case 78:
+        case system_metric::kVirtualWidth:
             return all.right - all.left;
-        case 79:
+        case system_metric::kVirtualHeight:
             return all.bottom - all.top;
-        case 80:
+        case system_metric::kMonitorCount:
             return static_cast<std::int32_t>(monitors.size());
         default:
             return 0;
@@ -75,7 +77,7 @@ std::int32_t HeadlessDesktop::systemMetric(int index) {
 std::intptr_t HeadlessDesktop::monitorFromWindow(std::intptr_t window, std::uint32_t flags) {
     if (const auto found = windows.find(window); found != windows.end())
         return monitorFromRect(found->second, flags);
-    return flags != 0 && primary() ? primary()->handle : 0;
+    return flags != formenv::monitor_flag::kNone && primary() ? primary()->handle : 0;
 }
 
 std::intptr_t HeadlessDesktop::monitorFromRect(const formenv::ScreenRect& rect, std::uint32_t flags) {
@@ -85,12 +87,12 @@ std::intptr_t HeadlessDesktop::monitorFromRect(const formenv::ScreenRect& rect, 
         monitors, {}, [&rect](const Monitor& monitor) { return sharedArea(monitor.info.monitor, rect); });
     if (sharedArea(hit->info.monitor, rect) > 0)
         return hit->handle;
-    if (flags == kNearest)
+    if (flags == formenv::monitor_flag::kNearest)
         return std::ranges::min_element(
                    monitors, {},
                    [&rect](const Monitor& monitor) { return squaredDistance(monitor.info.monitor, rect); })
             ->handle;
-    return flags == kPrimary && primary() ? primary()->handle : 0;
+    return flags == formenv::monitor_flag::kPrimary && primary() ? primary()->handle : 0;
 }
 
 bool HeadlessDesktop::monitorInfo(std::intptr_t monitor, formenv::MonitorInfo& info) {
@@ -102,11 +104,11 @@ bool HeadlessDesktop::monitorInfo(std::intptr_t monitor, formenv::MonitorInfo& i
 }
 
 double HeadlessDesktop::screenWidth() {
-    return systemMetric(0) * twipsPerPixelX();
+    return systemMetric(system_metric::kScreenWidth) * twipsPerPixelX();
 }
 
 double HeadlessDesktop::screenHeight() {
-    return systemMetric(1) * twipsPerPixelY();
+    return systemMetric(system_metric::kScreenHeight) * twipsPerPixelY();
 }
 
 double HeadlessDesktop::twipsPerPixelX() {

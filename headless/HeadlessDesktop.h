@@ -1,4 +1,4 @@
-// A desktop without a screen: monitors as a test arranges them, answering like the system's own.
+// A desktop without a screen: its monitors are arranged by a test and reported like the system's own.
 #pragma once
 
 #include <map>
@@ -24,15 +24,15 @@ class HeadlessDesktop : public formenv::Desktop {
     [[nodiscard]] double twipsPerPixelX() override;
     [[nodiscard]] double twipsPerPixelY() override;
 
-    /// Adds a monitor whose task bar, if any, is at the bottom; the first one is the primary. The handle comes back.
+    /// Adds a monitor whose task bar, if any, is at the bottom; the first one is the primary. Returns the handle.
     std::intptr_t add(const formenv::ScreenRect& monitor, std::int32_t taskBar = 0);
 
-    /// One screen of 1920 by 1080 pixels with a task bar, to begin with.
+    /// At first one screen of 1920 by 1080 pixels with a task bar.
     std::vector<Monitor> monitors{{65537, {{0, 0, 1920, 1080}, {0, 0, 1920, 1040}, true}}};
-    /// Where windows stand, by their handles.
+    /// The places of windows, by their handles.
     std::map<std::intptr_t, formenv::ScreenRect> windows;
     int dots = 96;
-    /// False: the system is one that knows nothing of several monitors.
+    /// False: the system does not support several monitors.
     bool countsMonitors = true;
 
   private:

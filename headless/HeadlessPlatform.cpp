@@ -86,7 +86,7 @@ formenv::MessageAnswer HeadlessPlatform::messageBoxBefore(std::intptr_t window, 
     return answer;
 }
 
-/// Writes down what it is told and gives the form the room inside its border.
+/// Records its calls and gives the form the client area inside its border.
 class HeadlessPlatform::RecordedFormWindow final : public formenv::FormWindow, public formenv::Peer {
   public:
     RecordedFormWindow(HeadlessPlatform& platform, formenv::Form& form)

@@ -1,4 +1,4 @@
-// A platform without a screen: pictures in plain memory and message boxes that are only noted down. Tests, fuzzers and
+// A platform without a screen: pictures in plain memory and message boxes that are only recorded. Tests, fuzzers and
 // benchmarks run the control on it.
 #pragma once
 
@@ -20,7 +20,7 @@ class HeadlessPlatform final : public formenv::Platform {
         std::wstring title;
         formenv::MessageIcon icon;
         formenv::MessageButtons buttons;
-        std::intptr_t before = 0;  ///< handle of the form's window that it stands before; 0 for the control's
+        std::intptr_t before = 0;  ///< handle of the form's window that owns it; 0 for the control's
     };
 
     [[nodiscard]] int dpi() const noexcept override { return dots; }
@@ -44,17 +44,17 @@ class HeadlessPlatform final : public formenv::Platform {
     }
 
     int dots = 96;
-    /// Texts have no size, as when the system cannot load any font.
+    /// Texts have the size 0, as when the system cannot load any font.
     bool noFonts = false;
     HeadlessBitmaps bitmaps;
     std::vector<Message> messages;
     int pumps = 0;
-    /// What happens when the control lets events run.
+    /// Called when the control lets events run.
     std::function<void()> onPump;
     formenv::MessageAnswer answer = formenv::MessageAnswer::Ok;
-    /// What happens while a message box is open.
+    /// Called while a message box is open.
     std::function<void()> onMessage;
-    /// What the windows of forms were told, in order: "create", "show", "hide", "place", "state 2", "destroy".
+    /// The calls of the windows of forms, in order: "create", "show", "hide", "place", "state 2", "destroy".
     std::vector<std::string> formCalls;
     bool formsFail = false;
     std::vector<std::wstring> programs;

@@ -13,11 +13,11 @@ namespace kv::headless {
 
 /// The settings of one INI file.
 ///
-/// Sections stand as "[name]" on lines of their own, settings as "key=value" below them. Names of sections and keys
-/// are compared without regard to case; of two equal ones the first counts, and parts of a section that is named twice
-/// belong together. Spaces and tabs around names and values do not count. A value in a pair of double or single quotes
-/// loses that one pair, which keeps blanks at its ends. Lines that begin with ';' are comments; a ';' further on is
-/// part of the value. Lines that are neither, and settings above the first section, are passed over.
+/// Sections are written as "[name]" on lines of their own, settings as "key=value" below them. Names of sections and
+/// keys are not case-sensitive; of two equal ones the first counts, and parts of a section that is named twice belong
+/// together. Spaces and tabs around names and values do not count. A value in a pair of double or single quotes loses
+/// that one pair, which keeps blanks at its ends. Lines that begin with ';' are comments; a ';' further on is part of
+/// the value. Other lines, and settings above the first section, are ignored.
 class IniText {
   public:
     IniText() = default;

@@ -19,7 +19,7 @@ std::string hex(std::uint32_t value, int digits) {
     return text;
 }
 
-/// The top byte is written only when it holds something, which no colour should.
+/// The top byte is written only when it is not 0, which is an error of the caller.
 std::string colorText(raster::Rgb color) {
     return hex(color, (color >> 24) != 0 ? 8 : 6);
 }
@@ -42,7 +42,7 @@ std::string modeText(raster::DrawMode mode) {
     return "mode " + std::to_string(static_cast<int>(mode));
 }
 
-/// Appends a character; halves of a pair that stand alone and numbers beyond Unicode become the replacement character.
+/// Appends a character; unpaired surrogates and numbers beyond Unicode become the replacement character.
 void appendUtf8(std::string& out, std::uint32_t code) {
     const auto add = [&out](std::uint32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
     if (code > 0x10FFFFU || (code >= 0xD800U && code <= 0xDFFFU)) {
@@ -70,7 +70,7 @@ std::uint32_t codeOf(wchar_t unit) {
     return static_cast<std::uint32_t>(static_cast<std::make_unsigned_t<wchar_t>>(unit));
 }
 
-/// The character at `at`, which moves past it; two units where wchar_t has 16 bits and the pair is whole.
+/// The character at `at`, which moves past it; two units for a surrogate pair where wchar_t has 16 bits.
 std::uint32_t nextCharacter(std::wstring_view text, std::size_t& at) {
     const std::uint32_t first = codeOf(text[at++]);
     if (first >= 0xD800U && first <= 0xDBFFU && at < text.size()) {

@@ -1,4 +1,4 @@
-// A canvas that writes down what is drawn on it.
+// A canvas that records the drawing calls.
 #pragma once
 
 #include <string>
@@ -16,8 +16,8 @@ namespace kv::headless {
 ///     rectangle 10,20 30,40 pen 0000ff w1 brush 5 00ff00 mode 13
 ///     text 5,6 "89.5 MHz" font "Tahoma" 8.25 bold color 000000
 ///
-/// Colours are Rgb in six digits, blue first; styles and modes are their values. In strings a backslash stands before
-/// quotes and backslashes, and control characters are \xNN. Questions are answered and not written down.
+/// Colors are Rgb in six digits, blue first; styles and modes are their values. In strings a backslash precedes
+/// quotes and backslashes, and control characters are \xNN. Calls that only measure are not recorded.
 class RecordingCanvas : public raster::Canvas {
   public:
     /// Text measures `character.width` for each unit of the string and `character.height`, whatever the font.
@@ -28,7 +28,7 @@ class RecordingCanvas : public raster::Canvas {
     /// All lines, each with a line feed.
     [[nodiscard]] std::string log() const;
     void forget() noexcept { lines_.clear(); }
-    /// Answers another size from now on.
+    /// Changes the size of the canvas.
     void resize(raster::PixelSize size) noexcept { size_ = size; }
 
     [[nodiscard]] raster::PixelSize size() const override { return size_; }

@@ -20,7 +20,7 @@ constexpr double kBetweenLabels = 3.0;
 constexpr double kSmallest = 12.0;
 /// A dial never shrinks further than this for the sake of its labels.
 constexpr double kLeastPart = 0.6;
-/// What the body needs below its middle, as a part of the scale's radius.
+/// The height that the body needs below its middle, as a part of the scale's radius.
 constexpr double kBodyBelow = 0.86;
 
 constexpr double kTicksWithoutRange = 10.0;
@@ -31,7 +31,7 @@ struct Measured {
     PixelSize size;
 };
 
-/// How far outside of the scale the middle of a label stands, so that the label just clears it.
+/// The distance of a label's middle from the scale at which the label does not touch the scale.
 double clearance(const Measured& label, double unit) {
     const double angle = dialAngle(label.place);
     return kLabelGap * unit +
@@ -42,7 +42,7 @@ SmoothPoint middleOf(const Measured& label, SmoothPoint center, double radius, d
     return raster::onCircle(center, radius + clearance(label, unit), dialAngle(label.place));
 }
 
-/// What a dial of a radius takes up to each side of its middle.
+/// The size of a dial to each side of its middle.
 struct Extent {
     double up;
     double down;
@@ -62,7 +62,7 @@ Extent extentOf(double radius, const std::vector<Measured>& labels, double unit)
 
 double largestRadius(const SmoothBox& area, const std::vector<Measured>& labels, double unit) {
     double fits = 0.0;
-    double high = std::max(area.width(), area.height());
+    double high = std::max({area.width(), area.height(), 0.0});
     for (int i = 0; i < 16; ++i) {
         const double radius = (fits + high) / 2.0;
         const Extent extent = extentOf(radius, labels, unit);
@@ -109,7 +109,7 @@ DialLayout place(const SmoothBox& area, const std::vector<Measured>& labels, dou
     return layout;
 }
 
-/// The value of a range's end with the digits that the range's width makes worth reading.
+/// The value of a range's end with as many digits as the width of the range needs.
 std::wstring endText(double value, double span) {
     const double decimals = std::clamp(std::ceil(1.3 - std::log10(span)), 0.0, 6.0);
     std::wstring format = L"0";
@@ -141,14 +141,12 @@ std::vector<Measured> labelsOf(const KnobScale& scale, const TextMeasure& measur
 
 DialLayout layOutDial(const SmoothBox& area, const KnobScale& scale, double unit, const TextMeasure& measure) {
     DialLayout bare = place(area, {}, unit);
-    if (!(bare.radius > 0.0))
-        return {};
     const std::vector<Measured> labels = labelsOf(scale, measure);
     const double least = std::max(kSmallest * unit, bare.radius * kLeastPart);
-    // A range without one of its ends says nothing.
+    // A single label of a range would be of no use.
     const std::size_t most = scale.stops.empty() ? std::min<std::size_t>(labels.size(), 1) : labels.size();
     for (std::size_t every = 1; every <= most; ++every) {
-        // From the third on only such distances as leave both ends a label.
+        // From every third on, only distances at which both ends keep their labels.
         if (every > 2 && (labels.size() - 1) % every != 0)
             continue;
         std::vector<Measured> left;
@@ -175,9 +173,9 @@ std::vector<double> ticksOf(const KnobScale& scale, double length, double least)
         }
     }
     std::vector<double> ticks;
-    // The last one may stand closer to the end than the others to each other; closer than `least` it is left out.
+    // The last one can be closer to the end than the others are to each other; closer than `least` it is omitted.
     for (double at = 0.0; at < detents; at += every) {
-        if (at == 0.0 || (detents - at) / detents * length >= least)
+        if ((detents - at) / detents * length >= least)
             ticks.push_back(at / detents);
     }
     ticks.push_back(1.0);

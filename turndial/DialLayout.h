@@ -1,4 +1,4 @@
-// Where a dial stands in its room and where the labels of its scale go.
+// The position of a dial in its area, and of the labels of its scale.
 #pragma once
 
 #include <functional>
@@ -34,13 +34,13 @@ struct DialLayout {
 
 using TextMeasure = std::function<raster::PixelSize(std::wstring_view)>;
 
-/// The largest dial that fits. Labels stand outside of the scale and inside of `area`, and never overlap: when there
-/// is no room for all of them, every second, third ... is left, or none. `unit` is a pixel at 96 dots an inch.
+/// The largest dial that fits. Labels are outside of the scale and inside of `area`, and never overlap: when there
+/// is no room for all of them, only every second, third ... is kept, or none. `unit` is a pixel at 96 dots an inch.
 [[nodiscard]] DialLayout layOutDial(const raster::SmoothBox& area, const KnobScale& scale, double unit,
                                     const TextMeasure& measure);
 
-/// Tick marks, places on the scale: at every stop or detent as long as they stand `least` or further apart on a scale
-/// of that length, at every second, fifth, tenth ... otherwise, and always at both ends.
+/// Tick marks as places on the scale: at every stop or detent if they are `least` or further apart on a scale
+/// of that length, otherwise at every second, fifth, tenth ..., and always at both ends.
 [[nodiscard]] std::vector<double> ticksOf(const KnobScale& scale, double length, double least);
 
 }  // namespace kv::turndial

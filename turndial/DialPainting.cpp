@@ -21,26 +21,22 @@ struct Rings {
     double track;  ///< middle of the arc
     double trackWidth;
     double body;
-
-    Rings(double radius, double pixel, bool hasTrack)
-        : unit(pixel),
-          scale(radius),
-          tick(std::clamp(radius * 0.12, 2.5 * pixel, 7.0 * pixel)),
-          track(0.0),
-          trackWidth(std::clamp(radius * 0.08, 2.0 * pixel, 5.0 * pixel)),
-          body(0.0) {
-        const double gap = std::clamp(radius * 0.06, 1.0 * pixel, 3.0 * pixel);
-        const double inside = scale - tick - gap;
-        track = inside - trackWidth / 2.0;
-        body = std::max(hasTrack ? inside - trackWidth - gap * 1.4 : inside - gap, 0.4 * radius);
-    }
 };
+
+Rings ringsOf(double radius, double unit, bool hasTrack) {
+    const double tick = std::clamp(radius * 0.12, 2.5 * unit, 7.0 * unit);
+    const double trackWidth = std::clamp(radius * 0.08, 2.0 * unit, 5.0 * unit);
+    const double gap = std::clamp(radius * 0.06, 1.0 * unit, 3.0 * unit);
+    const double inside = radius - tick - gap;
+    const double body = std::max(hasTrack ? inside - trackWidth - gap * 1.4 : inside - gap, 0.4 * radius);
+    return {unit, radius, tick, inside - trackWidth / 2.0, trackWidth, body};
+}
 
 bool near(double a, double b) {
     return std::abs(a - b) < 1e-6;
 }
 
-/// Long ticks where labels stand, or at every fifth one of many, and at both ends.
+/// Ticks are long at labels, or every fifth one of many, and at both ends.
 bool isLong(std::size_t index, const std::vector<double>& ticks, const DialLayout& layout, bool stops) {
     if (index == 0 || index + 1 == ticks.size())
         return true;
@@ -97,7 +93,7 @@ void paintBody(const KnobPicture& picture, const Rings& rings, SmoothPoint cente
                     Shade(0).softened(ink.shadow, std::max(2.0, radius * 0.28)));
     const double line = std::max(1.0, unit);
     const double cap = radius * 0.74;
-    // The skirt that a hand takes, with grooves that turn with it.
+    // The skirt of the knob, with grooves that turn with it.
     const Rgb skirt = mixed(ink.bodyBottom, ink.groove, 0.10);
     shapes.disc(center, radius, ink.bodyEdge);
     shapes.disc(center, radius - line, Shade(mixed(ink.bodyTop, skirt, 0.55), skirt));
@@ -131,7 +127,7 @@ DialPlace paintDial(const KnobPicture& picture, const raster::SmoothBox& area, c
     if (!(layout.radius > 0.0))
         return {};
     const bool hasTrack = scale.stops.empty();
-    const Rings rings(layout.radius, picture.unit, hasTrack);
+    const Rings rings = ringsOf(layout.radius, picture.unit, hasTrack);
     const double place = scale.placeOf(value);
     paintTicks(picture, rings, layout, scale, place);
     if (hasTrack)

@@ -15,12 +15,11 @@ namespace {
 // Pixels at 96 dpi to push for a whole range, and from stop to stop.
 constexpr double kTravel = 200.0;
 constexpr double kStopTravel = 16.0;
-constexpr double kFine = 0.1;
-// Where stops stand in a 1-2-5 row, three are a decade.
+// In a 1-2-5 row of stops, three are a decade.
 constexpr int kPageStops = 3;
 constexpr int kPageDetents = 5;
 
-/// How far the hand went round a dial's middle, radians clockwise. Close to the middle a direction means nothing.
+/// How far the mouse moved around a dial's middle, radians clockwise. Close to the middle the angle is not meaningful.
 double angleBetween(const DialPlace& dial, SmoothPoint from, SmoothPoint to) {
     const SmoothPoint a{from.x - dial.center.x, from.y - dial.center.y};
     const SmoothPoint b{to.x - dial.center.x, to.y - dial.center.y};
@@ -79,7 +78,7 @@ void tdKnob::press(SmoothPoint at) {
 void tdKnob::drag(SmoothPoint from, SmoothPoint to, double pixelsUp, bool fine) {
     const double travel = heldScale_.stops.empty() ? kTravel : kStopTravel * std::max(1.0, heldScale_.detents());
     double by = byRim_ ? angleBetween(dial_, from, to) / kDialSweep : pixelsUp / travel;
-    // A hand that stands still turns nothing, not even by rounding anew where it stands.
+    // A mouse that does not move turns nothing, not even by rounding the value again.
     if (!heldScale_.canTurn() || by == 0.0)
         return;
     if (fine)
@@ -88,7 +87,7 @@ void tdKnob::drag(SmoothPoint from, SmoothPoint to, double pixelsUp, bool fine) 
     place_ = heldScale_.endless ? place_ - std::floor(place_) : std::clamp(place_, 0.0, 1.0);
     const double value = heldScale_.valueAt(place_, fine);
     if (!turned_ && !heldScale_.endless) {
-        // From off the scale or between two stops the first stop is the next one in the hand's direction.
+        // From off the scale or between two stops the first stop is the next one in the direction of the turn.
         const double start = heldScale_.placeOf(startValue_);
         const double next = heldScale_.placeOf(value);
         if (by > 0.0 ? next <= start : next >= start)
@@ -115,7 +114,7 @@ void tdKnob::turnToEnd(bool last) {
     if (!present.canTurn())
         return;
     const double value = present.valueAt(last ? 1.0 : 0.0, false);
-    // Under another text the hand may want the value that the knob has.
+    // While another text is shown, the user may want the value that the knob already has.
     if (value != dVal() || isReadOutBorrowed())
         turnTo(value);
 }

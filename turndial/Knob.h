@@ -1,5 +1,5 @@
-// The knobs of the panel: their values and settings, driven by member name, and what turning them does. Setting a value
-// from the program raises no event; turning does.
+// The knobs of the panel: their values and settings, and turning them. Setting a value from the program raises no
+// event; turning does.
 #pragma once
 
 #include <cstdint>
@@ -15,13 +15,13 @@
 
 namespace kv::turndial {
 
-/// What a turning knob and a nudge knob share. `KnobControl` tells how a hand turns them and what the program hears.
+/// The common part of a turning knob and a nudge knob. See `KnobControl` for how users turn them, and for the events.
 class KnobBase : public formenv::Widget, public KnobControl {
   public:
     KnobBase(formenv::Widget* parent, std::wstring name)
         : Widget(formenv::WidgetKind::Custom, parent, std::move(name)) {}
 
-    /// The name of the knob's class, which its window has too.
+    /// The name of the knob's class, which is also its window class.
     [[nodiscard]] virtual const wchar_t* className() const noexcept = 0;
 
     [[nodiscard]] double dVal() const noexcept { return dVal_; }
@@ -32,7 +32,7 @@ class KnobBase : public formenv::Widget, public KnobControl {
     std::wstring sFormat;     ///< number format of the read-out; empty: as many digits as the value has, at most 12
     bool bShowValue = false;  ///< shows the read-out
 
-    /// What the read-out shows.
+    /// The text in the read-out.
     [[nodiscard]] std::wstring sValText() const { return valText_.empty() ? readOut() : valText_; }
     /// Shows `text` in place of the number until the value changes, in a quieter color, because it is not the knob's
     /// own value. An empty text shows the number again.
@@ -45,8 +45,8 @@ class KnobBase : public formenv::Widget, public KnobControl {
     std::function<void(double dNewVal)> onValueChanged;
     /// Once at the end of a turn.
     std::function<void()> onTurnEnd;
-    /// When a hand takes the knob, and when it has given its turn up and everything is back: for programs whose own
-    /// state did not agree with the knob before the turn.
+    /// A turn begins; a turn was canceled and the knob is restored. For programs whose own state did not agree with the
+    /// knob before the turn.
     std::function<void()> onTurnBegin;
     std::function<void()> onGivenUp;
 
@@ -65,23 +65,26 @@ class KnobBase : public formenv::Widget, public KnobControl {
     void paint(const raster::PixelBuffer& buffer, raster::TextPainter& text, int dpi, const KnobPalette& palette) final;
 
   protected:
-    /// Remembers what a turn may have to go back to.
+    /// While Control is held, a mouse movement turns the knob by this part of its usual amount.
+    static constexpr double kFine = 0.1;
+
+    /// Stores the state that a canceled turn restores.
     virtual void turnBegins() = 0;
-    /// The mouse button went down, or its pointer moved on without one being held.
+    /// The mouse button was pressed; the pointer moved while no button was held.
     virtual void press(raster::SmoothPoint at) = 0;
     virtual void point(raster::SmoothPoint at) = 0;
     /// The pointer moved while the button is held, pixels at 96 dots an inch and the present picture's pixels.
     virtual void drag(raster::SmoothPoint from, raster::SmoothPoint to, double pixelsUp, bool fine) = 0;
     virtual void turnBy(int detents, bool fine) = 0;
     virtual void turnToEnd(bool last) = 0;
-    /// Undoes the turn that was just given up.
+    /// Undoes the turn that was just canceled.
     virtual void takeBack() = 0;
     [[nodiscard]] virtual bool hasEnds() const noexcept = 0;
     [[nodiscard]] virtual int page() const noexcept = 0;
     [[nodiscard]] virtual std::wstring readOut() const;
     virtual void paintBody(const KnobPicture& picture, const raster::SmoothBox& area) = 0;
 
-    /// Raises ValueChanged. False when the turn that raised it is over since, whoever ended it.
+    /// Raises ValueChanged. False when the handler, or an event during it, has ended the turn.
     bool tell(double value);
 
     /// The read-out is a text that the program set.
@@ -91,22 +94,22 @@ class KnobBase : public formenv::Widget, public KnobControl {
     enum class Hold { None, Mouse, Key, Wheel };
 
     void begin(Hold hold);
-    /// Forgets the running turn; nobody hears of it.
+    /// Ends the running turn without an event.
     void letGo();
     void endTurn();
 
     double dVal_ = 0.0;
     std::wstring valText_;
     Hold hold_ = Hold::None;
-    unsigned turn_ = 0;   ///< grows with every turn, so that a turn can tell that it was ended from within a handler
+    unsigned turn_ = 0;   ///< changes with every turn, so that code can detect that a handler has ended its turn
     bool told_ = false;   ///< the running turn has raised ValueChanged
-    bool moved_ = false;  ///< the pointer has left the place where the button went down
+    bool moved_ = false;  ///< the pointer has moved away from where the button was pressed
     Key heldKey_ = Key::Other;
     int wheelRest_ = 0;  ///< of a notch
     raster::SmoothPoint last_;
     bool focus_ = false;
     bool hover_ = false;
-    int dpi_ = 96;
+    int dpi_ = kUsualDpi;
 };
 
 /// A turning knob with a range and a step or, when stops were added, a scale of stops.
@@ -123,11 +126,11 @@ class tdKnob final : public KnobBase {
     /// How the value is shown on a range: 0 as an arc from the low end, 1 as an arc from the middle, 2 by the pointer
     /// alone. Any other number is shown as 0.
     std::int16_t iKnobStyle = 0;
-    /// The hand turns smoothly between the detents. Without it the knob clicks from detent to detent.
+    /// The mouse turns the knob smoothly between the detents. Otherwise it clicks from detent to detent.
     bool bOption1 = false;
     /// The value moves from stop to stop. Without it, or without stops, the scale is the range.
     bool bOption2 = false;
-    /// The knob turns round and round: past one end of the scale it goes on at the other.
+    /// The scale is endless: past one end it continues at the other.
     bool bOption3 = false;
 
     /// The read-out of a value between or beyond the stops when there is no number format; empty: the number.
@@ -139,10 +142,10 @@ class tdKnob final : public KnobBase {
 
     /// True while the user holds the knob by the mouse.
     [[nodiscard]] bool bMouseDown() const noexcept { return heldByUser_ || holdsMouse(); }
-    /// Takes the knob into a hand and out of it, as a press and a release do.
+    /// Makes the knob held by the user, or not, as a press and a release do.
     void holdByUser(bool held) noexcept { heldByUser_ = held; }
 
-    /// The scale under the hand while the mouse holds the knob, otherwise the one that is set.
+    /// The scale at the press while the mouse holds the knob, otherwise the present one.
     [[nodiscard]] KnobScale scale() const;
 
   private:
@@ -166,8 +169,8 @@ class tdKnob final : public KnobBase {
     KnobScale heldScale_;
     double startValue_ = 0.0;
     double turnedTo_ = 0.0;  ///< the last value of the running turn
-    bool turned_ = false;    ///< it is not the start value any more
-    double place_ = 0.0;     ///< on the scale, where the hand is
+    bool turned_ = false;    ///< it is no longer the start value
+    double place_ = 0.0;     ///< on the scale, as the mouse has moved it
     bool byRim_ = false;
     DialPlace dial_;
 };

@@ -13,7 +13,7 @@ using raster::SmoothPoint;
 namespace {
 
 constexpr int kNotch = 120;
-// Pixels at 96 dpi that the pointer may stray in a click.
+// Pixels at 96 dpi that the pointer may move in a click.
 constexpr double kStray = 2.0;
 
 /// Detents that a key turns by, 0 for none.
@@ -34,11 +34,11 @@ int detentsOf(Key key, int page) {
     }
 }
 
-/// The value to 12 significant digits: what arithmetic adds behind them says nothing to a reader.
+/// The value to 12 significant digits: the digits after them are only rounding errors.
 double withoutRounding(double value) {
     constexpr int kDigits = 12;
     const double exponent = std::floor(std::log10(std::abs(value)));
-    // Of zeros and of what is not finite there is nothing to round, nor where the scale would not be exact.
+    // Zeros and values that are not finite are not rounded, nor are those for which the scale would not be exact.
     if (!(std::abs(exponent) < 10.0))
         return value;
     const double scale = std::pow(10.0, kDigits - 1 - exponent);
@@ -93,7 +93,7 @@ void KnobBase::endTurn() {
         return;
     const bool told = told_;
     letGo();
-    // A copy: the handler may put another one in its place.
+    // A copy, because the handler may replace itself.
     const std::function<void()> handler = onTurnEnd;
     if (told && handler)
         handler();
@@ -133,7 +133,7 @@ void KnobBase::mouseMove(int x, int y, Modifiers modifiers) {
         endTurn();
         return;
     }
-    const double unit = dpi_ / 96.0;
+    const double unit = pixelUnit(dpi_);
     if (!moved_) {
         moved_ = std::hypot(at.x - last_.x, at.y - last_.y) > kStray * unit;
         if (moved_)
@@ -154,7 +154,7 @@ void KnobBase::mouseUp(int x, int y, Modifiers modifiers) {
 }
 
 void KnobBase::wheel(int delta, Modifiers modifiers) {
-    // Whoever holds the knob turns it; a wheel brushed by the same hand does not.
+    // While the mouse drags the knob, the wheel is ignored, because it can be moved by accident.
     if (!enabled() || hold_ == Hold::Mouse)
         return;
     if ((delta > 0) != (wheelRest_ > 0))

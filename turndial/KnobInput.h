@@ -1,4 +1,4 @@
-// A knob as the window that stands for it sees it: what the user does goes in, a picture comes out.
+// A knob as its window uses it: input by the user, and painting.
 #pragma once
 
 #include "raster/PixelBuffer.h"
@@ -7,7 +7,7 @@
 
 namespace kv::turndial {
 
-/// The keys that mean something to a knob, and those that it must leave to its form.
+/// The keys that a knob uses, and those that it must leave to its form.
 enum class Key { Left, Right, Up, Down, PageUp, PageDown, Home, End, Escape, Tab, Enter, Other };
 
 /// The keys held beside a mouse button, a wheel notch or a key.
@@ -15,22 +15,22 @@ struct Modifiers {
     bool control = false;  ///< fine turning
 };
 
-/// How a hand turns a knob:
-/// - By the mouse. Taken by its rim, a dial turns with the hand round its middle; taken anywhere else, pushing up or
-///   to the right turns it up. The first two pixels (at 96 dots an inch) turn nothing, so that a click never does.
-///   Pushed past an end it stays there and turns back at once. A nudge knob's arrows give one detent a click.
+/// How the user turns a knob:
+/// - By the mouse. Dragged by its rim, a dial turns with the mouse around its middle; dragged anywhere else, up or
+///   right turns it up. The first two pixels (at 96 dots an inch) turn nothing, so that a click never turns it.
+///   Dragged past an end it stays there and turns back at once. A nudge knob's arrows give one detent a click.
 /// - By the wheel, one detent a notch; the parts of a notch that fine wheels report add up.
 /// - By keys: right and up turn up by one detent, left and down turn down, the page keys by several, Home and End go
 ///   to the ends of the scale. Tab and Enter belong to the form, and so does Escape while nothing is being turned.
 /// - Control makes each of these finer, ten times where the scale allows it.
 ///
-/// What the program hears: ValueChanged whenever the value changes under the hand, TurnEnd once when the hand lets go,
-/// provided that the turn has changed anything. A wheel movement is a whole turn of its own; a key's turn lasts from
-/// the first press to the release, repeats included. Losing the capture or the focus lets go. Escape and the right
-/// button give a running turn up: the value goes back to where it was, which ValueChanged tells, and no TurnEnd
-/// follows. When a handler throws, the turn is over and the exception goes on to the caller.
+/// The events: ValueChanged each time that the user changes the value, TurnEnd once when the user releases the knob,
+/// if the turn has raised ValueChanged. A wheel movement is a whole turn of its own; a key's turn lasts from
+/// the first press to the release, repeats included. Losing the capture or the focus ends a turn. Escape and the right
+/// button cancel a running turn: the value returns to what it was, which raises ValueChanged, and no TurnEnd
+/// follows. When a handler throws, the turn is over and the exception is passed to the caller.
 ///
-/// The scale under a held mouse button stays the one it was at the press, whatever the program sets meanwhile.
+/// While the mouse button is held, the scale stays as it was at the press, even if the program changes it.
 ///
 /// Places are pixels from the widget's upper left corner, as in the last picture painted.
 class KnobControl {
@@ -42,15 +42,15 @@ class KnobControl {
     virtual void mouseUp(int x, int y, Modifiers modifiers) = 0;
     /// `delta` is 120 for a notch away from the user.
     virtual void wheel(int delta, Modifiers modifiers) = 0;
-    /// True when the key was for the knob.
+    /// True when the knob used the key.
     virtual bool keyDown(Key key, Modifiers modifiers) = 0;
     virtual void keyUp(Key key) = 0;
     [[nodiscard]] virtual bool wantsKey(Key key) const = 0;
     virtual void focus(bool has) = 0;
     virtual void hover(bool over) = 0;
-    /// Another window took the mouse.
+    /// Another window has the mouse capture now.
     virtual void captureLost() = 0;
-    /// Gives a running turn up.
+    /// Cancels a running turn.
     virtual void cancel() = 0;
     /// While true the window keeps the mouse.
     [[nodiscard]] virtual bool holdsMouse() const = 0;

@@ -18,7 +18,7 @@ constexpr double kFieldWidth = 72.0;
 constexpr double kFieldCorner = 3.0;
 constexpr double kLeastBody = 24.0;
 
-/// The text, or as much of its start as fits with an ellipsis behind it.
+/// The text, or as much of its start as fits with an ellipsis after it.
 std::wstring fitted(const KnobPicture& picture, const std::wstring& text, double width) {
     const auto fits = [&](const std::wstring& part) {
         return picture.text.textSize(part, picture.font).width <= width;
@@ -45,7 +45,7 @@ void centeredText(const KnobPicture& picture, const std::wstring& text, const Sm
 void paintField(const KnobPicture& picture, const std::wstring& readOut, const SmoothBox& row, bool borrowed) {
     const double unit = picture.unit;
     const double textWidth = picture.text.textSize(readOut, picture.font).width;
-    // Wide enough for most values, so that it stands still while its digits run.
+    // Wide enough for most values, so that it keeps its size while the digits change.
     const double width =
         std::round(std::min(row.width(), std::max(kFieldWidth * unit, textWidth + 2 * kFieldPadding * unit)));
     const double left = std::round(row.middle().x - width / 2.0);
@@ -76,7 +76,7 @@ SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, co
         paintField(picture, readOut, {all.left, all.bottom - fieldHeight, all.right, all.bottom}, borrowed);
         body.bottom -= fieldHeight + gap;
     }
-    // The value matters more than its name.
+    // The value is more important than its name.
     if (!caption.empty() && (hasField || readOut.empty()) && body.height() - line - gap >= kLeastBody * unit) {
         centeredText(picture, caption, {all.left, all.top, all.right, all.top + line}, picture.ink.text);
         body.top += line + gap;

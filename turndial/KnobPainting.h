@@ -1,4 +1,4 @@
-// How knobs look: the panel around them with caption and read-out, the dial and the nudge wheel.
+// Painting of knobs: the panel around them with caption and read-out, the dial and the nudge wheel.
 #pragma once
 
 #include <numbers>
@@ -12,34 +12,42 @@
 
 namespace kv::turndial {
 
-/// All that a part of a knob is painted with.
+/// The resolution that sizes in pixels are given for.
+inline constexpr int kUsualDpi = 96;
+
+/// The number of pixels that replace one at the usual resolution.
+[[nodiscard]] inline double pixelUnit(int dpi) noexcept {
+    return static_cast<double>(dpi) / kUsualDpi;
+}
+
+/// The tools that the parts of a knob are painted with.
 struct KnobPicture {
     KnobPicture(const raster::PixelBuffer& buffer, raster::TextPainter& textPainter, int dpi, const KnobInk& colors,
                 const KnobLook& present, const raster::Font& captionFont)
-        : shapes(buffer), text(textPainter), unit(dpi / 96.0), ink(colors), look(present), font(captionFont) {
+        : shapes(buffer), text(textPainter), unit(pixelUnit(dpi)), ink(colors), look(present), font(captionFont) {
         labelFont = captionFont;
         labelFont.points *= 0.9;
     }
 
     raster::SmoothPainter shapes;
     raster::TextPainter& text;
-    double unit;  ///< pixels that stand for one at 96 dots an inch
+    double unit;  ///< see pixelUnit
     KnobInk ink;
     KnobLook look;
     raster::Font font;
     raster::Font labelFont;
 };
 
-/// Clears the picture and paints caption and read-out, each left out when it is empty or when there is no room for it
+/// Clears the picture and paints caption and read-out, each omitted when it is empty or when there is no room for it
 /// beside a body of a useful size. A `borrowed` read-out, which is not the knob's own value, is quieter. Returns the
 /// room for the body.
 [[nodiscard]] raster::SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption,
                                            const std::wstring& readOut, bool borrowed);
 
-/// Marks the knob that the keyboard turns.
+/// Marks the knob that has the focus.
 void paintFocus(const KnobPicture& picture);
 
-/// Where a hand takes a dial by its rim.
+/// The rim by which the mouse can drag a dial.
 struct DialPlace {
     raster::SmoothPoint center;
     double rimInside = 0.0;

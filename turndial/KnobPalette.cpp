@@ -10,7 +10,7 @@ namespace {
 using raster::mixed;
 using raster::Rgb;
 
-// The system's numbers of the colours that have no name among the widgets' own.
+// The system's numbers of colors that have no name among the widgets' own.
 constexpr int kHighlightIndex = 13;
 constexpr int kGrayTextIndex = 17;
 constexpr int kLightIndex = 20;

@@ -1,4 +1,4 @@
-// The colours that a knob is painted with.
+// The colors that a knob is painted with.
 #pragma once
 
 #include "formenv/Platform.h"
@@ -7,22 +7,22 @@
 namespace kv::turndial {
 
 struct KnobPalette {
-    raster::Rgb face = 0xF0F0F0;       ///< what the knob stands on
+    raster::Rgb face = 0xF0F0F0;       ///< the background
     raster::Rgb text = 0x000000;       ///< caption, read-out, labels
     raster::Rgb shadow = 0xA0A0A0;     ///< edges and grooves
     raster::Rgb highlight = 0xFFFFFF;  ///< lit surfaces
     raster::Rgb accent = 0xD77800;     ///< the value and the focus
-    raster::Rgb grayText = 0x6D6D6D;   ///< text that is out of use
-    bool highContrast = false;         ///< lines instead of shading, these colours and no mixture of them
+    raster::Rgb grayText = 0x6D6D6D;   ///< disabled text
+    bool highContrast = false;         ///< lines instead of shading, these colors and no mixture of them
 
     friend bool operator==(const KnobPalette&, const KnobPalette&) = default;
 };
 
-/// The system's present colours with the widget's own background and text. High contrast is taken for what only its
+/// The system's present colors with the widget's own background and text. High contrast is detected by what only such
 /// schemes have: text and background as far apart as black and white.
 [[nodiscard]] KnobPalette systemPalette(const formenv::Platform& platform, const formenv::Widget& widget) noexcept;
 
-/// How a knob stands at the moment.
+/// The present state of a knob.
 struct KnobLook {
     bool enabled = true;
     bool hover = false;
@@ -32,7 +32,7 @@ struct KnobLook {
     friend bool operator==(const KnobLook&, const KnobLook&) = default;
 };
 
-/// What the parts of a knob are painted with, worked out from a palette for one look.
+/// The colors of the parts of a knob, computed from a palette for one look.
 struct KnobInk {
     raster::Rgb face, text, label;
     raster::Rgb bodyTop, bodyBottom, bodyEdge;  ///< the part that turns

@@ -6,23 +6,21 @@
 namespace kv::turndial {
 namespace {
 
-/// Values that arithmetic has moved by a hair count as where they belong.
+/// Values that differ by no more than this part count as equal, because of rounding errors.
 constexpr double kHair = 1e-9;
-/// How far off its ends a value that is off the scale stands.
+/// The distance from the end at which values that are off the scale are shown.
 constexpr double kOff = 0.5;
-/// A step that is less of the range than this is none.
+/// A step that is a smaller part of the range than this counts as not set.
 constexpr double kLeastStep = 1e-12;
 constexpr double kDetentsWithoutStep = 100.0;
 
 bool same(double a, double b) {
-    return a == b || std::abs(a - b) <= kHair * std::max(std::abs(a), std::abs(b));
+    return std::abs(a - b) <= kHair * std::max(std::abs(a), std::abs(b));
 }
 
 /// `value` rounded to a power of ten not above `unit`, as the nearest number that decimals can write.
 double tidied(double value, double unit) {
     const double exponent = std::floor(std::log10(unit));
-    if (!std::isfinite(exponent) || std::abs(exponent) > 300.0)
-        return value;
     const double tidy = exponent < 0.0 ? std::round(value * std::pow(10.0, -exponent)) / std::pow(10.0, -exponent)
                                        : std::round(value / std::pow(10.0, exponent)) * std::pow(10.0, exponent);
     return std::isfinite(tidy) ? tidy : value;
@@ -96,8 +94,9 @@ double KnobScale::valueAt(double place, bool fine) const noexcept {
         const double unit = std::min(detent(), (max - min) / 10.0) / (fine ? 1000.0 : 100.0);
         return std::clamp(tidied(exact, unit), min, max);
     }
-    const double nearest = cleaned(min + std::round((exact - min) / detent()) * detent());
-    return nearest > max || max - exact < std::abs(nearest - exact) ? max : nearest;
+    const double nearest = std::min(cleaned(min + std::round((exact - min) / detent()) * detent()), max);
+    // The last detent may be cut short.
+    return max - exact < std::abs(nearest - exact) ? max : nearest;
 }
 
 std::optional<double> KnobScale::stepped(double value, int count, bool fine) const noexcept {

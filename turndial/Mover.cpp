@@ -13,8 +13,7 @@ namespace {
 
 // Pixels at 96 dpi to push for a detent.
 constexpr double kDetentTravel = 12.0;
-constexpr double kFine = 0.1;
-// A bound for one movement: what a hand cannot mean must not keep the program busy.
+// A bound for one movement, so that an extreme one does not keep the program busy.
 constexpr int kMostDetents = 100;
 
 }  // namespace

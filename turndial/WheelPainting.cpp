@@ -31,7 +31,7 @@ void paintArrow(const KnobPicture& picture, const SmoothBox& room, double direct
         {middle.x - direction * size * 0.75, middle.y + size * 1.35}, lit ? picture.ink.value : picture.ink.tick);
 }
 
-/// The mark above the wheel's middle, where it always comes back to.
+/// The mark above the wheel's middle.
 void paintMark(const KnobPicture& picture, double x, double bottom, double size) {
     picture.shapes.triangle({x, bottom}, {x - size, bottom - size * 1.1}, {x + size, bottom - size * 1.1},
                             picture.look.enabled ? picture.ink.value : picture.ink.tick);
@@ -60,7 +60,7 @@ void paintRibs(const KnobPicture& picture, const SmoothBox& wheel, double roll) 
     }
 }
 
-/// The light falls on the middle: towards its sides the wheel turns away into the dark.
+/// The wheel is darker towards its sides, because the light falls on its middle.
 void paintRoundness(const KnobPicture& picture, const SmoothBox& wheel) {
     if (!(picture.ink.shadow > 0.0))
         return;

@@ -15,7 +15,7 @@ namespace kv::util {
 using Step = std::int16_t;
 
 /// Runs `body(step)`, where `step` starts at `first`; an error in it goes to the error reporter, which shows a message.
-/// False after an error.
+/// False after an error. `detail` is read when the error happens, so that `body` can set it.
 template <class Body>
 bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, const std::wstring& detail = {},
               Step first = 100) {
@@ -52,15 +52,20 @@ bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Deta
 
 /// The same without a message to the user.
 template <class Body>
-bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Step first = 100) {
+bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, const std::wstring& detail, Step first = 100) {
     Step step = first;
     try {
         std::forward<Body>(body)(step);
         return true;
     } catch (...) {
-        errors.ErrNote(step, procedure, L"", currentError());
+        errors.ErrNote(step, procedure, detail, currentError());
         return false;
     }
+}
+
+template <class Body>
+bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Step first = 100) {
+    return noted(errors, procedure, std::forward<Body>(body), std::wstring(), first);
 }
 
 }  // namespace kv::util

@@ -27,14 +27,14 @@ class BitmapDCTest : public testing::Test {
         for (std::uint32_t i = 0; i < 12; ++i)
             source[i] = 0x100000 + i;
     }
-    /// A context of 4 by 3 pixels, each with a colour of its own.
+    /// A context of 4 by 3 pixels, each with a color of its own.
     std::uint32_t source[12] = {};
     HeadlessBitmaps calls;
     Handle context = calls.contextOf({source, 4, 3, 4});
     clsBitmapDC x{calls};
 };
 
-TEST_F(BitmapDCTest, AnEmptyBitmapIsOfTheReferencesKindAndItsContextIsGone) {
+TEST_F(BitmapDCTest, AnEmptyBitmapHasTheReferencesFormatAndItsContextIsDeleted) {
     const Handle bitmap = x.CreateBitmapInMemory(30, 20, context);
     EXPECT_THAT(calls.calls, ElementsAre("CreateCompatibleDC 1", "CreateCompatibleBitmap 1 30x20", "DeleteDC 2"));
     EXPECT_EQ(bitmap, 3);
@@ -43,7 +43,7 @@ TEST_F(BitmapDCTest, AnEmptyBitmapIsOfTheReferencesKindAndItsContextIsGone) {
     EXPECT_EQ(calls.memoryContextCount(), 0U);
 }
 
-TEST_F(BitmapDCTest, PastingSelectsCopiesAndPutsBackWhatWasSelected) {
+TEST_F(BitmapDCTest, PastingSelectsCopiesAndRestoresTheSelection) {
     Handle bitmap = x.CreateBitmapInMemory(4, 4, context);
     const Handle before = bitmap;
     calls.calls.clear();
@@ -58,14 +58,14 @@ TEST_F(BitmapDCTest, PastingSelectsCopiesAndPutsBackWhatWasSelected) {
     EXPECT_EQ(calls.memoryContextCount(), 0U);
 }
 
-TEST_F(BitmapDCTest, PastingIntoABitmapThatIsNoneLeavesTheCallerWithoutAHandle) {
+TEST_F(BitmapDCTest, PastingIntoAnInvalidBitmapReturnsNoHandle) {
     Handle bitmap = 77;
     EXPECT_FALSE(x.PasteBitmap(bitmap, 0, 0, context, 0, 0, 4, 3, formenv::kSourceCopy));
     EXPECT_EQ(bitmap, 0);
     EXPECT_EQ(calls.memoryContextCount(), 0U);
 }
 
-TEST_F(BitmapDCTest, ThePictureIsAskedForByItsDispatchInterfaceAndOwnsTheBitmap) {
+TEST_F(BitmapDCTest, ThePictureIsCreatedWithItsDispatchInterfaceAndOwnsTheBitmap) {
     const Handle bitmap = x.CreateBitmapInMemory(4, 4, context);
     calls.calls.clear();
     {
@@ -80,7 +80,7 @@ TEST_F(BitmapDCTest, ThePictureIsAskedForByItsDispatchInterfaceAndOwnsTheBitmap)
     EXPECT_EQ(calls.bitmapCount(), 0U);
 }
 
-TEST_F(BitmapDCTest, APictureThatCannotBeMadeLeavesTheBitmapWithTheCaller) {
+TEST_F(BitmapDCTest, AFailedPictureLeavesTheBitmapWithTheCaller) {
     const Handle bitmap = x.CreateBitmapInMemory(4, 4, context);
     calls.fails = [](std::string_view call) { return call == "OleCreatePictureIndirect"; };
     EXPECT_FALSE(x.CreateBitmapPicture(bitmap, 0));
@@ -90,7 +90,7 @@ TEST_F(BitmapDCTest, APictureThatCannotBeMadeLeavesTheBitmapWithTheCaller) {
 
 TEST_F(BitmapDCTest, ErrorCodesAreRecordedAndNoneIsTested) {
     calls.fails = [](std::string_view call) { return call == "CreateCompatibleDC"; };
-    // Without a context the bitmap is made all the same, and the code is that of the last call.
+    // The bitmap is created without a context too, and the code is that of the last call.
     const Handle bitmap = x.CreateBitmapInMemory(4, 4, context);
     EXPECT_NE(bitmap, 0);
     EXPECT_EQ(calls.lastError(), HeadlessBitmaps::kInvalidHandle);
@@ -117,7 +117,7 @@ class PicToBMPTest : public testing::Test {
     }
 
     bool run() { return ExportToBMP2(outer, inner, L"D:\\a.bmp", {files, errors}); }
-    /// The colours of the file's pixels, one letter each: o outer, i inner.
+    /// The colors of the file's pixels, one character each: o outer, i inner.
     std::vector<std::string> shown() const {
         const std::string& bytes = files.files.at(L"D:\\a.bmp");
         const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes.at(i)); };
@@ -145,6 +145,7 @@ class PicToBMPTest : public testing::Test {
         EXPECT_THAT(files.files, IsEmpty());
         EXPECT_THAT(platform.messages, IsEmpty());
         expectNothingLeft();
+        errors.reports.clear();
     }
     void expectNothingLeft() const {
         EXPECT_EQ(calls.bitmapCount(), 0U);
@@ -163,7 +164,7 @@ class PicToBMPTest : public testing::Test {
     formenv::PictureBox inner{platform, &outer, L"inner"};
 };
 
-TEST_F(PicToBMPTest, EveryCallHasItsPlaceAndItsArguments) {
+TEST_F(PicToBMPTest, TheCallsAreInOrderWithTheirArguments) {
     ASSERT_EQ(outer.surface().deviceContext(), 1);
     ASSERT_EQ(inner.surface().deviceContext(), 2);
     EXPECT_TRUE(run());
@@ -180,20 +181,18 @@ TEST_F(PicToBMPTest, EveryCallHasItsPlaceAndItsArguments) {
     expectNothingLeft();
 }
 
-TEST_F(PicToBMPTest, TheInnerPictureLiesOverTheOuterOneAtItsPlace) {
+TEST_F(PicToBMPTest, TheInnerPictureIsOverTheOuterOneAtItsPlace) {
     EXPECT_TRUE(run());
     const std::string plain(20, 'o');
     const std::string both = "oooooiiiiiiiiooooooo";
     EXPECT_THAT(shown(), ElementsAre(plain, plain, both, both, both, both, plain, plain, plain, plain));
 }
 
-TEST_F(PicToBMPTest, TheDevelopmentLogTellsHowItGoesOn) {
+TEST_F(PicToBMPTest, TheDevelopmentLogHasThePlacesAndTheInnerScale) {
     EXPECT_TRUE(run());
     EXPECT_THAT(errors.lines,
                 ElementsAre(L"After HdcBitMap", L"Lft 450", L"Top 600", L"Lft 75", L"Top 30", L"Wid 120", L"Hgt 60"));
-}
-
-TEST_F(PicToBMPTest, TheDevelopmentLogHasTheInnerScaleAsItIs) {
+    errors.lines.clear();
     inner.setScaleWidth(12.5);
     inner.setScaleHeight(-100.25);
     EXPECT_TRUE(run());
@@ -229,7 +228,7 @@ TEST_F(PicToBMPTest, AnOuterPictureWithAScaleOfItsOwnGivesItsSizeInPixels) {
 }
 
 TEST_F(PicToBMPTest, TwipsBecomePixelsOfTheScreen) {
-    inner.move({});  // pictures take the new resolution when they are placed anew
+    inner.move({});  // pictures get the new resolution when they are placed again
     platform.dots = 192;
     outer.move({0.0, 0.0, 20.0 * kPixel, 10.0 * kPixel});
     inner.move({5.0 * kPixel, 2.0 * kPixel, 8.0 * kPixel, 4.0 * kPixel});
@@ -242,7 +241,7 @@ TEST_F(PicToBMPTest, TwipsBecomePixelsOfTheScreen) {
 }
 
 TEST_F(PicToBMPTest, EventsRunBetweenTheTwoPictures) {
-    // What they draw shows in the inner picture, and no more in the outer one.
+    // Their drawing is visible in the inner picture, but no longer in the outer one.
     platform.onPump = [&] {
         outer.setBackColor(0x00BB00);
         inner.setBackColor(0x0000AA);
@@ -264,14 +263,9 @@ TEST_F(PicToBMPTest, EventsMayResizeThePictures) {
     expectNothingLeft();
 }
 
-TEST_F(PicToBMPTest, AMissingFolderIsReportedWithTheStepThatSaves) {
-    files.readOnly = true;
-    expectFailure(600, L"SavePicture", util::error_number::kPathFileAccess);
-}
-
-TEST_F(PicToBMPTest, FailedCallsAreReportedWithTheirStepAndLeaveNothingBehind) {
+TEST_F(PicToBMPTest, FailedStepsAreReportedWithTheirTextAndLeaveNothingBehind) {
     struct Case {
-        const char* call;
+        const char* call;  ///< that fails
         int nth;
         std::int16_t flag;
         const wchar_t* step;
@@ -287,35 +281,32 @@ TEST_F(PicToBMPTest, FailedCallsAreReportedWithTheirStepAndLeaveNothingBehind) {
         SCOPED_TRACE(std::string(c.call) + " " + std::to_string(c.nth));
         failAt(c.call, c.nth);
         expectFailure(c.flag, c.step, c.number);
-        errors.reports.clear();
     }
     calls.fails = nullptr;
-    EXPECT_TRUE(run());
-}
-
-TEST_F(PicToBMPTest, PicturesThereIsNoMemoryForAreReported) {
+    files.readOnly = true;
+    expectFailure(600, L"SavePicture", kPathFileAccess);
+    files.readOnly = false;
     platform.onPump = [] { throw std::bad_alloc(); };
-    expectFailure(300, L"P1 PasteBitmap", util::error_number::kOutOfMemory);
+    expectFailure(300, L"P1 PasteBitmap", kOutOfMemory);
     platform.onPump = nullptr;
-}
-
-TEST_F(PicToBMPTest, AnOuterPictureWithoutPixelsFails) {
+    EXPECT_TRUE(run());
+    files.files.clear();
     outer.move({0.0, 0.0, 20.0 * kPixel, 0.0});
-    expectFailure(200, L"Create Empty Bitmap", util::error_number::kOutOfMemory);
+    expectFailure(200, L"Create Empty Bitmap", kOutOfMemory);
 }
 
-TEST_F(PicToBMPTest, AnInnerPictureWithoutPixelsDoesNotShow) {
+TEST_F(PicToBMPTest, AnInnerPictureWithoutPixelsIsNotVisible) {
     inner.move({5.0 * kPixel, 2.0 * kPixel, 0.0, 0.0});
     EXPECT_TRUE(run());
     EXPECT_THAT(shown(), testing::Each(std::string(20, 'o')));
 }
 
-TEST_F(PicToBMPTest, ALogThatIsNotThereIsNoTrouble) {
-    class Deaf final : public util::ErrorReporter {
+TEST_F(PicToBMPTest, ItWorksWithoutADevelopmentLog) {
+    class WithoutLog final : public util::ErrorReporter {
         void ErrHand(std::int16_t, const std::wstring&, const std::wstring&,
                      const util::RuntimeError&) noexcept override {}
-    } deaf;
-    EXPECT_TRUE(ExportToBMP2(outer, inner, L"D:\\a.bmp", {files, deaf}));
+    } withoutLog;
+    EXPECT_TRUE(ExportToBMP2(outer, inner, L"D:\\a.bmp", {files, withoutLog}));
 }
 
 }  // namespace

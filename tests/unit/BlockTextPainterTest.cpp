@@ -75,7 +75,7 @@ TEST(BlockTextPainter, PaintsABlockForEachVisibleCharacter) {
     EXPECT_THAT(paint({3, 10}, {0, 0}, L"x", {L"", 7.0, false})[0], "...");
 }
 
-TEST(BlockTextPainter, IsClippedWhereverItStands) {
+TEST(BlockTextPainter, IsClippedAtAnyPosition) {
     for (const int x : {INT_MIN, -100, 50, INT_MAX}) {
         for (const int y : {INT_MIN, -100, 50, INT_MAX}) {
             EXPECT_THAT(paint({3, 1}, {x, y}, L"abcdef", {}), ElementsAre("..."));

@@ -1,4 +1,4 @@
-// A form that is only a place and a state, and a desktop that writes down what it is asked and fails when told to.
+// A form that is only a place and a state, and a desktop that records calls and can be made to fail.
 #pragma once
 
 #include <cstdint>
@@ -69,7 +69,7 @@ class AskedDesktop final : public headless::HeadlessDesktop {
     std::string_view failing;
     std::vector<Probe> probes;
     std::vector<int> metrics;
-    /// Hears every call and may throw.
+    /// Called before every call; may throw.
     std::function<void(std::string_view call)> onCall;
 
   private:

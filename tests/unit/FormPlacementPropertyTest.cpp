@@ -1,4 +1,4 @@
-// Whatever has been saved and whatever screens there are: a restored form can be taken hold of.
+// With any saved place and any screens the user can reach the title bar of a restored form.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -50,7 +50,7 @@ void scatter(headless::HeadlessDesktop& desktop, std::mt19937& random) {
     }
 }
 
-/// How many columns of pixels of the title bar's middle line lie in a work area.
+/// The number of pixels of the title bar's middle line that are in a work area.
 int shownColumns(const headless::HeadlessDesktop& desktop, const Place& place) {
     const double pixel = 1440.0 / desktop.dots;
     const double middle = (place.top + 225.0) / pixel;
@@ -77,7 +77,7 @@ std::wstring anyNumber(std::mt19937& random) {
     }
 }
 
-TEST(FormPlacementPropertyTest, RestoredFormCanAlwaysBeReached) {
+TEST(FormPlacementPropertyTest, TheUserCanAlwaysReachARestoredForm) {
     constexpr int kRounds = 3000;
     std::mt19937 random(20260309);
     headless::HeadlessDesktop desktop;
@@ -98,12 +98,12 @@ TEST(FormPlacementPropertyTest, RestoredFormCanAlwaysBeReached) {
         ASSERT_GE(shownColumns(desktop, at), std::floor(wanted) - 2) << "round " << i;
         ASSERT_GE(at.width, 2400.0) << "round " << i;
         ASSERT_GE(at.height, 1500.0) << "round " << i;
-        // What can be reached stays as it is.
+        // A form within reach stays where it is.
         ASSERT_TRUE(SaveFormPlacement(form, store));
         RestoreFormPlacement(form, store);
         ASSERT_EQ(form.at, at) << "round " << i;
     }
-    // Both kinds came up.
+    // Both kinds occurred.
     EXPECT_GT(moved, kRounds / 10);
     EXPECT_LT(moved, kRounds * 9 / 10);
 }

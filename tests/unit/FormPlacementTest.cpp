@@ -1,4 +1,4 @@
-// Keeping the places of forms, and never putting one where nobody can reach it.
+// Saving and restoring the places of forms. A restored form is always within the reach of the user.
 #include "forms/FormPlacement.h"
 
 #include <gmock/gmock.h>
@@ -16,6 +16,7 @@ namespace {
 using formenv::Place;
 using formenv::ScreenRect;
 using formenv::WindowState;
+using ::testing::ElementsAre;
 
 constexpr wchar_t kINI[] = L"C:\\KV\\KVZEP32.INI";
 constexpr wchar_t kMode[] = L"Mouse Information";
@@ -33,6 +34,13 @@ class FormPlacementTest : public ::testing::Test {
     std::wstring setting(const std::wstring& key, const std::wstring& file = kINI) {
         return files.settings.read(key, L"CONFIG", file).value_or(L"none");
     }
+    /// Position, size, state and the note of several monitors, as written for a key.
+    std::vector<std::wstring> written(const std::wstring& key = kMode) {
+        std::vector<std::wstring> texts;
+        for (const wchar_t* name : {L"Left", L"Top", L"Width", L"Height", L"WindowState", L"MultipleMonitors"})
+            texts.push_back(setting(key + name));
+        return texts;
+    }
     void set(const std::wstring& name, const std::wstring& value) {
         files.settings.write(kMode + name, L"CONFIG", kINI, value);
     }
@@ -42,7 +50,7 @@ class FormPlacementTest : public ::testing::Test {
         set(L"Width", std::to_wstring(std::lround(place.width)));
         set(L"Height", std::to_wstring(std::lround(place.height)));
     }
-    /// Where a fresh form of the usual design comes up.
+    /// The place that a new form of the usual design gets.
     Place restored(std::intptr_t owner = 0, const Place& given = kNoPlaceGiven) {
         FakeForm fresh(kDesign);
         RestoreFormPlacement(fresh, store, owner, given);
@@ -61,68 +69,42 @@ class FormPlacementTest : public ::testing::Test {
     WindowState state = WindowState::Normal;
 };
 
-TEST_F(FormPlacementTest, PlaceAndStateAreWrittenUnderTheKeysText) {
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(setting(L"Mouse InformationLeft"), L"1500");
-    EXPECT_EQ(setting(L"Mouse InformationTop"), L"750");
-    EXPECT_EQ(setting(L"Mouse InformationWidth"), L"7500");
-    EXPECT_EQ(setting(L"Mouse InformationHeight"), L"6000");
-    EXPECT_EQ(setting(L"Mouse InformationWindowState"), L"0");
-    EXPECT_EQ(setting(L"Mouse InformationMultipleMonitors"), L"0");
-    EXPECT_EQ(setting(L"Left"), L"none");
-}
-
-TEST_F(FormPlacementTest, EmptyKeyGivesTheBareNames) {
-    store.key.clear();
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(setting(L"Left"), L"1500");
-    EXPECT_EQ(setting(L"Top"), L"750");
-    EXPECT_EQ(setting(L"Width"), L"7500");
-    EXPECT_EQ(setting(L"Height"), L"6000");
-    EXPECT_EQ(setting(L"WindowState"), L"0");
-    EXPECT_EQ(setting(L"MultipleMonitors"), L"0");
-    EXPECT_EQ(restored(), form.at);
+TEST_F(FormPlacementTest, PlaceAndStateAreWrittenUnderTheKeysTextAndComeBack) {
+    for (const wchar_t* key : {kMode, L""}) {
+        store.key = key;
+        EXPECT_TRUE(SaveFormPlacement(form, store));
+        EXPECT_THAT(written(key), ElementsAre(L"1500", L"750", L"7500", L"6000", L"0", L"0"));
+        EXPECT_EQ(setting(L"Left"), *key ? L"none" : L"1500");
+        EXPECT_EQ(restored(), form.at);
+        EXPECT_EQ(state, WindowState::Normal);
+    }
 }
 
 TEST_F(FormPlacementTest, NumbersAreWholeAndMayBeNegative) {
     form.at = {-1500.4, 0.6, 1234567.0, 6000.5};
     EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(setting(L"Mouse InformationLeft"), L"-1500");
-    EXPECT_EQ(setting(L"Mouse InformationTop"), L"1");
-    EXPECT_EQ(setting(L"Mouse InformationWidth"), L"1234567");
-    EXPECT_EQ(setting(L"Mouse InformationHeight"), L"6000");
+    EXPECT_THAT(written(), ElementsAre(L"-1500", L"1", L"1234567", L"6000", L"0", L"0"));
 }
 
-TEST_F(FormPlacementTest, SavedPlaceComesBack) {
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(restored(), form.at);
-    EXPECT_EQ(state, WindowState::Normal);
+TEST_F(FormPlacementTest, AMaximizedFormStaysMaximizedAndAMinimizedOneBecomesNormal) {
+    for (const auto& [saved, text, back] : {std::tuple{WindowState::Maximized, L"2", WindowState::Maximized},
+                                            {WindowState::Minimized, L"0", WindowState::Normal}}) {
+        form.state = saved;
+        EXPECT_TRUE(SaveFormPlacement(form, store));
+        EXPECT_EQ(setting(L"Mouse InformationWindowState"), text);
+        EXPECT_EQ(restored(), form.at);
+        EXPECT_EQ(state, back);
+    }
 }
 
-TEST_F(FormPlacementTest, MaximisedFormComesBackMaximisedWithItsNormalPlace) {
-    form.state = WindowState::Maximized;
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(setting(L"Mouse InformationWindowState"), L"2");
-    EXPECT_EQ(restored(), form.at);
-    EXPECT_EQ(state, WindowState::Maximized);
-}
-
-TEST_F(FormPlacementTest, MinimisedFormIsSavedAsANormalOne) {
-    form.state = WindowState::Minimized;
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(setting(L"Mouse InformationWindowState"), L"0");
-    EXPECT_EQ(restored(), form.at);
-    EXPECT_EQ(state, WindowState::Normal);
-}
-
-TEST_F(FormPlacementTest, MinimisedStateInTheFileDoesNotHideTheForm) {
+TEST_F(FormPlacementTest, AMinimizedStateInTheFileDoesNotHideTheForm) {
     set(L"WindowState", L"1");
     form.state = WindowState::Minimized;
     RestoreFormPlacement(form, store);
     EXPECT_EQ(form.state, WindowState::Normal);
 }
 
-TEST_F(FormPlacementTest, StateThatIsNoneLeavesTheForms) {
+TEST_F(FormPlacementTest, AnInvalidStateLeavesTheFormAsItIs) {
     for (const wchar_t* text : {L"", L"two", L"1E999", L"nan"}) {
         set(L"WindowState", text);
         form.state = WindowState::Maximized;
@@ -131,7 +113,7 @@ TEST_F(FormPlacementTest, StateThatIsNoneLeavesTheForms) {
     }
 }
 
-TEST_F(FormPlacementTest, SeveralMonitorsAreNoted) {
+TEST_F(FormPlacementTest, SeveralMonitorsAreWritten) {
     arrange({{0, 0, 1920, 1080}, {1920, 0, 3840, 1080}});
     EXPECT_TRUE(SaveFormPlacement(form, store));
     EXPECT_EQ(setting(L"Mouse InformationMultipleMonitors"), L"1");
@@ -140,7 +122,7 @@ TEST_F(FormPlacementTest, SeveralMonitorsAreNoted) {
     EXPECT_EQ(setting(L"Mouse InformationMultipleMonitors"), L"0");
 }
 
-TEST_F(FormPlacementTest, FormsOfOtherKeysAndFilesAreApart) {
+TEST_F(FormPlacementTest, OtherKeysAndFilesHavePlacesOfTheirOwn) {
     EXPECT_TRUE(SaveFormPlacement(form, store));
     form.at.left = 3000.0;
     EXPECT_TRUE(SaveFormPlacement(form, {files, desktop, kINI, L"Notes"}));
@@ -153,7 +135,7 @@ TEST_F(FormPlacementTest, FormsOfOtherKeysAndFilesAreApart) {
     EXPECT_EQ(restored(), kMiddle);
 }
 
-TEST_F(FormPlacementTest, KeyTextDoesNotBreakTheFile) {
+TEST_F(FormPlacementTest, CharactersOfAKeyThatWouldBreakTheFileAreReplaced) {
     const std::pair<std::wstring, std::wstring> keys[] = {{L"a=b", L"a_b"},
                                                           {L"[CONFIG]", L"_CONFIG_"},
                                                           {L"x]y[", L"x_y_"},
@@ -176,12 +158,12 @@ TEST_F(FormPlacementTest, WithoutAnINIFileNothingIsKept) {
     store.ini.clear();
     EXPECT_FALSE(SaveFormPlacement(form, store));
     EXPECT_EQ(setting(L"Mouse InformationLeft", L""), L"none");
-    // What somebody else may keep under an empty name does not count.
+    // A setting that another program keeps under an empty file name does not count.
     files.settings.write(L"Mouse InformationLeft", L"CONFIG", L"", L"300");
     EXPECT_EQ(restored(), kMiddle);
 }
 
-TEST_F(FormPlacementTest, SavingThatFailsLeavesTheOldPlace) {
+TEST_F(FormPlacementTest, FailedSavingLeavesTheOldPlace) {
     EXPECT_TRUE(SaveFormPlacement(form, store));
     const Place before = form.at;
     files.readOnly = true;
@@ -190,18 +172,15 @@ TEST_F(FormPlacementTest, SavingThatFailsLeavesTheOldPlace) {
     EXPECT_EQ(restored(), before);
 }
 
-TEST_F(FormPlacementTest, DesktopThatFailsDoesNotKeepFromSaving) {
+TEST_F(FormPlacementTest, SavingWorksWhenTheDesktopFails) {
     desktop.failing = "*";
     EXPECT_TRUE(SaveFormPlacement(form, store));
     EXPECT_EQ(setting(L"Mouse InformationMultipleMonitors"), L"0");
 }
 
-TEST_F(FormPlacementTest, WithNothingSavedTheFormIsCenteredInItsDesignSize) {
+TEST_F(FormPlacementTest, WithNothingSavedTheFormIsInTheMiddleOfItsOwnersMonitor) {
     EXPECT_EQ(restored(), kMiddle);
     EXPECT_EQ(state, WindowState::Normal);
-}
-
-TEST_F(FormPlacementTest, WithNothingSavedTheOwnersMonitorIsTaken) {
     arrange({{0, 0, 1920, 1080}, {-1280, 100, 0, 900}}, 40);
     desktop.windows[9] = {-1000, 200, -100, 800};
     EXPECT_EQ(restored(9), (Place{-19200.0 + 6600.0, 1500.0 + 3450.0, 6000.0, 4500.0}));
@@ -209,138 +188,148 @@ TEST_F(FormPlacementTest, WithNothingSavedTheOwnersMonitorIsTaken) {
     EXPECT_EQ(restored(10), kMiddle);
 }
 
-TEST_F(FormPlacementTest, DesignLargerThanTheScreenIsMadeToFit) {
+TEST_F(FormPlacementTest, ADesignLargerThanTheOwnersMonitorIsMadeToFit) {
     arrange({{0, 0, 320, 240}}, 20);
     EXPECT_EQ(restored(), (Place{0.0, 0.0, 4800.0, 3300.0}));
-}
-
-TEST_F(FormPlacementTest, DesignLargerThanTheOwnersMonitorIsMadeToFit) {
     arrange({{0, 0, 1920, 1080}, {1920, 0, 2240, 240}});
     desktop.windows[9] = {2000, 0, 2100, 100};
     EXPECT_EQ(restored(9), (Place{28800.0, 0.0, 4800.0, 3600.0}));
 }
 
-TEST_F(FormPlacementTest, GivenValuesWinOverSavedOnes) {
+TEST_F(FormPlacementTest, EachGivenValueReplacesTheSavedOne) {
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
     EXPECT_TRUE(SaveFormPlacement(form, store));
-    const Place given{150.0, 300.0, 4500.0, 3000.0};
-    EXPECT_EQ(restored(0, given), given);
-}
-
-TEST_F(FormPlacementTest, EachGivenValueCountsForItself) {
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    EXPECT_EQ(restored(0, {150.0, kNotGiven, kNotGiven, kNotGiven}), (Place{150.0, 750.0, 7500.0, 6000.0}));
-    EXPECT_EQ(restored(0, {kNotGiven, 300.0, kNotGiven, 3000.0}), (Place{1500.0, 300.0, 7500.0, 3000.0}));
+    const std::pair<Place, Place> cases[] = {
+        {{150.0, 300.0, 4500.0, 3000.0}, {150.0, 300.0, 4500.0, 3000.0}},
+        {{150.0, kNotGiven, kNotGiven, kNotGiven}, {150.0, 750.0, 7500.0, 6000.0}},
+        {{kNotGiven, 300.0, kNotGiven, 3000.0}, {1500.0, 300.0, 7500.0, 3000.0}},
+        // Values that are not usable count as not given.
+        {{kNan, kInfinity, -kInfinity, kNan}, form.at},
+        {{1e300, -1e7, -4500.0, 0.0}, form.at},
+    };
+    for (const auto& [given, place] : cases)
+        EXPECT_EQ(restored(0, given), place) << ::testing::PrintToString(given);
     store.ini.clear();
     EXPECT_EQ(restored(0, {kNotGiven, kNotGiven, 4500.0, kNotGiven}), (Place{12150.0, 5550.0, 4500.0, 4500.0}));
 }
 
-TEST_F(FormPlacementTest, GivenValuesThatAreNoneAreNotGiven) {
-    EXPECT_TRUE(SaveFormPlacement(form, store));
-    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(restored(0, {kNan, kInfinity, -kInfinity, kNan}), form.at);
-    EXPECT_EQ(restored(0, {1e300, -1e7, -4500.0, 0.0}), form.at);
-}
-
-TEST_F(FormPlacementTest, SavedPositionOfMinus88IsAPosition) {
-    const Place saved{-88.0, -88.0, 7500.0, 6000.0};
-    EXPECT_EQ(restoredFrom(saved), saved);
-}
-
-TEST_F(FormPlacementTest, SizeAloneIsCentered) {
+TEST_F(FormPlacementTest, ASavedSizeAloneIsCentered) {
     set(L"Width", L"9000");
     set(L"Height", L"4500");
     EXPECT_EQ(restored(), (Place{9900.0, 5550.0, 9000.0, 4500.0}));
 }
 
-TEST_F(FormPlacementTest, FormOnAMonitorThatWasUnpluggedComesToTheOneThatIsLeft) {
-    arrange({{0, 0, 1920, 1080}, {1920, 0, 3840, 1080}}, 40);
-    const Place saved{2500 * 15.0, 1500.0, 6000.0, 4500.0};
-    EXPECT_EQ(restoredFrom(saved), saved);
-    desktop.monitors.pop_back();
-    EXPECT_EQ(restored(), (Place{28800.0 - 6000.0, 1500.0, 6000.0, 4500.0}));
+TEST_F(FormPlacementTest, AFormOnAnUnpluggedMonitorComesToTheOneThatIsLeft) {
+    const std::tuple<ScreenRect, Place, double> cases[] = {
+        {{1920, 0, 3840, 1080}, {37500.0, 1500.0, 6000.0, 4500.0}, 22800.0},
+        {{-1920, 0, 0, 1080}, {-20000.0, 1500.0, 6000.0, 4500.0}, 0.0},
+    };
+    for (const auto& [second, saved, left] : cases) {
+        arrange({{0, 0, 1920, 1080}, second}, 40);
+        EXPECT_EQ(restoredFrom(saved), saved);
+        desktop.monitors.pop_back();
+        EXPECT_EQ(restored(), (Place{left, 1500.0, 6000.0, 4500.0}));
+    }
 }
 
-TEST_F(FormPlacementTest, FormOnAMonitorThatIsLeftOfThePrimaryIsNotLost) {
-    arrange({{0, 0, 1920, 1080}, {-1920, 0, 0, 1080}}, 40);
-    const Place saved{-20000.0, 1500.0, 6000.0, 4500.0};
-    EXPECT_EQ(restoredFrom(saved), saved);
-    desktop.monitors.pop_back();
-    EXPECT_EQ(restored(), (Place{0.0, 1500.0, 6000.0, 4500.0}));
+struct Arrangement {
+    std::vector<ScreenRect> screens;
+    std::int32_t taskBar;
+};
+struct SavedPlace {
+    const char* name;
+    Arrangement desktop;
+    Place saved;
+    Place restored;
+};
+const Arrangement kUsual{{{0, 0, 1920, 1080}}, 40};
+const Arrangement kTwo{{{0, 0, 800, 600}, {800, 0, 1600, 600}}, 0};
+const Arrangement kHuge{{{-70000, -70000, 70000, 70000}}, 0};
+
+class SavedPlaceTest : public FormPlacementTest, public ::testing::WithParamInterface<SavedPlace> {};
+
+TEST_P(SavedPlaceTest, IsRestoredWithinReach) {
+    arrange(GetParam().desktop.screens, GetParam().desktop.taskBar);
+    EXPECT_EQ(restoredFrom(GetParam().saved), GetParam().restored);
 }
 
-TEST_F(FormPlacementTest, FormGoesToTheNearestMonitor) {
-    arrange({{0, 0, 800, 600}, {800, 0, 1600, 600}});
-    EXPECT_EQ(restoredFrom({30000.0, 0.0, 6000.0, 4500.0}), (Place{18000.0, 0.0, 6000.0, 4500.0}));
-    EXPECT_EQ(restoredFrom({-30000.0, 20000.0, 6000.0, 4500.0}), (Place{0.0, 4500.0, 6000.0, 4500.0}));
+INSTANTIATE_TEST_SUITE_P(
+    All, SavedPlaceTest,
+    ::testing::Values(
+        SavedPlace{"Minus88IsAPosition", kUsual, {-88.0, -88.0, 7500.0, 6000.0}, {-88.0, -88.0, 7500.0, 6000.0}},
+        SavedPlace{"NearestMonitorAtTheRight", kTwo, {30000.0, 0.0, 6000.0, 4500.0}, {18000.0, 0.0, 6000.0, 4500.0}},
+        SavedPlace{"NearestMonitorBelow", kTwo, {-30000.0, 20000.0, 6000.0, 4500.0}, {0.0, 4500.0, 6000.0, 4500.0}},
+        SavedPlace{
+            "TitleUnderTheTaskBar", kUsual, {3000.0, 15600.0, 6000.0, 4500.0}, {3000.0, 11100.0, 6000.0, 4500.0}},
+        SavedPlace{"TitleAboveTheScreen", kUsual, {3000.0, -1000.0, 6000.0, 4500.0}, {3000.0, 0.0, 6000.0, 4500.0}},
+        // A window that was pushed against the edge has its frame outside.
+        SavedPlace{"FrameOutside", kUsual, {-105.0, -105.0, 6000.0, 4500.0}, {-105.0, -105.0, 6000.0, 4500.0}},
+        // Enough of the title bar shows, and one twip less than enough.
+        SavedPlace{"EnoughAtTheRightAndBottom",
+                   kUsual,
+                   {25800.0, 15300.0, 6000.0, 4500.0},
+                   {25800.0, 15300.0, 6000.0, 4500.0}},
+        SavedPlace{"EnoughAtTheLeft", kUsual, {-3000.0, 0.0, 6000.0, 4500.0}, {-3000.0, 0.0, 6000.0, 4500.0}},
+        SavedPlace{"TooFarRight", kUsual, {25801.0, 300.0, 6000.0, 4500.0}, {22800.0, 300.0, 6000.0, 4500.0}},
+        SavedPlace{"TooFarDown", kUsual, {3000.0, 15301.0, 6000.0, 4500.0}, {3000.0, 11100.0, 6000.0, 4500.0}},
+        SavedPlace{"TooFarLeft", kUsual, {-3001.0, 300.0, 6000.0, 4500.0}, {0.0, 300.0, 6000.0, 4500.0}},
+        SavedPlace{"AcrossTwoMonitors", kTwo, {10500.0, 300.0, 3000.0, 3000.0}, {10500.0, 300.0, 3000.0, 3000.0}},
+        SavedPlace{"WiderThanAMonitor", kTwo, {600.0, 300.0, 22000.0, 3000.0}, {600.0, 300.0, 22000.0, 3000.0}},
+        // Above the second monitor, nearest to it or to the first one; both are reachable.
+        SavedPlace{"InTheGapAboveALowerMonitor",
+                   {{{0, 0, 1920, 1080}, {1920, 540, 2720, 1080}}, 0},
+                   {32000.0, 6000.0, 6000.0, 3000.0},
+                   {32000.0, 8100.0, 6000.0, 3000.0}},
+        SavedPlace{"OnAMonitorTooSmallToBeFound",
+                   {{{0, 0, 1920, 1080}, {1920, 0, 2200, 200}}, 0},
+                   {28950.0, 0.0, 3000.0, 2400.0},
+                   {28950.0, 0.0, 3000.0, 2400.0}},
+        SavedPlace{"MoreAboveTheSecondMonitor",
+                   {{{0, 0, 1000, 800}, {1000, 900, 2000, 1700}}, 0},
+                   {13500.0, 12750.0, 12000.0, 6000.0},
+                   {15000.0, 13500.0, 12000.0, 6000.0}},
+        SavedPlace{"AMillionTwipsRight", kHuge, {1000000.0, 0.0, 6000.0, 4500.0}, {1000000.0, 0.0, 6000.0, 4500.0}},
+        SavedPlace{"AMillionTwipsLeft", kHuge, {-1000000.0, 0.0, 6000.0, 4500.0}, {-1000000.0, 0.0, 6000.0, 4500.0}},
+        SavedPlace{"MoreThanAMillionTwipsIsNoPosition",
+                   kHuge,
+                   {1000001.0, 0.0, 6000.0, 4500.0},
+                   {-3000.0, 0.0, 6000.0, 4500.0}},
+        SavedPlace{"LargerThanTheDesktop", kUsual, {0.0, 0.0, 500000.0, 400000.0}, {0.0, 0.0, 28800.0, 15600.0}},
+        SavedPlace{"SmallerThanTheLeastSize", kUsual, {300.0, 300.0, 1.0, 1.0}, {300.0, 300.0, 2400.0, 1500.0}},
+        SavedPlace{
+            "SizesNotAboveZeroGiveTheDesigns", kUsual, {300.0, 300.0, -6000.0, 0.0}, {300.0, 300.0, 6000.0, 4500.0}}),
+    [](const auto& place) { return std::string(place.param.name); });
+
+TEST_F(FormPlacementTest, TheNearestMonitorIsSearchedByTheWholeTitleBar) {
+    restoredFrom({1500.0, 750.0, 7500.0, 6000.0});
+    // 450 twips of title are 30 pixels.
+    EXPECT_THAT(desktop.probes, ::testing::Contains(AskedDesktop::Probe{{100, 50, 600, 80}, 2}));
 }
 
-TEST_F(FormPlacementTest, SmallerScreenTakesTheFormIn) {
+TEST_F(FormPlacementTest, AMonitorWithoutAWorkAreaIsNotUsed) {
+    desktop.add({1920, 0, 3840, 1080});
+    for (const ScreenRect& nothing : {ScreenRect{0, 0, 0, 1040}, ScreenRect{0, 0, 1920, 0}}) {
+        desktop.monitors[0].info.work = nothing;
+        EXPECT_EQ(restoredFrom({1500.0, 750.0, 7500.0, 6000.0}), (Place{28800.0, 750.0, 7500.0, 6000.0}));
+    }
+}
+
+TEST_F(FormPlacementTest, ASmallerScreenTakesTheFormIn) {
     const Place saved{20000.0, 10000.0, 8000.0, 5000.0};
     EXPECT_EQ(restoredFrom(saved), saved);
     arrange({{0, 0, 800, 600}}, 40);
     EXPECT_EQ(restored(), (Place{4000.0, 3400.0, 8000.0, 5000.0}));
 }
 
-TEST_F(FormPlacementTest, TaskBarMovedToTheTopDoesNotCoverTheTitle) {
+TEST_F(FormPlacementTest, ATaskBarMovedToTheTopDoesNotCoverTheTitle) {
     const Place saved{3000.0, 0.0, 6000.0, 4500.0};
     EXPECT_EQ(restoredFrom(saved), saved);
     desktop.monitors.front().info.work = {0, 40, 1920, 1080};
     EXPECT_EQ(restored(), (Place{3000.0, 600.0, 6000.0, 4500.0}));
 }
 
-TEST_F(FormPlacementTest, TitleUnderTheTaskBarAtTheBottomIsMovedOutOfIt) {
-    EXPECT_EQ(restoredFrom({3000.0, 15600.0, 6000.0, 4500.0}), (Place{3000.0, 11100.0, 6000.0, 4500.0}));
-}
-
-TEST_F(FormPlacementTest, TitleAboveTheScreenIsBroughtDown) {
-    EXPECT_EQ(restoredFrom({3000.0, -1000.0, 6000.0, 4500.0}), (Place{3000.0, 0.0, 6000.0, 4500.0}));
-    // A window that was pushed against the edge has its frame outside.
-    EXPECT_EQ(restoredFrom({-105.0, -105.0, 6000.0, 4500.0}), (Place{-105.0, -105.0, 6000.0, 4500.0}));
-}
-
-TEST_F(FormPlacementTest, FormThatSticksOutAndCanBeTakenHoldOfStays) {
-    for (const Place& saved : {Place{25800.0, 15300.0, 6000.0, 4500.0}, Place{-3000.0, 0.0, 6000.0, 4500.0}})
-        EXPECT_EQ(restoredFrom(saved), saved);
-    // One twip further.
-    EXPECT_EQ(restoredFrom({25801.0, 300.0, 6000.0, 4500.0}), (Place{22800.0, 300.0, 6000.0, 4500.0}));
-    EXPECT_EQ(restoredFrom({3000.0, 15301.0, 6000.0, 4500.0}), (Place{3000.0, 11100.0, 6000.0, 4500.0}));
-    EXPECT_EQ(restoredFrom({-3001.0, 300.0, 6000.0, 4500.0}), (Place{0.0, 300.0, 6000.0, 4500.0}));
-}
-
-TEST_F(FormPlacementTest, FormAcrossTwoMonitorsStays) {
-    arrange({{0, 0, 800, 600}, {800, 0, 1600, 600}});
-    const Place saved{10500.0, 300.0, 3000.0, 3000.0};
-    EXPECT_EQ(restoredFrom(saved), saved);
-    const Place wide{600.0, 300.0, 22000.0, 3000.0};
-    EXPECT_EQ(restoredFrom(wide), wide);
-}
-
-TEST_F(FormPlacementTest, FormInTheGapBetweenMonitorsOfDifferentHeightIsMoved) {
-    arrange({{0, 0, 1920, 1080}, {1920, 540, 2720, 1080}});
-    // Above the second monitor, nearest to it or to the first one; both are reachable.
-    EXPECT_EQ(restoredFrom({32000.0, 6000.0, 6000.0, 3000.0}), (Place{32000.0, 8100.0, 6000.0, 3000.0}));
-}
-
-TEST_F(FormPlacementTest, MonitorThatTheSearchMissesCountsAllTheSame) {
-    arrange({{0, 0, 1920, 1080}, {1920, 0, 2200, 200}});
-    const Place saved{1930 * 15.0, 0.0, 3000.0, 2400.0};
-    EXPECT_EQ(restoredFrom(saved), saved);
-}
-
-TEST_F(FormPlacementTest, SizeBeyondTheDesktopIsCutToTheWorkAreas) {
-    EXPECT_EQ(restoredFrom({0.0, 0.0, 500000.0, 400000.0}), (Place{0.0, 0.0, 28800.0, 15600.0}));
-}
-
-TEST_F(FormPlacementTest, TinySizeIsRaisedToTheLeast) {
-    EXPECT_EQ(restoredFrom({300.0, 300.0, 1.0, 1.0}), (Place{300.0, 300.0, 2400.0, 1500.0}));
-}
-
-TEST_F(FormPlacementTest, SizesThatAreNoneGiveTheDesigns) {
-    EXPECT_EQ(restoredFrom({300.0, 300.0, -6000.0, 0.0}), (Place{300.0, 300.0, 6000.0, 4500.0}));
-}
-
-TEST_F(FormPlacementTest, GarbageCountsAsNotSaved) {
+TEST_F(FormPlacementTest, TextsThatAreNoUsableNumbersCountAsNotSaved) {
     for (const wchar_t* text : {L"", L"left", L"12abc", L"1,5", L"0x10", L"1e7", L"-1e7", L"99999999999999999999",
                                 L"1e999", L"nan", L"inf", L"--5", L"1 2"}) {
         for (const wchar_t* name : {L"Left", L"Top", L"Width", L"Height"})
@@ -349,19 +338,19 @@ TEST_F(FormPlacementTest, GarbageCountsAsNotSaved) {
     }
 }
 
-TEST_F(FormPlacementTest, TwipsOfAScreenOfFinerResolution) {
+TEST_F(FormPlacementTest, AFinerScreenHasFewerTwips) {
     desktop.dots = 144;  // 10 twips a pixel
     EXPECT_EQ(restored(), (Place{6600.0, 2950.0, 6000.0, 4500.0}));
     EXPECT_EQ(restoredFrom({19200.0, 0.0, 6000.0, 4500.0}), (Place{13200.0, 0.0, 6000.0, 4500.0}));
 }
 
-TEST_F(FormPlacementTest, SystemThatCountsNoMonitorsTellsOfThePrimaryOneAllTheSame) {
+TEST_F(FormPlacementTest, WithoutACountOfMonitorsThePrimaryOneIsUsed) {
     desktop.countsMonitors = false;
     EXPECT_EQ(restored(), kMiddle);
     EXPECT_EQ(restoredFrom({90000.0, 0.0, 6000.0, 4500.0}), (Place{22800.0, 0.0, 6000.0, 4500.0}));
 }
 
-TEST_F(FormPlacementTest, WithoutMonitorRecordsThePrimaryScreenIsTaken) {
+TEST_F(FormPlacementTest, WithoutMonitorRecordsThePrimaryScreenIsUsed) {
     desktop.failing = "monitorInfo";
     EXPECT_EQ(restored(), (Place{11400.0, 5850.0, 6000.0, 4500.0}));
     EXPECT_EQ(restoredFrom({90000.0, 0.0, 6000.0, 4500.0}), (Place{22800.0, 0.0, 6000.0, 4500.0}));
@@ -369,7 +358,7 @@ TEST_F(FormPlacementTest, WithoutMonitorRecordsThePrimaryScreenIsTaken) {
     EXPECT_EQ(restored(), (Place{22800.0, 0.0, 6000.0, 4500.0}));
 }
 
-TEST_F(FormPlacementTest, DesktopThatTellsNothingLeavesTheFormWhereItIs) {
+TEST_F(FormPlacementTest, WithoutAnyScreenTheFormStaysWhereItIs) {
     set({90000.0, 0.0, 7000.0, 5000.0});
     desktop.failing = "*";
     EXPECT_EQ(restored(), kDesign);
@@ -378,7 +367,7 @@ TEST_F(FormPlacementTest, DesktopThatTellsNothingLeavesTheFormWhereItIs) {
     EXPECT_EQ(restored(), kDesign);
 }
 
-TEST_F(FormPlacementTest, FormMovesOnceAndBeforeItIsMaximised) {
+TEST_F(FormPlacementTest, TheFormMovesOnceAndBeforeItIsMaximized) {
     set(L"WindowState", L"2");
     RestoreFormPlacement(form, store);
     EXPECT_EQ(form.moves, 1);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "headless/HeadlessPlatform.h"
+#include "tests/unit/WidgetFixture.h"
 #include "util/RuntimeError.h"
 #include "util/Utf8.h"
 
@@ -81,7 +82,7 @@ TEST_F(FormModel, AQuestionThatFailsLeavesTheFormToBeAskedAgain) {
     EXPECT_TRUE(form.unload());
 }
 
-TEST_F(FormModel, ItsMessageBoxStandsBeforeItOnlyWhileItIsShown) {
+TEST_F(FormModel, ItOwnsItsMessageBoxesOnlyWhileItIsShown) {
     form.messageBox(L"a", L"t", formenv::MessageIcon::None, formenv::MessageButtons::Ok);
     form.show();
     form.messageBox(L"b", L"t", formenv::MessageIcon::None, formenv::MessageButtons::Ok);
@@ -103,23 +104,18 @@ TEST(TextBoxModel, RaisesChangeWhenItsTextDiffers) {
 }
 
 TEST(TextBoxModel, TellsItsWindowOfTheProgramsTextOnly) {
-    class Listening final : public formenv::Peer {
-      public:
-        void changed(formenv::Change what) override { told.push_back(what); }
-        std::vector<formenv::Change> told;
-    };
     formenv::TextBox box(nullptr, L"txt");
-    Listening window;
+    formenv::RecordingPeer window;
     box.setPeer(&window);
     box.setText(L"program");
     box.typed(L"user");
     box.setLocked(true);
     box.setLocked(true);
-    EXPECT_THAT(window.told, ElementsAre(formenv::Change::Text, formenv::Change::Locked));
+    EXPECT_THAT(window.changes, ElementsAre(formenv::Change::Text, formenv::Change::Locked));
     EXPECT_TRUE(box.locked());
 }
 
-TEST(TextBoxModel, HoldsAnyLetterAndAnyLength) {
+TEST(TextBoxModel, HoldsAnyCharacterAndAnyLength) {
     formenv::TextBox box(nullptr, L"txt");
     std::wstring text(100000, L'x');
     text[7] = L'\0';
@@ -128,7 +124,7 @@ TEST(TextBoxModel, HoldsAnyLetterAndAnyLength) {
     EXPECT_EQ(box.text(), text);
 }
 
-TEST(AccessKey, IsTheLetterBehindTheFirstSingleAmpersand) {
+TEST(AccessKey, IsTheCharacterAfterTheFirstSingleAmpersand) {
     EXPECT_EQ(formenv::accessKey(L"&Save"), L'S');
     EXPECT_EQ(formenv::accessKey(L"Sa&ve"), L'V');
     EXPECT_EQ(formenv::accessKey(L"R && D &print"), L'P');
@@ -139,7 +135,7 @@ TEST(AccessKey, IsTheLetterBehindTheFirstSingleAmpersand) {
     EXPECT_EQ(formenv::accessKey(L""), L'\0');
 }
 
-TEST(Utf8, WritesEveryLetter) {
+TEST(Utf8, WritesEveryCharacter) {
     EXPECT_EQ(util::toUtf8(L"A\u007F"), "A\x7F");
     EXPECT_EQ(util::toUtf8(L"\u0080\u07FF"), "\xC2\x80\xDF\xBF");
     EXPECT_EQ(util::toUtf8(L"\u0800\uFFFD"), "\xE0\xA0\x80\xEF\xBF\xBD");

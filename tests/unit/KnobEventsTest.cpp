@@ -1,4 +1,4 @@
-// When a knob's turn begins and ends, whatever the program does in its events.
+// When a knob's turn begins and ends, also when the program acts in its events.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 using KnobEvents = KnobTurn;
 
-TEST_F(KnobEvents, EscapeGivesATurnUp) {
+TEST_F(KnobEvents, EscapeCancelsATurn) {
     knob.setDVal(43.0);
     takeAnywhere(4, 50);
     knob.mouseMove(4, 0, kPlain);
@@ -26,13 +26,13 @@ TEST_F(KnobEvents, EscapeGivesATurnUp) {
     EXPECT_THAT(taken(heard), ElementsAre("v 43"));
     EXPECT_EQ(knob.dVal(), 43.0);
     EXPECT_FALSE(knob.holdsMouse());
-    // The hand still lies on the button: it turns nothing any more.
+    // The button is still pressed, but turns nothing now.
     knob.mouseMove(4, -50, kPlain);
     knob.mouseUp(4, -50, kPlain);
     EXPECT_THAT(heard, IsEmpty());
 }
 
-TEST_F(KnobEvents, EscapeTakesTheKeysTurnBackAsAWhole) {
+TEST_F(KnobEvents, EscapeUndoesAllStepsOfAKeysTurn) {
     for (int i = 0; i < 3; ++i)
         knob.keyDown(Key::Left, kPlain);
     taken(heard);
@@ -41,7 +41,7 @@ TEST_F(KnobEvents, EscapeTakesTheKeysTurnBackAsAWhole) {
     EXPECT_THAT(heard, ElementsAre("v 50"));
 }
 
-TEST_F(KnobEvents, GivingUpATurnThatChangedNothingTellsNothing) {
+TEST_F(KnobEvents, CancelingATurnWithoutAChangeRaisesNoEvent) {
     knob.mouseDown(4, 4, kPlain);
     knob.cancel();
     knob.cancel();
@@ -83,7 +83,7 @@ TEST_F(KnobEvents, DisablingAKnobEndsItsTurn) {
     EXPECT_FALSE(knob.holdsMouse());
 }
 
-TEST_F(KnobEvents, TheScaleUnderTheHandStaysAsItWas) {
+TEST_F(KnobEvents, TheScaleOfAHeldKnobStaysAsItWas) {
     knob.onValueChanged = [this](double value) {
         knob.dMinVal = value - 1000.0;
         knob.dMaxVal = value + 1000.0;
@@ -99,7 +99,7 @@ TEST_F(KnobEvents, TheScaleUnderTheHandStaysAsItWas) {
     EXPECT_EQ(knob.scale().max, 1070.0);
 }
 
-TEST_F(KnobEvents, TheHandIsAwayWhenTurnEndIsHeard) {
+TEST_F(KnobEvents, TheKnobIsReleasedBeforeTurnEnd) {
     bool held = true;
     knob.onTurnEnd = [&] { held = knob.bMouseDown(); };
     bool heldWhileTurning = false;
@@ -129,8 +129,8 @@ TEST_F(KnobEvents, AThrowingHandlerDoesNotKeepTheKnobHeld) {
     EXPECT_FALSE(knob.bMouseDown());
 }
 
-TEST_F(KnobEvents, EventsThatRunInsideOfAHandlerKeepTheirOrder) {
-    // The program lets events run while it draws: the release comes in before the handler returns.
+TEST_F(KnobEvents, EventsDuringAHandlerKeepTheirOrder) {
+    // The program lets events run while it draws: the release arrives before the handler returns.
     knob.onValueChanged = [this](double value) {
         heard.push_back("v " + std::to_string(static_cast<int>(value)));
         knob.mouseUp(4, 30, kPlain);
@@ -150,7 +150,7 @@ TEST_F(KnobEvents, EventsThatRunInsideOfAHandlerKeepTheirOrder) {
 }
 
 TEST_F(KnobEvents, AReleaseEndsItsOwnTurnOnly) {
-    // While the last move of one turn is being drawn, that turn ends and the hand takes the knob again.
+    // While the last move of one turn is being drawn, that turn ends and the user presses the knob again.
     knob.onValueChanged = [this](double) {
         knob.captureLost();
         knob.mouseDown(4, 30, kPlain);
@@ -171,7 +171,7 @@ TEST_F(KnobEvents, AHandlerMayReplaceItself) {
     EXPECT_THAT(heard, ElementsAre("first", "end", "end"));
 }
 
-TEST_F(KnobEvents, TheWheelDoesNotDisturbAHand) {
+TEST_F(KnobEvents, WheelAndKeysDoNotDisturbADrag) {
     takeAnywhere(4, 50);
     knob.wheel(120, kPlain);
     EXPECT_TRUE(knob.keyDown(Key::Up, kPlain));
@@ -179,7 +179,7 @@ TEST_F(KnobEvents, TheWheelDoesNotDisturbAHand) {
     EXPECT_TRUE(knob.holdsMouse());
 }
 
-TEST_F(KnobEvents, ARangeThatIsNoneIsSafe) {
+TEST_F(KnobEvents, AnInvalidRangeCannotBeTurned) {
     const double nan = std::nan("");
     for (const auto& [min, max] : {std::pair{5.0, 5.0}, {9.0, 1.0}, {nan, 3.0}, {0.0, nan}, {nan, nan}}) {
         knob.dMinVal = min;
@@ -211,6 +211,9 @@ TEST_F(KnobEvents, AValueThatIsNoNumberIsTurnedOntoTheScale) {
 TEST_F(KnobEvents, TheReadOutFollowsTheFormat) {
     knob.setDVal(437.5);
     EXPECT_EQ(knob.sValText(), L"437.5");
+    knob.setDVal(1.0 / 3.0);
+    EXPECT_EQ(knob.sValText(), L"0.333333333333") << "twelve digits at most";
+    knob.setDVal(437.5);
     knob.sFormat = L"##0.00000";
     EXPECT_EQ(knob.sValText(), L"437.50000");
     knob.setSValText(L"somewhere");
@@ -226,7 +229,7 @@ TEST_F(KnobEvents, TheReadOutFollowsTheFormat) {
     EXPECT_EQ(knob.sValText(), L"2.5");
 }
 
-TEST_F(KnobEvents, StopsThatAreNotUsedChangeNothing) {
+TEST_F(KnobEvents, UnusedStopsChangeNothing) {
     addDecades(knob);
     knob.bOption2 = false;
     knob.wheel(120, kPlain);
@@ -236,7 +239,7 @@ TEST_F(KnobEvents, StopsThatAreNotUsedChangeNothing) {
     EXPECT_EQ(knob.stops().size(), 1U);
 }
 
-TEST_F(KnobEvents, WhateverTheHandDoesTurnsAreWhole) {
+TEST_F(KnobEvents, RandomInputMakesWholeTurns) {
     std::mt19937 random(20240);
     const auto below = [&random](int bound) { return static_cast<int>(random() % static_cast<unsigned>(bound)); };
     constexpr std::array kKeys{Key::Left,     Key::Right, Key::Up,  Key::Down,   Key::PageUp,
@@ -285,7 +288,7 @@ TEST_F(KnobEvents, WhateverTheHandDoesTurnsAreWhole) {
             changed = false;
             ++turns;
         }
-        // What was heard since the last end may belong to a turn that still runs.
+        // The events since the last end may belong to a turn that still runs.
         heard.assign(changed ? 1U : 0U, "v");
     }
     EXPECT_GT(turns, 1000);

@@ -1,4 +1,4 @@
-// A knob whose program writes down what it hears.
+// A knob whose program records the events.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -50,7 +50,7 @@ class KnobImage {
     }
 
     /// True when the pixels around the picture are as they were.
-    [[nodiscard]] bool guardsStand() const {
+    [[nodiscard]] bool guardsAreIntact() const {
         for (int y = -1; y <= buffer.height; ++y) {
             for (int x = -1; x <= buffer.width; ++x) {
                 const bool outside = x < 0 || y < 0 || x == buffer.width || y == buffer.height;
@@ -70,6 +70,30 @@ class KnobImage {
     std::vector<std::uint32_t> memory_;
     headless::BlockTextPainter letters_;
 };
+
+/// Records which texts were painted, and where. A line is 13 pixels high at any resolution.
+class NotingLetters final : public headless::BlockTextPainter {
+  public:
+    void draw(const raster::PixelBuffer& buffer, raster::PixelPoint at, std::wstring_view text,
+              const raster::Font& font, raster::Rgb color) override {
+        const raster::PixelSize size = textSize(text, font);
+        boxes.push_back({at.x, at.y, at.x + size.width, at.y + size.height});
+        texts.emplace_back(text);
+        BlockTextPainter::draw(buffer, at, text, font, color);
+    }
+    std::vector<raster::PixelRect> boxes;
+    std::vector<std::wstring> texts;
+};
+
+inline KnobPalette contrastPalette() {
+    KnobPalette palette;
+    palette.face = 0x000000;
+    palette.text = 0xFFFFFF;
+    palette.accent = 0x00FFFF;
+    palette.grayText = 0x00FF00;
+    palette.highContrast = true;
+    return palette;
+}
 
 inline void addDecades(tdKnob& knob) {
     knob.bOption2 = true;
@@ -102,13 +126,29 @@ class KnobTurn : public testing::Test {
         image.paint(knob);
     }
 
-    /// Presses at the caption, far from the rim, and is past the first pixels, which turn nothing.
+    /// Presses, by default at the caption, far from the rim, and moves past the first pixels, which turn nothing.
     void takeAnywhere(int x = 4, int y = 4) {
         knob.mouseDown(x, y + 3, kPlain);
         knob.mouseMove(x, y, kPlain);
     }
 
-    /// The place on a circle round the dial's middle; in this picture the dial stands between caption and read-out.
+    /// Moves from point to point and releases at the last one. Returns the events, with "-" for a move without any.
+    Heard pushed(const std::vector<std::pair<int, int>>& path) {
+        Heard all;
+        for (const auto& [x, y] : path) {
+            knob.mouseMove(x, y, kPlain);
+            Heard now = taken(heard);
+            if (now.empty())
+                now.emplace_back("-");
+            all.insert(all.end(), now.begin(), now.end());
+        }
+        knob.mouseUp(path.back().first, path.back().second, kPlain);
+        for (const std::string& event : taken(heard))
+            all.push_back(event);
+        return all;
+    }
+
+    /// A point on a circle around the dial's middle; in this picture the dial is between caption and read-out.
     [[nodiscard]] std::pair<int, int> rim(double degrees, double radius = 25.0) const {
         const double angle = degrees * std::numbers::pi / 180.0;
         return {static_cast<int>(std::lround(60.0 + radius * std::sin(angle) - 0.5)),

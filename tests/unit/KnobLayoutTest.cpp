@@ -1,4 +1,4 @@
-// Where labels and ticks of a dial go.
+// The positions of the labels and ticks of a dial.
 #include "turndial/DialLayout.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-/// Letters 6 pixels wide and 11 high.
+/// Characters are 6 pixels wide and 11 high.
 PixelSize measured(std::wstring_view text) {
     return {static_cast<int>(text.size()) * 6, 11};
 }
@@ -65,6 +65,7 @@ TEST(KnobLayout, LabelsNeverOverlapAtAnySize) {
                 const DialLayout layout = layOutDial(area, grid(), unit, measured);
                 expectTidy(layout, area);
                 EXPECT_LE(2.0 * layout.radius, std::max(width, height));
+                EXPECT_TRUE(layout.labels.empty() || layout.radius >= 12.0 * unit);
                 most = std::max(most, layout.labels.size());
             }
         }
@@ -95,13 +96,13 @@ TEST(KnobLayout, ARangeShowsBothOfItsEndsOrNone) {
                 IsEmpty());
 }
 
-TEST(KnobLayout, NoRoomIsNoDial) {
+TEST(KnobLayout, WithoutRoomThereIsNoDial) {
     EXPECT_EQ(layOutDial({}, grid(), 1.0, measured).radius, 0.0);
     EXPECT_EQ(layOutDial({5, 5, 3, 3}, grid(), 1.0, measured).radius, 0.0);
     EXPECT_GT(layOutDial({0, 0, 1, 1}, grid(), 1.0, measured).radius, 0.0);
 }
 
-TEST(KnobLayout, TicksStandAtDetentsAsLongAsThereIsRoom) {
+TEST(KnobLayout, TicksAreAtDetentsIfThereIsRoom) {
     const KnobScale tens{0.0, 100.0, 10.0, {}, false, false};
     EXPECT_THAT(ticksOf(tens, 100.0, 5.0), SizeIs(11));
     EXPECT_THAT(ticksOf(tens, 100.0, 15.0), ElementsAre(0.0, 0.2, 0.4, 0.6, 0.8, 1.0));

@@ -1,6 +1,5 @@
-// The looks of the knobs, compared with a sheet of pictures that were looked at and found good: tests/unit/looks. A
-// change of the looks that is meant is shown to somebody, then the sheet is replaced by what the failed test has
-// written.
+// The looks of the knobs, compared with a sheet of approved pictures: tests/unit/looks. After an intended change of the
+// looks, review the sheet that the failed test has written, then replace the old one by it.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -13,23 +12,22 @@
 #include <memory>
 
 #include "KnobFixture.h"
-#include "headless/HeadlessPlatform.h"
 
 namespace {
 
 using namespace kv::turndial;
 
-// Half again as fine as the usual screen, so that measures that do not follow the resolution show.
+// One and a half times the usual resolution, so that sizes that do not follow the resolution are noticed.
 constexpr int kDpi = 144;
 constexpr int kWidth = 171;
 constexpr int kHeight = 183;
 constexpr int kColumns = 4;
 constexpr int kRows = 4;
-/// The sheet keeps the mean of so many pixels each way: what differs between two systems' sines is lost in it.
+/// The sheet keeps the mean of so many pixels each way, in which differences between two systems' sines disappear.
 constexpr int kCell = 3;
 constexpr double kTolerance = 1.5;  // of 255
 
-/// A picture in the plainest of formats, red, green and blue.
+/// A picture as red, green and blue bytes.
 struct Sheet {
     int width = kColumns * kWidth / kCell;
     int height = kRows * kHeight / kCell;
@@ -88,16 +86,6 @@ KnobPalette darkPalette() {
     return palette;
 }
 
-KnobPalette contrastPalette() {
-    KnobPalette palette;
-    palette.face = 0x000000;
-    palette.text = 0xFFFFFF;
-    palette.accent = 0x00FFFF;
-    palette.grayText = 0x00FF00;
-    palette.highContrast = true;
-    return palette;
-}
-
 class KnobLooks : public testing::Test {
   protected:
     /// Paints a knob into the next field of the sheet; a smaller one at its upper left corner.
@@ -127,7 +115,7 @@ class KnobLooks : public testing::Test {
         return sheet;
     }
 
-    /// Of one colour over a cell.
+    /// Of one color over a cell.
     [[nodiscard]] double mean(int x, int y, int shift) const {
         unsigned sum = 0;
         for (int row = y * kCell; row < (y + 1) * kCell; ++row) {
@@ -160,7 +148,7 @@ Sheet read(const std::filesystem::path& path) {
     return sheet;
 }
 
-TEST_F(KnobLooks, AreThoseOfTheSheet) {
+TEST_F(KnobLooks, AreThoseOfTheApprovedSheet) {
     const auto plain = dial(437.5);
     show(*plain);
     const auto pointedAt = dial(446.0);
@@ -247,7 +235,7 @@ double alike(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_
     return static_cast<double>(same) / static_cast<double>(a.size());
 }
 
-TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
+TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueLooksDifferent) {
     const auto painted = [](bool borrowed) {
         const auto knob = mover();
         if (borrowed)
@@ -260,15 +248,6 @@ TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueIsPaintedInAnotherWay) {
     const double same = alike(painted(false), painted(true));
     EXPECT_LT(same, 1.0);
     EXPECT_GT(same, 0.8) << "only the read-out";
-}
-
-TEST(KnobColors, AreThoseOfTheSystem) {
-    kv::headless::HeadlessPlatform platform;
-    const tdKnob knob(nullptr, L"");
-    const KnobPalette palette = systemPalette(platform, knob);
-    EXPECT_EQ(palette.highlight, 0xE3E3E3U);
-    EXPECT_EQ(palette.accent, 0xD77800U);
-    EXPECT_EQ(palette.grayText, 0x6D6D6DU);
 }
 
 }  // namespace

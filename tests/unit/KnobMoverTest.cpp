@@ -46,7 +46,7 @@ TEST_F(KnobMover, PushingRightOrUpReportsDetents) {
     EXPECT_EQ(mover.dVal(), 437.5);
 }
 
-TEST_F(KnobMover, ControlTakesTenTimesTheWay) {
+TEST_F(KnobMover, ControlNeedsTenTimesTheDistance) {
     take(50, 30);
     mover.mouseMove(169, 30, kControl);
     EXPECT_THAT(taken(heard), IsEmpty());
@@ -67,13 +67,13 @@ TEST_F(KnobMover, AClickOnAnArrowIsOneDetent) {
     EXPECT_THAT(taken(heard), ElementsAre("v 1", "end"));
 }
 
-TEST_F(KnobMover, AClickOnTheWheelTellsNothing) {
+TEST_F(KnobMover, AClickOnTheWheelRaisesNoEvent) {
     mover.mouseDown(60, 35, kPlain);
     mover.mouseUp(61, 35, kPlain);
     EXPECT_THAT(heard, IsEmpty());
 }
 
-TEST_F(KnobMover, NotchesAndKeys) {
+TEST_F(KnobMover, NotchesAndKeysReportDetents) {
     mover.wheel(240, kPlain);
     EXPECT_THAT(taken(heard), ElementsAre("v 1", "v 1", "end"));
     mover.wheel(-60, kPlain);
@@ -90,7 +90,7 @@ TEST_F(KnobMover, NotchesAndKeys) {
     EXPECT_THAT(taken(heard), ElementsAre("end"));
 }
 
-TEST_F(KnobMover, ItHasNoEnds) {
+TEST_F(KnobMover, HomeAndEndAreNotUsed) {
     EXPECT_FALSE(mover.wantsKey(Key::Home));
     EXPECT_FALSE(mover.wantsKey(Key::End));
     EXPECT_FALSE(mover.keyDown(Key::Home, kPlain));
@@ -99,7 +99,7 @@ TEST_F(KnobMover, ItHasNoEnds) {
     EXPECT_FALSE(mover.wantsKey(Key::Escape));
 }
 
-TEST_F(KnobMover, EscapeTakesTheDetentsBack) {
+TEST_F(KnobMover, EscapeUndoesTheDetents) {
     take(50, 30);
     mover.mouseMove(90, 30, kPlain);
     mover.mouseMove(70, 30, kPlain);
@@ -111,7 +111,7 @@ TEST_F(KnobMover, EscapeTakesTheDetentsBack) {
     EXPECT_FALSE(mover.holdsMouse());
 }
 
-TEST_F(KnobMover, OneMovementIsBounded) {
+TEST_F(KnobMover, OneMovementIsAtMostAHundredDetents) {
     take(50, 30);
     mover.mouseMove(2000000000, 30, kPlain);
     EXPECT_THAT(heard, SizeIs(100));
@@ -125,7 +125,7 @@ TEST_F(KnobMover, OneMovementIsBounded) {
     EXPECT_EQ(heard.back(), "end");
 }
 
-TEST_F(KnobMover, ATurnThatEndsInsideOfAHandlerReportsNoFurtherDetents) {
+TEST_F(KnobMover, ATurnThatEndsInAHandlerReportsNoFurtherDetents) {
     mover.onValueChanged = [this](double) {
         heard.emplace_back("v");
         mover.captureLost();
@@ -135,7 +135,7 @@ TEST_F(KnobMover, ATurnThatEndsInsideOfAHandlerReportsNoFurtherDetents) {
     EXPECT_THAT(heard, ElementsAre("v", "end"));
 }
 
-TEST_F(KnobMover, AThrowingHandlerDoesNotKeepItHeld) {
+TEST_F(KnobMover, AThrowingHandlerDoesNotKeepTheKnobHeld) {
     mover.onValueChanged = [](double) { throw std::runtime_error("program's fault"); };
     EXPECT_THROW(mover.mouseDown(112, 35, kPlain), std::runtime_error);
     EXPECT_FALSE(mover.holdsMouse());

@@ -1,4 +1,4 @@
-// What knobs look like: that whatever matters can be seen, and that nothing else is touched.
+// What knobs look like: every state can be seen, and no pixel outside is changed.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -10,6 +10,7 @@
 
 #include "KnobFixture.h"
 #include "headless/HeadlessPlatform.h"
+#include "tests/unit/WidgetFixture.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ TEST_P(KnobPainting, IsTheSameEveryTime) {
     EXPECT_EQ(before, second.paint(*knob));
 }
 
-TEST_P(KnobPainting, WhatMattersCanBeSeen) {
+TEST_P(KnobPainting, EveryStateLooksDifferent) {
     KnobImage image(120, 110);
     std::set<Pixels> seen;
     const auto isNew = [&](const char* what) { EXPECT_TRUE(seen.insert(image.paint(*knob)).second) << what; };
@@ -101,18 +102,18 @@ TEST_P(KnobPainting, NothingOutsideIsTouchedAtAnySize) {
                     knob->focus(focus);
                     image.paint(*knob, dpi);
                 }
-                EXPECT_TRUE(image.guardsStand()) << width << 'x' << height << " at " << dpi;
+                EXPECT_TRUE(image.guardsAreIntact()) << width << 'x' << height << " at " << dpi;
             }
         }
     }
     for (const auto& [width, height] : {std::pair{1, 300}, {300, 1}, {150, 130}, {700, 500}, {60, 200}}) {
         KnobImage image(width, height);
         image.paint(*knob);
-        EXPECT_TRUE(image.guardsStand()) << width << 'x' << height;
+        EXPECT_TRUE(image.guardsAreIntact()) << width << 'x' << height;
     }
 }
 
-TEST_P(KnobPainting, ASurfaceWithoutPixelsIsLeftAlone) {
+TEST_P(KnobPainting, ASurfaceWithoutPixelsIsNotPainted) {
     kv::headless::BlockTextPainter letters;
     knob->paint(PixelBuffer{}, letters, 96, KnobPalette{});
     knob->mouseDown(3, 3, kPlain);
@@ -129,14 +130,10 @@ TEST_P(KnobPainting, TheWholePictureIsPainted) {
         EXPECT_EQ(image.buffer.row(y)[x], 0x563412U);
 }
 
-TEST_P(KnobPainting, HighContrastKeepsToItsColours) {
-    KnobPalette palette;
-    palette.face = 0x000000;
-    palette.text = 0xFFFFFF;
-    palette.accent = 0x00FFFF;
+TEST_P(KnobPainting, HighContrastUsesItsColorsOnly) {
+    KnobPalette palette = contrastPalette();
     palette.shadow = 0x123456;
     palette.highlight = 0x654321;
-    palette.highContrast = true;
     KnobImage image(120, 110);
     knob->hover(true);
     image.paint(*knob, 96, palette);
@@ -163,7 +160,7 @@ TEST_P(KnobPainting, FinerScreensShowAFinerPicture) {
         return count;
     };
     const double ratio = inked(fine) / static_cast<double>(inked(coarse));
-    // Four times the pixels; the letters of this test do not grow, which leaves the body more room.
+    // Four times the pixels; the characters of this test do not grow, which leaves the body more room.
     EXPECT_GT(ratio, 3.0);
     EXPECT_LT(ratio, 6.5);
 }
@@ -193,26 +190,12 @@ TEST(KnobPaintingDial, ValuesOffTheScaleAndNoNumbersArePainted) {
     for (const double value : {-5.0, 1e300, std::nan("")}) {
         knob.setDVal(value);
         image.paint(knob);
-        EXPECT_TRUE(image.guardsStand());
+        EXPECT_TRUE(image.guardsAreIntact());
     }
     knob.dMinVal = std::nan("");
     image.paint(knob);
-    EXPECT_TRUE(image.guardsStand());
+    EXPECT_TRUE(image.guardsAreIntact());
 }
-
-/// Writes down where texts were painted.
-class NotingLetters final : public kv::headless::BlockTextPainter {
-  public:
-    void draw(const PixelBuffer& buffer, kv::raster::PixelPoint at, std::wstring_view text,
-              const kv::raster::Font& font, kv::raster::Rgb color) override {
-        const kv::raster::PixelSize size = textSize(text, font);
-        boxes.push_back({at.x, at.y, at.x + size.width, at.y + size.height});
-        texts.emplace_back(text);
-        BlockTextPainter::draw(buffer, at, text, font, color);
-    }
-    std::vector<kv::raster::PixelRect> boxes;
-    std::vector<std::wstring> texts;
-};
 
 TEST_P(KnobPainting, NoTwoTextsOverlap) {
     for (int width = 20; width <= 200; width += 10) {
@@ -246,7 +229,7 @@ TEST_P(KnobPainting, LongCaptionsEndInAnEllipsis) {
     EXPECT_LT(caption->size(), 25U);
 }
 
-TEST_P(KnobPainting, TheValueOutlastsTheCaptionInASmallPlace) {
+TEST_P(KnobPainting, ASmallKnobOmitsItsCaptionBeforeItsValue) {
     KnobImage image(80, 52);
     NotingLetters letters;
     knob->setSCaption(L"Name");
@@ -268,6 +251,9 @@ TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
     EXPECT_EQ(palette.face, 0xF0F0F0U);
     EXPECT_EQ(palette.text, 0x000000U);
     EXPECT_EQ(palette.shadow, 0xA0A0A0U);
+    EXPECT_EQ(palette.highlight, 0xE3E3E3U);
+    EXPECT_EQ(palette.accent, 0xD77800U);
+    EXPECT_EQ(palette.grayText, 0x6D6D6DU);
     EXPECT_FALSE(palette.highContrast);
     knob.setBackColor(0x0000FF);
     knob.setForeColor(0x00FF00);
@@ -279,28 +265,20 @@ TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
     EXPECT_TRUE(systemPalette(platform, knob).highContrast);
 }
 
-/// The window's side of the widget: counts what it is told.
-class CountingPeer final : public kv::formenv::Peer {
-  public:
-    void changed(kv::formenv::Change what) override { (what == kv::formenv::Change::Value ? values : others) += 1; }
-    int values = 0;
-    int others = 0;
-};
-
 TEST_P(KnobPainting, TheWindowIsToldToPaintAgain) {
-    CountingPeer peer;
+    kv::formenv::RecordingPeer peer;
     knob->setPeer(&peer);
     knob->setDVal(433.0);
     knob->setDVal(433.0);
     knob->setSValText(L"x");
     knob->setSValText(L"x");
-    EXPECT_EQ(peer.values, 2);
+    EXPECT_EQ(std::ranges::count(peer.changes, kv::formenv::Change::Value), 2);
     for (const std::function<void()>& action : std::initializer_list<std::function<void()>>{
              [&] { knob->Refresh(); }, [&] { knob->hover(true); }, [&] { knob->focus(true); },
              [&] { knob->mouseDown(5, 5, kPlain); }, [&] { knob->cancel(); }, [&] { knob->wheel(120, kPlain); }}) {
-        const int before = peer.values + peer.others;
+        peer.changes.clear();
         action();
-        EXPECT_GT(peer.values + peer.others, before);
+        EXPECT_THAT(peer.changes, testing::Not(testing::IsEmpty()));
     }
     knob->setPeer(nullptr);
 }

@@ -1,4 +1,4 @@
-// What a knob leaves out when room is short, and the distances it keeps.
+// What a knob omits where it is small, and the distances that it keeps.
 #include <gmock/gmock.h>
 
 #include <memory>
@@ -12,16 +12,6 @@ using namespace kv::turndial;
 using kv::raster::PixelRect;
 using testing::Contains;
 using testing::Not;
-
-/// Writes down which texts were painted. A line is 13 pixels high at any resolution.
-class NotingLetters final : public kv::headless::BlockTextPainter {
-  public:
-    void draw(const kv::raster::PixelBuffer&, kv::raster::PixelPoint, std::wstring_view text, const kv::raster::Font&,
-              kv::raster::Rgb) override {
-        texts.emplace_back(text);
-    }
-    std::vector<std::wstring> texts;
-};
 
 class KnobRoom : public testing::Test {
   protected:
@@ -55,19 +45,19 @@ TEST_F(KnobRoom, ValueAndCaptionNeedTheirHeightBesideTheBody) {
     }
 }
 
-TEST_F(KnobRoom, ACaptionThatDoesNotFitHasTwoHundredLettersAtMost) {
+TEST_F(KnobRoom, ACaptionThatDoesNotFitHasTwoHundredCharactersAtMost) {
     caption = std::wstring(500, L'W');
     const std::vector<std::wstring> shown = texts(2000, 150, 96);
     ASSERT_THAT(shown, testing::SizeIs(2));
     EXPECT_THAT(shown, Contains(std::wstring(199, L'W') + L'\u2026'));
 }
 
-TEST_F(KnobRoom, APixelOfRoomIsPainted) {
+TEST_F(KnobRoom, ARoomOfOnePixelIsPainted) {
     for (const auto& [width, height] : {std::pair{7, 60}, {60, 7}}) {
         tdKnob knob(nullptr, L"");
         KnobImage image(width, height);
         EXPECT_NO_FATAL_FAILURE(image.paint(knob));
-        EXPECT_TRUE(image.guardsStand());
+        EXPECT_TRUE(image.guardsAreIntact());
     }
 }
 
@@ -101,6 +91,98 @@ TEST(KnobDistances, LabelsKeepThreePixelsBetweenThemAtAnyResolution) {
         }
     }
     EXPECT_GT(seen, 1000U);
+}
+
+/// Paints a nudge wheel by itself, without a shadow.
+WheelPlace paintedWheel(KnobImage& image, int dpi) {
+    NotingLetters letters;
+    const KnobPicture picture(image.buffer, letters, dpi, inkFor(contrastPalette(), {}), {}, {});
+    return paintWheel(picture, {0.0, 0.0, double(image.buffer.width), double(image.buffer.height)}, 0.0, 0);
+}
+
+TEST(KnobWheel, CornersAreFourPixelsOrAQuarterOfTheHeight) {
+    struct Case {
+        int dpi;
+        int height;  ///< of the picture; the wheel has margins, and in a high picture a mark above it
+        int top;     ///< of the wheel
+        int corner;
+    };
+    for (const Case& wheel : {Case{96, 18, 3, 3}, {96, 46, 9, 4}, {192, 100, 18, 8}}) {
+        SCOPED_TRACE(wheel.height);
+        KnobImage image(wheel.dpi == 96 ? 40 : 80, wheel.height);
+        paintedWheel(image, wheel.dpi);
+        const int left = wheel.dpi == 96 ? 3 : 6;
+        const std::uint32_t edge = image.buffer.row(wheel.top + wheel.corner)[left];
+        EXPECT_EQ(edge & 0xFFFFFFU, 0xFFFFFFU) << "the edge is straight below the corner";
+        EXPECT_NE(image.buffer.row(wheel.top + wheel.corner - 1)[left], edge) << "and round in it";
+    }
+}
+
+TEST(KnobWheel, ArrowsNeedSixtyPixelsBesideTheMargins) {
+    for (const int unit : {1, 2}) {
+        KnobImage wide(66 * unit, 40 * unit);
+        EXPECT_EQ(paintedWheel(wide, 96 * unit).left.width(), 15.0 * unit);
+        KnobImage narrow(66 * unit - 1, 40 * unit);
+        EXPECT_EQ(paintedWheel(narrow, 96 * unit).left.width(), 0.0);
+    }
+}
+
+TEST(KnobTicks, EveryStopOfACrowdedScaleHasOne) {
+    const auto painted = [](int last, double step) {
+        tdKnob knob(nullptr, L"");
+        knob.bOption2 = true;
+        // No label fits, so that all ticks are of one length.
+        for (int stop = 0; stop <= last; ++stop)
+            knob.AddStop(stop == 0, std::wstring(30, L'W'), stop * step);
+        knob.setDVal(50.0);
+        KnobImage image(80, 70);
+        return image.paint(knob);
+    };
+    EXPECT_NE(painted(100, 1.0), painted(50, 2.0));
+}
+
+TEST(KnobTicks, OfARangeAreFivePixelsApart) {
+    NotingLetters letters;
+    KnobScale scale;
+    kv::raster::Font labelFont;
+    labelFont.points *= 0.9;
+    const auto measure = [&](std::wstring_view text) { return letters.textSize(text, labelFont); };
+    const double length = layOutDial({0.0, 0.0, 80.0, 70.0}, scale, 1.0, measure).radius * kDialSweep;
+    const auto painted = [&](double detents) {
+        scale.step = 100.0 / detents;
+        KnobImage image(80, 70);
+        const KnobPicture picture(image.buffer, letters, 96, inkFor({}, {}), {}, {});
+        picture.shapes.clear(0);
+        paintDial(picture, {0.0, 0.0, 80.0, 70.0}, scale, 50.0, 0);
+        return std::vector<std::uint32_t>(image.buffer.pixels, image.buffer.row(69) + 80);
+    };
+    const double detents = 2.0 * std::floor(length / 5.5 / 2.0);
+    EXPECT_NE(painted(detents), painted(detents / 2.0));
+    EXPECT_EQ(painted(2.0 * detents), painted(detents)) << "more do not fit";
+}
+
+TEST(KnobRim, ReachesTwoPixelsBeyondTheScale) {
+    for (const int unit : {1, 2}) {
+        NotingLetters letters;
+        const kv::raster::SmoothBox area{0.0, 0.0, 100.0 * unit, 80.0 * unit};
+        KnobImage image(100 * unit, 80 * unit);
+        const KnobPicture picture(image.buffer, letters, 96 * unit, inkFor({}, {}), {}, {});
+        KnobScale invalid;
+        invalid.max = invalid.min;  // has no labels
+        const DialPlace dial = paintDial(picture, area, invalid, 0.0, 0);
+        // The dial's height is its radius above the middle and 0.86 of it below.
+        EXPECT_NEAR(dial.rimOutside, 80.0 * unit / 1.86 + 2.0 * unit, 0.01 * unit);
+    }
+}
+
+TEST(KnobRim, WithoutRoomOnlyTheBackgroundIsPainted) {
+    tdKnob knob(nullptr, L"");
+    KnobImage image(6, 6);
+    image.paint(knob);
+    for (int y = 0; y < 6; ++y) {
+        for (int x = 0; x < 6; ++x)
+            EXPECT_EQ(image.buffer.row(y)[x], 0xF0F0F0U) << x << ' ' << y;
+    }
 }
 
 TEST(KnobGivenUp, ANudgeKnobLooksAsBeforeItsTurn) {

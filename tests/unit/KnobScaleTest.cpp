@@ -1,3 +1,4 @@
+// A knob's scale: the places of values, the values that a drag gives, and the values that steps lead to.
 #include "turndial/KnobScale.h"
 
 #include <gmock/gmock.h>
@@ -6,190 +7,268 @@
 #include <limits>
 #include <vector>
 
+#include "turndial/DialLayout.h"
+
 namespace {
 
 using kv::turndial::KnobScale;
 using testing::DoubleEq;
+using testing::ElementsAre;
 using testing::Optional;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
+const double kNan = std::nan("");
 
 KnobScale range(double min, double max, double step) {
     return {min, max, step, {}, false, false};
 }
-KnobScale smoothRange(double min, double max, double step) {
+KnobScale smooth(double min, double max, double step) {
     return {min, max, step, {}, true, false};
 }
-KnobScale decades() {
+KnobScale stops(const std::vector<double>& values) {
     KnobScale scale;
-    for (const double value : {0.5, 1.0, 2.0, 5.0, 10.0})
+    for (const double value : values)
         scale.stops.push_back({L"", value});
     return scale;
 }
-
-TEST(KnobScale, PlacesRunFromTheLowEndToTheHighEnd) {
-    const KnobScale scale = range(430.0, 450.0, 2.0);
-    EXPECT_EQ(scale.placeOf(430.0), 0.0);
-    EXPECT_EQ(scale.placeOf(435.0), 0.25);
-    EXPECT_EQ(scale.placeOf(450.0), 1.0);
-    EXPECT_LT(scale.placeOf(429.0), 0.0);
-    EXPECT_GT(scale.placeOf(451.0), 1.0);
-    EXPECT_LT(scale.placeOf(std::nan("")), 0.0);
-    EXPECT_EQ(scale.detents(), 10.0);
+KnobScale endless(KnobScale scale) {
+    scale.endless = true;
+    return scale;
 }
 
-TEST(KnobScale, StopsStandAtEvenDistances) {
-    const KnobScale scale = decades();
-    EXPECT_EQ(scale.placeOf(0.5), 0.0);
-    EXPECT_EQ(scale.placeOf(2.0), 0.5);
-    EXPECT_EQ(scale.placeOf(10.0), 1.0);
-    EXPECT_DOUBLE_EQ(scale.placeOf(7.5), 0.875);
-    EXPECT_LT(scale.placeOf(0.1), 0.0);
-    EXPECT_GT(scale.placeOf(11.0), 1.0);
-    EXPECT_EQ(scale.detents(), 4.0);
+const KnobScale kRange = range(430.0, 450.0, 2.0);
+const KnobScale kUneven = range(0.0, 10.0, 4.0);  // its last detent is cut short
+const KnobScale kTenths = range(0.0, 1.0, 0.1);
+const KnobScale kStops = stops({0.5, 1.0, 2.0, 5.0, 10.0});
+const KnobScale kFalling = stops({9.0, 5.0, 1.0});
+const KnobScale kThree = stops({1.0, 2.0, 5.0});
+const KnobScale kOne = stops({3.0});
+
+TEST(KnobScale, PlacesRunFromZeroAtTheLowEndToOneAtTheHighEnd) {
+    struct Case {
+        KnobScale scale;
+        double value;
+        double place;
+    };
+    const Case cases[] = {
+        {kRange, 430.0, 0.0},
+        {kRange, 435.0, 0.25},
+        {kRange, 450.0, 1.0},
+        {kRange, 429.0, -0.5},
+        {kRange, 451.0, 1.5},
+        {kRange, kNan, -0.5},
+        {range(5.0, 5.0, 1.0), 5.0, -0.5},
+        // Stops are at even distances; off the scale is half a stop beyond it.
+        {kStops, 0.5, 0.0},
+        {kStops, 2.0, 0.5},
+        {kStops, 7.5, 0.875},
+        {kStops, 10.0, 1.0},
+        {kThree, 1.5, 0.25},
+        {kThree, 3.5, 0.75},
+        {kThree, 0.0, -0.25},
+        {kThree, 9.0, 1.25},
+        {stops({0.0, 1.0}), 0.0, 0.0},
+        {kFalling, 5.0, 0.5},
+        {kFalling, 10.0, -0.25},
+        {kFalling, 0.0, 1.25},
+        {kOne, 3.0, 0.0},
+        // Less than a billionth off a stop is on it; any more is visibly between two stops.
+        {kThree, 2.0 + 1e-12, 0.5},
+        {kThree, 1.0000001, 0.0005},
+        {kThree, 1.9999999, 0.4995},
+    };
+    for (const auto& [scale, value, place] : cases)
+        EXPECT_EQ(scale.placeOf(value), place) << value << " of " << scale.min << " or " << scale.stops.size();
 }
 
-TEST(KnobScale, AHandMeetsDetents) {
-    const KnobScale scale = range(430.0, 450.0, 2.0);
-    EXPECT_EQ(scale.valueAt(0.0, false), 430.0);
-    EXPECT_EQ(scale.valueAt(0.04, false), 430.0);
-    EXPECT_EQ(scale.valueAt(0.06, false), 432.0);
-    EXPECT_EQ(scale.valueAt(1.0, false), 450.0);
-    // The last detent is cut short: the end is a place to stand all the same.
-    const KnobScale uneven = range(0.0, 10.0, 4.0);
-    EXPECT_EQ(uneven.valueAt(0.85, false), 8.0);
-    EXPECT_EQ(uneven.valueAt(0.95, false), 10.0);
-    EXPECT_EQ(decades().valueAt(0.3, false), 1.0);
-    EXPECT_EQ(decades().valueAt(0.4, false), 2.0);
+TEST(KnobScale, DetentsAreCountedFromEndToEnd) {
+    EXPECT_EQ(kRange.detents(), 10.0);
+    EXPECT_EQ(kStops.detents(), 4.0);
+    EXPECT_DOUBLE_EQ(kUneven.detents(), 2.5);
+    EXPECT_EQ(range(0.0, 0.3, 0.1).detents(), 3.0) << "whole but for the last binary places";
+    EXPECT_EQ(range(0.0, 1e6, 0.1).detents(), 1e7);
 }
 
-TEST(KnobScale, ASmoothHandReadsTidyNumbers) {
-    const KnobScale scale = smoothRange(430.0, 450.0, 2.0);
-    EXPECT_EQ(scale.valueAt(1.0 / 3.0, false), 436.67);
-    EXPECT_EQ(scale.valueAt(1.0 / 3.0, true), 436.667);
-    EXPECT_EQ(smoothRange(0.0, 2e6, 1000.0).valueAt(1.0 / 3.0, false), 666670.0);
-    EXPECT_EQ(scale.valueAt(1e-9, false), 430.0);
+TEST(KnobScale, ADragGivesTheNearestDetentStopOrTidyNumber) {
+    struct Case {
+        KnobScale scale;
+        double place;
+        double value;
+        bool fine = false;
+    };
+    const Case cases[] = {
+        {kRange, 0.0, 430.0},
+        {kRange, 0.04, 430.0},
+        {kRange, 0.06, 432.0},
+        {kRange, 1.0, 450.0},
+        {kUneven, 0.19, 0.0},
+        {kUneven, 0.21, 4.0},
+        // Past the last whole detent the nearer one of it and the end; from halfway the detent.
+        {kUneven, 0.89, 8.0},
+        {kUneven, 0.91, 10.0},
+        {range(0.0, 16.0, 12.0), 0.875, 12.0},
+        {range(0.0, 10.0, 7.0), 0.96, 10.0},  // the second detent would be beyond the end
+        {kStops, 0.3, 1.0},
+        {kStops, 0.4, 2.0},
+        {kOne, 1.0, 3.0},
+        // The ends are reached exactly, also from beyond them.
+        {smooth(0.0, 100.3749, 1.0), 1.0, 100.3749},
+        {smooth(0.0012, 100.0, 1.0), 0.0, 0.0012},
+        {range(0.1, 0.7, 0.1), 1.0, 0.7},
+        {range(2.0, 10.0, 1.0), 7.0, 10.0},
+        {range(2.0, 10.0, 1.0), -7.0, 2.0},
+        {range(2.0, 10.0, 1.0), kNan, 2.0},
+        // A smooth scale gives about a hundredth of a detent, a fine turn a thousandth.
+        {smooth(430.0, 450.0, 2.0), 1.0 / 3.0, 436.67},
+        {smooth(430.0, 450.0, 2.0), 1.0 / 3.0, 436.667, true},
+        {smooth(430.0, 450.0, 2.0), 1e-9, 430.0},
+        {smooth(0.0, 2e6, 1000.0), 1.0 / 3.0, 666670.0},
+        // A step of half the range counts as a tenth of it.
+        {smooth(0.0, 1.0, 0.5), 1.0 / 3.0, 0.333},
+        {smooth(0.0, 1.0, 0.5), 1.0 / 3.0, 0.3333, true},
+    };
+    for (const auto& [scale, place, value, fine] : cases)
+        EXPECT_EQ(scale.valueAt(place, fine), value) << place << " of " << scale.min << " to " << scale.max;
 }
 
-TEST(KnobScale, StepsAreDetents) {
-    const KnobScale scale = range(0.0, 1.0, 0.1);
-    EXPECT_THAT(scale.stepped(0.2, 1, false), Optional(0.3));
-    EXPECT_THAT(scale.stepped(0.3, -1, false), Optional(0.2));
-    EXPECT_THAT(scale.stepped(0.2, 5, false), Optional(0.7));
-    EXPECT_THAT(scale.stepped(0.9, 5, false), Optional(1.0));
-    EXPECT_EQ(scale.stepped(1.0, 1, false), std::nullopt);
-    EXPECT_EQ(scale.stepped(0.0, -1, false), std::nullopt);
-    EXPECT_EQ(scale.stepped(0.5, 0, false), std::nullopt);
-    // Many single steps arrive where they should.
+TEST(KnobScale, VerySmallAndVeryLargeNumbersAreKept) {
+    const KnobScale tiny = smooth(0.0, 1e-305, 1e-306);
+    EXPECT_GT(tiny.valueAt(0.37, false), 0.0);
+    EXPECT_LE(tiny.valueAt(0.37, false), 1e-305);
+    EXPECT_NEAR(smooth(0.0, 1e307, 1e306).valueAt(0.5, false) / 1e307, 0.5, 1e-6);
+    EXPECT_NEAR(smooth(0.0, 1e-310, 1e-311).valueAt(0.5, false) / 1e-310, 0.5, 1e-6);
+}
+
+TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
+    constexpr std::optional<double> kNone;
+    struct Case {
+        KnobScale scale;
+        double value;
+        int count;
+        std::optional<double> next;
+        bool fine = false;
+    };
+    const Case cases[] = {
+        {kTenths, 0.2, 1, 0.3},
+        {kTenths, 0.3, -1, 0.2},
+        {kTenths, 0.2, 5, 0.7},
+        {kTenths, 0.9, 5, 1.0},
+        {kTenths, 1.0, 1, kNone},
+        {kTenths, 0.0, -1, kNone},
+        {kTenths, 0.5, 0, kNone},
+        {kUneven, 8.0, 1, 10.0},
+        {kUneven, 10.0, -1, 8.0},
+        // Between two detents the neighbor is next; a value a hair off a detent is on it.
+        {kRange, 433.1, 1, 434.0},
+        {kRange, 433.1, -1, 432.0},
+        {kRange, 433.1, 2, 436.0},
+        {kTenths, 0.1 + 0.2, 1, 0.4},
+        {kTenths, 0.1 + 0.2, -1, 0.2},
+        {kTenths, 0.3001, -1, 0.3},
+        {range(0.0, 100.0, 10.0), 100.0 - 1e-8, 1, 100.0},
+        // Smooth and fine steps start from the value.
+        {smooth(430.0, 450.0, 2.0), 433.1, 1, 435.1},
+        {smooth(430.0, 450.0, 2.0), 433.1, 1, 433.3, true},
+        {kRange, 433.1, -1, 432.9, true},
+        {smooth(430.0, 450.0, 2.0), 449.5, 1, 450.0},
+        // From off the scale they lead to its near end.
+        {kRange, 12.0, 1, 430.0},
+        {kRange, 12.0, -1, kNone},
+        {kRange, 999.0, -3, 450.0},
+        {kRange, 999.0, 1, kNone},
+        {kRange, kNan, 1, 430.0},
+        {kRange, kNan, -1, kNone},
+        {kRange, kInfinity, -1, 450.0},
+        {smooth(430.0, 450.0, 2.0), 12.0, 1, 430.0},
+        {smooth(430.0, 450.0, 2.0), 999.0, 1, kNone},
+        // Stops are taken one by one, fine or not.
+        {kStops, 2.0, 1, 5.0},
+        {kStops, 2.0, 1, 5.0, true},
+        {kStops, 2.0, -1, 1.0},
+        {kStops, 2.0, 30, 10.0},
+        {kStops, 2.0, -30, 0.5},
+        {kStops, 10.0, 1, kNone},
+        {kStops, 3.0, 1, 5.0},
+        {kStops, 3.0, -1, 2.0},
+        {kStops, 0.1, 1, 0.5},
+        {kStops, 0.1, -1, kNone},
+        {kStops, 99.0, -1, 10.0},
+        {kStops, 99.0, 1, kNone},
+        {kStops, kNan, 1, 0.5},
+        {kFalling, 5.0, 1, 1.0},
+        {kFalling, 7.0, 1, 5.0},
+        {kOne, 1.0, 1, 3.0},
+        {kOne, 3.0, 1, kNone},
+        // An endless scale goes on at the other end; stops wrap by their number.
+        {endless(range(0.0, 360.0, 100.0)), 300.0, 1, 360.0},
+        {endless(range(0.0, 360.0, 100.0)), 360.0, 1, 0.0},
+        {endless(range(0.0, 360.0, 100.0)), 0.0, -1, 360.0},
+        {endless(range(0.0, 100.0, 10.0)), 100.0 - 1e-8, 1, 0.0},
+        {endless(range(0.0, 100.0, 10.0)), 1e-8, -1, 100.0},
+        {endless(kStops), 10.0, 1, 0.5},
+        {endless(kStops), 0.5, -1, 10.0},
+        {endless(kStops), 5.0, 3, 1.0},
+        {endless(kThree), 1.0, 4, 2.0},
+        {endless(kThree), 1.0, -4, 5.0},
+        {endless(kThree), 1.0, 3, kNone},
+        {endless(kThree), 1.0, -3, kNone},
+        // A step beyond the range leads from end to end.
+        {range(0.0, 50.0, 1e300), 0.0, 1, 50.0},
+        {range(0.0, 50.0, 1e300), 50.0, -1, 0.0},
+    };
+    for (const auto& [scale, value, count, next, fine] : cases)
+        EXPECT_EQ(scale.stepped(value, count, fine), next) << value << " by " << count << (fine ? " fine" : "");
+}
+
+TEST(KnobScale, ManySingleStepsArriveAtTheEndExactly) {
     double value = 0.0;
     for (int i = 0; i < 10; ++i)
-        value = scale.stepped(value, 1, false).value_or(-1.0);
+        value = kTenths.stepped(value, 1, false).value_or(-1.0);
     EXPECT_EQ(value, 1.0);
 }
 
-TEST(KnobScale, BetweenDetentsTheNeighbourIsNext) {
-    const KnobScale scale = range(430.0, 450.0, 2.0);
-    EXPECT_THAT(scale.stepped(433.1, 1, false), Optional(434.0));
-    EXPECT_THAT(scale.stepped(433.1, -1, false), Optional(432.0));
-    EXPECT_THAT(scale.stepped(433.1, 2, false), Optional(436.0));
-    const KnobScale uneven = range(0.0, 10.0, 4.0);
-    EXPECT_THAT(uneven.stepped(8.0, 1, false), Optional(10.0));
-    EXPECT_THAT(uneven.stepped(10.0, -1, false), Optional(8.0));
-}
-
-TEST(KnobScale, SmoothAndFineStepsStartFromTheValue) {
-    EXPECT_THAT(smoothRange(430.0, 450.0, 2.0).stepped(433.1, 1, false), Optional(435.1));
-    EXPECT_THAT(smoothRange(430.0, 450.0, 2.0).stepped(433.1, 1, true), Optional(433.3));
-    EXPECT_THAT(range(430.0, 450.0, 2.0).stepped(433.1, -1, true), Optional(432.9));
-    EXPECT_THAT(smoothRange(430.0, 450.0, 2.0).stepped(449.5, 1, false), Optional(450.0));
-}
-
-TEST(KnobScale, FromOffTheScaleTurningLeadsBackToIt) {
-    for (const KnobScale& scale : {range(430.0, 450.0, 2.0), smoothRange(430.0, 450.0, 2.0)}) {
-        EXPECT_THAT(scale.stepped(12.0, 1, false), Optional(430.0));
-        EXPECT_EQ(scale.stepped(12.0, -1, false), std::nullopt);
-        EXPECT_THAT(scale.stepped(999.0, -3, false), Optional(450.0));
-        EXPECT_EQ(scale.stepped(999.0, 1, false), std::nullopt);
-        EXPECT_THAT(scale.stepped(std::nan(""), 1, false), Optional(430.0));
-        EXPECT_EQ(scale.stepped(std::nan(""), -1, false), std::nullopt);
-        EXPECT_THAT(scale.stepped(kInfinity, -1, false), Optional(450.0));
-    }
-    const KnobScale stops = decades();
-    EXPECT_THAT(stops.stepped(0.1, 1, false), Optional(0.5));
-    EXPECT_EQ(stops.stepped(0.1, -1, false), std::nullopt);
-    EXPECT_THAT(stops.stepped(99.0, -1, false), Optional(10.0));
-    EXPECT_EQ(stops.stepped(99.0, 1, false), std::nullopt);
-    EXPECT_THAT(stops.stepped(3.0, 1, false), Optional(5.0));
-    EXPECT_THAT(stops.stepped(3.0, -1, false), Optional(2.0));
-    EXPECT_THAT(stops.stepped(std::nan(""), 1, false), Optional(0.5));
-}
-
-TEST(KnobScale, StopsAreSteppedOneByOne) {
-    const KnobScale stops = decades();
-    EXPECT_THAT(stops.stepped(2.0, 1, false), Optional(5.0));
-    EXPECT_THAT(stops.stepped(2.0, 1, true), Optional(5.0));
-    EXPECT_THAT(stops.stepped(2.0, -1, false), Optional(1.0));
-    EXPECT_THAT(stops.stepped(2.0, 30, false), Optional(10.0));
-    EXPECT_THAT(stops.stepped(2.0, -30, false), Optional(0.5));
-    EXPECT_EQ(stops.stepped(10.0, 1, false), std::nullopt);
-}
-
-TEST(KnobScale, FallingStopsTurnTheSameWayAsTheirList) {
-    KnobScale scale;
-    for (const double value : {9.0, 5.0, 1.0})
-        scale.stops.push_back({L"", value});
-    EXPECT_EQ(scale.placeOf(5.0), 0.5);
-    EXPECT_LT(scale.placeOf(10.0), 0.0);
-    EXPECT_GT(scale.placeOf(0.0), 1.0);
-    EXPECT_THAT(scale.stepped(5.0, 1, false), Optional(1.0));
-    EXPECT_THAT(scale.stepped(7.0, 1, false), Optional(5.0));
-}
-
-TEST(KnobScale, ASingleStopCanBeTurnedTo) {
-    KnobScale scale;
-    scale.stops.push_back({L"only", 3.0});
-    EXPECT_TRUE(scale.canTurn());
-    EXPECT_EQ(scale.placeOf(3.0), 0.0);
-    EXPECT_EQ(scale.valueAt(1.0, false), 3.0);
-    EXPECT_THAT(scale.stepped(1.0, 1, false), Optional(3.0));
-    EXPECT_EQ(scale.stepped(3.0, 1, false), std::nullopt);
-}
-
-TEST(KnobScale, AnEndlessScaleGoesOnAtTheOtherEnd) {
-    KnobScale degrees = range(0.0, 360.0, 100.0);
-    degrees.endless = true;
-    EXPECT_THAT(degrees.stepped(300.0, 1, false), Optional(360.0));
-    EXPECT_THAT(degrees.stepped(360.0, 1, false), Optional(0.0));
-    EXPECT_THAT(degrees.stepped(0.0, -1, false), Optional(360.0));
-    KnobScale stops = decades();
-    stops.endless = true;
-    EXPECT_THAT(stops.stepped(10.0, 1, false), Optional(0.5));
-    EXPECT_THAT(stops.stepped(0.5, -1, false), Optional(10.0));
-    EXPECT_THAT(stops.stepped(5.0, 3, false), Optional(1.0));
-}
-
-TEST(KnobScale, ARangeThatIsNoneCannotBeTurned) {
+TEST(KnobScale, AnInvalidRangeCannotBeTurned) {
     const double huge = std::numeric_limits<double>::max();
-    for (const KnobScale& scale :
-         {range(5.0, 5.0, 1.0), range(9.0, 1.0, 1.0), range(std::nan(""), 1.0, 1.0), range(0.0, std::nan(""), 1.0),
-          range(-kInfinity, 0.0, 1.0), range(0.0, kInfinity, 1.0), range(-huge, huge, 1.0)}) {
+    for (const auto& [min, max] : {std::pair{5.0, 5.0},
+                                   {9.0, 1.0},
+                                   {kNan, 1.0},
+                                   {0.0, kNan},
+                                   {-kInfinity, 0.0},
+                                   {0.0, kInfinity},
+                                   {-huge, huge}}) {
+        SCOPED_TRACE(testing::PrintToString(std::pair{min, max}));
+        const KnobScale scale = range(min, max, 1.0);
         EXPECT_FALSE(scale.canTurn());
         EXPECT_EQ(scale.detents(), 0.0);
         EXPECT_EQ(scale.stepped(5.0, 1, false), std::nullopt);
         EXPECT_LT(scale.placeOf(5.0), 0.0);
-        EXPECT_TRUE(scale.valueAt(0.5, true) == scale.min || std::isnan(scale.min));
+        EXPECT_TRUE(scale.valueAt(0.5, true) == min || std::isnan(min));
+    }
+    EXPECT_TRUE(kOne.canTurn());
+}
+
+TEST(KnobScale, AnInvalidStepIsAHundredthOfTheRange) {
+    for (const double step : {0.0, -4.0, kNan, kInfinity, 1e-300}) {
+        EXPECT_EQ(range(0.0, 50.0, step).detents(), 100.0) << step;
+        EXPECT_THAT(range(0.0, 50.0, step).stepped(10.0, 1, false), Optional(DoubleEq(10.5))) << step;
     }
 }
 
-TEST(KnobScale, AStepThatIsNoneIsAHundredthOfTheRange) {
-    for (const double step : {0.0, -4.0, std::nan(""), kInfinity}) {
-        EXPECT_EQ(range(0.0, 50.0, step).detents(), 100.0);
-        EXPECT_THAT(range(0.0, 50.0, step).stepped(10.0, 1, false), Optional(DoubleEq(10.5)));
-    }
-    // A step beyond the range leads from end to end.
-    EXPECT_THAT(range(0.0, 50.0, 1e300).stepped(0.0, 1, false), Optional(50.0));
-    EXPECT_THAT(range(0.0, 50.0, 1e300).stepped(50.0, -1, false), Optional(0.0));
-    EXPECT_THAT(range(1e9, 2e9, 1e-300).stepped(1.5e9, 1, false), Optional(DoubleEq(1.51e9)));
+TEST(KnobScale, TheEndsAreWrittenWithTheDigitsThatTheirDistanceNeeds) {
+    const auto ends = [](double min, double max) {
+        const auto measure = [](std::wstring_view text) {
+            return kv::raster::PixelSize{static_cast<int>(text.size()) * 6, 11};
+        };
+        std::vector<std::wstring> texts;
+        for (const auto& label : kv::turndial::layOutDial({0, 0, 240, 200}, range(min, max, 1.0), 1.0, measure).labels)
+            texts.push_back(label.text);
+        return texts;
+    };
+    EXPECT_THAT(ends(0.4, 1000.6), ElementsAre(L"0", L"1001"));
+    EXPECT_THAT(ends(430.06, 452.04), ElementsAre(L"430", L"452"));
+    EXPECT_THAT(ends(430.06, 448.04), ElementsAre(L"430.1", L"448"));
+    EXPECT_THAT(ends(430.006, 431.504), ElementsAre(L"430.01", L"431.5"));
+    EXPECT_THAT(ends(430.0000001, 430.0000002), ElementsAre(L"430", L"430")) << "six decimals at most";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The monitors of a desktop and the middle of them.
+// Finding the monitors of a desktop, and centering forms on them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,13 +19,13 @@ using ::testing::SizeIs;
 
 class MonitorsTest : public ::testing::Test {
   protected:
-    /// Forgets the screen that a desktop has to begin with.
+    /// Replaces the screen that a desktop has at first.
     void arrange(const std::vector<ScreenRect>& screens, std::int32_t taskBar = 0) {
         desktop.monitors.clear();
         for (const ScreenRect& screen : screens)
             desktop.add(screen, taskBar);
     }
-    /// The points that were asked about, as the corners of one-pixel rectangles.
+    /// The probed points, as the corners of one-pixel rectangles.
     std::vector<std::pair<int, int>> points() const {
         std::vector<std::pair<int, int>> result;
         for (const AskedDesktop::Probe& probe : desktop.probes) {
@@ -45,49 +45,30 @@ class MonitorsTest : public ::testing::Test {
     AskedDesktop desktop;
 };
 
-TEST(MonitorTest, PropertiesStartAtZeroAndKeepWhatTheyAreGiven) {
+TEST(MonitorTest, PropertiesStartAtZeroAndKeepTheirValues) {
+    using Number = std::int32_t;
+    const std::pair<Number (clsMonitor::*)() const noexcept, void (clsMonitor::*)(Number) noexcept> properties[] = {
+        {&clsMonitor::Height, &clsMonitor::setHeight},     {&clsMonitor::Width, &clsMonitor::setWidth},
+        {&clsMonitor::Left, &clsMonitor::setLeft},         {&clsMonitor::Right, &clsMonitor::setRight},
+        {&clsMonitor::Top, &clsMonitor::setTop},           {&clsMonitor::Bottom, &clsMonitor::setBottom},
+        {&clsMonitor::WorkLeft, &clsMonitor::setWorkLeft}, {&clsMonitor::WorkRight, &clsMonitor::setWorkRight},
+        {&clsMonitor::WorkTop, &clsMonitor::setWorkTop},   {&clsMonitor::WorkBottom, &clsMonitor::setWorkBottom},
+    };
     clsMonitor monitor;
     EXPECT_EQ(monitor.Handle(), 0);
-    EXPECT_EQ(monitor.Height() + monitor.Width() + monitor.Left() + monitor.Right() + monitor.Top(), 0);
-    EXPECT_EQ(monitor.Bottom() + monitor.WorkLeft() + monitor.WorkRight() + monitor.WorkTop() + monitor.WorkBottom(),
-              0);
     monitor.setHandle(1);
-    monitor.setHeight(2);
-    monitor.setWidth(3);
-    monitor.setLeft(-4);
-    monitor.setRight(5);
-    monitor.setTop(-6);
-    monitor.setBottom(7);
-    monitor.setWorkLeft(8);
-    monitor.setWorkRight(9);
-    monitor.setWorkTop(10);
-    monitor.setWorkBottom(std::numeric_limits<std::int32_t>::max());
+    Number number = std::numeric_limits<Number>::max();
+    for (const auto& [value, set] : properties) {
+        EXPECT_EQ((monitor.*value)(), 0);
+        (monitor.*set)(number--);
+    }
+    number = std::numeric_limits<Number>::max();
+    for (const auto& [value, set] : properties)
+        EXPECT_EQ((monitor.*value)(), number--);
     EXPECT_EQ(monitor.Handle(), 1);
-    EXPECT_EQ(monitor.Height(), 2);
-    EXPECT_EQ(monitor.Width(), 3);
-    EXPECT_EQ(monitor.Left(), -4);
-    EXPECT_EQ(monitor.Right(), 5);
-    EXPECT_EQ(monitor.Top(), -6);
-    EXPECT_EQ(monitor.Bottom(), 7);
-    EXPECT_EQ(monitor.WorkLeft(), 8);
-    EXPECT_EQ(monitor.WorkRight(), 9);
-    EXPECT_EQ(monitor.WorkTop(), 10);
-    EXPECT_EQ(monitor.WorkBottom(), std::numeric_limits<std::int32_t>::max());
 }
 
-TEST_F(MonitorsTest, SingleScreenIsFoundAndProbedFromTheMiddleOfTheFirstCell) {
-    const clsMonitors monitors(desktop);
-    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{0, 0, 1920, 1080}));
-    EXPECT_THAT(points(),
-                ElementsAre(std::pair(320, 240), std::pair(960, 240), std::pair(1600, 240), std::pair(2240, 240),
-                            std::pair(320, 720), std::pair(960, 720), std::pair(1600, 720), std::pair(2240, 720),
-                            std::pair(320, 1200), std::pair(960, 1200), std::pair(1600, 1200), std::pair(2240, 1200)));
-    // A probe that hits nothing must not answer with the next best monitor.
-    for (const AskedDesktop::Probe& probe : desktop.probes)
-        EXPECT_EQ(probe.flags, monitor_flag::kNone);
-}
-
-TEST_F(MonitorsTest, MonitorCarriesItsHandleEdgesAndWorkArea) {
+TEST_F(MonitorsTest, AMonitorHasItsHandleSizeAndWorkArea) {
     desktop.monitors.front() = {4711, {{0, 0, 1920, 1080}, {60, 30, 1900, 1040}, true}};
     const clsMonitors monitors(desktop);
     ASSERT_THAT(monitors.Monitors(), SizeIs(1));
@@ -104,52 +85,59 @@ TEST_F(MonitorsTest, MonitorCarriesItsHandleEdgesAndWorkArea) {
     EXPECT_EQ(monitors.Monitor(L""), nullptr);
 }
 
-TEST_F(MonitorsTest, MonitorToTheLeftOfThePrimaryIsFoundFromTheNegativeLeftOn) {
-    arrange({{0, 0, 1920, 1080}, {-1280, 0, 0, 1024}});
-    clsMonitors monitors(desktop);
-    EXPECT_EQ(monitors.DesktopLeft(), -1280);
-    EXPECT_EQ(monitors.DesktopWidth(), 3200);
-    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{-1280, 0, 0, 1024}, ScreenRect{0, 0, 1920, 1080}));
-    EXPECT_EQ(points().front(), std::pair(-960, 240));
+TEST_F(MonitorsTest, MonitorsAtTheLeftOfThePrimaryAndAboveItAreFound) {
+    struct Case {
+        ScreenRect second;
+        ScreenRect desktop;  ///< left, top, width and height
+        std::pair<int, int> first;
+    };
+    const Case cases[] = {{{-1280, 0, 0, 1024}, {-1280, 0, 3200, 1080}, {-960, 240}},
+                          {{200, -900, 1640, 0}, {0, -900, 1920, 1980}, {320, -660}}};
+    for (const auto& [second, all, first] : cases) {
+        arrange({{0, 0, 1920, 1080}, second});
+        desktop.probes.clear();
+        clsMonitors monitors(desktop);
+        EXPECT_EQ((ScreenRect{monitors.DesktopLeft(), monitors.DesktopTop(), monitors.DesktopWidth(),
+                              monitors.DesktopHeight()}),
+                  all);
+        EXPECT_THAT(rectsOf(monitors), ElementsAre(second, ScreenRect{0, 0, 1920, 1080}));
+        EXPECT_EQ(points().front(), first);
+    }
 }
 
-TEST_F(MonitorsTest, MonitorAboveThePrimaryIsFound) {
-    arrange({{0, 0, 1920, 1080}, {200, -900, 1640, 0}});
-    clsMonitors monitors(desktop);
-    EXPECT_EQ(monitors.DesktopTop(), -900);
-    EXPECT_EQ(monitors.DesktopHeight(), 1980);
-    EXPECT_THAT(rectsOf(monitors), ElementsAre(ScreenRect{200, -900, 1640, 0}, ScreenRect{0, 0, 1920, 1080}));
-    EXPECT_EQ(points().front(), std::pair(320, -660));
+TEST_F(MonitorsTest, TheMiddleOfEachCellUpToTheSizeOfTheDesktopIsProbed) {
+    struct Case {
+        ScreenRect screen;
+        std::vector<int> columns;
+        std::vector<int> rows;
+    };
+    const Case cases[] = {
+        {{0, 0, 1920, 1080}, {320, 960, 1600, 2240}, {240, 720, 1200}},
+        // A cell that begins at the bound is probed and the one after it is not.
+        {{0, 0, 1280, 960}, {320, 960, 1600}, {240, 720, 1200}},
+        {{0, 0, 1279, 959}, {320, 960}, {240, 720}},
+        // From left -1000 to 1000, which is the width and not the right edge 0: cells at -1000, -360, 280 and 920.
+        {{-1000, -500, 0, 0}, {-680, -40, 600, 1240}, {-260, 220, 700}},
+        // From left 1000 to 1000: one cell, although the screen reaches to 2000.
+        {{1000, 400, 2000, 800}, {1320}, {640}},
+    };
+    for (const auto& [screen, columns, rows] : cases) {
+        arrange({screen});
+        desktop.probes.clear();
+        EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(screen));
+        std::vector<std::pair<int, int>> cells;
+        for (const int y : rows) {
+            for (const int x : columns)
+                cells.emplace_back(x, y);
+        }
+        EXPECT_EQ(points(), cells);
+        // A probe that hits no monitor must not return the nearest one.
+        for (const AskedDesktop::Probe& probe : desktop.probes)
+            EXPECT_EQ(probe.flags, monitor_flag::kNone);
+    }
 }
 
-TEST_F(MonitorsTest, WidthAndHeightThemselvesAreTheUpperBounds) {
-    // From left -1000 to 1000, which is the width and not the right edge 0: cells at -1000, -360, 280 and 920.
-    arrange({{-1000, -500, 0, 0}});
-    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
-    EXPECT_THAT(points(),
-                ElementsAre(std::pair(-680, -260), std::pair(-40, -260), std::pair(600, -260), std::pair(1240, -260),
-                            std::pair(-680, 220), std::pair(-40, 220), std::pair(600, 220), std::pair(1240, 220),
-                            std::pair(-680, 700), std::pair(-40, 700), std::pair(600, 700), std::pair(1240, 700)));
-    // From left 1000 to 1000: one cell, although the screen reaches to 2000.
-    desktop.probes.clear();
-    arrange({{1000, 400, 2000, 800}});
-    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
-    EXPECT_THAT(points(), ElementsAre(std::pair(1320, 640)));
-}
-
-TEST_F(MonitorsTest, CellThatBeginsAtTheBoundIsProbedAndTheOneAfterItIsNot) {
-    arrange({{0, 0, 1280, 960}});
-    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
-    EXPECT_EQ(points().back(), std::pair(1600, 1200));
-    EXPECT_THAT(points(), SizeIs(9));
-    desktop.probes.clear();
-    arrange({{0, 0, 1279, 959}});
-    EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(1));
-    EXPECT_EQ(points().back(), std::pair(960, 720));
-    EXPECT_THAT(points(), SizeIs(4));
-}
-
-TEST_F(MonitorsTest, MonitorSmallerThanACellCanBeMissed) {
+TEST_F(MonitorsTest, AMonitorSmallerThanACellCanBeMissed) {
     arrange({{0, 0, 1920, 1080}, {1920, 0, 2200, 200}});
     EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(ScreenRect{0, 0, 1920, 1080}));
     // The same one where the middle of a cell falls on it.
@@ -157,7 +145,7 @@ TEST_F(MonitorsTest, MonitorSmallerThanACellCanBeMissed) {
     EXPECT_THAT(rectsOf(clsMonitors(desktop)), SizeIs(2));
 }
 
-TEST_F(MonitorsTest, RefreshForgetsMonitorsThatAreGone) {
+TEST_F(MonitorsTest, RefreshDropsUnpluggedMonitors) {
     arrange({{0, 0, 1920, 1080}, {1920, 0, 3840, 1080}});
     clsMonitors monitors(desktop);
     EXPECT_THAT(monitors.Monitors(), SizeIs(2));
@@ -170,7 +158,7 @@ TEST_F(MonitorsTest, RefreshForgetsMonitorsThatAreGone) {
     EXPECT_THAT(monitors.Monitors(), IsEmpty());
 }
 
-TEST_F(MonitorsTest, SystemThatCountsNoMonitorsHasOneScreenAtTheOrigin) {
+TEST_F(MonitorsTest, ASystemThatDoesNotCountMonitorsHasOneScreenAtTheOrigin) {
     arrange({{-800, -600, 0, 0}});
     desktop.countsMonitors = false;
     clsMonitors monitors(desktop);
@@ -180,7 +168,7 @@ TEST_F(MonitorsTest, SystemThatCountsNoMonitorsHasOneScreenAtTheOrigin) {
     EXPECT_EQ(monitors.DesktopTop(), 0);
     EXPECT_EQ(monitors.DesktopWidth(), 800);
     EXPECT_EQ(monitors.DesktopHeight(), 600);
-    // None but the number of monitors itself and the screen's size was asked for.
+    // Only the number of monitors and the size of the screen were read.
     EXPECT_THAT(desktop.metrics, Each(::testing::AnyOf(80, 0, 1)));
 }
 
@@ -198,7 +186,7 @@ TEST_F(MonitorsTest, TwipsFollowTheScreensResolution) {
     EXPECT_EQ(monitors.DesktopHeightTwps(), 6866);  // 6865.71
 }
 
-TEST_F(MonitorsTest, PointIsAskedForAsOnePixelWithTheCallersFlags) {
+TEST_F(MonitorsTest, APointIsSearchedAsOnePixelWithTheCallersFlags) {
     arrange({{0, 0, 800, 600}, {800, 0, 1600, 600}});
     clsMonitors monitors(desktop);
     desktop.probes.clear();
@@ -211,7 +199,7 @@ TEST_F(MonitorsTest, PointIsAskedForAsOnePixelWithTheCallersFlags) {
     EXPECT_THAT(points(), SizeIs(5));
 }
 
-TEST_F(MonitorsTest, FarthestPointThereIsIsOnNoMonitor) {
+TEST_F(MonitorsTest, TheFarthestPointsAreOnNoMonitor) {
     clsMonitors monitors(desktop);
     constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
     constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
@@ -220,7 +208,7 @@ TEST_F(MonitorsTest, FarthestPointThereIsIsOnNoMonitor) {
     EXPECT_NE(monitors.GetMonitorFromXYPoint(kMost, kLeast, monitor_flag::kNearest), 0);
 }
 
-TEST_F(MonitorsTest, WindowIsOnTheMonitorThatHoldsIt) {
+TEST_F(MonitorsTest, AWindowIsOnTheMonitorThatContainsMostOfIt) {
     arrange({{0, 0, 800, 600}, {800, 0, 1600, 600}});
     desktop.windows[5] = {700, 0, 1000, 100};
     clsMonitors monitors(desktop);
@@ -229,7 +217,7 @@ TEST_F(MonitorsTest, WindowIsOnTheMonitorThatHoldsIt) {
     EXPECT_EQ(monitors.GetMonitorFromWindow(6, monitor_flag::kPrimary), desktop.monitors[0].handle);
 }
 
-TEST_F(MonitorsTest, FailingCallsGiveNoMonitor) {
+TEST_F(MonitorsTest, FailedCallsReturnNoMonitor) {
     clsMonitors monitors(desktop);
     desktop.failing = "*";
     EXPECT_EQ(monitors.GetMonitorFromWindow(1, monitor_flag::kNearest), 0);
@@ -241,7 +229,7 @@ TEST_F(MonitorsTest, FailingCallsGiveNoMonitor) {
     EXPECT_NO_THROW(clsMonitors{desktop});
 }
 
-TEST_F(MonitorsTest, ProbeThatFailsIsSkippedAndTheRestGoesOn) {
+TEST_F(MonitorsTest, AFailedProbeIsSkipped) {
     arrange({{0, 0, 640, 480}, {640, 0, 1280, 480}});
     desktop.onCall = [this](std::string_view) {
         if (!desktop.probes.empty() && desktop.probes.back().rect.left == 320)
@@ -250,13 +238,13 @@ TEST_F(MonitorsTest, ProbeThatFailsIsSkippedAndTheRestGoesOn) {
     EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(ScreenRect{640, 0, 1280, 480}));
 }
 
-TEST_F(MonitorsTest, MonitorWhoseRecordCannotBeReadIsSkipped) {
+TEST_F(MonitorsTest, AMonitorWhoseRecordCannotBeReadIsSkipped) {
     desktop.failing = "monitorInfo";
     EXPECT_THAT(clsMonitors(desktop).Monitors(), IsEmpty());
     EXPECT_THAT(desktop.probes, SizeIs(12));
 }
 
-TEST_F(MonitorsTest, MonitorThatGoesBetweenProbeAndRecordIsSkipped) {
+TEST_F(MonitorsTest, AMonitorUnpluggedBetweenProbeAndRecordIsSkipped) {
     arrange({{0, 0, 640, 480}, {640, 0, 1280, 480}});
     desktop.onCall = [this](std::string_view call) {
         if (call == "monitorInfo" && desktop.probes.size() == 2)
@@ -265,13 +253,16 @@ TEST_F(MonitorsTest, MonitorThatGoesBetweenProbeAndRecordIsSkipped) {
     EXPECT_THAT(rectsOf(clsMonitors(desktop)), ElementsAre(ScreenRect{0, 0, 640, 480}));
 }
 
-TEST_F(MonitorsTest, ScreenThatDoesNotTellItsResolutionHasTheUsualOne) {
+TEST_F(MonitorsTest, WithoutAResolutionTheScreenHasTheUsualOne) {
     clsMonitors monitors(desktop);
     desktop.failing = "twipsPerPixelX";
     EXPECT_EQ(monitors.DesktopWidthTwps(), 1920 * 15);
     desktop.failing = {};
     desktop.dots = 0;
     EXPECT_EQ(monitors.DesktopHeightTwps(), 1080 * 15);
+    desktop.dots = 2880;
+    EXPECT_EQ(monitors.DesktopWidthTwps(), 1920 / 2) << "less than a twip for a pixel";
+    EXPECT_EQ(monitors.DesktopHeightTwps(), 1080 / 2);
 }
 
 class CenteringTest : public MonitorsTest {
@@ -279,7 +270,7 @@ class CenteringTest : public MonitorsTest {
     FakeForm form{{-88.0, -88.0, 6000.0, 3000.0}};
 };
 
-TEST_F(CenteringTest, FormGoesToTheMiddleOfTheWorkAreaOfItsMonitor) {
+TEST_F(CenteringTest, AFormMovesToTheMiddleOfTheWorkAreaOfItsMonitor) {
     arrange({{0, 0, 1920, 1080}, {1920, 200, 2720, 800}}, 40);
     desktop.windows[7] = {2000, 300, 2100, 400};
     form.window = 7;
@@ -290,7 +281,7 @@ TEST_F(CenteringTest, FormGoesToTheMiddleOfTheWorkAreaOfItsMonitor) {
     EXPECT_EQ(form.moves, 1);
 }
 
-TEST_F(CenteringTest, TaskBarAtTheLeftShiftsTheMiddle) {
+TEST_F(CenteringTest, ATaskBarAtTheLeftShiftsTheMiddle) {
     desktop.monitors.front().info.work = {100, 0, 1920, 1080};
     clsMonitors monitors(desktop);
     monitors.CenterFormOnMonitor(&form);
@@ -298,7 +289,7 @@ TEST_F(CenteringTest, TaskBarAtTheLeftShiftsTheMiddle) {
     EXPECT_EQ(form.at.top, (1080 * 15.0 - 3000.0) / 2);
 }
 
-TEST_F(CenteringTest, FormLargerThanTheWorkAreaBeginsOutsideOfIt) {
+TEST_F(CenteringTest, AFormLargerThanTheWorkAreaBeginsOutsideOfIt) {
     arrange({{0, 0, 800, 600}});
     form.at = {0.0, 0.0, 12003.0, 9001.0};
     clsMonitors monitors(desktop);
@@ -337,7 +328,7 @@ TEST_F(CenteringTest, WithoutAnAnswerTheFormStays) {
     }
 }
 
-TEST_F(CenteringTest, WithoutAFormThePrimaryMonitorIsAskedForAndNothingMoves) {
+TEST_F(CenteringTest, WithoutAFormNothingMoves) {
     clsMonitors monitors(desktop);
     desktop.probes.clear();
     monitors.CenterFormOnMonitor();
@@ -346,7 +337,7 @@ TEST_F(CenteringTest, WithoutAFormThePrimaryMonitorIsAskedForAndNothingMoves) {
     EXPECT_NO_THROW(monitors.CenterFormOnMonitor());
 }
 
-TEST_F(CenteringTest, ScreenCenteringTakesTheWholePrimaryScreenAndNoMonitor) {
+TEST_F(CenteringTest, ScreenCenteringUsesTheWholePrimaryScreen) {
     arrange({{0, 0, 801, 600}, {801, 0, 2000, 600}}, 40);
     setFormCenter(form, desktop);
     EXPECT_EQ(form.at, (Place{3007.5, 3000.0, 6000.0, 3000.0}));
@@ -357,13 +348,35 @@ TEST_F(CenteringTest, ScreenCenteringTakesTheWholePrimaryScreenAndNoMonitor) {
     EXPECT_EQ(form.at.left, 3007.5);
 }
 
-TEST_F(CenteringTest, ScreenWithoutASizeLeavesTheFormWhereItIs) {
+TEST_F(CenteringTest, AScreenWithoutASizeLeavesTheFormWhereItIs) {
     desktop.failing = "screenWidth";
     EXPECT_NO_THROW(setFormCenter(form, desktop));
     desktop.failing = {};
     desktop.monitors.clear();
     setFormCenter(form, desktop);
     EXPECT_EQ(form.moves, 0);
+}
+
+/// A screen whose size need not be whole pixels.
+class SmallDesktop final : public headless::HeadlessDesktop {
+  public:
+    double screenWidth() override { return width; }
+    double screenHeight() override { return height; }
+    double width = 0.5;
+    double height = 0.5;
+};
+
+TEST_F(CenteringTest, AScreenOfLessThanATwipHasASize) {
+    SmallDesktop small;
+    form.at = {0.0, 0.0, 0.25, 0.25};
+    setFormCenter(form, small);
+    EXPECT_EQ(form.at, (Place{0.125, 0.125, 0.25, 0.25}));
+    for (const auto& [width, height] : {std::pair{0.0, 5.0}, {5.0, 0.0}}) {
+        small.width = width;
+        small.height = height;
+        setFormCenter(form, small);
+        EXPECT_EQ(form.moves, 1) << width << ", " << height;
+    }
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ TEST(RecordingCanvas, WritesALineForEveryCall) {
                                             "text 5,6 \"\" font \"Arial\" 8 color 000000"));
 }
 
-TEST(RecordingCanvas, JoinsAndForgetsItsLines) {
+TEST(RecordingCanvas, JoinsAndClearsItsLines) {
     RecordingCanvas canvas({1, 1});
     EXPECT_EQ(canvas.log(), "");
     canvas.clear(0);
@@ -38,9 +38,9 @@ TEST(RecordingCanvas, JoinsAndForgetsItsLines) {
     EXPECT_THAT(canvas.lines(), IsEmpty());
 }
 
-TEST(RecordingCanvas, ShowsWhatNoColourShouldHave) {
+TEST(RecordingCanvas, ShowsTheTopByteOfAnInvalidColor) {
     RecordingCanvas canvas({1, 1});
-    canvas.clear(0x80000005U);  // a system colour that nobody translated
+    canvas.clear(0x80000005U);  // a system color that was not resolved
     EXPECT_THAT(canvas.lines(), ElementsAre("clear 80000005"));
 }
 
@@ -59,7 +59,7 @@ TEST(RecordingCanvas, WritesTextAsUtf8OnOneLine) {
     EXPECT_EQ(recorded(std::wstring(1, static_cast<wchar_t>(0xDCE1))), "\"\xEF\xBF\xBD\"");
 }
 
-TEST(RecordingCanvas, AnswersTheGivenSizesAndDoesNotWriteThemDown) {
+TEST(RecordingCanvas, MeasuringIsNotRecorded) {
     RecordingCanvas canvas({200, 100}, {7, 11});
     EXPECT_EQ(canvas.size(), (PixelSize{200, 100}));
     EXPECT_EQ(canvas.textSize(L"abcd", {}), (PixelSize{28, 11}));

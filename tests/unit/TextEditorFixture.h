@@ -1,4 +1,4 @@
-// A text editor on a platform that shows nothing, for the tests of the window with a block of text.
+// A text window on a platform without a screen.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -14,7 +14,7 @@ namespace kv::forms {
 
 inline constexpr wchar_t kIni[] = L"C:\\Editor.INI";
 
-/// Keeps the names of all settings that were written.
+/// Records the names of all settings that were written.
 class EditorFiles final : public control::MemoryFiles {
   public:
     void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
@@ -27,7 +27,7 @@ class EditorFiles final : public control::MemoryFiles {
 
 class TextEditor : public testing::Test {
   protected:
-    /// An editor as for notes, where everything is there.
+    /// Sets the window up for notes, with all its parts.
     void initNotes(const std::wstring& text = L"", const std::wstring& save = L"&Save") {
         form->InitForm(L"Notes", save, true, true, true, text, false, kIni);
     }
@@ -40,6 +40,14 @@ class TextEditor : public testing::Test {
     void listen() {
         form->onHideMe = [this] { note(form->isVisible() ? "HideMe shown" : "HideMe hidden"); };
         form->onUnload = [this] { note("Unload"); };
+    }
+    /// One error was reported since the last call, by this procedure at this step.
+    void expectReport(const std::wstring& procedure, int flag, int number) {
+        ASSERT_EQ(errors.reports.size(), 1U) << testing::PrintToString(procedure);
+        EXPECT_EQ(errors.reports[0].procedure, procedure);
+        EXPECT_EQ(errors.reports[0].flag, flag) << testing::PrintToString(procedure);
+        EXPECT_EQ(errors.reports[0].number, number) << testing::PrintToString(procedure);
+        errors.reports.clear();
     }
     double rightSpace() { return form->form().scaleWidth() - form->txtEdit.left() - form->txtEdit.width(); }
     double bottomSpace() { return form->form().scaleHeight() - form->txtEdit.top() - form->txtEdit.height(); }

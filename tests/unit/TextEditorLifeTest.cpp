@@ -1,4 +1,4 @@
-// The window with a block of text: closing, the question about changes, the place that it keeps, and its end.
+// The text window: closing, the question about changes, the saved place, and destruction.
 #include <stdexcept>
 
 #include "tests/unit/TextEditorFixture.h"
@@ -68,31 +68,19 @@ TEST_F(TextEditor, YesAbandonsTheChanges) {
     EXPECT_FALSE(form->isVisible());
 }
 
-TEST_F(TextEditor, ASaveButtonCaptionedOtherwiseNeverAsks) {
-    for (const wchar_t* caption : {L"Close", L"Save as", L"S&ave", L""}) {
-        initNotes(L"", caption);
-        type(form->text() + L"x");
-        EXPECT_TRUE(form->Unload());
-    }
-    EXPECT_THAT(platform.messages, IsEmpty());
-}
-
-TEST_F(TextEditor, ASaveButtonInAnyCaseAsks) {
+TEST_F(TextEditor, OnlyAVisibleButtonThatSaysSaveMakesClosingAsk) {
+    const std::tuple<const wchar_t*, bool, std::size_t> cases[] = {
+        {L"Save", true, 1},    {L"&Save", true, 1}, {L"SAVE", true, 1}, {L"&sAvE", true, 1}, {L"Close", true, 0},
+        {L"Save as", true, 0}, {L"S&ave", true, 0}, {L"", true, 0},     {L"&Save", false, 0}};
     platform.answer = MessageAnswer::Yes;
-    for (const wchar_t* caption : {L"Save", L"&Save", L"SAVE", L"&sAvE"}) {
+    for (const auto& [caption, visible, questions] : cases) {
         initNotes(L"", caption);
-        type(form->text() + L"x");
+        form->cmdSave.setVisible(visible);
+        type(L"x");
+        platform.messages.clear();
         EXPECT_TRUE(form->Unload());
+        EXPECT_EQ(platform.messages.size(), questions) << testing::PrintToString(std::wstring(caption));
     }
-    EXPECT_EQ(platform.messages.size(), 4U);
-}
-
-TEST_F(TextEditor, AHiddenSaveButtonNeverAsks) {
-    initNotes();
-    form->cmdSave.setVisible(false);
-    type(L"x");
-    EXPECT_TRUE(form->Unload());
-    EXPECT_THAT(platform.messages, IsEmpty());
 }
 
 TEST_F(TextEditor, ThePlacementIsSavedUnderBothKeys) {
@@ -116,24 +104,13 @@ TEST_F(TextEditor, AnEmptyModeSavesUnderTheEmptyKeyOnly) {
     EXPECT_EQ(files.keys.size(), 6U) << "one set of settings";
 }
 
-TEST_F(TextEditor, WithoutAFileOfItsOwnThePlacementGoesWhereAllDo) {
+TEST_F(TextEditor, WithoutAFileOfItsOwnThePlacementGoesToTheCommonOne) {
     form->InitForm(L"Notes", L"&Save", true, true, true, L"", false, L"");
     form->Unload();
     EXPECT_NE(saved(L"NotesLeft", L"C:\\Places.INI"), L"(none)");
 }
 
-TEST_F(TextEditor, APlaceThatCannotBeKeptIsRecordedAndTheFormCloses) {
-    initNotes();
-    form->Show();
-    files.readOnly = true;
-    EXPECT_TRUE(form->Unload());
-    ASSERT_EQ(errors.reports.size(), 1U);
-    EXPECT_EQ(errors.reports[0].number, 75);
-    EXPECT_EQ(errors.reports[0].procedure, L"Form_Unload");
-    errors.reports.clear();
-}
-
-TEST_F(TextEditor, TheFormThatIsDestroyedKeepsItsPlaceAndAsksNothing) {
+TEST_F(TextEditor, ADestroyedFormKeepsItsPlaceAndAsksNothing) {
     initNotes(L"text");
     listen();
     form->Show();
@@ -174,20 +151,7 @@ TEST_F(TextEditor, CanBeShownAgainAfterItWasClosed) {
     EXPECT_EQ(std::ranges::count(platform.formCalls, "create"), 2);
 }
 
-TEST_F(TextEditor, AWindowThatTheSystemRefusesIsReported) {
-    platform.formsFail = true;
-    initNotes(L"text");
-    ASSERT_EQ(errors.reports.size(), 1U);
-    EXPECT_EQ(errors.reports[0].number, 7);
-    EXPECT_EQ(errors.reports[0].procedure, L"InitForm");
-    errors.reports.clear();
-    EXPECT_EQ(form->text(), L"text");
-    platform.formsFail = false;
-    form->Show();
-    EXPECT_TRUE(form->isVisible());
-}
-
-TEST_F(TextEditor, TheWindowThatTheSystemTakesIsToldAndAsksNothing) {
+TEST_F(TextEditor, AWindowThatTheSystemDestroysRaisesUnloadAndAsksNothing) {
     initNotes(L"text");
     listen();
     form->Show();
@@ -200,7 +164,7 @@ TEST_F(TextEditor, TheWindowThatTheSystemTakesIsToldAndAsksNothing) {
     EXPECT_NE(saved(L"NotesLeft"), L"(none)");
 }
 
-TEST_F(TextEditor, TheWindowMayGoUnderTheQuestion) {
+TEST_F(TextEditor, TheSystemMayDestroyTheWindowDuringTheQuestion) {
     initNotes(L"text");
     listen();
     form->Show();
@@ -212,7 +176,7 @@ TEST_F(TextEditor, TheWindowMayGoUnderTheQuestion) {
     EXPECT_FALSE(form->isVisible());
 }
 
-TEST_F(TextEditor, TheCloseButtonUnderTheQuestionDoesNothing) {
+TEST_F(TextEditor, TheCloseButtonDoesNothingDuringTheQuestion) {
     initNotes(L"text");
     form->Show();
     type(L"text!");
@@ -225,7 +189,7 @@ TEST_F(TextEditor, TheCloseButtonUnderTheQuestionDoesNothing) {
     EXPECT_EQ(platform.messages.size(), 2U);
 }
 
-// Each of these would be a use of freed memory, which the sanitizers see.
+// An error in any of these would be a use of freed memory, which the sanitizers report.
 TEST_F(TextEditor, AHandlerMayDestroyTheForm) {
     initNotes();
     form->Show();
@@ -249,15 +213,12 @@ TEST_F(TextEditor, AHandlerMayDestroyTheForm) {
     EXPECT_FALSE(form);
 }
 
-TEST_F(TextEditor, AHandlerThatFailsIsReportedAndTheFormHidesAllTheSame) {
+TEST_F(TextEditor, AFailedHandlerIsReportedAndTheFormHides) {
     initNotes();
     form->Show();
     form->onHideMe = [] { throw std::runtime_error("host"); };
     click(form->cmdSave);
-    ASSERT_EQ(errors.reports.size(), 1U);
-    EXPECT_EQ(errors.reports[0].number, 51);
-    EXPECT_EQ(errors.reports[0].procedure, L"cmdSave_Click");
-    errors.reports.clear();
+    expectReport(L"cmdSave_Click", 100, util::error_number::kInternal);
     EXPECT_FALSE(form->isVisible());
 }
 

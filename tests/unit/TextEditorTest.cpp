@@ -1,4 +1,4 @@
-// The window with a block of text: its parts, its text, its buttons.
+// The text window: its parts, its text and its buttons.
 #include <algorithm>
 #include <cmath>
 
@@ -11,7 +11,7 @@ using formenv::MessageAnswer;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST_F(TextEditor, BeginsAsDesigned) {
+TEST_F(TextEditor, HasItsCaptionsAndNoWindowAtFirst) {
     EXPECT_EQ(form->cmdSave.caption(), L"&Save");
     EXPECT_EQ(form->cmdPrint.caption(), L"&Print");
     EXPECT_EQ(form->cmdCancel.caption(), L"&Cancel");
@@ -22,23 +22,6 @@ TEST_F(TextEditor, BeginsAsDesigned) {
     EXPECT_FALSE(form->changed());
     EXPECT_FALSE(form->cancelled());
     EXPECT_THAT(platform.formCalls, IsEmpty());
-}
-
-TEST_F(TextEditor, TheDesignHasEvenMarginsAndOneRowOfButtons) {
-    EXPECT_EQ(form->txtEdit.left(), form->txtEdit.top());
-    EXPECT_EQ(form->txtEdit.left(), rightSpace());
-    const double gap = form->cmdCancel.top() - form->txtEdit.top() - form->txtEdit.height();
-    EXPECT_EQ(gap, form->txtEdit.left());
-    EXPECT_EQ(form->form().scaleHeight() - form->cmdCancel.top() - form->cmdCancel.height(), gap);
-    const std::vector<formenv::Widget*> row{&form->cmdSave, &form->cmdPrint, &form->cmdCancel, &form->chkEnabled,
-                                            &form->lblCntChar};
-    double right = 0.0;
-    for (const formenv::Widget* widget : row) {
-        EXPECT_EQ(widget->top(), form->cmdCancel.top());
-        EXPECT_GT(widget->left(), right);
-        right = widget->left() + widget->width();
-    }
-    EXPECT_LE(right + form->txtEdit.left(), form->form().scaleWidth());
 }
 
 TEST_F(TextEditor, InitFormSetsEverythingUp) {
@@ -75,7 +58,7 @@ TEST_F(TextEditor, InitFormPlacesTheFormLast) {
     EXPECT_EQ(form->form().place(), (formenv::Place{3000.0, 1500.0, 9000.0, 6000.0}));
 }
 
-TEST_F(TextEditor, AFormWithoutASavedPlaceStandsInTheMiddle) {
+TEST_F(TextEditor, AFormWithoutASavedPlaceIsInTheMiddle) {
     const double width = form->form().width();
     initNotes();
     EXPECT_EQ(form->form().width(), width);
@@ -108,38 +91,16 @@ TEST_F(TextEditor, AFormSmallerThanItsMarginsHasNoTextLeft) {
     EXPECT_GT(form->txtEdit.width(), 6000.0);
 }
 
-TEST_F(TextEditor, TheLeastSizeLeavesTheShownPartOfTheRowInSight) {
-    form->InitForm(L"A", L"Close", false, false, false, L"", true, kIni);
-    const double small = form->form().leastWidth();
-    EXPECT_GE(small, form->cmdPrint.left() + form->cmdPrint.width());
-    initNotes();
-    EXPECT_GT(form->form().leastWidth(), small);
-    EXPECT_GE(form->form().leastWidth(), form->lblCntChar.left() + form->lblCntChar.width());
-    EXPECT_GT(form->form().leastHeight(), 1000.0);
-}
-
-TEST_F(TextEditor, AnEditSetsTheFlagsAndCounts) {
-    initNotes();
-    EXPECT_EQ(form->lblCntChar.caption(), L"0 characters");
-    type(L"12345");
-    EXPECT_TRUE(form->changed());
-    EXPECT_TRUE(form->unsaved());
-    EXPECT_EQ(form->lblCntChar.caption(), L"5 chars");
-}
-
-TEST_F(TextEditor, TheCountLeavesBlanksAtTheEndsOut) {
-    initNotes();
-    type(L"  two words   ");
-    EXPECT_EQ(form->lblCntChar.caption(), L"9 chars");
-    type(L" \r\n ");
-    EXPECT_EQ(form->lblCntChar.caption(), L"2 chars");
-}
-
-TEST_F(TextEditor, ATextOfOnlySpacesCounts0Chars) {
-    initNotes();
-    type(L"     ");
-    EXPECT_EQ(form->lblCntChar.caption(), L"0 chars");
-    EXPECT_TRUE(form->changed());
+TEST_F(TextEditor, AnEditSetsTheFlagsAndCountsWithoutBlanksAtTheEnds) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"12345", L"5 chars"}, {L"  two words   ", L"9 chars"}, {L" \r\n ", L"2 chars"}, {L"     ", L"0 chars"}};
+    for (const auto& [text, count] : cases) {
+        initNotes();
+        EXPECT_FALSE(form->changed() || form->unsaved());
+        type(text);
+        EXPECT_TRUE(form->changed() && form->unsaved());
+        EXPECT_EQ(form->lblCntChar.caption(), count);
+    }
 }
 
 TEST_F(TextEditor, ATextFromInitFormIsCountedAndIsNoChange) {
@@ -162,7 +123,7 @@ TEST_F(TextEditor, ATextSetByTheProgramIsAChangeUnlessItIsTheSame) {
     EXPECT_FALSE(form->unsaved());
 }
 
-TEST_F(TextEditor, SaveIsToldBeforeTheFormHides) {
+TEST_F(TextEditor, SaveRaisesHideMeBeforeTheFormHides) {
     initNotes(L"text");
     listen();
     form->Show();
@@ -178,7 +139,7 @@ TEST_F(TextEditor, SaveIsToldBeforeTheFormHides) {
     EXPECT_THAT(platform.messages, IsEmpty());
 }
 
-TEST_F(TextEditor, CancelIsRememberedUntilASave) {
+TEST_F(TextEditor, CancelledStaysTrueUntilASave) {
     initNotes(L"text");
     listen();
     form->Show();
@@ -233,25 +194,6 @@ TEST_F(TextEditor, TheViewersCommandQuotesAPathWithBlanks) {
     EXPECT_EQ(forms::viewerCommand(L"WRITE", L"C:\\my files\\b.txt"), L"WRITE \"C:\\my files\\b.txt\"");
     EXPECT_EQ(forms::viewerCommand(L"", L"b.txt"), L"NOTEPAD b.txt");
     EXPECT_EQ(forms::viewerCommand(L"  ", L"b.txt"), L"NOTEPAD b.txt");
-}
-
-TEST_F(TextEditor, PrintingThatFailsIsReported) {
-    initNotes(L"text");
-    files.readOnly = true;
-    click(form->cmdPrint);
-    ASSERT_EQ(errors.reports.size(), 1U);
-    EXPECT_EQ(errors.reports[0].number, 75);
-    EXPECT_EQ(errors.reports[0].flag, 200);
-    EXPECT_EQ(errors.reports[0].procedure, L"cmdPrint_Click");
-    EXPECT_THAT(platform.programs, IsEmpty()) << "an older print file must not be shown for this text";
-    errors.reports.clear();
-    files.readOnly = false;
-    platform.programsFail = true;
-    click(form->cmdPrint);
-    ASSERT_EQ(errors.reports.size(), 1U);
-    EXPECT_EQ(errors.reports[0].number, 53);
-    EXPECT_EQ(errors.reports[0].flag, 300);
-    errors.reports.clear();
 }
 
 TEST_F(TextEditor, SettingTheModeChangesTheCaption) {

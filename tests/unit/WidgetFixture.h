@@ -1,4 +1,4 @@
-// What tests of widgets share: a window that writes down what it is told, and errors as numbers.
+// For tests of widgets: a window that records the changes it is told of, and errors as numbers.
 #pragma once
 
 #include <vector>
