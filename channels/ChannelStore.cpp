@@ -88,9 +88,9 @@ void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_
     FreqSlot& record = demand(channel);
     record.setIFillStyle(kind == ChannelKind::TX ? kDownwardDiagonal : kUpwardDiagonal);
     defaultUnits(record);
-    if (tx_.empty() && rx_.empty())
+    if (empty())
         keyRevision_ = keyRevision();
-    ChannelList& list = channels(kind);
+    ChannelList& list = lists_[kind];
     list.append(channel);
     index = static_cast<std::int32_t>(list.size()) - 1;
     try {
@@ -118,7 +118,7 @@ void ChannelStore::addKey(std::wstring_view key, ChannelKind kind, std::int32_t 
 
 // Last of all, so that what adding has changed of the record does not count as a change.
 void ChannelStore::noteAdded(ChannelKind kind, FreqSlot& channel) {
-    EdgeRange& range = edges(kind);
+    EdgeRange& range = edges_[kind];
     if (const FreqSlotFields* const own = channel.watch()) {
         const CountedEdges counted = countedEdges(*own);
         raise(range.maximum, counted.high);
@@ -155,11 +155,11 @@ void ChannelStore::widen(ChannelKind kind, FreqSlot& channel) {
 }
 
 std::int32_t ChannelStore::count(ChannelKind kind) const noexcept {
-    return static_cast<std::int32_t>(channels(kind).size());
+    return static_cast<std::int32_t>(lists_[kind].size());
 }
 
 FreqSlotRef ChannelStore::at(ChannelKind kind, std::int32_t index) const noexcept {
-    const ChannelList& list = channels(kind);
+    const ChannelList& list = lists_[kind];
     if (index < 0 || static_cast<std::size_t>(index) >= list.size())
         return nullptr;
     return FreqSlotRef(list[static_cast<std::size_t>(index)]);
@@ -186,14 +186,14 @@ std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::int32_t index) 
 
 // What comes of removing one channel after the other when each has a key of its own that nobody has changed.
 bool ChannelStore::removeAtOnce(ChannelKind kind, std::int32_t index) {
-    ChannelList& list = channels(kind);
+    ChannelList& list = lists_[kind];
     if (index < 0 || static_cast<std::size_t>(index) >= list.size() || !keysAreAsTheyCame())
         return false;
     const FreqSlotFields& fields = *list[static_cast<std::size_t>(index)]->watch();
     if (!keys_.closeGap(fields.sKey, kind, index))
         return false;
     ChannelSnapshot::Removal removal(snapshot(kind));
-    EdgeRange& range = edges(kind);
+    EdgeRange& range = edges_[kind];
     const CountedEdges counted = countedEdges(fields);
     const bool inside = (counted.low > range.minimum || counted.low == FREQ_UNSET) &&
                         (counted.high < range.maximum || counted.high == -FREQ_UNSET);
@@ -212,7 +212,7 @@ bool ChannelStore::keysAreAsTheyCame() {
         return true;
     for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
         for (std::int32_t i = 0; i < count(kind); ++i) {
-            if (!keys_.isLinked(channels(kind)[static_cast<std::size_t>(i)]->peek()->sKey, kind, i))
+            if (!keys_.isLinked(lists_[kind][static_cast<std::size_t>(i)]->peek()->sKey, kind, i))
                 return false;
         }
     }
@@ -222,9 +222,9 @@ bool ChannelStore::keysAreAsTheyCame() {
 
 std::exception_ptr ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
     keys_.unlink();
-    edges(kind).known = false;
+    edges_[kind].known = false;
     matches_.drop();
-    ChannelList& list = channels(kind);
+    ChannelList& list = lists_[kind];
     ChannelSnapshot::Removal removal(snapshot(kind));
     std::exception_ptr failed;
     // Reading a key may run the host's code, which may change the list: its length is asked for again each time.
@@ -258,16 +258,16 @@ void ChannelStore::clear(ChannelKind kind) noexcept {
     // Dropping a reference may run the host's code, which must find the store already empty.
     ChannelList dropped;
     snapshot(kind).drop();
-    dropped.swap(channels(kind));
+    dropped.swap(lists_[kind]);
     keys_.emptied(kind);
-    edges(kind) = {};
+    edges_[kind] = {};
     matches_.drop();
-    if (tx_.empty() && rx_.empty())
+    if (empty())
         foreign_ = 0;
 }
 
 void ChannelStore::forgetAllKeys() noexcept {
-    keys_.clear(tx_.empty() && rx_.empty());
+    keys_.clear(empty());
 }
 
 void ChannelStore::resetFrequencyExtremes() noexcept {
@@ -277,7 +277,7 @@ void ChannelStore::resetFrequencyExtremes() noexcept {
 }
 
 void ChannelStore::widenByEdges(ChannelKind kind) {
-    EdgeRange& range = edges(kind);
+    EdgeRange& range = edges_[kind];
     const std::uint64_t revision = recordRevision();
     if (foreign_ != 0 || !range.known || range.revision != revision) {
         EdgeRange fresh{FREQ_UNSET, -FREQ_UNSET, revision, true};
@@ -320,7 +320,7 @@ void ChannelStore::rederiveExtremes() {
 std::int32_t ChannelStore::findMatchRX(FreqSlot& channel) const {
     const FreqSlotFields* const own = channel.peek();
     if (own && foreign_ == 0)
-        return matches_.find(rx_, *own);
+        return matches_.find(lists_[ChannelKind::RX], *own);
     for (std::int32_t i = 0; const FreqSlotRef candidate = at(ChannelKind::RX, i); ++i) {
         FreqSlot& rx = *candidate;
         if (rx.dFreqAlt() == channel.dFreqAlt() && rx.dFreq() == channel.dFreq() && rx.dFreqHi() == channel.dFreqHi() &&

@@ -1,7 +1,6 @@
 // The TX and RX channels in the order they came, their keys, and the extremes of their frequencies and powers.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -42,17 +41,18 @@ class ChannelStore {
 
     [[nodiscard]] std::int32_t count(ChannelKind kind) const noexcept;
     /// Neither a TX nor an RX channel.
-    [[nodiscard]] bool empty() const noexcept { return tx_.empty() && rx_.empty(); }
+    [[nodiscard]] bool empty() const noexcept {
+        return lists_[ChannelKind::TX].empty() && lists_[ChannelKind::RX].empty();
+    }
     /// Nothing outside 0 to count - 1.
     [[nodiscard]] FreqSlotRef at(ChannelKind kind, std::int32_t index) const noexcept;
     /// The same without a reference, for an index from 0 to count - 1.
     [[nodiscard]] FreqSlot* peek(ChannelKind kind, std::int32_t index) const noexcept {
-        return channels(kind)[static_cast<std::size_t>(index)];
+        return lists_[kind][static_cast<std::size_t>(index)];
     }
-    /// The copy of a kind's records; it is up to whoever wants it to have it brought up to date.
-    [[nodiscard]] ChannelSnapshot& snapshot(ChannelKind kind) const noexcept {
-        return kind == ChannelKind::TX ? txSnapshot_ : rxSnapshot_;
-    }
+    [[nodiscard]] const ChannelList& list(ChannelKind kind) const noexcept { return lists_[kind]; }
+    /// The copy of a kind's records. Callers must call its `update` before reading it.
+    [[nodiscard]] ChannelSnapshot& snapshot(ChannelKind kind) const noexcept { return snapshots_[kind]; }
 
     /// The channel at the key's index in this kind's array, when its own key equals `key` exactly; else nothing.
     [[nodiscard]] FreqSlotRef findByKey(ChannelKind kind, std::wstring_view key) const;
@@ -95,11 +95,6 @@ class ChannelStore {
         bool known = false;
     };
 
-    [[nodiscard]] ChannelList& channels(ChannelKind kind) noexcept { return kind == ChannelKind::TX ? tx_ : rx_; }
-    [[nodiscard]] const ChannelList& channels(ChannelKind kind) const noexcept {
-        return kind == ChannelKind::TX ? tx_ : rx_;
-    }
-    [[nodiscard]] EdgeRange& edges(ChannelKind kind) noexcept { return edges_[kind == ChannelKind::TX ? 0 : 1]; }
     void addKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
     void noteAdded(ChannelKind kind, FreqSlot& channel);
     void widen(ChannelKind kind, FreqSlot& channel);
@@ -108,16 +103,14 @@ class ChannelStore {
     bool removeAtOnce(ChannelKind kind, std::int32_t index);
     [[nodiscard]] bool keysAreAsTheyCame();
 
-    ChannelList tx_;
-    ChannelList rx_;
+    PerKind<ChannelList> lists_;
     KeyIndex keys_;
     std::uint64_t keyRevision_ = 0;  ///< at which all keys stood for their channels
     std::size_t foreign_ = 0;        ///< that came since both lists were empty
-    std::array<EdgeRange, 2> edges_;
+    PerKind<EdgeRange> edges_;
     mutable MatchIndex matches_;
     Extremes extremes_;
-    mutable ChannelSnapshot txSnapshot_;
-    mutable ChannelSnapshot rxSnapshot_;
+    mutable PerKind<ChannelSnapshot> snapshots_;
 };
 
 }  // namespace kv::channels

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "channels/DrawRecord.h"
 #include "util/Ref.h"
 
 namespace kv::channels {
@@ -16,19 +17,6 @@ struct ImComponent {
     std::int16_t coefficient = 0;
     double frequency = 0.0;  ///< MHz
     std::wstring label;
-};
-
-/// What drawing needs of a record, read in one go.
-struct DrawRecord {
-    double dFreq = 0.0;    ///< MHz
-    double dFreqLo = 0.0;  ///< MHz
-    double dFreqHi = 0.0;  ///< MHz
-    double dPwrDBM = 0.0;  ///< dBm
-    std::uint32_t lColor = 0;
-    std::uint32_t lColorLine = 0;
-    std::int16_t iFillStyle = 0;
-    bool bVisible = true;
-    bool bDrawn = false;
 };
 
 struct FreqSlotFields;

@@ -1,7 +1,6 @@
 // Which index each key stands for.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,7 +8,7 @@
 #include <unordered_map>
 
 #include "channels/ChannelKind.h"
-#include "channels/LiveRanks.h"
+#include "channels/RankedBits.h"
 
 namespace kv::channels {
 
@@ -37,21 +36,17 @@ class KeyIndex {
 
   private:
     struct Entry {
-        std::int32_t number = 0;  ///< by LiveRanks when linked, otherwise the index
+        std::int32_t number = 0;  ///< the position in `gone_` when linked, otherwise the index
         ChannelKind kind = ChannelKind::TX;
         bool linked = false;
     };
-    [[nodiscard]] LiveRanks& ranks(ChannelKind kind) noexcept { return ranks_[kind == ChannelKind::TX ? 0 : 1]; }
-    [[nodiscard]] const LiveRanks& ranks(ChannelKind kind) const noexcept {
-        return ranks_[kind == ChannelKind::TX ? 0 : 1];
-    }
     [[nodiscard]] std::int32_t indexOf(const Entry& entry) const noexcept;
     void fix(ChannelKind kind) noexcept;
     void fixEmptied() noexcept;
 
     std::unordered_map<std::wstring, Entry> entries_;  ///< by the key's folded case
-    std::array<LiveRanks, 2> ranks_;
-    std::array<bool, 2> emptied_{};  ///< lists whose keys are to be fixed before anything else happens
+    PerKind<RankedBits> gone_;                         ///< by number, the linked channels that were removed
+    PerKind<bool> emptied_;                            ///< lists whose keys must be fixed before anything else happens
     bool linked_ = true;
 };
 
