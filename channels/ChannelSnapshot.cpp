@@ -7,7 +7,7 @@
 namespace kv::channels {
 
 bool ChannelSnapshot::update(const ChannelStore& store, ChannelKind kind) noexcept {
-    if (removals_ != 0)
+    if (removing_)
         return false;
     try {
         if (copy_.hasManyHoles())
@@ -34,8 +34,8 @@ void ChannelSnapshot::removed(std::int32_t index) noexcept {
         return;
     }
     try {
-        if (const std::optional<std::size_t> place = copy_.remove(index)) {
-            rows_.hide(*place);
+        if (const std::optional<std::size_t> position = copy_.remove(index)) {
+            rows_.hide(*position);
             ++version_;
         }
     } catch (...) {
@@ -60,7 +60,6 @@ void ChannelSnapshot::Removal::done(std::int32_t index) noexcept {
 }
 
 ChannelSnapshot::Removal::~Removal() {
-    --snapshot_.removals_;
     if (!done_)
         snapshot_.drop();
 }

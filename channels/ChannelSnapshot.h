@@ -12,6 +12,7 @@
 #include "channels/FrequencyGrid.h"
 #include "channels/PowerRows.h"
 #include "channels/RecordCopy.h"
+#include "util/Raised.h"
 
 namespace kv::channels {
 
@@ -32,7 +33,7 @@ class ChannelSnapshot {
     /// memory is short.
     [[nodiscard]] bool update(const ChannelStore& store, ChannelKind kind) noexcept;
 
-    /// What follows is valid after `update` until the store or a record changes. Places are those of RecordCopy.
+    /// What follows is valid after `update` until the store or a record changes. Positions are those of RecordCopy.
     [[nodiscard]] std::size_t size() const noexcept { return copy_.size(); }
     [[nodiscard]] const std::vector<DrawRecord>& records() const noexcept { return copy_.records(); }
     [[nodiscard]] const std::vector<Block>& blocks() const noexcept { return blocks_.blocks(); }
@@ -46,14 +47,14 @@ class ChannelSnapshot {
     [[nodiscard]] bool hasOddStyle() const noexcept { return copy_.hasUnknownFillStyle(); }
     /// Changes with every change of the copy except marks as drawn.
     [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
-    [[nodiscard]] bool isLive(std::size_t place) const noexcept { return !copy_.isHole(place); }
-    [[nodiscard]] bool isHiddenButDrawn(std::size_t place) const noexcept {
-        return records()[place].bDrawn && !records()[place].bVisible;
+    [[nodiscard]] bool isLive(std::size_t position) const noexcept { return !copy_.isHole(position); }
+    [[nodiscard]] bool isHiddenButDrawn(std::size_t position) const noexcept {
+        return records()[position].bDrawn && !records()[position].bVisible;
     }
-    [[nodiscard]] std::int32_t indexOf(std::size_t place) const noexcept { return copy_.indexOf(place); }
-    [[nodiscard]] std::size_t placeOf(std::int32_t index) const noexcept { return copy_.placeOf(index); }
+    [[nodiscard]] std::int32_t indexOf(std::size_t position) const noexcept { return copy_.indexOf(position); }
+    [[nodiscard]] std::size_t positionOf(std::int32_t index) const noexcept { return copy_.positionOf(index); }
 
-    void markDrawn(std::size_t place) noexcept { copy_.markDrawn(place); }
+    void markDrawn(std::size_t position) noexcept { copy_.markDrawn(position); }
     void allDrawn(std::size_t block) noexcept { blocks_.allDrawn(block); }
 
     /// Discards the copy. The next update reads all records.
@@ -62,9 +63,8 @@ class ChannelSnapshot {
     /// Lasts while a record is removed from the store: there is no copy meanwhile, and none after an error.
     class Removal {
       public:
-        explicit Removal(ChannelSnapshot& snapshot) noexcept : snapshot_(snapshot), before_(snapshot.version_) {
-            ++snapshot_.removals_;
-        }
+        explicit Removal(ChannelSnapshot& snapshot) noexcept
+            : snapshot_(snapshot), removing_(snapshot.removing_), before_(snapshot.version_) {}
         ~Removal();
         Removal(const Removal&) = delete;
         Removal& operator=(const Removal&) = delete;
@@ -73,6 +73,7 @@ class ChannelSnapshot {
 
       private:
         ChannelSnapshot& snapshot_;
+        util::Raised removing_;
         std::uint64_t before_;
         bool done_ = false;
     };
@@ -86,7 +87,7 @@ class ChannelSnapshot {
     PowerRows rows_;
     EdgeIndexCache edges_;
     std::uint64_t version_ = 1;
-    int removals_ = 0;  ///< that are under way
+    bool removing_ = false;
 };
 
 }  // namespace kv::channels

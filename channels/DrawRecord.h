@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "raster/Canvas.h"
+
 namespace kv::channels {
 
 /// Read in one go.
@@ -28,7 +30,8 @@ struct DrawRecord {
 
 /// A fill style that the picture box does not have.
 [[nodiscard]] constexpr bool hasUnknownFillStyle(const DrawRecord& record) noexcept {
-    return record.iFillStyle < 0 || record.iFillStyle > 7;
+    return record.iFillStyle < static_cast<int>(raster::FillStyle::Solid) ||
+           record.iFillStyle > static_cast<int>(raster::FillStyle::DiagonalCross);
 }
 
 }  // namespace kv::channels

@@ -14,14 +14,12 @@ namespace {
 std::vector<EdgeIndex::Band> bandsOf(const std::vector<FreqSlotFields*>& records) {
     std::vector<EdgeIndex::Band> bands;
     bands.reserve(records.size());
-    for (std::size_t place = 0; place < records.size(); ++place) {
-        const FreqSlotFields* const fields = records[place];
+    for (std::size_t position = 0; position < records.size(); ++position) {
+        const FreqSlotFields* const fields = records[position];
         if (!fields)
             continue;
-        bool unknown = false;
-        bands.push_back({util::ConvertFreq(fields->sFreqUnits, L"MHz", fields->dFreqLo, unknown),
-                         util::ConvertFreq(fields->sFreqUnits, L"MHz", fields->dFreqHi, unknown),
-                         static_cast<std::int32_t>(place)});
+        bands.push_back({util::toMHz(fields->sFreqUnits, fields->dFreqLo),
+                         util::toMHz(fields->sFreqUnits, fields->dFreqHi), static_cast<std::int32_t>(position)});
     }
     return bands;
 }

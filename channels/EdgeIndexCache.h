@@ -12,8 +12,8 @@ namespace kv::channels {
 
 class EdgeIndexCache {
   public:
-    /// The band edges in MHz of the records behind `fields`, by place; null entries are left out. `version` is above 0
-    /// and changes with the records.
+    /// The band edges in MHz of the records behind `fields`, by position; null entries are left out. `version` is above
+    /// 0 and changes with the records.
     ///
     /// Null on the first call after a change, because a single search is faster without building an index, and when
     /// an edge cannot be converted to MHz. Throws std::bad_alloc.

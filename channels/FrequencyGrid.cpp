@@ -28,10 +28,10 @@ void FrequencyGrid::derive(const std::vector<DrawRecord>& records, const std::ve
     }
     low_.resize(records.size());
     const double perMHz = 1.0 / scale_.unit;
-    for (std::size_t place = from; place < records.size(); ++place) {
-        const double steps = (records[place].dFreqLo - scale_.origin) * perMHz;
+    for (std::size_t position = from; position < records.size(); ++position) {
+        const double steps = (records[position].dFreqLo - scale_.origin) * perMHz;
         // The steps of a regular record are in range. The others only must not overflow.
-        low_[place] = steps >= 0.0 ? static_cast<std::int32_t>(std::min(steps, kSteps)) : 0;
+        low_[position] = steps >= 0.0 ? static_cast<std::int32_t>(std::min(steps, kSteps)) : 0;
     }
 }
 

@@ -10,10 +10,10 @@
 
 namespace kv::channels {
 
-/// The grid spans the bands of all regular records in 2^30 steps. It is laid anew when a band is outside.
+/// The grid spans the bands of all regular records in 2^30 steps. It is computed again when a band is outside.
 class FrequencyGrid {
   public:
-    /// 0 stands for `origin`, each step for `unit` MHz.
+    /// Step 0 is at `origin`, each step is `unit` MHz.
     struct Scale {
         double origin = 0.0;
         double unit = 1.0;
@@ -23,7 +23,7 @@ class FrequencyGrid {
     /// The records from `from` on have changed; `blocks` describes all of them.
     void derive(const std::vector<DrawRecord>& records, const std::vector<BandBlock>& blocks, std::size_t from);
     [[nodiscard]] const Scale& scale() const noexcept { return scale_; }
-    /// By place; undefined for a record that is not regular.
+    /// By position; undefined for a record that is not regular.
     [[nodiscard]] const std::vector<std::int32_t>& low() const noexcept { return low_; }
 
   private:

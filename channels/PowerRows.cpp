@@ -16,8 +16,8 @@ const std::vector<std::int16_t>& PowerRows::rows(const std::vector<DrawRecord>& 
         rows_.clear();
     map_ = map;
     makeRoom(rows_, records.size());
-    for (std::size_t place = rows_.size(); place < records.size(); ++place) {
-        const DrawRecord& record = records[place];
+    for (std::size_t position = rows_.size(); position < records.size(); ++position) {
+        const DrawRecord& record = records[position];
         if (!record.bVisible)
             rows_.push_back(kNotShown);
         else if (!isRegular(record))
@@ -32,9 +32,9 @@ void PowerRows::forget(std::size_t from) {
     rows_.resize(std::min(rows_.size(), from));
 }
 
-void PowerRows::hide(std::size_t place) noexcept {
-    if (place < rows_.size())
-        rows_[place] = kNotShown;
+void PowerRows::hide(std::size_t position) noexcept {
+    if (position < rows_.size())
+        rows_[position] = kNotShown;
 }
 
 }  // namespace kv::channels

@@ -23,17 +23,17 @@ struct PowerMap {
 
 class PowerRows {
   public:
-    // In place of a row. No row of a picture is above the first or below the second.
+    // Instead of a row. No row of a picture is above the first or below the second.
     static constexpr std::int16_t kOdd = -1;
     static constexpr std::int16_t kNotShown = 0x7FFF;
 
-    /// By place: the row of the top, limited to 0 to `kNotShown` - 1; `kOdd` for a record that is not regular and may
-    /// be anywhere. Only rows that are not known yet are computed.
+    /// By position: the row of the top, limited to 0 to `kNotShown` - 1; `kOdd` for a record that is not regular and
+    /// may be anywhere. Only rows that are not known yet are computed.
     [[nodiscard]] const std::vector<std::int16_t>& rows(const std::vector<DrawRecord>& records, const PowerMap& map);
     /// The records from `from` on have changed.
     void forget(std::size_t from);
-    /// The record at `place` is not visible any more.
-    void hide(std::size_t place) noexcept;
+    /// The record at `position` is not visible any more.
+    void hide(std::size_t position) noexcept;
 
   private:
     std::vector<std::int16_t> rows_;  ///< of the first records, by `map_`

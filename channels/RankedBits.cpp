@@ -27,8 +27,8 @@ void RankedBits::set(std::size_t position) {
         setBefore_.resize(block + 1, static_cast<std::uint32_t>(count_));
     }
     words_[position / kWordBits] |= bitOf(position);
-    for (std::size_t behind = block + 1; behind < setBefore_.size(); ++behind)
-        ++setBefore_[behind];
+    for (std::size_t later = block + 1; later < setBefore_.size(); ++later)
+        ++setBefore_[later];
     ++count_;
 }
 

@@ -1,4 +1,4 @@
-// A set of bits that tells quickly how many of them are set before a position.
+// A set of bits that quickly counts the bits before a position.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ namespace kv::channels {
 /// changes, and its current index is the number of clear bits before it. Bits above the highest set one take no memory.
 class RankedBits {
   public:
-    /// Sets a bit that is clear. Costs one addition for each 1024 positions behind it. If the memory is short, throws
+    /// Sets a bit that is clear. Costs one addition for each 1024 positions after it. If the memory is short, throws
     /// std::bad_alloc and changes nothing.
     void set(std::size_t position);
 

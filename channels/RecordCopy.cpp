@@ -30,7 +30,7 @@ std::optional<std::size_t> RecordCopy::update(const ChannelList& list) {
             fetch(list[live + kAhead]);
         append(*list[live]);
     }
-    if (foreign_ != 0)
+    if (hasForeign_)
         return std::nullopt;
     if (revision == revision_)
         return from;
@@ -43,18 +43,18 @@ void RecordCopy::append(FreqSlot& channel) {
     FreqSlotFields* const fields = channel.watch();
     fields_.push_back(fields);
     records_.push_back(fields ? fields->drawRecord() : DrawRecord{});
-    foreign_ += fields ? 0 : 1;
+    hasForeign_ = hasForeign_ || !fields;
     unknownStyles_ += channels::hasUnknownFillStyle(records_.back()) ? 1 : 0;
 }
 
 void RecordCopy::readAgain() {
     unknownStyles_ = 0;
-    for (std::size_t place = 0; place < records_.size(); ++place) {
-        if (place + kAhead < records_.size())
-            __builtin_prefetch(fields_[place + kAhead]);
-        if (const FreqSlotFields* const fields = fields_[place]) {
-            records_[place] = fields->drawRecord();
-            unknownStyles_ += channels::hasUnknownFillStyle(records_[place]) ? 1 : 0;
+    for (std::size_t position = 0; position < records_.size(); ++position) {
+        if (position + kAhead < records_.size())
+            __builtin_prefetch(fields_[position + kAhead]);
+        if (const FreqSlotFields* const fields = fields_[position]) {
+            records_[position] = fields->drawRecord();
+            unknownStyles_ += channels::hasUnknownFillStyle(records_[position]) ? 1 : 0;
         }
     }
 }
@@ -62,13 +62,13 @@ void RecordCopy::readAgain() {
 std::optional<std::size_t> RecordCopy::remove(std::int32_t index) {
     if (static_cast<std::size_t>(index) >= liveCount())
         return std::nullopt;  // not read yet
-    const std::size_t place = placeOf(index);
-    holes_.set(place);
-    unknownStyles_ -= channels::hasUnknownFillStyle(records_[place]) ? 1 : 0;
-    records_[place] = {};
-    records_[place].bVisible = false;
-    fields_[place] = nullptr;
-    return place;
+    const std::size_t position = positionOf(index);
+    holes_.set(position);
+    unknownStyles_ -= channels::hasUnknownFillStyle(records_[position]) ? 1 : 0;
+    records_[position] = {};
+    records_[position].bVisible = false;
+    fields_[position] = nullptr;
+    return position;
 }
 
 bool RecordCopy::hasManyHoles() const noexcept {

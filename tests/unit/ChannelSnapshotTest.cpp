@@ -113,9 +113,9 @@ class ChannelSnapshotTest : public ::testing::Test {
                 // A drawing marks what it has drawn.
                 if (count != 0 && store_.snapshot(kind).update(store_, kind)) {
                     ChannelSnapshot& snapshot = store_.snapshot(kind);
-                    const std::size_t place = snapshot.placeOf(static_cast<std::int32_t>(upTo(count)));
-                    if (snapshot.records()[place].bVisible)
-                        snapshot.markDrawn(place);
+                    const std::size_t position = snapshot.positionOf(static_cast<std::int32_t>(upTo(count)));
+                    if (snapshot.records()[position].bVisible)
+                        snapshot.markDrawn(position);
                 }
                 break;
             case 7:
@@ -141,6 +141,10 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_EQ(current, !anyForeign(kind));
         if (!current)
             return;
+        ASSERT_LE(snapshot.size() - static_cast<std::size_t>(store_.count(kind)), 64 + snapshot.size() / 8);
+        const std::uint64_t version = snapshot.version();
+        ASSERT_TRUE(snapshot.update(store_, kind));
+        ASSERT_EQ(snapshot.version(), version) << "derived again without a change";
         ChannelSnapshot::PowerMap map;
         map.pixels.scale = {0.0, 20.0, 1.0, -150.0};
         map.pixels.size = {100, static_cast<int>(90 + upTo(2))};
@@ -150,17 +154,17 @@ class ChannelSnapshotTest : public ::testing::Test {
         bool oddStyle = false;
         std::int32_t index = 0;
         ASSERT_EQ(rows.size(), snapshot.size());
-        for (std::size_t place = 0; place < snapshot.size(); ++place) {
-            if (!snapshot.isLive(place)) {
-                ASSERT_FALSE(snapshot.records()[place].bVisible);
-                ASSERT_EQ(rows[place], ChannelSnapshot::kNotShown);
+        for (std::size_t position = 0; position < snapshot.size(); ++position) {
+            if (!snapshot.isLive(position)) {
+                ASSERT_FALSE(snapshot.records()[position].bVisible);
+                ASSERT_EQ(rows[position], ChannelSnapshot::kNotShown);
                 continue;
             }
-            ASSERT_EQ(snapshot.indexOf(place), index);
-            ASSERT_EQ(snapshot.placeOf(index), place);
+            ASSERT_EQ(snapshot.indexOf(position), index);
+            ASSERT_EQ(snapshot.positionOf(index), position);
             ASSERT_LT(index, store_.count(kind));
             const DrawRecord fresh = store_.at(kind, index)->drawRecord();
-            ASSERT_NO_FATAL_FAILURE(compare(snapshot, place, fresh, rows[place], map)) << place;
+            ASSERT_NO_FATAL_FAILURE(compare(snapshot, position, fresh, rows[position], map)) << position;
             oddStyle = oddStyle || fresh.iFillStyle < 0 || fresh.iFillStyle > 7;
             ++index;
         }
@@ -168,9 +172,9 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_EQ(snapshot.hasOddStyle(), oddStyle);
     }
 
-    static void compare(const ChannelSnapshot& snapshot, std::size_t place, const DrawRecord& fresh, std::int16_t row,
-                        const ChannelSnapshot::PowerMap& map) {
-        const DrawRecord& known = snapshot.records()[place];
+    static void compare(const ChannelSnapshot& snapshot, std::size_t position, const DrawRecord& fresh,
+                        std::int16_t row, const ChannelSnapshot::PowerMap& map) {
+        const DrawRecord& known = snapshot.records()[position];
         const auto same = [](double a, double b) {
             return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
         };
@@ -182,7 +186,7 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_EQ(known.bVisible, fresh.bVisible);
         // The copy may lack the drawn mark of a visible record, but it must not keep one that was taken off.
         ASSERT_TRUE(known.bDrawn == fresh.bDrawn || (fresh.bVisible && fresh.bDrawn));
-        const ChannelSnapshot::Block& block = snapshot.blocks()[place / ChannelSnapshot::kBlock];
+        const ChannelSnapshot::Block& block = snapshot.blocks()[position / ChannelSnapshot::kBlock];
         if (!fresh.bVisible) {
             ASSERT_EQ(row, ChannelSnapshot::kNotShown);
             return;
@@ -200,7 +204,7 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_GE(block.highest, fresh.dFreqHi);
         ASSERT_GE(block.widest, fresh.dFreqHi - fresh.dFreqLo);
         const ChannelSnapshot::Grid& grid = snapshot.grid();
-        const double low = grid.origin + grid.unit * snapshot.lowOnGrid()[place];
+        const double low = grid.origin + grid.unit * snapshot.lowOnGrid()[position];
         ASSERT_NEAR(low, fresh.dFreqLo, grid.unit * 1.01);
         ASSERT_LE(low, fresh.dFreqLo + grid.unit * 0.01);
     }
@@ -260,6 +264,23 @@ TEST_F(ChannelSnapshotTest, AForeignRecordLeavesNoCopyUntilItIsGone) {
     remove(ChannelKind::TX, 1);
     ASSERT_TRUE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
     EXPECT_EQ(store_.snapshot(ChannelKind::TX).size(), 2U);
+}
+
+TEST_F(ChannelSnapshotTest, AClearedStoreLeavesNothing) {
+    for (int i = 0; i < 300; ++i)
+        addQuiet(ChannelKind::TX);
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    EXPECT_EQ(snapshot.rows({}).size(), 300U);
+    const std::uint64_t version = snapshot.version();
+    store_.clear(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    EXPECT_NE(snapshot.version(), version);
+    EXPECT_EQ(snapshot.size(), 0U);
+    EXPECT_TRUE(snapshot.blocks().empty());
+    EXPECT_TRUE(snapshot.lowOnGrid().empty());
+    EXPECT_TRUE(snapshot.rows({}).empty());
+    EXPECT_EQ(snapshot.grid().unit, ChannelSnapshot::Grid{}.unit);
 }
 
 TEST_F(ChannelSnapshotTest, ARecordMovesTheRevisionOnceItIsInAStore) {

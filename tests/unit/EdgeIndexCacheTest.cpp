@@ -16,9 +16,9 @@ FreqSlotFields band(double low, double high, const wchar_t* units = L"MHz") {
 }
 
 std::vector<std::int32_t> meeting(const EdgeIndex& index, double lowest, double highest) {
-    std::vector<std::int32_t> places;
-    index.meet(lowest, highest, places);
-    return places;
+    std::vector<std::int32_t> positions;
+    index.meet(lowest, highest, positions);
+    return positions;
 }
 
 TEST(EdgeIndexCache, IsBuiltByTheSecondCallOfAVersionAndKept) {

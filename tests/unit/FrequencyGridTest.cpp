@@ -50,7 +50,7 @@ TEST_F(FrequencyGridTest, StaysWhileNewBandsAreInside) {
     EXPECT_EQ(grid_.low(), std::vector<std::int32_t>({0, 0, kSteps / 4}));
 }
 
-TEST_F(FrequencyGridTest, IsLaidAnewForABandOutside) {
+TEST_F(FrequencyGridTest, IsComputedAgainForABandOutside) {
     append(100.0, 200.0);
     derive(0);
     append(150.0, 300.0);
@@ -65,7 +65,7 @@ TEST_F(FrequencyGridTest, IsLaidAnewForABandOutside) {
     EXPECT_NEAR(grid_.low()[0], kSteps / 3.0, 1.0);
 }
 
-TEST_F(FrequencyGridTest, IsLaidAnewWhenAllRecordsHaveChanged) {
+TEST_F(FrequencyGridTest, IsComputedAgainWhenAllRecordsHaveChanged) {
     append(100.0, 200.0);
     derive(0);
     records_.clear();

@@ -48,7 +48,7 @@ TEST(PowerRows, ARecordAtTheFloorHasTheHeightOfTheMark) {
 
 TEST(PowerRows, OnlyRowsThatAreNotKnownAreComputed) {
     PowerRows rows;
-    static_cast<void>(rows.rows({record(20.0), record(19.0), record(18.0)}, powers()));
+    EXPECT_EQ(rows.rows({record(20.0), record(19.0), record(18.0)}, powers()).capacity(), 3U);
     const std::vector<DrawRecord> changed(4, record(10.0));
     EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 1, 2, 10}));
     rows.forget(1);
@@ -56,11 +56,11 @@ TEST(PowerRows, OnlyRowsThatAreNotKnownAreComputed) {
     rows.forget(9);
     EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 10, 10, 10}));
     rows.hide(3);
-    rows.hide(4);
+    rows.hide(100'000'000);
     EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 10, 10, PowerRows::kNotShown}));
 }
 
-TEST(PowerRows, AnotherVerticalScaleComputesAllAnew) {
+TEST(PowerRows, AnotherVerticalScaleComputesAllRowsAgain) {
     const std::vector<std::function<void(PowerMap&)>> vertical{
         [](PowerMap& map) { map.pixels.scale.top = 30.0; }, [](PowerMap& map) { map.pixels.scale.height = -50.0; },
         [](PowerMap& map) { map.pixels.size.height = 50; }, [](PowerMap& map) { map.floor = -70.0; },

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "tests/unit/QuietSlot.h"
-#include "tests/unit/ScopeFixture.h"
 
 namespace kv::channels {
 namespace {
@@ -58,15 +57,24 @@ TEST_F(RecordCopyTest, AChangeReadsAllRecordsAgainOnce) {
     EXPECT_EQ(copy_.update(list_), 3U);
 }
 
-TEST_F(RecordCopyTest, ChangesBeforeTheFirstReadAreNotReadTwice) {
+TEST_F(RecordCopyTest, WhenAllRecordsWereRemovedOlderChangesDoNotCount) {
+    const FreqSlotRef removed(&append(100.0));
+    EXPECT_EQ(copy_.update(list_), 0U);
+    remove(0);
+    static_cast<FreqSlotBase*>(removed.get())->setDFreq(150.0);
+    append(200.0);
+    EXPECT_EQ(copy_.update(list_), 1U);
+    EXPECT_EQ(copy_.update(list_), 2U);
+}
+
+TEST_F(RecordCopyTest, MemoryForManyRecordsIsReservedExactly) {
     append(100.0);
     EXPECT_EQ(copy_.update(list_), 0U);
-    FreqSlotBase& elsewhere = append(200.0);
+    for (int i = 0; i < 99; ++i)
+        append(200.0);
     EXPECT_EQ(copy_.update(list_), 1U);
-    RecordCopy later;
-    elsewhere.setDFreq(250.0);
-    EXPECT_EQ(later.update(list_), 0U);
-    EXPECT_EQ(later.update(list_), 2U);
+    EXPECT_EQ(copy_.records().capacity(), 100U);
+    EXPECT_EQ(copy_.fields().capacity(), 100U);
 }
 
 TEST_F(RecordCopyTest, ARemovalLeavesAHole) {
@@ -80,7 +88,7 @@ TEST_F(RecordCopyTest, ARemovalLeavesAHole) {
     EXPECT_FALSE(copy_.isHole(2));
     EXPECT_EQ(copy_.fields()[1], nullptr);
     EXPECT_EQ(copy_.indexOf(2), 1);
-    EXPECT_EQ(copy_.placeOf(1), 2U);
+    EXPECT_EQ(copy_.positionOf(1), 2U);
     append(400.0);
     EXPECT_EQ(remove(2), std::nullopt) << "not read yet";
     EXPECT_EQ(copy_.update(list_), 3U);
@@ -101,7 +109,7 @@ TEST_F(RecordCopyTest, ManyHolesAreMoreThan64AndAnEighthOfThePlaces) {
 
 TEST_F(RecordCopyTest, AForeignRecordLeavesNoCopy) {
     append(100.0);
-    append(new control::PlainSlot, 200.0);
+    append(new control::CountedSlot, 200.0);
     EXPECT_EQ(copy_.update(list_), std::nullopt);
     EXPECT_TRUE(copy_.hasForeign());
     EXPECT_EQ(copy_.update(list_), std::nullopt);
