@@ -1,4 +1,4 @@
-// Which channels stand at a frequency.
+// Which channels are at a frequency.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 namespace kv::channels {
 
 /// Calls `found` with the indices, in rising order, of the channels of a kind whose band, in MHz, meets
-/// [x - tolerance, x + tolerance], until it answers false. Reading a foreign channel runs the host's code, which may
-/// change the store meanwhile. Throws what reading a channel throws, and RuntimeError 6 for an edge that no MHz hold.
+/// [x - tolerance, x + tolerance], until it returns false. Reading a foreign channel runs the host's code, which may
+/// change the store meanwhile. Throws what reading a channel throws, and RuntimeError 6 for an edge too large in MHz.
 void forEachChannelAt(const ChannelStore& store, ChannelKind kind, double x, double tolerance,
                       const std::function<bool(std::int32_t index)>& found);
 

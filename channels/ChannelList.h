@@ -1,4 +1,4 @@
-// The channels of one kind in their order, each held by a count.
+// The channels of one kind in their order, with a counted reference to each.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,8 @@
 
 namespace kv::channels {
 
-/// Like a vector of references, but closing a gap moves plain pointers. Whatever lets a channel go hands its count to
-/// the caller: giving it back may run the host's code, which has to find the list in order.
+/// Like a vector of references, but closing a gap moves plain pointers. A member that removes a channel returns the
+/// reference: releasing it may run the host's code, so the caller releases it when the list is in order.
 class ChannelList {
   public:
     ChannelList() = default;

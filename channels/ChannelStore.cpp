@@ -3,18 +3,17 @@
 #include <algorithm>
 #include <cmath>
 
+#include "raster/Canvas.h"
 #include "util/ConvertFreq.h"
 #include "util/RuntimeError.h"
 #include "util/Text.h"
 
 namespace kv::channels {
 
+using raster::FillStyle;
 using util::RuntimeError;
 
 namespace {
-
-constexpr std::int16_t kDownwardDiagonal = 5;
-constexpr std::int16_t kUpwardDiagonal = 4;
 
 FreqSlot& demand(const FreqSlotRef& channel) {
     if (!channel)
@@ -29,7 +28,7 @@ void defaultUnits(FreqSlot& channel) {
         channel.setSBWUnits(L"KHz");
 }
 
-/// The distance of a band edge from the centre: the whole bandwidth, in the frequency's unit.
+/// The distance of a band edge from the center: the whole bandwidth, in the frequency's unit.
 double edgeOffset(FreqSlot& channel) {
     const double bandwidth = channel.dBW();
     const std::wstring bandwidthUnits = channel.sBWUnits();
@@ -44,12 +43,12 @@ void fillInEdges(FreqSlot& channel) {
     const FreqSlotFields* const own = channel.peek();
     if (own && own->dFreqHi > 0.0 && own->dFreqLo > 0.0)
         return;
-    const double centre = channel.dFreq();
+    const double center = channel.dFreq();
     const double offset = edgeOffset(channel);
     if (channel.dFreqHi() <= 0.0)
-        channel.setDFreqHi(centre + offset);
+        channel.setDFreqHi(center + offset);
     if (channel.dFreqLo() <= 0.0)
-        channel.setDFreqLo(centre - offset);
+        channel.setDFreqLo(center - offset);
 }
 
 /// The band edges of a channel as far as they count for the extremes, MHz: a channel without a frequency, and an edge
@@ -86,11 +85,12 @@ void lower(double& minimum, double value) {
 
 void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_t& index) {
     FreqSlot& record = demand(channel);
-    record.setIFillStyle(kind == ChannelKind::TX ? kDownwardDiagonal : kUpwardDiagonal);
+    record.setIFillStyle(
+        static_cast<std::int16_t>(kind == ChannelKind::TX ? FillStyle::DownwardDiagonal : FillStyle::UpwardDiagonal));
     defaultUnits(record);
-    if (tx_.empty() && rx_.empty())
+    if (empty())
         keyRevision_ = keyRevision();
-    ChannelList& list = channels(kind);
+    ChannelList& list = lists_[kind];
     list.append(channel);
     index = static_cast<std::int32_t>(list.size()) - 1;
     try {
@@ -118,14 +118,14 @@ void ChannelStore::addKey(std::wstring_view key, ChannelKind kind, std::int32_t 
 
 // Last of all, so that what adding has changed of the record does not count as a change.
 void ChannelStore::noteAdded(ChannelKind kind, FreqSlot& channel) {
-    EdgeRange& range = edges(kind);
+    EdgeRange& range = edges_[kind];
     if (const FreqSlotFields* const own = channel.watch()) {
         const CountedEdges counted = countedEdges(*own);
         raise(range.maximum, counted.high);
         lower(range.minimum, counted.low);
         return;
     }
-    ++foreign_;
+    hasForeign_ = true;
     keys_.unlink();
 }
 
@@ -155,11 +155,11 @@ void ChannelStore::widen(ChannelKind kind, FreqSlot& channel) {
 }
 
 std::int32_t ChannelStore::count(ChannelKind kind) const noexcept {
-    return static_cast<std::int32_t>(channels(kind).size());
+    return static_cast<std::int32_t>(lists_[kind].size());
 }
 
 FreqSlotRef ChannelStore::at(ChannelKind kind, std::int32_t index) const noexcept {
-    const ChannelList& list = channels(kind);
+    const ChannelList& list = lists_[kind];
     if (index < 0 || static_cast<std::size_t>(index) >= list.size())
         return nullptr;
     return FreqSlotRef(list[static_cast<std::size_t>(index)]);
@@ -184,16 +184,16 @@ std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::int32_t index) 
     return removeAtOnce(kind, index) ? nullptr : removeWithKeys(kind, index);
 }
 
-// What comes of removing one channel after the other when each has a key of its own that nobody has changed.
+// Has the result of removeWithKeys when each channel has a key of its own that was not changed.
 bool ChannelStore::removeAtOnce(ChannelKind kind, std::int32_t index) {
-    ChannelList& list = channels(kind);
+    ChannelList& list = lists_[kind];
     if (index < 0 || static_cast<std::size_t>(index) >= list.size() || !keysAreAsTheyCame())
         return false;
     const FreqSlotFields& fields = *list[static_cast<std::size_t>(index)]->watch();
     if (!keys_.closeGap(fields.sKey, kind, index))
         return false;
     ChannelSnapshot::Removal removal(snapshot(kind));
-    EdgeRange& range = edges(kind);
+    EdgeRange& range = edges_[kind];
     const CountedEdges counted = countedEdges(fields);
     const bool inside = (counted.low > range.minimum || counted.low == FREQ_UNSET) &&
                         (counted.high < range.maximum || counted.high == -FREQ_UNSET);
@@ -212,7 +212,7 @@ bool ChannelStore::keysAreAsTheyCame() {
         return true;
     for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
         for (std::int32_t i = 0; i < count(kind); ++i) {
-            if (!keys_.isLinked(channels(kind)[static_cast<std::size_t>(i)]->peek()->sKey, kind, i))
+            if (!keys_.isLinked(lists_[kind][static_cast<std::size_t>(i)]->peek()->sKey, kind, i))
                 return false;
         }
     }
@@ -222,17 +222,17 @@ bool ChannelStore::keysAreAsTheyCame() {
 
 std::exception_ptr ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
     keys_.unlink();
-    edges(kind).known = false;
+    edges_[kind].known = false;
     matches_.drop();
-    ChannelList& list = channels(kind);
+    ChannelList& list = lists_[kind];
     ChannelSnapshot::Removal removal(snapshot(kind));
     std::exception_ptr failed;
-    // Reading a key may run the host's code, which may change the list: its length is asked for again each time.
+    // Reading a key may run the host's code, which may change the list: its length is read again each time.
     for (std::int32_t j = index; j < count(kind) - 1; ++j) {
         const FreqSlotRef moved = at(kind, j + 1);
         static_cast<void>(list.replace(static_cast<std::size_t>(j), moved));
-        // A key that cannot be moved ends nothing: with the array half moved, one channel would be in it twice and
-        // another one lost.
+        // A key that cannot be moved does not end the loop: with the array half moved, one channel would be in it
+        // twice and another one lost.
         try {
             const std::wstring key = moved->sKey();
             forgetKey(key);
@@ -258,16 +258,16 @@ void ChannelStore::clear(ChannelKind kind) noexcept {
     // Dropping a reference may run the host's code, which must find the store already empty.
     ChannelList dropped;
     snapshot(kind).drop();
-    dropped.swap(channels(kind));
+    dropped.swap(lists_[kind]);
     keys_.emptied(kind);
-    edges(kind) = {};
+    edges_[kind] = {};
     matches_.drop();
-    if (tx_.empty() && rx_.empty())
-        foreign_ = 0;
+    if (empty())
+        hasForeign_ = false;
 }
 
 void ChannelStore::forgetAllKeys() noexcept {
-    keys_.clear(tx_.empty() && rx_.empty());
+    keys_.clear(empty());
 }
 
 void ChannelStore::resetFrequencyExtremes() noexcept {
@@ -277,9 +277,9 @@ void ChannelStore::resetFrequencyExtremes() noexcept {
 }
 
 void ChannelStore::widenByEdges(ChannelKind kind) {
-    EdgeRange& range = edges(kind);
+    EdgeRange& range = edges_[kind];
     const std::uint64_t revision = recordRevision();
-    if (foreign_ != 0 || !range.known || range.revision != revision) {
+    if (hasForeign_ || !range.known || range.revision != revision) {
         EdgeRange fresh{FREQ_UNSET, -FREQ_UNSET, revision, true};
         for (std::int32_t i = 0; const FreqSlotRef channel = at(kind, i); ++i) {
             const CountedEdges counted = countedEdges(channel->dFreq(), channel->dFreqLo(), channel->dFreqHi());
@@ -319,8 +319,8 @@ void ChannelStore::rederiveExtremes() {
 
 std::int32_t ChannelStore::findMatchRX(FreqSlot& channel) const {
     const FreqSlotFields* const own = channel.peek();
-    if (own && foreign_ == 0)
-        return matches_.find(rx_, *own);
+    if (own && !hasForeign_)
+        return matches_.find(lists_[ChannelKind::RX], *own);
     for (std::int32_t i = 0; const FreqSlotRef candidate = at(ChannelKind::RX, i); ++i) {
         FreqSlot& rx = *candidate;
         if (rx.dFreqAlt() == channel.dFreqAlt() && rx.dFreq() == channel.dFreq() && rx.dFreqHi() == channel.dFreqHi() &&

@@ -1,7 +1,6 @@
-// The TX and RX channels in the order they came, their keys, and the extremes of their frequencies and powers.
+// The TX and RX channels in the order of adding, their keys, and the extremes of their frequencies and powers.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -35,30 +34,30 @@ struct Extremes {
 
 class ChannelStore {
   public:
-    /// Places the channel, then takes its key, then widens the extremes; `index` receives its place as soon as it has
-    /// one. Throws RuntimeError 457 when the key is taken (the channel stays in its place all the same) and 91 for no
-    /// channel at all.
+    /// Appends the channel, then adds its key, then widens the extremes; `index` is set as soon as the channel is
+    /// appended. Throws RuntimeError 457 when the key is taken (the channel stays in the store) and 91 for no channel.
     void add(ChannelKind kind, const FreqSlotRef& channel, std::int32_t& index);
 
     [[nodiscard]] std::int32_t count(ChannelKind kind) const noexcept;
     /// Neither a TX nor an RX channel.
-    [[nodiscard]] bool empty() const noexcept { return tx_.empty() && rx_.empty(); }
-    /// Nothing outside 0 to count - 1.
+    [[nodiscard]] bool empty() const noexcept {
+        return lists_[ChannelKind::TX].empty() && lists_[ChannelKind::RX].empty();
+    }
+    /// Null outside 0 to count - 1.
     [[nodiscard]] FreqSlotRef at(ChannelKind kind, std::int32_t index) const noexcept;
     /// The same without a reference, for an index from 0 to count - 1.
     [[nodiscard]] FreqSlot* peek(ChannelKind kind, std::int32_t index) const noexcept {
-        return channels(kind)[static_cast<std::size_t>(index)];
+        return lists_[kind][static_cast<std::size_t>(index)];
     }
-    /// The copy of a kind's records; it is up to whoever wants it to have it brought up to date.
-    [[nodiscard]] ChannelSnapshot& snapshot(ChannelKind kind) const noexcept {
-        return kind == ChannelKind::TX ? txSnapshot_ : rxSnapshot_;
-    }
+    [[nodiscard]] const ChannelList& list(ChannelKind kind) const noexcept { return lists_[kind]; }
+    /// The copy of a kind's records. Callers must call its `update` before reading it.
+    [[nodiscard]] ChannelSnapshot& snapshot(ChannelKind kind) const noexcept { return snapshots_[kind]; }
 
-    /// The channel at the key's index in this kind's array, when its own key equals `key` exactly; else nothing.
+    /// The channel at the key's index in this kind's array, if its own key equals `key` exactly; otherwise null.
     [[nodiscard]] FreqSlotRef findByKey(ChannelKind kind, std::wstring_view key) const;
     /// TX before RX.
     [[nodiscard]] FreqSlotRef findByKey(std::wstring_view key) const;
-    /// The index kept for the key (without regard to case), of whichever kind.
+    /// The index stored for the key (case-insensitive), of either kind.
     [[nodiscard]] std::optional<std::int32_t> indexOfKey(std::wstring_view key) const { return keys_.find(key); }
 
     /// Closes the gap at `index`, moving the later channels down by one, each with its key. A channel whose key is not
@@ -78,7 +77,7 @@ class ChannelStore {
     void RecalcRXFreqRange();
     void RecalcFreqRange() noexcept;
 
-    /// All but the overall power range anew from the channels, by the rules of adding.
+    /// Derives all extremes except the overall power range from the channels, by the rules of adding.
     void rederiveExtremes();
 
     /// Index of the first RX channel equal in frequencies, bandwidth, units and label; kInvalid when there is none.
@@ -87,7 +86,7 @@ class ChannelStore {
     [[nodiscard]] const Extremes& extremes() const noexcept { return extremes_; }
 
   private:
-    /// The band edges of all channels of a kind, whatever they are, as long as no record changes.
+    /// The band edges of all channels of a kind, valid as long as no record changes.
     struct EdgeRange {
         double minimum = FREQ_UNSET;
         double maximum = -FREQ_UNSET;
@@ -95,11 +94,6 @@ class ChannelStore {
         bool known = false;
     };
 
-    [[nodiscard]] ChannelList& channels(ChannelKind kind) noexcept { return kind == ChannelKind::TX ? tx_ : rx_; }
-    [[nodiscard]] const ChannelList& channels(ChannelKind kind) const noexcept {
-        return kind == ChannelKind::TX ? tx_ : rx_;
-    }
-    [[nodiscard]] EdgeRange& edges(ChannelKind kind) noexcept { return edges_[kind == ChannelKind::TX ? 0 : 1]; }
     void addKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
     void noteAdded(ChannelKind kind, FreqSlot& channel);
     void widen(ChannelKind kind, FreqSlot& channel);
@@ -108,16 +102,14 @@ class ChannelStore {
     bool removeAtOnce(ChannelKind kind, std::int32_t index);
     [[nodiscard]] bool keysAreAsTheyCame();
 
-    ChannelList tx_;
-    ChannelList rx_;
+    PerKind<ChannelList> lists_;
     KeyIndex keys_;
-    std::uint64_t keyRevision_ = 0;  ///< at which all keys stood for their channels
-    std::size_t foreign_ = 0;        ///< that came since both lists were empty
-    std::array<EdgeRange, 2> edges_;
+    std::uint64_t keyRevision_ = 0;  ///< at which each key led to its channel
+    bool hasForeign_ = false;        ///< added since both lists were empty
+    PerKind<EdgeRange> edges_;
     mutable MatchIndex matches_;
     Extremes extremes_;
-    mutable ChannelSnapshot txSnapshot_;
-    mutable ChannelSnapshot rxSnapshot_;
+    mutable PerKind<ChannelSnapshot> snapshots_;
 };
 
 }  // namespace kv::channels

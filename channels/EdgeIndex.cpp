@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace kv::channels {
@@ -10,9 +9,13 @@ namespace kv::channels {
 namespace {
 
 std::vector<double> highestOfEach(std::size_t group, const std::vector<EdgeIndex::Band>& bands) {
-    std::vector<double> highest((bands.size() + group - 1) / group, -std::numeric_limits<double>::infinity());
-    for (std::size_t i = 0; i < bands.size(); ++i)
-        highest[i / group] = std::max(highest[i / group], bands[i].high);
+    std::vector<double> highest;
+    for (std::size_t i = 0; i < bands.size(); ++i) {
+        if (i % group == 0)
+            highest.push_back(bands[i].high);
+        else
+            highest.back() = std::max(highest.back(), bands[i].high);
+    }
     return highest;
 }
 
@@ -25,21 +28,23 @@ EdgeIndex::EdgeIndex(std::vector<Band> bands) : bands_(std::move(bands)) {
     highOfMany_ = highestOfEach(kMany, bands_);
 }
 
-void EdgeIndex::meet(double lowest, double highest, std::vector<std::int32_t>& places) const {
+std::size_t EdgeIndex::meet(double lowest, double highest, std::vector<std::int32_t>& positions) const {
     const auto after = std::upper_bound(bands_.begin(), bands_.end(), highest,
                                         [](double value, const Band& band) { return value < band.low; });
     const auto end = static_cast<std::size_t>(after - bands_.begin());
-    for (std::size_t i = 0; i < end;) {
+    std::size_t steps = 0;
+    for (std::size_t i = 0; i < end; ++steps) {
         if (i % kMany == 0 && !(highOfMany_[i / kMany] >= lowest)) {
             i += kMany;
         } else if (i % kFew == 0 && !(highOfFew_[i / kFew] >= lowest)) {
             i += kFew;
         } else {
             if (bands_[i].high >= lowest)
-                places.push_back(bands_[i].place);
+                positions.push_back(bands_[i].position);
             ++i;
         }
     }
+    return steps;
 }
 
 }  // namespace kv::channels

@@ -1,4 +1,4 @@
-// Which of many bands meet a piece of the spectrum, without looking at each.
+// Finds which of many bands meet a range of frequencies, without reading each band.
 #pragma once
 
 #include <cstddef>
@@ -13,14 +13,15 @@ class EdgeIndex {
     struct Band {
         double low = 0.0;   ///< MHz
         double high = 0.0;  ///< MHz
-        std::int32_t place = 0;
+        std::int32_t position = 0;
     };
 
-    /// An edge that is no number meets nothing.
+    /// A band with an edge that is not a number meets nothing.
     explicit EdgeIndex(std::vector<Band> bands);
 
-    /// The places, in no order, of the bands with `low` <= `highest` and `high` >= `lowest`.
-    void meet(double lowest, double highest, std::vector<std::int32_t>& places) const;
+    /// Appends the positions, in no order, of the bands with `low` <= `highest` and `high` >= `lowest`. Returns the
+    /// number of steps, one for each band or group of bands that was compared.
+    std::size_t meet(double lowest, double highest, std::vector<std::int32_t>& positions) const;
 
   private:
     static constexpr std::size_t kFew = 64;

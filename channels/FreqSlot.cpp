@@ -6,7 +6,7 @@ namespace kv::channels {
 
 namespace {
 
-// One for all stores and apartments of the process: a record does not know who keeps it.
+// One for all stores and apartments of the process, because a record does not know which stores hold it.
 std::atomic<std::uint64_t> revision = 0;
 std::atomic<std::uint64_t> keys = 0;
 
@@ -36,7 +36,7 @@ void FreqSlotBase::setNIMComps(std::int16_t count) {
     fields_.components.resize(static_cast<std::size_t>(count));
 }
 
-// The mark of a visible record may be news to a copy of it, which at worst sets it once more; any other change matters.
+// A copy that misses the mark of a visible record only sets it once more. Any other change matters.
 void FreqSlotBase::setBDrawn(bool value) {
     const bool matters = fields_.bDrawn != value && !(value && fields_.bVisible);
     fields_.bDrawn = value;

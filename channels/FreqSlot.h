@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "channels/DrawRecord.h"
 #include "util/Ref.h"
 
 namespace kv::channels {
@@ -18,19 +19,6 @@ struct ImComponent {
     std::wstring label;
 };
 
-/// What drawing needs of a record, read in one go.
-struct DrawRecord {
-    double dFreq = 0.0;    ///< MHz
-    double dFreqLo = 0.0;  ///< MHz
-    double dFreqHi = 0.0;  ///< MHz
-    double dPwrDBM = 0.0;  ///< dBm
-    std::uint32_t lColor = 0;
-    std::uint32_t lColorLine = 0;
-    std::int16_t iFillStyle = 0;
-    bool bVisible = true;
-    bool bDrawn = false;
-};
-
 struct FreqSlotFields;
 
 /// A TX or RX channel or an intermodulation product. The host owns it and may change it at any time; the control
@@ -40,7 +28,7 @@ class FreqSlot {
     virtual void retain() noexcept = 0;
     virtual void release() noexcept = 0;
 
-    virtual double dFreq() = 0;     ///< centre frequency in sFreqUnits
+    virtual double dFreq() = 0;     ///< center frequency in sFreqUnits
     virtual double dFreqAlt() = 0;  ///< a second frequency, compared only
     virtual double dBW() = 0;       ///< bandwidth in sBWUnits
     virtual double dFreqHi() = 0;   ///< upper band edge in sFreqUnits
@@ -59,10 +47,11 @@ class FreqSlot {
     virtual std::int16_t iFillStyle() = 0;
     /// All that drawing needs; one virtual call for our own class, one a member for a foreign one.
     virtual DrawRecord drawRecord() = 0;
-    /// The members themselves, as long as the record lives: for our own class, whose reading runs nobody's code. Each
-    /// change of a watched record moves `recordRevision`. Null for a foreign class: it has to be asked each time.
+    /// The members themselves, valid as long as the record lives: for our own class, because reading it runs no code of
+    /// the host. Each change of a watched record moves `recordRevision`. Null for a foreign class, whose members must
+    /// be read each time.
     virtual FreqSlotFields* watch() noexcept { return nullptr; }
-    /// The same for a look now, without watching.
+    /// The same for reading now, without watching.
     [[nodiscard]] virtual const FreqSlotFields* peek() const noexcept { return nullptr; }
 
     virtual void setDFreq(double value) = 0;
@@ -79,8 +68,8 @@ class FreqSlot {
 
 using FreqSlotRef = util::Ref<FreqSlot>;
 
-/// The members of a FreqSlot of our own class, with their start values. What drawing reads stands together in front, so
-/// that reading half a million of them fetches little else.
+/// The members of a FreqSlot of our own class, with their start values. What drawing reads comes first, so that reading
+/// half a million records fetches little else.
 struct FreqSlotFields {
     double dFreq = 0.0;
     double dFreqLo = 0.0;
@@ -104,8 +93,8 @@ struct FreqSlotFields {
     }
 };
 
-/// Moves with each change of a watched record, in whatever apartment. What was read of watched records after this
-/// answered a number is true as long as it answers the same.
+/// Moves with each change of a watched record, in any apartment. What was read of watched records after this returned
+/// a number is current as long as it returns the same number.
 [[nodiscard]] std::uint64_t recordRevision() noexcept;
 /// The same for keys alone, which change much less often.
 [[nodiscard]] std::uint64_t keyRevision() noexcept;
@@ -140,12 +129,12 @@ class FreqSlotBase : public FreqSlot {
     void setBDrawn(bool value) override;
     void setIFillStyle(std::int16_t value) override { change(fields_.iFillStyle, value); }
 
-    /// Direct access for whoever fills the record; counts as a change, made before the next drawing.
+    /// Direct access for filling the record. Counts as a change, which must be made before the next drawing.
     [[nodiscard]] FreqSlotFields& fields() noexcept {
         keyChanged();
         return fields_;
     }
-    /// The same for whoever leaves the key alone.
+    /// The same for callers that do not change the key.
     [[nodiscard]] FreqSlotFields& fieldsButKey() noexcept {
         changed();
         return fields_;
@@ -160,7 +149,7 @@ class FreqSlotBase : public FreqSlot {
   protected:
     ~FreqSlotBase() = default;
 
-    /// For `watch` of a class whose members run nobody's code.
+    /// For `watch` of a class whose members run no code of the host.
     [[nodiscard]] FreqSlotFields* watchFields() noexcept {
         watched_.store(true, std::memory_order_relaxed);
         return &fields_;
@@ -184,7 +173,7 @@ class FreqSlotBase : public FreqSlot {
     static void moveKeyRevision() noexcept;
 
     FreqSlotFields fields_;
-    std::atomic<bool> watched_ = false;  ///< and never again not: a record that left its store is changed seldom
+    std::atomic<bool> watched_ = false;  ///< never reset, because a record that has left its store is rarely changed
 };
 
 /// Makes the records that the control creates itself (sample and test channels).

@@ -1,11 +1,12 @@
-// Which channels are intermodulation products: hosts hand them over as TX channels with marked labels.
+// Which channels are intermodulation products: hosts pass them as TX channels with marked labels.
 #pragma once
 
 #include <string_view>
 
 namespace kv::channels {
 
-/// A label that holds both "Intermod Product [" and "order product]", in that case; the host writes the order between.
+/// A label that holds both "Intermod Product [" and "order product]", in that case; hosts write the order between the
+/// two.
 [[nodiscard]] bool isIntermodProduct(std::wstring_view sLabel) noexcept;
 
 }  // namespace kv::channels

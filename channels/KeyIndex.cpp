@@ -5,13 +5,16 @@
 namespace kv::channels {
 
 std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
-    return entry.linked ? ranks(entry.kind).rank(entry.number) : entry.number;
+    if (!entry.linked)
+        return entry.number;
+    return static_cast<std::int32_t>(gone_[entry.kind].clearBefore(static_cast<std::size_t>(entry.number)));
 }
 
 bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::int32_t index) {
     fixEmptied();
-    const Entry entry{linked_ ? ranks(kind).next(index) : index, kind, linked_};
-    return entries_.emplace(util::foldCase(key), entry).second;
+    // Without links no removed channel is counted, and the number is the index.
+    const std::int32_t number = index + static_cast<std::int32_t>(gone_[kind].count());
+    return entries_.emplace(util::foldCase(key), Entry{number, kind, linked_}).second;
 }
 
 std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const {
@@ -47,19 +50,18 @@ bool KeyIndex::closeGap(std::wstring_view key, ChannelKind kind, std::int32_t in
         unlink();
         return false;
     }
-    ranks(kind).leave(found->second.number);
+    gone_[kind].set(static_cast<std::size_t>(found->second.number));
     found->second = {index, kind, false};
     return true;
 }
 
 void KeyIndex::emptied(ChannelKind kind) noexcept {
-    emptied_[kind == ChannelKind::TX ? 0 : 1] = true;
+    emptied_[kind] = true;
 }
 
 void KeyIndex::clear(bool listsAreEmpty) noexcept {
     entries_.clear();
-    for (LiveRanks& ranks : ranks_)
-        ranks.clear();
+    gone_ = {};
     emptied_ = {};
     linked_ = listsAreEmpty;
 }
@@ -75,14 +77,14 @@ void KeyIndex::fix(ChannelKind kind) noexcept {
         if (entry.linked && entry.kind == kind)
             entry = {indexOf(entry), kind, false};
     }
-    ranks(kind).clear();
-    emptied_[kind == ChannelKind::TX ? 0 : 1] = false;
+    gone_[kind] = {};
+    emptied_[kind] = false;
 }
 
 void KeyIndex::fixEmptied() noexcept {
-    if (emptied_[0])
+    if (emptied_[ChannelKind::TX])
         fix(ChannelKind::TX);
-    if (emptied_[1])
+    if (emptied_[ChannelKind::RX])
         fix(ChannelKind::RX);
 }
 

@@ -1,7 +1,6 @@
-// Which index each key stands for.
+// The index of each key.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,49 +8,46 @@
 #include <unordered_map>
 
 #include "channels/ChannelKind.h"
-#include "channels/LiveRanks.h"
+#include "channels/RankedBits.h"
 
 namespace kv::channels {
 
-/// Keys count without regard to case. As long as every channel of both lists has a key of its own that stands for it,
-/// closing a gap moves no key: an index is the rank of its channel. Once that is not so any more (`unlink`), indexes
-/// are numbers that only change one by one, until all keys are forgotten.
+/// Keys are case-insensitive. A key is linked when it moves with its channel. As long as every channel of both lists
+/// has a linked key of its own, closing a gap changes no entry, because an index is computed from the number of
+/// channels removed before it. After `unlink`, indexes are plain numbers that are changed one by one, until all keys
+/// are removed.
 class KeyIndex {
   public:
-    /// The channel at `index`, the last of its list, takes `key`; false when the key is taken.
+    /// Adds the key of the channel at `index`, the last of its list; false when the key is taken.
     bool add(std::wstring_view key, ChannelKind kind, std::int32_t index);
     [[nodiscard]] std::optional<std::int32_t> find(std::wstring_view key) const;
-    /// Whether `key` stands for the channel at `index` and moves with it.
+    /// Whether `key` is linked to the channel at `index`.
     [[nodiscard]] bool isLinked(std::wstring_view key, ChannelKind kind, std::int32_t index) const;
-    /// False when the key is not known.
+    /// Removes the key; false when it is not known.
     bool forget(std::wstring_view key);
-    /// The channel at `index`, whose key is `key`, goes from its list; the key stays behind and stands for the index
-    /// still. False when that cannot be done at one stroke: then nothing has happened but `unlink`.
+    /// The channel at `index`, whose key is `key`, is being removed from its list; the key keeps the index. False when
+    /// the keys of the later channels must be changed one by one: then only `unlink` has happened.
     bool closeGap(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    /// A list has been emptied; its keys stand for the indexes that they had.
+    /// A list has been emptied; its keys keep the indexes that they had.
     void emptied(ChannelKind kind) noexcept;
-    /// All keys are forgotten. Keys are linked again if both lists are empty.
+    /// Removes all keys. New keys are linked if both lists are empty.
     void clear(bool listsAreEmpty) noexcept;
     void unlink();
     [[nodiscard]] bool linked() const noexcept { return linked_; }
 
   private:
     struct Entry {
-        std::int32_t number = 0;  ///< by LiveRanks when linked, otherwise the index
+        std::int32_t number = 0;  ///< the position in `gone_` when linked, otherwise the index
         ChannelKind kind = ChannelKind::TX;
         bool linked = false;
     };
-    [[nodiscard]] LiveRanks& ranks(ChannelKind kind) noexcept { return ranks_[kind == ChannelKind::TX ? 0 : 1]; }
-    [[nodiscard]] const LiveRanks& ranks(ChannelKind kind) const noexcept {
-        return ranks_[kind == ChannelKind::TX ? 0 : 1];
-    }
     [[nodiscard]] std::int32_t indexOf(const Entry& entry) const noexcept;
     void fix(ChannelKind kind) noexcept;
     void fixEmptied() noexcept;
 
     std::unordered_map<std::wstring, Entry> entries_;  ///< by the key's folded case
-    std::array<LiveRanks, 2> ranks_;
-    std::array<bool, 2> emptied_{};  ///< lists whose keys are to be fixed before anything else happens
+    PerKind<RankedBits> gone_;                         ///< by number, the linked channels that were removed
+    PerKind<bool> emptied_;                            ///< lists whose keys must be fixed before anything else happens
     bool linked_ = true;
 };
 

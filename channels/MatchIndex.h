@@ -9,7 +9,7 @@
 
 namespace kv::channels {
 
-/// Built at the first search and kept while no record changes; later channels join it with the next search. For
+/// Built at the first search and kept while no record changes; later channels are added by the next search. For
 /// channels of our own class only.
 class MatchIndex {
   public:
@@ -22,7 +22,7 @@ class MatchIndex {
     void append(const ChannelList& list);
 
     std::unordered_multimap<std::size_t, std::int32_t> indexes_;  ///< by hash, the first of equal channels only
-    std::size_t known_ = 0;                                       ///< so many channels are in it
+    std::size_t known_ = 0;                                       ///< the number of channels in it
     std::uint64_t revision_ = 0;
 };
 

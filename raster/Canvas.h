@@ -7,7 +7,7 @@
 
 namespace kv::raster {
 
-/// A colour as Windows writes it, 0x00BBGGRR, never a system colour.
+/// A color as Windows writes it, 0x00BBGGRR, never a system color.
 using Rgb = std::uint32_t;
 
 struct PixelPoint {
@@ -66,7 +66,7 @@ struct Font {
 };
 
 /// Draws in whole pixels, origin at the top left. Everything is clipped to the surface; any coordinate is allowed.
-/// The shapes are GDI's own, pixel for pixel, so that one picture stands for all ways to draw it.
+/// The shapes are GDI's own, pixel for pixel, so that all ways to draw a picture give the same pixels.
 class Canvas {
   public:
     virtual ~Canvas() = default;

@@ -1,11 +1,11 @@
-// Colours as hosts give them: RGB values or names of system colours.
+// Colors as hosts give them: RGB values or names of system colors.
 #pragma once
 
 #include <cstdint>
 
 namespace kv::raster {
 
-/// 0x00BBGGRR, or 0x80000000 plus the number of a system colour.
+/// 0x00BBGGRR, or 0x80000000 plus the number of a system color.
 using OleColor = std::uint32_t;
 
 namespace system_color {
@@ -21,7 +21,7 @@ inline constexpr OleColor kButtonText = 0x80000012;
     return (color & 0xFF000000U) == 0x80000000U;
 }
 
-/// The number of a system colour, as the system counts them.
+/// The number of a system color, as the system counts them.
 [[nodiscard]] constexpr int systemColorIndex(OleColor color) noexcept {
     return static_cast<int>(color & 0xFFU);
 }

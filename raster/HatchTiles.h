@@ -11,7 +11,7 @@ namespace kv::raster {
 /// One hatch, eight by eight pixels: a byte a row from the top, bit 0 the leftmost pixel; set bits are drawn.
 using HatchTile = std::array<std::uint8_t, 8>;
 
-/// The values given here are the system's own; a display driver with others may be asked and its tiles put in.
+/// These are the system's own tiles. The tiles of a display driver that has others can be set instead.
 struct HatchTiles {
     HatchTile horizontal{0, 0, 0, 0xFF, 0, 0, 0, 0};
     HatchTile vertical{0x10, 0x10, 0x10, 0x10, 0x10, 0x10, 0x10, 0x10};

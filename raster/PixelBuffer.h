@@ -20,7 +20,7 @@ struct PixelBuffer {
     [[nodiscard]] std::uint32_t* row(int y) const noexcept { return pixels + static_cast<std::ptrdiff_t>(y) * stride; }
 };
 
-/// The colour as it stands in a pixel, red and blue exchanged.
+/// The color as a pixel value, with red and blue exchanged.
 [[nodiscard]] constexpr std::uint32_t toPixel(Rgb color) noexcept {
     return ((color & 0xFFU) << 16) | (color & 0xFF00U) | ((color >> 16) & 0xFFU);
 }

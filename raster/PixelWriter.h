@@ -1,4 +1,4 @@
-// Stores of one colour in one draw mode into a pixel buffer.
+// Stores of one color in one draw mode into a pixel buffer.
 #pragma once
 
 #include <algorithm>

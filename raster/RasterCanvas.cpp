@@ -48,8 +48,8 @@ PixelRect insideWideOutline(const PixelRect& box, const RoundTip& tip, const Pix
 
 }  // namespace
 
-RasterCanvas::RasterCanvas(TextPainter& letters, PixelBuffer pixels, const HatchTiles& tiles)
-    : letters_(letters), pixels_(pixels.empty() ? PixelBuffer{} : pixels), tiles_(tiles) {}
+RasterCanvas::RasterCanvas(TextPainter& texts, PixelBuffer pixels, const HatchTiles& tiles)
+    : texts_(texts), pixels_(pixels.empty() ? PixelBuffer{} : pixels), tiles_(tiles) {}
 
 void RasterCanvas::attach(PixelBuffer pixels) noexcept {
     pixels_ = pixels.empty() ? PixelBuffer{} : pixels;
@@ -105,12 +105,12 @@ void RasterCanvas::rectangle(PixelRect box, const Pen& pen, const Brush& brush, 
 }
 
 PixelSize RasterCanvas::textSize(std::wstring_view text, const Font& font) {
-    return letters_.textSize(text, font);
+    return texts_.textSize(text, font);
 }
 
 void RasterCanvas::text(PixelPoint at, std::wstring_view text, const Font& font, Rgb color) {
     if (!pixels_.empty()) {
-        letters_.draw(pixels_, at, text, font, color);
+        texts_.draw(pixels_, at, text, font, color);
     }
 }
 

@@ -12,14 +12,15 @@
 namespace kv::raster {
 
 /// Draws what GDI draws into the same pixels, many times faster: calls into GDI cost more than the few pixels that a
-/// channel's box has. The text painter must outlive the canvas, the pixels every drawing into them. A copy writes 0
-/// into a pixel's top byte and the inverting modes leave it alone. No call allocates memory but for a new pen width.
+/// channel's box has. The text painter must outlive the canvas; the pixels must be valid during each call. A copy
+/// writes 0 into a pixel's top byte and the inverting modes leave it alone. No call allocates memory except for a new
+/// pen width.
 ///
 /// GDI draws a one-pixel outline as four lines, each without its end. A box of one pixel's width or height is therefore
-/// drawn there and back: one inverting mode takes back all of it but its two ends, and a box of one pixel is nothing.
+/// drawn twice, there and back: in an inverting mode only its two ends remain, and a box of one pixel draws nothing.
 class RasterCanvas : public Canvas {
   public:
-    explicit RasterCanvas(TextPainter& letters, PixelBuffer pixels = {}, const HatchTiles& tiles = {});
+    explicit RasterCanvas(TextPainter& texts, PixelBuffer pixels = {}, const HatchTiles& tiles = {});
 
     /// Draws into other pixels from now on.
     void attach(PixelBuffer pixels) noexcept;
@@ -36,7 +37,7 @@ class RasterCanvas : public Canvas {
   private:
     void fill(const PixelRect& area, const Brush& brush, DrawMode mode) const;
 
-    TextPainter& letters_;
+    TextPainter& texts_;
     PixelBuffer pixels_;
     HatchTiles tiles_;
     RoundTip tip_;

@@ -14,7 +14,7 @@ inline constexpr int kMaxPenWidth = 32767;
 /// A line of one pixel's width, without the pixel at `to`. Clipping never changes which pixels are chosen.
 void drawThinLine(const PixelWriter& ink, PixelPoint from, PixelPoint to);
 
-/// The round tip of wide pens. Remembers the last width, so that only a change of width costs anything.
+/// The round tip of wide pens. Keeps the last width, so that only a change of width takes time.
 class RoundTip {
   public:
     /// Makes this the tip of a pen of `width` pixels, at least 1.

@@ -10,11 +10,11 @@ namespace {
 constexpr std::uint32_t kOpaque = 256;
 
 std::uint32_t part256(double part) {
-    // Written so that a part that is no number is none.
+    // Written so that a part that is not a number counts as 0.
     return part > 0.0 ? static_cast<std::uint32_t>(std::lround(std::min(part, 1.0) * kOpaque)) : 0;
 }
 
-/// Red and blue are blended in one multiplication: eight free bits stand above each.
+/// Red and blue are blended in one multiplication: each has eight free bits above it.
 std::uint32_t blended(std::uint32_t below, std::uint32_t above, std::uint32_t part) {
     const std::uint32_t rest = kOpaque - part;
     const std::uint32_t outer =
@@ -24,7 +24,7 @@ std::uint32_t blended(std::uint32_t below, std::uint32_t above, std::uint32_t pa
     return outer | green;
 }
 
-/// Pixels from the first one that a measure touches to the one behind the last, inside a surface of `size`.
+/// The first pixel that a measure touches and the one after the last, limited to a surface of `size`.
 int firstPixel(double at, int size) {
     return at > 0.0 ? static_cast<int>(std::min(std::floor(at), static_cast<double>(size))) : 0;
 }
@@ -95,7 +95,7 @@ void SmoothPainter::fill(const SmoothBox& bounds, const Shade& shade, const Dist
         std::uint32_t* const row = buffer_.row(y);
         for (int x = left; x < right; ++x) {
             const double cover = 0.5 - distance(SmoothPoint{x + 0.5, down}) / soft;
-            // Written so that a cover that is no number paints nothing.
+            // Written so that a cover that is not a number paints nothing.
             if (cover > 0.0) {
                 row[x] = blended(row[x], color, part256(std::min(cover, 1.0) * shade.opacity));
             }

@@ -1,12 +1,11 @@
-// Shapes with smooth edges, blended into pixels: what dials and pointers are painted with where GDI's hard edges would
-// show steps.
+// Shapes with smooth edges, blended into pixels: for dials and pointers, where GDI's hard edges would show steps.
 #pragma once
 
 #include "raster/PixelBuffer.h"
 
 namespace kv::raster {
 
-/// A place between pixels: the middle of the top left pixel is (0.5, 0.5).
+/// A point between pixels: the middle of the top left pixel is (0.5, 0.5).
 struct SmoothPoint {
     double x = 0.0;
     double y = 0.0;
@@ -33,8 +32,8 @@ struct SmoothBox {
 
 /// How a shape is filled.
 struct Shade {
-    Rgb top = 0;            ///< colour at the shape's upper edge
-    Rgb bottom = 0;         ///< colour at its lower edge
+    Rgb top = 0;            ///< color at the shape's upper edge
+    Rgb bottom = 0;         ///< color at its lower edge
     double opacity = 1.0;   ///< 0 to 1
     double softness = 1.0;  ///< pixels over which the edge fades; more than one is a shadow's
 
@@ -50,8 +49,8 @@ struct Shade {
     }
 };
 
-/// Everything is clipped to the buffer. A shape without an inside, or with a measure that is no number, paints nothing.
-/// Angles are radians clockwise from twelve o'clock. The same shape paints the same pixels every time.
+/// Everything is clipped to the buffer. A shape without an inside, or with a measure that is not a number, paints
+/// nothing. Angles are radians clockwise from twelve o'clock. The same shape paints the same pixels every time.
 class SmoothPainter {
   public:
     explicit SmoothPainter(const PixelBuffer& buffer) noexcept : buffer_(buffer) {}
@@ -80,7 +79,7 @@ class SmoothPainter {
     PixelBuffer buffer_;
 };
 
-/// The place at `radius` from `center` in the direction of an angle clockwise from twelve o'clock.
+/// The point at `radius` from `center` in the direction of an angle clockwise from twelve o'clock.
 [[nodiscard]] SmoothPoint onCircle(SmoothPoint center, double radius, double angle) noexcept;
 
 }  // namespace kv::raster

@@ -17,7 +17,7 @@ unsigned rowsOf(const HatchTile& tile, int x) {
     return rows;
 }
 
-/// Stores ink where there is some and no mark.
+/// Stores the ink of the pixels that have ink and no mark.
 void storeAround(std::uint32_t* pixels, const std::uint32_t* ink, unsigned marks, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         if (ink[i] != 0 && (marks >> i & 1) == 0)
@@ -110,7 +110,8 @@ void StandingBoxes::row(int y, int left, int right, std::uint32_t pixel) {
     }
 }
 
-// Hatches of one style coincide wherever their boxes stand: what one has painted of its lattice, no other need paint.
+// Hatches of one style coincide, because they are aligned to the surface: what one has painted, no other needs to
+// paint.
 void StandingBoxes::hatch(int left, int right, int top, FillStyle style, std::uint32_t pixel) {
     const HatchTile* const tile = tiles_.of(style);
     if (!tile)

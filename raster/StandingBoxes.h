@@ -11,28 +11,29 @@
 
 namespace kv::raster {
 
-/// Paints what Canvas::rectangle and Canvas::line in CopyPen paint of a pile of shapes, told in the opposite order: of
-/// two shapes the one told first lies on top. All shapes stand on one row, the floor, which may lie below the picture.
+/// Paints what Canvas::rectangle and Canvas::line in CopyPen paint of a sequence of shapes, given in the opposite
+/// order: of two shapes, the one given first lies on top. All shapes stand on one row, the floor, which may lie below
+/// the picture.
 ///
 /// Narrow boxes, solid boxes, edges and lines are runs of a column down to the floor, so that one number a column, the
-/// top of what is painted without a gap, says which part of a run can still be seen. Top edges and hatches stand alone
-/// and are marked pixel by pixel. The runs are stored at the end, row by row, as memory likes it.
+/// top of what is painted without a gap, says which part of a run can still be seen. Top edges and hatches are
+/// no runs and are marked pixel by pixel. The runs are stored at the end, row by row, which is the order of the memory.
 class StandingBoxes {
   public:
     /// More columns or rows than this cannot be painted.
     static constexpr int kMost = 16384;
     /// Windows of up to 2 to this power columns have their cover kept.
     static constexpr int kLevels = 7;
-    /// Covers may be asked for windows that start this many columns outside the picture.
+    /// Covers include windows that start up to this many columns outside the picture.
     static constexpr int kGuard = 160;
 
-    /// Shapes follow for these pixels, which stay where they are until `end`. Covers are kept up to `levels`.
+    /// Starts a sequence of shapes for these pixels, which must not move until `end`. Covers are kept up to `levels`.
     void begin(const PixelBuffer& pixels, const HatchTiles& tiles, int floor, int levels);
     /// From the floor up to `top`, which is left out.
     void line(int x, int top, Rgb color) { run(x, top + 1, toPixel(color)); }
-    /// Outline and filling of one colour, all edges included; `left` <= `right`, `top` <= the floor.
+    /// Outline and filling of one color, all edges included; `left` <= `right`, `top` <= the floor.
     void box(int left, int right, int top, FillStyle style, Rgb color);
-    /// Stores what is still to be stored.
+    /// Stores the runs.
     void end();
 
     /// By window: the rows from the element on, down to the floor, are painted in all its columns. The element at x is
@@ -42,7 +43,7 @@ class StandingBoxes {
     }
 
   private:
-    /// From row `top` of column `x` on, this pixel value stands in the column.
+    /// From one row of column `x` on, the column has this pixel value.
     struct Step {
         std::uint32_t pixel;
         std::int16_t x;

@@ -1,4 +1,4 @@
-// Letters for a canvas that has none of its own.
+// Text for a canvas that cannot draw text itself.
 #pragma once
 
 #include <string_view>
@@ -15,7 +15,7 @@ class TextPainter {
     [[nodiscard]] virtual PixelSize textSize(std::wstring_view text, const Font& font) = 0;
 
     /// Paints one line with its cell's top left corner at `at`, on a transparent background, clipped to the buffer.
-    /// What it paints stands in the pixels when it returns, and nothing that was drawn before is still on its way.
+    /// When it returns, all drawing is in the pixels, including what was drawn before.
     virtual void draw(const PixelBuffer& buffer, PixelPoint at, std::wstring_view text, const Font& font,
                       Rgb color) = 0;
 };

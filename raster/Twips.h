@@ -5,14 +5,14 @@ namespace kv::raster {
 
 inline constexpr double kTwipsPerInch = 1440.0;
 
-/// The nearest whole number, halves up; saturates far beyond any screen, and takes what is no number for 0.
+/// The nearest whole number, halves up. Saturates far beyond any screen. What is not a number gives 0.
 [[nodiscard]] inline int toNearestPixel(double value) noexcept {
     constexpr double kFar = 1 << 24;
     if (!(value > -kFar))
         return value <= -kFar ? -(1 << 24) : 0;
     if (value >= kFar)
         return 1 << 24;
-    // The floor by hand: without SSE4 it is a call, and this runs for each of half a million channels.
+    // Not std::floor, which without SSE4 is a call: this runs for each of half a million channels.
     const double shifted = value + 0.5;
     const int whole = static_cast<int>(shifted);
     return whole - (shifted < whole ? 1 : 0);

@@ -150,8 +150,8 @@ void RoundTip::setWidth(int width) {
     if (width == this->width()) {
         return;
     }
-    // A walk down the left half of the circle from its leftmost pixel, in doubled coordinates from the centre. Each
-    // step judges the pixel diagonally ahead: outside the circle it goes inward, inside it goes down, near it both.
+    // A walk down the left half of the circle from its leftmost pixel, in doubled coordinates from the center. Each
+    // step tests the pixel diagonally ahead: outside the circle it goes inward, inside it goes down, near it both.
     insets_.assign(static_cast<std::size_t>(width), 0);
     const std::int64_t diameter = width - 1;
     std::int64_t u = diameter;

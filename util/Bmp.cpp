@@ -10,7 +10,7 @@ namespace kv::util {
 namespace {
 
 constexpr std::uint32_t kHeaderSize = 14 + 40;
-constexpr double kInchesPerMetre = 1.0 / 0.0254;
+constexpr double kInchesPerMeter = 1.0 / 0.0254;
 
 void append16(std::string& bytes, std::uint32_t value) {
     bytes += static_cast<char>(value & 0xFFU);
@@ -29,7 +29,7 @@ std::string bmpFile(const std::uint32_t* pixels, int width, int height, int stri
         throw RuntimeError(error_number::kInvalidProcedureCall);
     const std::size_t row = (static_cast<std::size_t>(width) * 3 + 3) / 4 * 4;
     const std::size_t image = row * static_cast<std::size_t>(height);
-    const auto perMetre = static_cast<std::uint32_t>(std::lround(dpi * kInchesPerMetre));
+    const auto perMeter = static_cast<std::uint32_t>(std::lround(dpi * kInchesPerMeter));
     std::string bytes;
     bytes.reserve(kHeaderSize + image);
     bytes += "BM";
@@ -43,8 +43,8 @@ std::string bmpFile(const std::uint32_t* pixels, int width, int height, int stri
     append16(bytes, 24);
     append32(bytes, 0);
     append32(bytes, static_cast<std::uint32_t>(image));
-    append32(bytes, perMetre);
-    append32(bytes, perMetre);
+    append32(bytes, perMeter);
+    append32(bytes, perMeter);
     append32(bytes, 0);
     append32(bytes, 0);
     for (int y = height - 1; y >= 0; --y) {

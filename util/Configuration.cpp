@@ -21,12 +21,12 @@ bool isBlank(const std::wstring& text) {
     return getLenTrim(text) < 1;
 }
 
-/// With a drive or on a server: what it names does not depend on the current folder.
+/// With a drive or on a server: such a path does not depend on the current folder.
 bool isAbsolute(const std::wstring& path) {
-    return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
+    return path.starts_with(L"\\\\") || path.find(L":\\") == 1;
 }
 
-/// The folder part of a program's path, with its backslash. Paths with blanks may stand in quotes.
+/// The folder part of a program's path, with its backslash. Paths with blanks may be in quotes.
 std::wstring folderOf(const std::wstring& program) {
     std::wstring_view path = trim(program);
     if (path.starts_with(L'"'))
@@ -55,7 +55,7 @@ std::wstring Configuration::getKorvaneDirectoryAny() noexcept {
     return once(directory_, L"getKorvaneDirectoryAny", [this] { return findDirectory(); });
 }
 
-/// `key`: the last one that was looked at. One that cannot be read does not hide the programs after it.
+/// Sets `key` to the last one that was read. A key that cannot be read does not end the search.
 std::wstring Configuration::directoryFromRegistry(std::wstring& key,
                                                   const std::function<void(const RuntimeError&)>& failed) {
     for (const wchar_t* program : product::kFamilyPrograms) {
@@ -133,7 +133,7 @@ std::wstring Configuration::getTempFolder(UserPrompt& user) noexcept {
         isNew = true;
         return setPathName(getSystemFolder(), L"TEMP");
     });
-    // Kept before the question, while which events may run and ask for the folder again.
+    // The value is stored before the question, because events may run meanwhile and request the folder again.
     if (isNew && !folder.empty())
         getPathExist(folder, true, user);
     return folder;
@@ -164,14 +164,14 @@ std::wstring Configuration::getScratchFolder() noexcept {
 
 std::wstring Configuration::getPrintFolder() noexcept {
     std::wstring work = getWorkFolder();
-    // Without a maker's directory the work folder is a bare name. A folder of that name would be made in the current
-    // folder, which is the host's.
+    // Without a maker's directory the work folder is a bare name. A folder of that name would be created in the
+    // current folder, which is the host's.
     if (isAbsolute(work) && isThere(work, L"getPrintFolder"))
         return work;
     return getScratchFolder();
 }
 
-/// For files that have no maker's directory to be in; empty when the system knows no folder for them.
+/// For files when there is no maker's directory; empty when the system has no folder for them.
 std::wstring Configuration::ownFolder() {
     const std::wstring parent = system_.files.userDataFolder();
     return isBlank(parent) ? std::wstring() : setPathName(parent, product::kOwnFolder);
@@ -206,7 +206,7 @@ void Configuration::writeSetting(const std::wstring& key, const std::wstring& se
     system_.ini.write(key, section, file, value);
 }
 
-/// Makes the folders above as well.
+/// Creates the parent folders as well.
 void Configuration::createPath(const std::wstring& path) {
     const std::size_t end = path.find_last_not_of(L'\\');
     if (end == std::wstring::npos || system_.files.folderExists(path))
@@ -252,7 +252,7 @@ void Configuration::note(const std::wstring& text) noexcept {
     try {
         system_.files.append(setPathName(system_.host.folder, kNotes), logLine(system_.now(), text));
     } catch (...) {
-        // There is nowhere left to tell of it.
+        // There is no other place to report it.
     }
 }
 

@@ -12,14 +12,14 @@
 
 namespace kv::util {
 
-/// Each value is computed at its first use and kept; one that came out blank is computed again at the next.
+/// Each value is computed at its first use and kept. A blank value is computed again at the next use.
 ///
 /// No getter raises an error: a failure leaves the value empty and a note in "KVTecSup.Txt" in the host program's
 /// folder. Without a maker's directory the other paths are relative ones, beginning with the file or folder itself.
 /// Safe to call from any thread.
 class Configuration {
   public:
-    /// `system` has to live longer.
+    /// `system` must live longer.
     explicit Configuration(System& system) : system_(system) {}
     Configuration(const Configuration&) = delete;
     Configuration& operator=(const Configuration&) = delete;
@@ -33,30 +33,30 @@ class Configuration {
     [[nodiscard]] std::wstring getProductINI() noexcept;
     [[nodiscard]] std::wstring getSystemFolder() noexcept;
     [[nodiscard]] std::wstring getWorkFolder() noexcept;
-    /// TEMP in the system folder. The first call asks whether to create it when it does not exist; the path comes back
-    /// whatever the answer.
+    /// TEMP in the system folder. If it does not exist, the first call asks whether to create it; the path is returned
+    /// either way.
     [[nodiscard]] std::wstring getTempFolder(UserPrompt& user) noexcept;
-    /// TEMP in the maker's directory, created without asking, for files that come and go with one call. With no such
-    /// directory, or none that lets it be created, TEMP in the user's temporary folder.
+    /// TEMP in the maker's directory, created without asking, for files that are needed during one call only. Without
+    /// such a directory, or if the folder cannot be created there, TEMP in the user's temporary folder.
     [[nodiscard]] std::wstring getScratchFolder() noexcept;
 
     /// The folder for print files: the work folder, created without asking; the scratch folder when there is no work
     /// folder that exists or can be created. Empty when there is neither.
     [[nodiscard]] std::wstring getPrintFolder() noexcept;
 
-    /// The INI file that keeps the places of windows: the product INI; without a maker's directory "kvBandscope.INI" in
-    /// a folder of the user's own. Empty when there is neither.
+    /// The INI file that stores the positions of windows: the product INI; without a maker's directory
+    /// "kvBandscope.INI" in a folder of the user's own. Empty when there is neither.
     [[nodiscard]] std::wstring getPlacementINI() noexcept;
 
     /// A setting of any INI file; nothing when it is missing or cannot be read, and for an empty path.
     [[nodiscard]] std::optional<std::wstring> readSetting(const std::wstring& key, const std::wstring& section,
                                                           const std::wstring& file) noexcept;
-    /// Throws RuntimeError 75 when it cannot. Of folders only the one of our own that holds the placement INI is made.
+    /// Throws RuntimeError 75 when it cannot. Creates no folder except our own for the placement INI.
     void writeSetting(const std::wstring& key, const std::wstring& section, const std::wstring& file,
                       const std::wstring& value);
 
-    /// Is there such a folder, or is there now? An empty path becomes the work folder. `bCreate`: offer to make it;
-    /// with nobody to ask nothing is made.
+    /// Whether the folder exists when this returns. An empty path becomes the work folder. `bCreate`: offer to create
+    /// the folder; without a user to ask, it is not created.
     bool getPathExist(std::wstring& sPath, bool bCreate, UserPrompt& user) noexcept;
 
   private:
@@ -82,7 +82,7 @@ class Configuration {
     std::wstring ownFolder();
     std::wstring folderSetting(const wchar_t* key, const wchar_t* usual);
     void createPath(const std::wstring& path);
-    /// Makes the folder when it does not exist; false when that fails.
+    /// Creates the folder if it does not exist; false when that fails.
     bool isThere(const std::wstring& folder, const wchar_t* procedure);
     bool offerToCreate(const std::wstring& path, UserPrompt& user);
     void note(const std::wstring& text) noexcept;

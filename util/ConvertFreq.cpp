@@ -54,4 +54,9 @@ double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, dou
     return result;
 }
 
+double toMHz(std::wstring_view sFromUnits, double dValue) {
+    bool unknown = false;
+    return ConvertFreq(sFromUnits, L"MHz", dValue, unknown);
+}
+
 }  // namespace kv::util

@@ -17,14 +17,15 @@ class ErrorReporter {
     virtual void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
                          const RuntimeError& error) noexcept = 0;
 
-    /// The same for a procedure whose caller learns of the failure by its result: the record without a message to the
-    /// user. Reporters that show nothing anyway need not tell the two apart.
+    /// The same for a procedure whose result reports the failure to its caller: the record without a message to the
+    /// user. Reporters without messages need not override it.
     virtual void ErrNote(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
                          const RuntimeError& error) noexcept {
         ErrHand(flag, sProc, sDetail, error);
     }
 
-    /// A line for the tech-support log that is no error: how a procedure went on. Reporters without a log drop it.
+    /// A line for the tech-support log that is not an error: the progress of a procedure. Reporters without a log drop
+    /// it.
     virtual void wrtTechSupNoMak(const std::wstring& /*sMsg*/, bool /*bStamp*/) noexcept {}
 };
 

@@ -62,7 +62,7 @@ void ErrorHandler::ErrHand(std::int16_t flag, const std::wstring& sProc, const s
         if (turn.mine())
             show(record);
     } catch (...) {
-        // An error on the way to tell of one; the first is in the log if that was possible at all.
+        // An error while reporting one. The first is in the log if that was possible.
     }
 }
 

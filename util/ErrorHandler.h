@@ -7,12 +7,11 @@
 
 namespace kv::util {
 
-/// The record comes first, so that it is there whatever becomes of the message. One message at a time stands in the
-/// whole process: events run while it is open, and what fails meanwhile is only recorded. With nobody to read it
-/// nothing is shown.
+/// The record is written first, so that it exists even if the message fails. One message is open at a time in the whole
+/// process: events run while it is open, and errors meanwhile are only recorded. Without a user no message is shown.
 class ErrorHandler final : public ErrorReporter {
   public:
-    /// Both have to live longer.
+    /// Both must live longer.
     ErrorHandler(TechSupportLog& log, UserPrompt& user) : log_(log), user_(user) {}
 
     void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,

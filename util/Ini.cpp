@@ -37,8 +37,8 @@ void IniSource::write(std::wstring_view, std::wstring_view, std::wstring_view, s
 
 void IniSource::demandWritable(std::wstring_view key, std::wstring_view section, std::wstring_view value) {
     constexpr std::wstring_view kLineBreakers(L"\r\n\0\x1A", 4);
-    const auto holds = [](std::wstring_view text, std::wstring_view letters) {
-        return text.find_first_of(letters) != std::wstring_view::npos;
+    const auto holds = [](std::wstring_view text, std::wstring_view characters) {
+        return text.find_first_of(characters) != std::wstring_view::npos;
     };
     const std::wstring_view name = trimBlanks(key);
     if (name.empty() || name != key || name[0] == L';' || name[0] == L'[' || holds(key, L"=") ||

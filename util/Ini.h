@@ -7,7 +7,7 @@
 
 namespace kv::util {
 
-/// Where settings come from. On Windows the system's private-profile calls stand behind it.
+/// The source of settings: on Windows the system's private-profile functions.
 class IniSource {
   public:
     IniSource() = default;
@@ -16,13 +16,13 @@ class IniSource {
     virtual ~IniSource() = default;
 
     /// The value of `key` in `section` of the INI file at path `file`; nothing when the file, the section or the key
-    /// is missing. A key that is there without a value gives an empty text.
+    /// is missing. A key without a value gives an empty text.
     [[nodiscard]] virtual std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
                                                            std::wstring_view file) = 0;
 
-    /// Sets `key` in `section` of the INI file at the full path `file`, which is made when it does not exist. Throws
-    /// RuntimeError 75 when it cannot, also for names and values that would not read back; a source that is only
-    /// there to be read always does.
+    /// Sets `key` in `section` of the INI file at the full path `file`, which is created if it does not exist. Throws
+    /// RuntimeError 75 when that fails, and for names and values that would not be read back as they are. A read-only
+    /// source always throws.
     virtual void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
                        std::wstring_view value);
 

@@ -30,12 +30,12 @@ class Decimal {
     }
 
     [[nodiscard]] bool isZero() const { return digits_.empty(); }
-    /// How many digits stand before the decimal point, leading zeros not counted.
+    /// The number of digits before the decimal point, without leading zeros.
     [[nodiscard]] int wholeDigits() const { return std::max(point_, 0); }
-    /// How many digits stand after the decimal point, trailing zeros not counted.
+    /// The number of digits after the decimal point, without trailing zeros.
     [[nodiscard]] int decimals() const { return std::max(size() - point_, 0); }
 
-    /// The digit that counts for 10^power.
+    /// The digit of 10^power.
     [[nodiscard]] wchar_t digit(int power) const {
         const int index = point_ - 1 - power;
         if (index < 0 || index >= size())
@@ -43,9 +43,9 @@ class Decimal {
         return static_cast<wchar_t>(digits_[static_cast<std::size_t>(index)]);
     }
 
-    /// Rounds to `places` digits after the decimal point, a half upwards.
-    void round(int places) {
-        const int keep = point_ + places;
+    /// Rounds to `decimals` digits after the decimal point, a half upwards.
+    void round(int decimals) {
+        const int keep = point_ + decimals;
         if (keep >= size())
             return;
         const bool up = keep >= 0 && digits_[static_cast<std::size_t>(keep)] >= '5';
@@ -192,11 +192,11 @@ bool isUnsignedNumber(std::wstring_view text) {
     return !text.empty() && digitRun(text) == text.size();
 }
 
-/// Whether an unsigned number that no double can hold is one below 1, hence too small and not too large.
+/// Whether an unsigned number that no double can hold is below 1, which means too small and not too large.
 bool isBelowOne(std::string_view text) {
     const std::size_t e = std::min(text.find_first_of("eE"), text.size());
     const std::string_view mantissa = text.substr(0, e);
-    // 10^position is where the first digit that is not zero counts.
+    // 10^position is the value of the first digit that is not zero.
     const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
     const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
     const std::int64_t position = first < point ? point - 1 - first : point - first;
@@ -235,7 +235,7 @@ std::optional<double> parseNumber(std::wstring_view text) {
         text.remove_prefix(1);
     if (!isUnsignedNumber(text))
         return std::nullopt;
-    std::string narrow;  // Only digits, the point, signs and the exponent's letter have come this far.
+    std::string narrow;  // Only digits, the point, signs and the exponent's character are left.
     std::ranges::transform(text, std::back_inserter(narrow), [](wchar_t c) { return static_cast<char>(c); });
     double value = 0.0;
     const std::errc error = std::from_chars(narrow.data(), narrow.data() + narrow.size(), value).ec;

@@ -11,8 +11,9 @@ namespace kv::util {
 /// Writes `value` by a format such as "0.000", "##0.00000" or "00".
 ///
 /// The format:
-/// - '0' is a digit that is always shown, '#' one that is shown when it is significant. Whole digits for which there
-///   is no placeholder are shown all the same; a '0' makes every placeholder between it and the point a '0'.
+/// - '0' is a digit that is always shown, '#' one that is shown when it is significant. Whole digits without a
+/// placeholder are
+///   shown too; a '0' makes every placeholder between it and the point a '0'.
 /// - The first '.' among the placeholders, or directly before the first one, is the decimal point. It is shown only
 ///   with at least one decimal after it: 5 by "0.##" is "5". "#" and "#.##" give an empty text for 0.
 /// - Text before the first and after the last placeholder is shown as it is. Text between placeholders is shown while
@@ -21,7 +22,7 @@ namespace kv::util {
 ///   as `value`, written out without an exponent.
 ///
 /// Rounding is half away from zero, applied to that shortest decimal text and not to the binary value: 1.005 by "0.00"
-/// is "1.01". A minus sign stands before everything else, and is left out when all digits round to zero.
+/// is "1.01". A minus sign precedes everything else, and is left out when all digits round to zero.
 /// NaN and infinities are "NaN", "Infinity" and "-Infinity", whatever the format.
 [[nodiscard]] std::wstring formatNumber(double value, std::wstring_view format);
 

@@ -1,10 +1,10 @@
-// A flag that is set for the time of a block.
+// A flag that is set during a block.
 #pragma once
 
 namespace kv::util {
 
-/// Sets the flag and puts back the value that it had, also when an error ends the block. A block inside another one so
-/// leaves the flag set.
+/// Sets the flag and restores its value at the end, also when an error ends the block. A nested block therefore leaves
+/// the flag set.
 class Raised {
   public:
     explicit Raised(bool& flag) noexcept : flag_(flag), before_(flag) { flag_ = true; }

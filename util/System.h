@@ -1,4 +1,4 @@
-// What the shared utilities need of the system: the registry, files and folders, the time, and who the host is.
+// What the shared utilities need of the system: the registry, files and folders, the time, and the host program.
 #pragma once
 
 #include <functional>
@@ -35,7 +35,7 @@ class RegistrySource {
     virtual ~RegistrySource() = default;
 
     /// The default value of a key; nothing when the key is missing or has no text as its default value. Throws
-    /// RuntimeError 75 for one that is there and cannot be read.
+    /// RuntimeError 75 for one that exists and cannot be read.
     [[nodiscard]] virtual std::optional<std::wstring> defaultValue(const std::wstring& key) = 0;
 };
 
@@ -47,18 +47,18 @@ class FileStore {
     virtual ~FileStore() = default;
 
     [[nodiscard]] virtual bool folderExists(const std::wstring& path) = 0;
-    /// Makes the last folder of `path`; throws RuntimeError 75 when it cannot.
+    /// Creates the last folder of `path`; throws RuntimeError 75 when that fails.
     virtual void createFolder(const std::wstring& path) = 0;
-    /// The user's folder for temporary files; empty when the system knows none.
+    /// The user's folder for temporary files; empty when the system has none.
     [[nodiscard]] virtual std::wstring userTempFolder() = 0;
-    /// The user's folder for what programs keep on this machine; empty when the system knows none.
+    /// The user's folder for the data of programs on this machine; empty when the system has none.
     [[nodiscard]] virtual std::wstring userDataFolder() = 0;
-    /// Adds text at the end of a file, which is made when it does not exist, and closes it again. Throws RuntimeError
-    /// 75 when it cannot.
+    /// Appends text to a file, which is created if it does not exist, and closes it. Throws RuntimeError 75 when that
+    /// fails.
     virtual void append(const std::wstring& path, const std::wstring& text) = 0;
 };
 
-/// All of it. Refers to the parts, which have to live longer.
+/// All of it. Refers to the parts, which must live longer.
 struct System {
     RegistrySource& registry;
     IniSource& ini;

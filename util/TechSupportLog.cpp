@@ -10,7 +10,7 @@ void TechSupportLog::wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noex
         const std::wstring host = L"  (" + system_.host.name + L" " + system_.host.version + L")";
         system_.files.append(getTechSupPath(), logLine(system_.now(), bStamp ? sMsg + host : sMsg) + L" \r\n");
     } catch (...) {
-        // A log that cannot be written is no trouble of the caller's.
+        // If the log cannot be written, the failure is ignored.
     }
 }
 

@@ -9,10 +9,10 @@
 
 namespace kv::util {
 
-/// A text file in UTF-8 that only grows. Logging never fails: where the file cannot be written nothing is.
+/// A text file in UTF-8 that only grows. Logging never fails: if the file cannot be written, the line is dropped.
 class TechSupportLog {
   public:
-    /// Both have to live longer.
+    /// Both must live longer.
     TechSupportLog(Configuration& configuration, System& system) : configuration_(configuration), system_(system) {}
     TechSupportLog(const TechSupportLog&) = delete;
     TechSupportLog& operator=(const TechSupportLog&) = delete;
@@ -22,10 +22,10 @@ class TechSupportLog {
     void wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept;
 
     /// The file's path, computed at its first use and kept. Without a maker's folder it is the file's name alone, and
-    /// the file stands in the current folder.
+    /// the file is in the current folder.
     [[nodiscard]] std::wstring getTechSupPath() noexcept;
 
-    /// The executable name of the program that the log speaks of.
+    /// The executable name of the program that writes the log.
     [[nodiscard]] const std::wstring& hostName() const noexcept { return system_.host.name; }
 
   private:

@@ -8,51 +8,51 @@ namespace kv::util {
 
 namespace {
 
-/// Capitals first, first + step, ... up to last; the small letter of each lies `distance` above it.
+/// Capitals from `first` to `last`; the small letter of each is `distance` above it. With a distance of 1, capitals and
+/// small letters alternate.
 struct CapitalRange {
     int first;
     int last;
-    int step;
     int distance;
 };
 
 constexpr auto kCapitals = std::to_array<CapitalRange>({
-    {0x0041, 0x005A, 1, 32},    // Basic Latin
-    {0x00C0, 0x00D6, 1, 32},    // Latin-1, around the multiplication sign
-    {0x00D8, 0x00DE, 1, 32},    //
-    {0x0100, 0x012E, 2, 1},     // Latin Extended-A, around the dotted and dotless i
-    {0x0132, 0x0136, 2, 1},     //
-    {0x0139, 0x0147, 2, 1},     //
-    {0x014A, 0x0176, 2, 1},     //
-    {0x0178, 0x0178, 1, -121},  // Y with diaeresis, whose small letter is in Latin-1
-    {0x0179, 0x017D, 2, 1},     //
-    {0x0370, 0x0372, 2, 1},     // Greek
-    {0x0376, 0x0376, 1, 1},     //
-    {0x037F, 0x037F, 1, 116},   // Yot
-    {0x0386, 0x0386, 1, 38},    // Vowels with tonos
-    {0x0388, 0x038A, 1, 37},    //
-    {0x038C, 0x038C, 1, 64},    //
-    {0x038E, 0x038F, 1, 63},    //
-    {0x0391, 0x03A1, 1, 32},    //
-    {0x03A3, 0x03AB, 1, 32},    //
-    {0x03CF, 0x03CF, 1, 8},     // Kai symbol
-    {0x03D8, 0x03EE, 2, 1},     // Archaic and Coptic letters
-    {0x03F7, 0x03F7, 1, 1},     //
-    {0x03F9, 0x03F9, 1, -7},    // Lunate sigma
-    {0x03FA, 0x03FA, 1, 1},     //
-    {0x03FD, 0x03FF, 1, -130},  // Reversed and dotted lunate sigmas
-    {0x0400, 0x040F, 1, 80},    // Cyrillic
-    {0x0410, 0x042F, 1, 32},    //
-    {0x0460, 0x0480, 2, 1},     //
-    {0x048A, 0x04BE, 2, 1},     //
-    {0x04C0, 0x04C0, 1, 15},    // Palochka
-    {0x04C1, 0x04CD, 2, 1},     //
-    {0x04D0, 0x052E, 2, 1},     //
+    {0x0041, 0x005A, 32},    // Basic Latin
+    {0x00C0, 0x00D6, 32},    // Latin-1, around the multiplication sign
+    {0x00D8, 0x00DE, 32},    //
+    {0x0100, 0x012E, 1},     // Latin Extended-A, around the dotted and dotless i
+    {0x0132, 0x0136, 1},     //
+    {0x0139, 0x0147, 1},     //
+    {0x014A, 0x0176, 1},     //
+    {0x0178, 0x0178, -121},  // Y with diaeresis, whose small letter is in Latin-1
+    {0x0179, 0x017D, 1},     //
+    {0x0370, 0x0372, 1},     // Greek
+    {0x0376, 0x0376, 1},     //
+    {0x037F, 0x037F, 116},   // Yot
+    {0x0386, 0x0386, 38},    // Vowels with tonos
+    {0x0388, 0x038A, 37},    //
+    {0x038C, 0x038C, 64},    //
+    {0x038E, 0x038F, 63},    //
+    {0x0391, 0x03A1, 32},    //
+    {0x03A3, 0x03AB, 32},    //
+    {0x03CF, 0x03CF, 8},     // Kai symbol
+    {0x03D8, 0x03EE, 1},     // Archaic and Coptic letters
+    {0x03F7, 0x03F7, 1},     //
+    {0x03F9, 0x03F9, -7},    // Lunate sigma
+    {0x03FA, 0x03FA, 1},     //
+    {0x03FD, 0x03FF, -130},  // Reversed and dotted lunate sigmas
+    {0x0400, 0x040F, 80},    // Cyrillic
+    {0x0410, 0x042F, 32},    //
+    {0x0460, 0x0480, 1},     //
+    {0x048A, 0x04BE, 1},     //
+    {0x04C0, 0x04C0, 15},    // Palochka
+    {0x04C1, 0x04CD, 1},     //
+    {0x04D0, 0x052E, 1},     //
 });
 
-/// A form of a letter that no capital turns into: it folds together with the ordinary letter.
+/// A variant of a letter that is not the small letter of any capital: it folds together with the ordinary letter.
 struct Variant {
-    int letter;
+    int code;
     int folded;
     int capital;
 };
@@ -72,16 +72,16 @@ constexpr auto kVariants = std::to_array<Variant>({
     {0x03F5, 0x03B5, 0x0395},
 });
 
-int codeOf(wchar_t letter) {
-    return static_cast<int>(std::char_traits<wchar_t>::to_int_type(letter));
+int codeOf(wchar_t character) {
+    return static_cast<int>(std::char_traits<wchar_t>::to_int_type(character));
 }
 
 bool contains(const CapitalRange& range, int capital) {
-    return capital >= range.first && capital <= range.last && (capital - range.first) % range.step == 0;
+    return capital >= range.first && capital <= range.last && (range.distance != 1 || (capital - range.first) % 2 == 0);
 }
 
-const Variant* findVariant(int letter) {
-    const auto found = std::ranges::find(kVariants, letter, &Variant::letter);
+const Variant* findVariant(int code) {
+    const auto found = std::ranges::find(kVariants, code, &Variant::code);
     return found == kVariants.end() ? nullptr : &*found;
 }
 
@@ -109,44 +109,44 @@ std::wstring setPathName(std::wstring_view folder, std::wstring_view file) {
     file.remove_prefix(std::min(file.find_first_not_of(L'\\'), file.size()));
     if (folder.empty())
         return std::wstring(file);
-    // With nothing but backslashes the search ends at npos, and npos + 1 is 0: an empty start.
+    // For a folder of backslashes only, the search returns npos, and npos + 1 is 0.
     std::wstring path(folder.substr(0, folder.find_last_not_of(L'\\') + 1));
     path += L'\\';
     path += file;
     return path;
 }
 
-wchar_t foldCase(wchar_t letter) noexcept {
-    const int code = codeOf(letter);
-    // Keys are plain letters and digits as a rule, and a host may add half a million.
-    if (code >= 0 && code < 0x80)
-        return code >= L'A' && code <= L'Z' ? static_cast<wchar_t>(code + 32) : letter;
+wchar_t foldCase(wchar_t character) noexcept {
+    const int code = codeOf(character);
+    // Most keys are ASCII, and a host may add half a million. The micro sign is the first other character that folds.
+    if (code < 0x00B5)
+        return code >= L'A' && code <= L'Z' ? static_cast<wchar_t>(code + 32) : character;
     if (const Variant* variant = findVariant(code))
         return static_cast<wchar_t>(variant->folded);
     for (const CapitalRange& range : kCapitals) {
         if (contains(range, code))
             return static_cast<wchar_t>(code + range.distance);
     }
-    return letter;
+    return character;
 }
 
 std::wstring foldCase(std::wstring_view text) {
-    return changed(text, [](wchar_t letter) { return foldCase(letter); });
+    return changed(text, [](wchar_t character) { return foldCase(character); });
 }
 
-wchar_t upperCase(wchar_t letter) noexcept {
-    const int code = codeOf(letter);
+wchar_t upperCase(wchar_t character) noexcept {
+    const int code = codeOf(character);
     if (const Variant* variant = findVariant(code))
         return static_cast<wchar_t>(variant->capital);
     for (const CapitalRange& range : kCapitals) {
         if (contains(range, code - range.distance))
             return static_cast<wchar_t>(code - range.distance);
     }
-    return letter;
+    return character;
 }
 
 std::wstring upperCase(std::wstring_view text) {
-    return changed(text, [](wchar_t letter) { return upperCase(letter); });
+    return changed(text, [](wchar_t character) { return upperCase(character); });
 }
 
 }  // namespace kv::util

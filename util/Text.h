@@ -20,16 +20,16 @@ namespace kv::util {
 /// An empty file leaves the folder closed by one backslash. Backslashes elsewhere, as in "\\server\share", stay.
 [[nodiscard]] std::wstring setPathName(std::wstring_view folder, std::wstring_view file);
 
-/// Folds one letter so that letters which differ only in case become equal: Unicode's simple case folding for Basic
-/// Latin, Latin-1, Latin Extended-A, Greek and Cyrillic. Any other character comes back as it is.
-[[nodiscard]] wchar_t foldCase(wchar_t letter) noexcept;
+/// Folds one character so that letters which differ only in case become equal: Unicode's simple case folding for Basic
+/// Latin, Latin-1, Latin Extended-A, Greek and Cyrillic. Any other character is returned unchanged.
+[[nodiscard]] wchar_t foldCase(wchar_t character) noexcept;
 
-/// `text` with each letter folded, for comparing keys without regard to case. The length does not change.
+/// `text` with each character folded, for comparing keys without regard to case. The length does not change.
 [[nodiscard]] std::wstring foldCase(std::wstring_view text);
 
 /// The capital of a letter of the same alphabets; any other character, and a letter without a single capital such as
-/// U+00DF, comes back as it is.
-[[nodiscard]] wchar_t upperCase(wchar_t letter) noexcept;
+/// U+00DF, is returned unchanged.
+[[nodiscard]] wchar_t upperCase(wchar_t character) noexcept;
 
 /// `text` with each letter replaced by its capital. The length does not change.
 [[nodiscard]] std::wstring upperCase(std::wstring_view text);

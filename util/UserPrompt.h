@@ -1,4 +1,4 @@
-// The user, as far as the shared utilities talk to one.
+// Messages and questions to the user.
 #pragma once
 
 #include <string>
@@ -12,11 +12,11 @@ class UserPrompt {
     UserPrompt& operator=(const UserPrompt&) = delete;
     virtual ~UserPrompt() = default;
 
-    /// Somebody can see a message box and close it. Without anybody the others are not to be called: they would wait
-    /// for good.
+    /// Whether a user can see and close a message box. Otherwise the other members must not be called, because they
+    /// would wait forever.
     [[nodiscard]] virtual bool present() const noexcept = 0;
     virtual void inform(const std::wstring& text, const std::wstring& title) = 0;
-    /// Tells of a failure.
+    /// Reports a failure.
     virtual void warn(const std::wstring& text, const std::wstring& title) = 0;
     /// True for yes.
     [[nodiscard]] virtual bool confirm(const std::wstring& text, const std::wstring& title) = 0;

@@ -45,6 +45,7 @@ TEST(BmpTest, RowsArePaddedToFourBytesAndSizesHaveFour) {
     for (const auto& [width, row] : {std::pair{1, 4}, {2, 8}, {3, 12}, {4, 12}, {5, 16}})
         EXPECT_EQ(bmpFile(pixels.data(), width, 1, width, 96).size(), 54U + static_cast<std::size_t>(row)) << width;
     const std::string tall = bmpFile(pixels.data(), 1, 300, 1, 192);
+    EXPECT_EQ(tall.capacity(), tall.size()) << "the memory is reserved once";
     EXPECT_EQ(tall.substr(2, 4), bytes({0xE6, 4, 0, 0}));   // 54 + 1200
     EXPECT_EQ(tall.substr(22, 4), bytes({0x2C, 1, 0, 0}));  // 300
     EXPECT_EQ(tall.substr(34, 4), bytes({0xB0, 4, 0, 0}));

@@ -43,26 +43,26 @@ class ChannelIndexTest : public ::testing::Test {
     int lastKey_ = 0;
 };
 
-TEST_F(ChannelIndexTest, BandsThatMeetTheWidenedPlaceAreFoundInIndexOrder) {
+TEST_F(ChannelIndexTest, BandsThatMeetTheWidenedFrequencyAreFoundInIndexOrder) {
     add(channels::ChannelKind::TX, 400.0, 410.0);
     add(channels::ChannelKind::TX, 300.0, 500.0);
     add(channels::ChannelKind::TX, 411.0, 412.0);
     add(channels::ChannelKind::TX, 398.0, 399.0);
     EXPECT_THAT(at(channels::ChannelKind::TX, 405.0, 0.5), ElementsAre(0, 1));
-    // Both ends of the widened place count.
+    // Both ends of the widened range count.
     EXPECT_THAT(at(channels::ChannelKind::TX, 410.5, 0.5), ElementsAre(0, 1, 2));
     EXPECT_THAT(at(channels::ChannelKind::TX, 410.5, 0.25), ElementsAre(1));
     EXPECT_THAT(at(channels::ChannelKind::TX, 600.0, 1.0), IsEmpty());
 }
 
-TEST_F(ChannelIndexTest, KindsAreApart) {
+TEST_F(ChannelIndexTest, KindsAreSeparate) {
     add(channels::ChannelKind::TX, 400.0, 410.0);
     add(channels::ChannelKind::RX, 500.0, 510.0);
     EXPECT_THAT(at(channels::ChannelKind::RX, 405.0, 1.0), IsEmpty());
     EXPECT_THAT(at(channels::ChannelKind::RX, 505.0, 1.0), ElementsAre(0));
 }
 
-TEST_F(ChannelIndexTest, EdgesCountInMegahertzWhateverTheirUnits) {
+TEST_F(ChannelIndexTest, EdgesAreConvertedToMegahertz) {
     add(channels::ChannelKind::RX, 0.4, 0.41, L"GHz");
     add(channels::ChannelKind::RX, 400'000.0, 410'000.0, L"KHz");
     add(channels::ChannelKind::RX, 400.0, 410.0, L"KHz");
@@ -70,7 +70,7 @@ TEST_F(ChannelIndexTest, EdgesCountInMegahertzWhateverTheirUnits) {
     EXPECT_THAT(at(channels::ChannelKind::RX, 405.0, 1.0), ElementsAre(0, 1));
 }
 
-TEST_F(ChannelIndexTest, AnAnswerOfFalseEndsTheSearch) {
+TEST_F(ChannelIndexTest, AResultOfFalseEndsTheSearch) {
     for (int i = 0; i < 4; ++i)
         add(channels::ChannelKind::TX, 400.0, 410.0);
     int calls = 0;
@@ -88,7 +88,7 @@ TEST_F(ChannelIndexTest, HostCodeMayClearTheStoreWhileItIsSearched) {
     EXPECT_THAT(at(channels::ChannelKind::TX, 405.0, 1.0), ElementsAre(0, 1));
 }
 
-/// Records of the control's own class: from some hundred on, the places are looked up instead of searched.
+/// Records of the control's own class: from 256 on, they are found by an index.
 class ChannelIndexPropertyTest : public ::testing::Test {
   protected:
     double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
@@ -128,7 +128,7 @@ class ChannelIndexPropertyTest : public ::testing::Test {
             fill(at(any).fields());
         }
     }
-    /// The first `most` of those that a look at each record finds.
+    /// The first `most` of those that reading each record finds.
     std::vector<std::int32_t> expected(double x, double tolerance, std::size_t most) {
         std::vector<std::int32_t> indices;
         for (std::int32_t i = 0; i < store_.count(channels::ChannelKind::TX) && indices.size() < most; ++i) {
@@ -154,7 +154,7 @@ class ChannelIndexPropertyTest : public ::testing::Test {
     int lastKey_ = 0;
 };
 
-TEST_F(ChannelIndexPropertyTest, LookingUpFindsWhatLookingAtEachRecordFinds) {
+TEST_F(ChannelIndexPropertyTest, TheIndexFindsWhatReadingEachRecordFinds) {
     for (const int count : {250, 300, 5000}) {
         store_.clear(channels::ChannelKind::TX);
         for (int i = 0; i < count; ++i)
@@ -173,7 +173,7 @@ TEST_F(ChannelIndexPropertyTest, LookingUpFindsWhatLookingAtEachRecordFinds) {
     }
 }
 
-TEST_F(ChannelIndexPropertyTest, AnEdgeThatNoMegahertzHoldFailsWhereTheSearchComesToIt) {
+TEST_F(ChannelIndexPropertyTest, AnEdgeTooLargeInMegahertzFailsWhenTheSearchReachesIt) {
     for (int i = 0; i < 300; ++i)
         add();
     at(200).fields().dFreqLo = 1e308;

@@ -1,4 +1,4 @@
-// The flat copy of the records against the records themselves, whatever has happened to them.
+// The snapshot compared with the records themselves after any sequence of changes.
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -10,8 +10,11 @@
 #include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
-namespace kv::control {
+namespace kv::channels {
 namespace {
+
+using control::PlainSlot;
+using control::QuietSlot;
 
 class ChannelSnapshotTest : public ::testing::Test {
   protected:
@@ -19,7 +22,7 @@ class ChannelSnapshotTest : public ::testing::Test {
     std::size_t upTo(std::size_t n) { return random_() % n; }
     double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
 
-    void fill(channels::FreqSlotFields& f) {
+    void fill(FreqSlotFields& f) {
         f.dFreq = oneIn(20) ? -1.0 : between(100.0, 200.0);
         f.dFreqLo = f.dFreq - between(0.0, 2.0);
         f.dFreqHi = f.dFreq + between(0.0, 2.0);
@@ -36,35 +39,35 @@ class ChannelSnapshotTest : public ::testing::Test {
         f.bDrawn = oneIn(2);
     }
 
-    util::Ref<channels::FreqSlotBase> add(channels::ChannelKind kind, channels::FreqSlotBase* made) {
-        const util::Ref<channels::FreqSlotBase> slot(made);
+    util::Ref<FreqSlotBase> add(ChannelKind kind, FreqSlotBase* made) {
+        const util::Ref<FreqSlotBase> slot(made);
         fill(slot->fields());
-        slot->fields().sKey = (kind == channels::ChannelKind::TX ? L"TX" : L"RX") + std::to_wstring(++lastKey_);
+        slot->fields().sKey = (kind == ChannelKind::TX ? L"TX" : L"RX") + std::to_wstring(++lastKey_);
         std::int32_t index = 0;
-        store_.add(kind, channels::FreqSlotRef(made), index);
+        store_.add(kind, FreqSlotRef(made), index);
         return slot;
     }
-    void addQuiet(channels::ChannelKind kind) { add(kind, new QuietSlot); }
+    void addQuiet(ChannelKind kind) { add(kind, new QuietSlot); }
 
-    void remove(channels::ChannelKind kind, std::int32_t index) {
-        const channels::FreqSlotRef channel = store_.at(kind, index);
+    void remove(ChannelKind kind, std::int32_t index) {
+        const FreqSlotRef channel = store_.at(kind, index);
         if (!channel)
             return;
-        // Past the member: reading it is the host's moment.
-        const std::wstring key = std::as_const(static_cast<channels::FreqSlotBase&>(*channel)).fields().sKey;
+        // Not through the member, because reading it runs the host's code.
+        const std::wstring key = std::as_const(static_cast<FreqSlotBase&>(*channel)).fields().sKey;
         try {
             static_cast<void>(store_.closeGap(kind, index));
             store_.forgetKey(key);
         } catch (const util::RuntimeError&) {
-            // Somebody has taken the keys out of order; the store goes on with what there is.
+            // The host's code has changed the keys meanwhile; the store continues with what is left.
         }
     }
 
-    void changeAny(channels::ChannelKind kind) {
+    void changeAny(ChannelKind kind) {
         const auto count = static_cast<std::size_t>(store_.count(kind));
         if (count == 0)
             return;
-        auto& slot = static_cast<channels::FreqSlotBase&>(*store_.at(kind, static_cast<std::int32_t>(upTo(count))));
+        auto& slot = static_cast<FreqSlotBase&>(*store_.at(kind, static_cast<std::int32_t>(upTo(count))));
         switch (upTo(6)) {
             case 0:
                 slot.setDFreq(between(100.0, 300.0));
@@ -89,7 +92,7 @@ class ChannelSnapshotTest : public ::testing::Test {
         }
     }
 
-    void act(channels::ChannelKind kind, bool mayClear) {
+    void act(ChannelKind kind, bool mayClear) {
         const auto count = static_cast<std::size_t>(store_.count(kind));
         switch (upTo(12)) {
             case 0:
@@ -107,12 +110,12 @@ class ChannelSnapshotTest : public ::testing::Test {
                     store_.clear(kind);
                 break;
             case 6:
-                // As a drawing does: it marks what it has drawn.
+                // A drawing marks what it has drawn.
                 if (count != 0 && store_.snapshot(kind).update(store_, kind)) {
-                    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
-                    const std::size_t place = snapshot.placeOf(static_cast<std::int32_t>(upTo(count)));
-                    if (snapshot.records()[place].bVisible)
-                        snapshot.markDrawn(place);
+                    ChannelSnapshot& snapshot = store_.snapshot(kind);
+                    const std::size_t position = snapshot.positionOf(static_cast<std::int32_t>(upTo(count)));
+                    if (snapshot.records()[position].bVisible)
+                        snapshot.markDrawn(position);
                 }
                 break;
             case 7:
@@ -124,21 +127,25 @@ class ChannelSnapshotTest : public ::testing::Test {
         }
     }
 
-    bool anyForeign(channels::ChannelKind kind) const {
-        for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i) {
+    bool anyForeign(ChannelKind kind) const {
+        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i) {
             if (!channel->watch())
                 return true;
         }
         return false;
     }
 
-    void compare(channels::ChannelKind kind) {
-        channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+    void compare(ChannelKind kind) {
+        ChannelSnapshot& snapshot = store_.snapshot(kind);
         const bool current = snapshot.update(store_, kind);
         ASSERT_EQ(current, !anyForeign(kind));
         if (!current)
             return;
-        channels::ChannelSnapshot::PowerMap map;
+        ASSERT_LE(snapshot.size() - static_cast<std::size_t>(store_.count(kind)), 64 + snapshot.size() / 8);
+        const std::uint64_t version = snapshot.version();
+        ASSERT_TRUE(snapshot.update(store_, kind));
+        ASSERT_EQ(snapshot.version(), version) << "derived again without a change";
+        ChannelSnapshot::PowerMap map;
         map.pixels.scale = {0.0, 20.0, 1.0, -150.0};
         map.pixels.size = {100, static_cast<int>(90 + upTo(2))};
         map.floor = -130.0;
@@ -147,17 +154,17 @@ class ChannelSnapshotTest : public ::testing::Test {
         bool oddStyle = false;
         std::int32_t index = 0;
         ASSERT_EQ(rows.size(), snapshot.size());
-        for (std::size_t place = 0; place < snapshot.size(); ++place) {
-            if (!snapshot.isLive(place)) {
-                ASSERT_FALSE(snapshot.records()[place].bVisible);
-                ASSERT_EQ(rows[place], channels::ChannelSnapshot::kNotShown);
+        for (std::size_t position = 0; position < snapshot.size(); ++position) {
+            if (!snapshot.isLive(position)) {
+                ASSERT_FALSE(snapshot.records()[position].bVisible);
+                ASSERT_EQ(rows[position], ChannelSnapshot::kNotShown);
                 continue;
             }
-            ASSERT_EQ(snapshot.indexOf(place), index);
-            ASSERT_EQ(snapshot.placeOf(index), place);
+            ASSERT_EQ(snapshot.indexOf(position), index);
+            ASSERT_EQ(snapshot.positionOf(index), position);
             ASSERT_LT(index, store_.count(kind));
-            const channels::DrawRecord fresh = store_.at(kind, index)->drawRecord();
-            ASSERT_NO_FATAL_FAILURE(compare(snapshot, place, fresh, rows[place], map)) << place;
+            const DrawRecord fresh = store_.at(kind, index)->drawRecord();
+            ASSERT_NO_FATAL_FAILURE(compare(snapshot, position, fresh, rows[position], map)) << position;
             oddStyle = oddStyle || fresh.iFillStyle < 0 || fresh.iFillStyle > 7;
             ++index;
         }
@@ -165,9 +172,9 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_EQ(snapshot.hasOddStyle(), oddStyle);
     }
 
-    static void compare(const channels::ChannelSnapshot& snapshot, std::size_t place, const channels::DrawRecord& fresh,
-                        std::int16_t row, const channels::ChannelSnapshot::PowerMap& map) {
-        const channels::DrawRecord& known = snapshot.records()[place];
+    static void compare(const ChannelSnapshot& snapshot, std::size_t position, const DrawRecord& fresh,
+                        std::int16_t row, const ChannelSnapshot::PowerMap& map) {
+        const DrawRecord& known = snapshot.records()[position];
         const auto same = [](double a, double b) {
             return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
         };
@@ -177,16 +184,16 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_EQ(known.lColorLine, fresh.lColorLine);
         ASSERT_EQ(known.iFillStyle, fresh.iFillStyle);
         ASSERT_EQ(known.bVisible, fresh.bVisible);
-        // A drawn mark may be news to the copy, as long as the record is visible; one that is gone may not.
+        // The copy may lack the drawn mark of a visible record, but it must not keep one that was taken off.
         ASSERT_TRUE(known.bDrawn == fresh.bDrawn || (fresh.bVisible && fresh.bDrawn));
-        const channels::ChannelSnapshot::Block& block = snapshot.blocks()[place / channels::ChannelSnapshot::kBlock];
+        const ChannelSnapshot::Block& block = snapshot.blocks()[position / ChannelSnapshot::kBlock];
         if (!fresh.bVisible) {
-            ASSERT_EQ(row, channels::ChannelSnapshot::kNotShown);
+            ASSERT_EQ(row, ChannelSnapshot::kNotShown);
             return;
         }
         ASSERT_TRUE(known.bDrawn || block.undrawn);
-        if (!channels::ChannelSnapshot::isRegular(fresh)) {
-            ASSERT_EQ(row, channels::ChannelSnapshot::kOdd);
+        if (!isRegular(fresh)) {
+            ASSERT_EQ(row, ChannelSnapshot::kOdd);
             ASSERT_TRUE(block.hasOdd);
             return;
         }
@@ -196,20 +203,20 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_LE(block.lowest, fresh.dFreqLo);
         ASSERT_GE(block.highest, fresh.dFreqHi);
         ASSERT_GE(block.widest, fresh.dFreqHi - fresh.dFreqLo);
-        const channels::ChannelSnapshot::Grid& grid = snapshot.grid();
-        const double low = grid.origin + grid.unit * snapshot.lowOnGrid()[place];
+        const ChannelSnapshot::Grid& grid = snapshot.grid();
+        const double low = grid.origin + grid.unit * snapshot.lowOnGrid()[position];
         ASSERT_NEAR(low, fresh.dFreqLo, grid.unit * 1.01);
         ASSERT_LE(low, fresh.dFreqLo + grid.unit * 0.01);
     }
 
     std::mt19937 random_{19570104};
-    channels::ChannelStore store_;
+    ChannelStore store_;
     int lastKey_ = 0;
 };
 
 TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanAfterAnySequenceOfChanges) {
     for (int round = 0; round < 4000; ++round) {
-        const channels::ChannelKind kind = oneIn(2) ? channels::ChannelKind::TX : channels::ChannelKind::RX;
+        const ChannelKind kind = oneIn(2) ? ChannelKind::TX : ChannelKind::RX;
         for (std::size_t steps = upTo(6); steps > 0; --steps)
             act(kind, true);
         if (store_.count(kind) > 700)
@@ -218,56 +225,73 @@ TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanAfterAnySequenceOfChanges) {
     }
 }
 
-TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanWhenHostsCodeRunsInTheMidstOfARemoval) {
+TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanWhenTheHostsCodeRunsDuringARemoval) {
     for (int round = 0; round < 1500; ++round) {
-        store_.clear(channels::ChannelKind::TX);
+        store_.clear(ChannelKind::TX);
         store_.forgetAllKeys();
         for (std::size_t count = 2 + upTo(6); count > 0; --count)
-            addQuiet(channels::ChannelKind::TX);
+            addQuiet(ChannelKind::TX);
         auto* const foreign = new PlainSlot;
-        add(channels::ChannelKind::TX, foreign);
+        add(ChannelKind::TX, foreign);
         const util::Ref<PlainSlot> held(foreign);
         for (std::size_t count = upTo(4); count > 0; --count)
-            addQuiet(channels::ChannelKind::TX);
+            addQuiet(ChannelKind::TX);
         int left = 2;
         foreign->onRead = [&](std::string_view member) {
             if (member != "sKey" || left-- <= 0)
                 return;
-            act(channels::ChannelKind::TX, true);
-            EXPECT_FALSE(store_.snapshot(channels::ChannelKind::TX).update(store_, channels::ChannelKind::TX));
-            act(channels::ChannelKind::TX, true);
+            act(ChannelKind::TX, true);
+            EXPECT_FALSE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+            act(ChannelKind::TX, true);
         };
         for (std::size_t steps = 1 + upTo(3); steps > 0; --steps) {
-            const auto count = static_cast<std::size_t>(store_.count(channels::ChannelKind::TX));
+            const auto count = static_cast<std::size_t>(store_.count(ChannelKind::TX));
             if (count != 0)
-                remove(channels::ChannelKind::TX, static_cast<std::int32_t>(upTo(count)));
-            ASSERT_NO_FATAL_FAILURE(compare(channels::ChannelKind::TX)) << "round " << round;
+                remove(ChannelKind::TX, static_cast<std::int32_t>(upTo(count)));
+            ASSERT_NO_FATAL_FAILURE(compare(ChannelKind::TX)) << "round " << round;
         }
         foreign->onRead = nullptr;
     }
 }
 
 TEST_F(ChannelSnapshotTest, AForeignRecordLeavesNoCopyUntilItIsGone) {
-    addQuiet(channels::ChannelKind::TX);
-    add(channels::ChannelKind::TX, new PlainSlot);
-    addQuiet(channels::ChannelKind::TX);
-    addQuiet(channels::ChannelKind::RX);
-    EXPECT_FALSE(store_.snapshot(channels::ChannelKind::TX).update(store_, channels::ChannelKind::TX));
-    EXPECT_TRUE(store_.snapshot(channels::ChannelKind::RX).update(store_, channels::ChannelKind::RX));
-    remove(channels::ChannelKind::TX, 1);
-    ASSERT_TRUE(store_.snapshot(channels::ChannelKind::TX).update(store_, channels::ChannelKind::TX));
-    EXPECT_EQ(store_.snapshot(channels::ChannelKind::TX).size(), 2U);
+    addQuiet(ChannelKind::TX);
+    add(ChannelKind::TX, new PlainSlot);
+    addQuiet(ChannelKind::TX);
+    addQuiet(ChannelKind::RX);
+    EXPECT_FALSE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+    EXPECT_TRUE(store_.snapshot(ChannelKind::RX).update(store_, ChannelKind::RX));
+    remove(ChannelKind::TX, 1);
+    ASSERT_TRUE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+    EXPECT_EQ(store_.snapshot(ChannelKind::TX).size(), 2U);
+}
+
+TEST_F(ChannelSnapshotTest, AClearedStoreLeavesNothing) {
+    for (int i = 0; i < 300; ++i)
+        addQuiet(ChannelKind::TX);
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    EXPECT_EQ(snapshot.rows({}).size(), 300U);
+    const std::uint64_t version = snapshot.version();
+    store_.clear(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    EXPECT_NE(snapshot.version(), version);
+    EXPECT_EQ(snapshot.size(), 0U);
+    EXPECT_TRUE(snapshot.blocks().empty());
+    EXPECT_TRUE(snapshot.lowOnGrid().empty());
+    EXPECT_TRUE(snapshot.rows({}).empty());
+    EXPECT_EQ(snapshot.grid().unit, ChannelSnapshot::Grid{}.unit);
 }
 
 TEST_F(ChannelSnapshotTest, ARecordMovesTheRevisionOnceItIsInAStore) {
-    const std::uint64_t before = channels::recordRevision();
+    const std::uint64_t before = recordRevision();
     auto* const fresh = new QuietSlot;
     fresh->setDFreq(5.0);
-    const util::Ref<channels::FreqSlotBase> slot = add(channels::ChannelKind::TX, fresh);
-    EXPECT_EQ(channels::recordRevision(), before);
+    const util::Ref<FreqSlotBase> slot = add(ChannelKind::TX, fresh);
+    EXPECT_EQ(recordRevision(), before);
     slot->setDFreq(6.0);
-    EXPECT_NE(channels::recordRevision(), before);
+    EXPECT_NE(recordRevision(), before);
 }
 
 }  // namespace
-}  // namespace kv::control
+}  // namespace kv::channels

@@ -3,14 +3,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <utility>
+
 #include "tests/unit/FakeSystem.h"
 #include "util/Product.h"
 
 namespace kv::util {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 
 constexpr wchar_t kRegistryINI[] = L"C:\\Host\\KVRegistry.INI";
@@ -18,8 +23,6 @@ constexpr wchar_t kProductINI[] = L"C:\\KV\\KVZEP32.INI";
 
 class ConfigurationTest : public ::testing::Test {
   protected:
-    /// Makes the family's folder C:\KV\.
-    void install() { fake.registry.install(product::kFamilyPrograms[0], L"C:\\KV\\KVZEP32.EXE"); }
     static std::wstring lastKey() { return FakeRegistry::keyOf(product::kFamilyPrograms.back()); }
 
     FakeSystem fake;
@@ -27,10 +30,18 @@ class ConfigurationTest : public ::testing::Test {
     Configuration configuration{fake.system};
 };
 
-TEST_F(ConfigurationTest, DirectoryIsThatOfTheFamilysProgram) {
-    install();
-    EXPECT_EQ(configuration.getKorvaneDirectoryAny(), L"C:\\KV\\");
-    EXPECT_EQ(configuration.getKorvaneDirectory(), L"C:\\KV\\");
+TEST_F(ConfigurationTest, TheDirectoryIsTheFolderOfTheProgram) {
+    using Case = std::pair<const wchar_t*, const wchar_t*>;
+    for (const auto& [program, folder] : {Case{L"C:\\KV\\a.exe", L"C:\\KV\\"}, Case{L"C:\\a.exe", L"C:\\"},
+                                          Case{L" \"C:\\Program Files\\KV\\a.exe\" ", L"C:\\Program Files\\KV\\"}}) {
+        fake.registry.install(product::kFamilyPrograms[0], L"   ");  // blank: not installed
+        fake.registry.install(product::kFamilyPrograms[1], program);
+        Configuration fresh(fake.system);
+        EXPECT_EQ(fresh.getKorvaneDirectoryAny(), folder);
+        EXPECT_EQ(fresh.getKorvaneDirectory(), folder);
+        EXPECT_EQ(fresh.getProductINI(), std::wstring(folder) + L"KVZEP32.INI");
+        EXPECT_EQ(fresh.getDefaultsINI(), std::wstring(folder) + L"KVDEFAULTS.INI");
+    }
     EXPECT_THAT(fake.notes(), IsEmpty());
 }
 
@@ -51,17 +62,7 @@ TEST_F(ConfigurationTest, ProgramsAreLookedUpInTheirOrderAndNoFurtherThanNeeded)
     EXPECT_EQ(fake.ini.reads, 0);
 }
 
-TEST_F(ConfigurationTest, QuotedAndRootedProgramPathsAndBlankOnes) {
-    fake.registry.install(product::kFamilyPrograms[0], L"   ");
-    fake.registry.install(product::kFamilyPrograms[1], L" \"C:\\Program Files\\KV\\a.exe\" ");
-    EXPECT_EQ(configuration.getKorvaneDirectory(), L"C:\\Program Files\\KV\\");
-    fake.registry.install(product::kFamilyPrograms[0], L"C:\\a.exe");
-    Configuration rooted(fake.system);
-    EXPECT_EQ(rooted.getKorvaneDirectory(), L"C:\\");
-    EXPECT_EQ(rooted.getProductINI(), L"C:\\KVZEP32.INI");
-}
-
-TEST_F(ConfigurationTest, ProgramPathWithoutAFolderGivesAnEmptyDirectory) {
+TEST_F(ConfigurationTest, AProgramPathWithoutAFolderGivesAnEmptyDirectory) {
     fake.registry.install(product::kFamilyPrograms[1], L"a.exe");
     EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
     EXPECT_THAT(fake.notes(), ElementsAre(L"Unable to get Korvane Directory from Windows Registry",
@@ -69,19 +70,24 @@ TEST_F(ConfigurationTest, ProgramPathWithoutAFolderGivesAnEmptyDirectory) {
                                           L"Registry Key: " + FakeRegistry::keyOf(product::kFamilyPrograms[1])));
 }
 
-TEST_F(ConfigurationTest, INIFileBesideTheHostStepsInForTheRegistry) {
+TEST_F(ConfigurationTest, WithoutAProgramTheINIFileBesideTheHostNamesTheDirectory) {
+    fake.ini.texts.setFile(kRegistryINI, L"[CONFIG]\r\nKorvaneDirectory=\"   \"\r\n");
+    EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
+    fake.files.texts.clear();
+    // A blank directory is not kept.
     fake.ini.texts.setFile(kRegistryINI, L"[CONFIG]\r\nKorvaneDirectory=E:\\Korvane\r\n");
     EXPECT_EQ(configuration.getKorvaneDirectory(), L"E:\\Korvane");
-    EXPECT_EQ(configuration.getDefaultsINI(), L"E:\\Korvane\\KVDEFAULTS.INI");
     EXPECT_THAT(fake.notes(), ElementsAre(L"No Registry Entry found; try INI file"));
 }
 
-TEST_F(ConfigurationTest, NothingFoundIsNotedInItsOrder) {
+TEST_F(ConfigurationTest, NoDirectoryIsNotedAndLookedForAgain) {
     EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
     EXPECT_THAT(fake.notes(), ElementsAre(L"No Registry Entry found; try INI file",
                                           L"Unable to get Korvane Directory from Windows Registry",
                                           L"Empty return in getKorvaneDirectoryAny", L"Registry Key: " + lastKey()));
     EXPECT_TRUE(fake.files.texts.at(FakeSystem::kNotes).starts_with(L"2026-03-09 17:04:05:  No Registry Entry"));
+    fake.install();
+    EXPECT_EQ(configuration.getKorvaneDirectory(), L"C:\\KV\\");
 }
 
 TEST_F(ConfigurationTest, KeyThatCannotBeReadIsNotedOnlyWhenNothingElseIsFound) {
@@ -104,7 +110,7 @@ TEST_F(ConfigurationTest, BrokenINIReadingIsNotedAndRaisesNothing) {
     EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
     EXPECT_EQ(fake.notes().at(2), L"Error in getKorvaneDirectoryAny 51  Internal error");
     fake.files.texts.clear();
-    install();
+    fake.install();
     EXPECT_EQ(configuration.getSystemFolder(), L"");
     EXPECT_EQ(configuration.getWorkFolder(), L"");
     EXPECT_THAT(fake.notes(), ElementsAre(L"Error in getSystemFolder 51  Internal error",
@@ -121,7 +127,7 @@ TEST_F(ConfigurationTest, NotesThatCannotBeWrittenRaiseNothing) {
 }
 
 TEST_F(ConfigurationTest, ValuesAreKeptOnceFound) {
-    install();
+    fake.install();
     fake.ini.texts.setFile(kProductINI, L"[CONFIG]\r\nWORK PATH=D:\\One\r\nSYSTEM_PATH=D:\\Two\r\n");
     EXPECT_EQ(configuration.getWorkFolder(), L"D:\\One");
     EXPECT_EQ(configuration.getSystemFolder(), L"D:\\Two");
@@ -135,20 +141,7 @@ TEST_F(ConfigurationTest, ValuesAreKeptOnceFound) {
     EXPECT_EQ(fake.registry.asked.size(), asked);
 }
 
-TEST_F(ConfigurationTest, EmptyDirectoryIsLookedForAgain) {
-    EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
-    install();
-    EXPECT_EQ(configuration.getKorvaneDirectory(), L"C:\\KV\\");
-}
-
-TEST_F(ConfigurationTest, BlankDirectoryFromTheINIFileIsLookedForAgain) {
-    fake.ini.texts.setFile(kRegistryINI, L"[CONFIG]\r\nKorvaneDirectory=\"   \"\r\n");
-    EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
-    fake.ini.texts.setFile(kRegistryINI, L"[CONFIG]\r\nKorvaneDirectory=E:\\K\r\n");
-    EXPECT_EQ(configuration.getKorvaneDirectory(), L"E:\\K");
-}
-
-TEST_F(ConfigurationTest, WithoutRegistryEntryAndINIFileEveryPathIsRelative) {
+TEST_F(ConfigurationTest, WithoutADirectoryEveryPathIsRelative) {
     user.here = false;
     EXPECT_EQ(configuration.getDefaultsINI(), L"KVDEFAULTS.INI");
     EXPECT_EQ(configuration.getProductINI(), L"KVZEP32.INI");
@@ -157,30 +150,28 @@ TEST_F(ConfigurationTest, WithoutRegistryEntryAndINIFileEveryPathIsRelative) {
     EXPECT_EQ(configuration.getTempFolder(user), L"SYSTEM\\TEMP");
 }
 
-TEST_F(ConfigurationTest, FoldersStandInTheDirectoryUnlessTheProductINISaysOtherwise) {
-    install();
-    EXPECT_EQ(configuration.getDefaultsINI(), L"C:\\KV\\KVDEFAULTS.INI");
-    EXPECT_EQ(configuration.getProductINI(), kProductINI);
-    EXPECT_EQ(configuration.getSystemFolder(), L"C:\\KV\\SYSTEM");
-    EXPECT_EQ(configuration.getWorkFolder(), L"C:\\KV\\WORK");
-}
-
-TEST_F(ConfigurationTest, WorkPathSettingWinsOverTheDefaultFolder) {
-    install();
-    fake.ini.texts.setFile(kProductINI, L"[CONFIG]\r\nWORK PATH=D:\\Projects\\\r\n");
-    EXPECT_EQ(configuration.getWorkFolder(), L"D:\\Projects\\");
-    EXPECT_EQ(configuration.getSystemFolder(), L"C:\\KV\\SYSTEM");
-}
-
-TEST_F(ConfigurationTest, BlankSettingsCountAsMissing) {
-    install();
-    fake.ini.texts.setFile(kProductINI, L"[CONFIG]\r\nWORK PATH=\r\nSYSTEM_PATH=\"  \"\r\n");
-    EXPECT_EQ(configuration.getWorkFolder(), L"C:\\KV\\WORK");
-    EXPECT_EQ(configuration.getSystemFolder(), L"C:\\KV\\SYSTEM");
+TEST_F(ConfigurationTest, FoldersAreInTheDirectoryUnlessTheProductININamesOthers) {
+    fake.install();
+    struct Case {
+        const wchar_t* settings;
+        const wchar_t* work;
+        const wchar_t* system;
+    };
+    for (const auto& [settings, work, system] : std::to_array<Case>({
+             {L"", L"C:\\KV\\WORK", L"C:\\KV\\SYSTEM"},
+             {L"WORK PATH=D:\\Projects\\", L"D:\\Projects\\", L"C:\\KV\\SYSTEM"},
+             {L"SYSTEM_PATH=D:\\Sys", L"C:\\KV\\WORK", L"D:\\Sys"},
+             {L"WORK PATH=\r\nSYSTEM_PATH=\"  \"", L"C:\\KV\\WORK", L"C:\\KV\\SYSTEM"},
+         })) {
+        fake.ini.texts.setFile(kProductINI, L"[CONFIG]\r\n" + std::wstring(settings) + L"\r\n");
+        Configuration fresh(fake.system);
+        EXPECT_EQ(fresh.getWorkFolder(), work);
+        EXPECT_EQ(fresh.getSystemFolder(), system);
+    }
 }
 
 TEST_F(ConfigurationTest, SystemPathSettingMovesTheTemporaryFolder) {
-    install();
+    fake.install();
     fake.ini.texts.setFile(kProductINI, L"[CONFIG]\r\nSYSTEM_PATH=D:\\Sys\r\n");
     fake.files.folders = {L"D:\\Sys\\TEMP"};
     EXPECT_EQ(configuration.getTempFolder(user), L"D:\\Sys\\TEMP");
@@ -188,7 +179,7 @@ TEST_F(ConfigurationTest, SystemPathSettingMovesTheTemporaryFolder) {
 }
 
 TEST_F(ConfigurationTest, TemporaryFolderIsOfferedOnceAndMadeWithTheFoldersAbove) {
-    install();
+    fake.install();
     fake.files.folders = {L"C:\\KV"};
     EXPECT_EQ(configuration.getTempFolder(user), L"C:\\KV\\SYSTEM\\TEMP");
     ASSERT_THAT(user.messages, SizeIs(1));
@@ -202,46 +193,35 @@ TEST_F(ConfigurationTest, TemporaryFolderIsOfferedOnceAndMadeWithTheFoldersAbove
     EXPECT_THAT(user.messages, SizeIs(1));
 }
 
-TEST_F(ConfigurationTest, TemporaryFolderComesBackWhateverTheAnswer) {
-    install();
+TEST_F(ConfigurationTest, TemporaryFolderComesBackWhateverTheAnswerAndIsAskedForOnce) {
+    fake.install();
     user.answer = false;
-    EXPECT_EQ(configuration.getTempFolder(user), L"C:\\KV\\SYSTEM\\TEMP");
-    EXPECT_THAT(user.messages, SizeIs(1));
-    EXPECT_THAT(fake.files.created, IsEmpty());
-}
-
-TEST_F(ConfigurationTest, AskingForTheTemporaryFolderDuringItsQuestionAsksNoSecondOne) {
-    install();
     std::wstring inside;
     user.meanwhile = [&] { inside = configuration.getTempFolder(user); };
     EXPECT_EQ(configuration.getTempFolder(user), L"C:\\KV\\SYSTEM\\TEMP");
     EXPECT_EQ(inside, L"C:\\KV\\SYSTEM\\TEMP");
     EXPECT_THAT(user.messages, SizeIs(1));
-}
-
-TEST_F(ConfigurationTest, ScratchFolderIsMadeWithoutAsking) {
-    install();
-    EXPECT_EQ(configuration.getScratchFolder(), L"C:\\KV\\TEMP");
-    EXPECT_EQ(configuration.getScratchFolder(), L"C:\\KV\\TEMP");
-    EXPECT_THAT(fake.files.created, ElementsAre(L"C:\\KV\\TEMP"));
-}
-
-TEST_F(ConfigurationTest, ScratchFolderThatExistsIsTakenAsItIs) {
-    install();
-    fake.files.folders = {L"C:\\KV\\TEMP"};
-    EXPECT_EQ(configuration.getScratchFolder(), L"C:\\KV\\TEMP");
     EXPECT_THAT(fake.files.created, IsEmpty());
+}
+
+TEST_F(ConfigurationTest, ScratchFolderIsMadeWithoutAskingUnlessItExists) {
+    fake.install();
+    EXPECT_EQ(configuration.getScratchFolder(), L"C:\\KV\\TEMP");
+    EXPECT_EQ(configuration.getScratchFolder(), L"C:\\KV\\TEMP");
+    Configuration later(fake.system);
+    EXPECT_EQ(later.getScratchFolder(), L"C:\\KV\\TEMP");
+    EXPECT_THAT(fake.files.created, ElementsAre(L"C:\\KV\\TEMP"));
 }
 
 TEST_F(ConfigurationTest, ScratchFolderWithoutADirectoryIsInTheUsersTemporaryFolder) {
     EXPECT_EQ(configuration.getScratchFolder(), L"C:\\Users\\me\\Temp\\TEMP");
-    // Kept, as hosts may have been told of it.
-    install();
+    // Kept, because the caller may have stored the path.
+    fake.install();
     EXPECT_EQ(configuration.getScratchFolder(), L"C:\\Users\\me\\Temp\\TEMP");
 }
 
 TEST_F(ConfigurationTest, ScratchFolderThatCannotBeMadeIsInTheUsersTemporaryFolder) {
-    install();
+    fake.install();
     fake.files.readOnly = true;
     fake.files.folders = {L"C:\\Users\\me\\Temp\\TEMP"};
     EXPECT_EQ(configuration.getScratchFolder(), L"C:\\Users\\me\\Temp\\TEMP");
@@ -252,7 +232,7 @@ constexpr wchar_t kOwnFolder[] = L"C:\\Users\\me\\Data\\kvBandscope";
 constexpr wchar_t kOwnINI[] = L"C:\\Users\\me\\Data\\kvBandscope\\kvBandscope.INI";
 
 TEST_F(ConfigurationTest, PlacesOfWindowsAreKeptInTheProductINI) {
-    install();
+    fake.install();
     EXPECT_EQ(configuration.getPlacementINI(), kProductINI);
     configuration.writeSetting(L"Left", L"CONFIG", kProductINI, L"300");
     EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", kProductINI), L"300");
@@ -262,7 +242,7 @@ TEST_F(ConfigurationTest, PlacesOfWindowsAreKeptInTheProductINI) {
 TEST_F(ConfigurationTest, WithoutADirectoryPlacesAreKeptAmongTheUsersData) {
     EXPECT_EQ(configuration.getPlacementINI(), kOwnINI);
     EXPECT_EQ(configuration.readSetting(L"Left", L"CONFIG", kOwnINI), std::nullopt);
-    // Made when it is first needed.
+    // Created when it is first needed.
     EXPECT_THAT(fake.files.created, IsEmpty());
     configuration.writeSetting(L"Left", L"CONFIG", kOwnINI, L"300");
     configuration.writeSetting(L"Top", L"CONFIG", kOwnINI, L"150");
@@ -298,8 +278,29 @@ TEST_F(ConfigurationTest, SettingThatCannotBeReadIsMissingAndNoted) {
 TEST_F(ConfigurationTest, NoScratchFolderAtAllIsTriedAgain) {
     fake.files.temp.clear();
     EXPECT_EQ(configuration.getScratchFolder(), L"");
-    install();
+    fake.install();
     EXPECT_EQ(configuration.getScratchFolder(), L"C:\\KV\\TEMP");
+}
+
+TEST_F(ConfigurationTest, PrintFolderIsTheWorkFolderWhenItExistsOrCanBeCreated) {
+    fake.install();
+    EXPECT_EQ(configuration.getPrintFolder(), L"C:\\KV\\WORK");
+    EXPECT_THAT(fake.files.created, ElementsAre(L"C:\\KV\\WORK"));
+    EXPECT_EQ(configuration.getPrintFolder(), L"C:\\KV\\WORK");
+    EXPECT_THAT(fake.files.created, ElementsAre(L"C:\\KV\\WORK"));
+}
+
+TEST_F(ConfigurationTest, PrintFolderIsTheScratchFolderWhereTheFamilyIsNotInstalled) {
+    EXPECT_EQ(configuration.getPrintFolder(), configuration.getScratchFolder());
+    EXPECT_NE(configuration.getPrintFolder(), L"");
+    EXPECT_THAT(fake.files.created, Not(Contains(L"WORK")));
+}
+
+TEST_F(ConfigurationTest, PrintFolderIsTheScratchFolderWhenTheWorkFolderCannotBeCreated) {
+    fake.install();
+    fake.files.folders = {L"C:\\KV\\TEMP"};
+    fake.files.readOnly = true;
+    EXPECT_EQ(configuration.getPrintFolder(), L"C:\\KV\\TEMP");
 }
 
 class PathExistTest : public ConfigurationTest {
@@ -347,7 +348,7 @@ TEST_F(PathExistTest, PathThatCannotBeMadeIsNoted) {
 }
 
 TEST_F(PathExistTest, EmptyPathBecomesTheWorkFolderAndTheUserIsTold) {
-    install();
+    fake.install();
     path = L"  ";
     fake.files.folders = {L"C:\\KV\\WORK"};
     EXPECT_TRUE(test(false));

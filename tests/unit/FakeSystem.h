@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "headless/IniText.h"
+#include "util/Product.h"
 #include "util/RuntimeError.h"
 #include "util/System.h"
 #include "util/UserPrompt.h"
@@ -132,6 +133,8 @@ struct FakeSystem {
     System system{
         registry, ini, files, {L"C:\\Host\\", L"Host.exe", L"1.0.2"}, [] { return DateTime{2026, 3, 9, 17, 4, 5}; }};
 
+    /// Installs the family in its folder C:\KV\.
+    void install() { registry.install(product::kFamilyPrograms[0], L"C:\\KV\\KVZEP32.EXE"); }
     /// The lines of a text file without their times; lines that have none come as they are.
     [[nodiscard]] std::vector<std::wstring> lines(const std::wstring& path) const {
         std::vector<std::wstring> result;

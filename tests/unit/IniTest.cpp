@@ -12,7 +12,7 @@
 namespace kv::util {
 namespace {
 
-/// Remembers what it was asked and answers as told.
+/// Stores what was requested and returns what the test sets.
 class FakeSource : public IniSource {
   public:
     std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
@@ -32,25 +32,14 @@ TEST(GetIniTest, AsksTheSourceAndReturnsItsValue) {
     EXPECT_EQ(source.asked, (std::vector<std::wstring>{L"WORK PATH", L"CONFIG", L"C:\\KV\\KVZEP32.INI"}));
 }
 
-TEST(GetIniTest, DefaultComesBackWhenTheKeyIsMissing) {
+TEST(GetIniTest, TheDefaultStandsForAMissingKeySectionOrFile) {
     headless::TextIniSource source;
-    source.setFile(L"a.ini", L"[CONFIG]\r\nOTHER=1\r\n");
-    EXPECT_EQ(getINI(source, L"WORK PATH", L"CONFIG", L"a.ini", L"default"), L"default");
-    EXPECT_EQ(getINI(source, L"OTHER", L"SETTINGS", L"a.ini", L"default"), L"default");
-}
-
-TEST(GetIniTest, DefaultComesBackWhenTheFileIsMissing) {
-    headless::TextIniSource source;
-    source.setFile(L"a.ini", L"[CONFIG]\r\nKEY=1\r\n");
-    EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"b.ini", L"default"), L"default");
+    source.setFile(L"a.ini", L"[CONFIG]\r\nKEY=1\r\nEMPTY=\r\n");
+    EXPECT_EQ(getINI(source, L"OTHER", L"CONFIG", L"a.ini", L"default"), L"default");
+    EXPECT_EQ(getINI(source, L"KEY", L"SETTINGS", L"a.ini", L"default"), L"default");
     EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"b.ini", L""), L"");
     EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"A.INI", L"default"), L"1");
-}
-
-TEST(GetIniTest, EmptyValueIsNotMissing) {
-    headless::TextIniSource source;
-    source.setFile(L"a.ini", L"[CONFIG]\r\nKEY=\r\n");
-    EXPECT_EQ(getINI(source, L"KEY", L"CONFIG", L"a.ini", L"default"), L"");
+    EXPECT_EQ(getINI(source, L"EMPTY", L"CONFIG", L"a.ini", L"default"), L"") << "an empty value is not missing";
 }
 
 TEST(TextIniSourceTest, FilesAreApartAndReplaceable) {
@@ -107,84 +96,75 @@ TEST(IniSourceTest, SourceThatIsOnlyReadRefusesEveryWriting) {
     EXPECT_EQ(errorOfWriting(source, L"K", L"S", L"1"), error_number::kPathFileAccess);
 }
 
-TEST(IniTextTest, SectionsAndKeysWithoutRegardToCase) {
-    const headless::IniText ini(L"[Config]\r\nSystem_Path=C:\\Sys\r\n");
-    EXPECT_EQ(ini.find(L"SYSTEM_PATH", L"CONFIG"), L"C:\\Sys");
-    EXPECT_EQ(ini.find(L"system_path", L"config"), L"C:\\Sys");
-    const headless::IniText foreign(L"[Größe]\r\nÜber=ja\r\n");
-    EXPECT_EQ(foreign.find(L"über", L"GRÖßE"), L"ja");
+struct Setting {
+    const wchar_t* section;
+    const wchar_t* key;
+    std::optional<std::wstring> value;
+};
+
+void expectSettings(const wchar_t* text, const std::vector<Setting>& settings) {
+    const headless::IniText ini(text);
+    for (const auto& [section, key, value] : settings)
+        EXPECT_EQ(ini.find(key, section), value)
+            << testing::PrintToString(key) << " in " << testing::PrintToString(text);
 }
 
-TEST(IniTextTest, SameKeyInDifferentSections) {
-    const headless::IniText ini(L"[A]\nkey=1\n[B]\nkey=2\n");
-    EXPECT_EQ(ini.find(L"key", L"A"), L"1");
-    EXPECT_EQ(ini.find(L"key", L"B"), L"2");
-    EXPECT_EQ(ini.find(L"key", L"C"), std::nullopt);
+TEST(IniTextTest, SectionsAndKeysDoNotDependOnCase) {
+    expectSettings(L"[Config]\r\nSystem_Path=C:\\Sys\r\n", {{L"CONFIG", L"SYSTEM_PATH", L"C:\\Sys"}});
+    expectSettings(L"[CONFIG]\r\nSYSTEM_PATH=C:\\Sys\r\n", {{L"config", L"system_path", L"C:\\Sys"}});
+    expectSettings(L"[Größe]\r\nÜber=ja\r\n", {{L"GRÖßE", L"über", L"ja"}});
 }
 
-TEST(IniTextTest, FirstOfEqualKeysCounts) {
-    const headless::IniText ini(L"[A]\nkey=1\nKEY=2\n[B]\nx=1\n[a]\nkey=3\nmore=4\n");
-    EXPECT_EQ(ini.find(L"key", L"A"), L"1");
-    EXPECT_EQ(ini.find(L"more", L"A"), L"4");
+TEST(IniTextTest, TheFirstOfEqualKeysOfASectionCounts) {
+    expectSettings(L"[A]\nkey=1\nKEY=2\n[B]\nkey=5\n[a]\nkey=3\nmore=4\n",
+                   {{L"A", L"key", L"1"}, {L"A", L"more", L"4"}, {L"B", L"key", L"5"}, {L"C", L"key", {}}});
 }
 
 TEST(IniTextTest, BlanksAreTrimmed) {
-    const headless::IniText ini(L"  [ CONFIG ]  \r\n\t WORK PATH \t=  C:\\My Work \t\r\n");
-    EXPECT_EQ(ini.find(L"WORK PATH", L"CONFIG"), L"C:\\My Work");
-    EXPECT_EQ(ini.find(L" WORK PATH ", L" CONFIG "), L"C:\\My Work");
+    expectSettings(L"  [ CONFIG ]  \r\n\t WORK PATH \t=  C:\\My Work \t\r\n",
+                   {{L"CONFIG", L"WORK PATH", L"C:\\My Work"}, {L" CONFIG ", L" WORK PATH ", L"C:\\My Work"}});
 }
 
 TEST(IniTextTest, ValuesLoseOnePairOfQuotes) {
-    const headless::IniText ini(
-        L"[S]\n"
-        L"double=\"  a b \"\nsingle= ' c ' "
-        L"\ntwice=\"\"d\"\"\nmixed=\"e'\nopen=\"f\nlone=\"\nempty=\"\"\ninner=a\"b\"\n");
-    EXPECT_EQ(ini.find(L"double", L"S"), L"  a b ");
-    EXPECT_EQ(ini.find(L"single", L"S"), L" c ");
-    EXPECT_EQ(ini.find(L"twice", L"S"), L"\"d\"");
-    EXPECT_EQ(ini.find(L"mixed", L"S"), L"\"e'");
-    EXPECT_EQ(ini.find(L"open", L"S"), L"\"f");
-    EXPECT_EQ(ini.find(L"lone", L"S"), L"\"");
-    EXPECT_EQ(ini.find(L"empty", L"S"), L"");
-    EXPECT_EQ(ini.find(L"inner", L"S"), L"a\"b\"");
+    expectSettings(L"[S]\n1=\"  a b \"\n2= ' c ' \n3=\"\"d\"\"\n4=\"e'\n5=\"f\n6=\"\n7=\"\"\n8=a\"b\"\n",
+                   {{L"S", L"1", L"  a b "},
+                    {L"S", L"2", L" c "},
+                    {L"S", L"3", L"\"d\""},
+                    {L"S", L"4", L"\"e'"},
+                    {L"S", L"5", L"\"f"},
+                    {L"S", L"6", L"\""},
+                    {L"S", L"7", L""},
+                    {L"S", L"8", L"a\"b\""}});
 }
 
 TEST(IniTextTest, CommentsAreWholeLines) {
-    const headless::IniText ini(L";[A]\n[S]\n; key=1\n  ;key=2\nkey=3 ; not a comment\n");
-    EXPECT_EQ(ini.find(L"key", L"S"), L"3 ; not a comment");
-    EXPECT_EQ(ini.find(L"; key", L"S"), std::nullopt);
-    EXPECT_EQ(ini.find(L";key", L"S"), std::nullopt);
+    expectSettings(L";[A]\n[S]\n; key=1\n  ;key=2\nkey=3 ; not a comment\n",
+                   {{L"S", L"key", L"3 ; not a comment"}, {L"S", L"; key", {}}, {L"S", L";key", {}}});
 }
 
-TEST(IniTextTest, ValueMayHoldEqualsSignsAndBrackets) {
-    const headless::IniText ini(L"[S]\na=b=c\nd=[e]\n");
-    EXPECT_EQ(ini.find(L"a", L"S"), L"b=c");
-    EXPECT_EQ(ini.find(L"d", L"S"), L"[e]");
+TEST(IniTextTest, AValueMayHoldEqualsSignsAndBrackets) {
+    expectSettings(L"[S]\na=b=c\nd=[e]\n", {{L"S", L"a", L"b=c"}, {L"S", L"d", L"[e]"}});
 }
 
-TEST(IniTextTest, LinesThatAreNoSettingsArePassedOver) {
-    const headless::IniText ini(L"before=1\n[S]\nword\n=nothing\n[open\nkey=2\n\n\n[T] rest\nkey=3");
-    EXPECT_EQ(ini.find(L"before", L"S"), std::nullopt);
-    EXPECT_EQ(ini.find(L"before", L""), std::nullopt);
-    EXPECT_EQ(ini.find(L"word", L"S"), std::nullopt);
-    EXPECT_EQ(ini.find(L"", L"S"), std::nullopt);
-    EXPECT_EQ(ini.find(L"key", L"S"), L"2");
-    EXPECT_EQ(ini.find(L"key", L"T"), L"3");
+TEST(IniTextTest, LinesThatAreNoSettingsAreSkipped) {
+    expectSettings(L"before=1\n[S]\nword\n=nothing\n[open\nkey=2\n\n\n[T] rest\nkey=3", {{L"S", L"before", {}},
+                                                                                         {L"", L"before", {}},
+                                                                                         {L"S", L"word", {}},
+                                                                                         {L"S", L"", {}},
+                                                                                         {L"S", L"key", L"2"},
+                                                                                         {L"T", L"key", L"3"}});
 }
 
 TEST(IniTextTest, AnyLineEndsAndAByteOrderMark) {
-    for (const std::wstring_view text :
-         {L"[S]\r\na=1\r\nb=2", L"[S]\na=1\nb=2\n", L"[S]\ra=1\rb=2\r", L"\uFEFF[S]\r\n\r\na=1\r\n\r\nb=2\r\n\r\n"}) {
-        const headless::IniText ini(text);
-        EXPECT_EQ(ini.find(L"a", L"S"), L"1");
-        EXPECT_EQ(ini.find(L"b", L"S"), L"2");
-    }
+    for (const wchar_t* text :
+         {L"[S]\r\na=1\r\nb=2", L"[S]\na=1\nb=2\n", L"[S]\ra=1\rb=2\r", L"\uFEFF[S]\r\n\r\na=1\r\n\r\nb=2\r\n\r\n"})
+        expectSettings(text, {{L"S", L"a", L"1"}, {L"S", L"b", L"2"}});
 }
 
-TEST(IniTextTest, NothingInAnEmptyText) {
+TEST(IniTextTest, AnEmptyTextHasNoSettings) {
     EXPECT_EQ(headless::IniText().find(L"a", L"S"), std::nullopt);
-    EXPECT_EQ(headless::IniText(L"").find(L"a", L"S"), std::nullopt);
-    EXPECT_EQ(headless::IniText(L"\r\n").find(L"", L""), std::nullopt);
+    expectSettings(L"", {{L"S", L"a", {}}});
+    expectSettings(L"\r\n", {{L"", L"", {}}});
 }
 
 }  // namespace

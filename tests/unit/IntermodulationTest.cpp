@@ -3,24 +3,17 @@
 
 #include <gtest/gtest.h>
 
-namespace kv::control {
+namespace kv::channels {
 namespace {
 
-TEST(Intermodulation, ALabelWithBothMarkersIsAProduct) {
-    EXPECT_TRUE(channels::isIntermodProduct(L"Intermod Product [third order product] 2A-B"));
-    EXPECT_TRUE(channels::isIntermodProduct(L"site 7: Intermod Product [5th order product]"));
-}
-
-TEST(Intermodulation, ALabelWithOnlyOneMarkerIsNone) {
-    EXPECT_FALSE(channels::isIntermodProduct(L"Intermod Product [third"));
-    EXPECT_FALSE(channels::isIntermodProduct(L"third order product]"));
-    EXPECT_FALSE(channels::isIntermodProduct(L""));
-}
-
-TEST(Intermodulation, MarkersCountInTheirOwnCaseOnly) {
-    EXPECT_FALSE(channels::isIntermodProduct(L"INTERMOD PRODUCT [third ORDER PRODUCT]"));
-    EXPECT_FALSE(channels::isIntermodProduct(L"Intermod product [third order product]"));
+TEST(Intermodulation, ALabelWithBothMarkersInTheirCaseIsAProduct) {
+    for (const wchar_t* label :
+         {L"Intermod Product [third order product] 2A-B", L"site 7: Intermod Product [5th order product]"})
+        EXPECT_TRUE(isIntermodProduct(label));
+    for (const wchar_t* label : {L"", L"Intermod Product [third", L"third order product]",
+                                 L"INTERMOD PRODUCT [third ORDER PRODUCT]", L"Intermod product [third order product]"})
+        EXPECT_FALSE(isIntermodProduct(label)) << testing::PrintToString(label);
 }
 
 }  // namespace
-}  // namespace kv::control
+}  // namespace kv::channels

@@ -20,7 +20,7 @@ constexpr Rgb kGreen = 0x00FF00;
 constexpr Rgb kPaper = 0x404040;
 constexpr std::uint32_t kGuard = 0xDEADBEEF;
 
-class NoLetters : public TextPainter {
+class RecordingTexts : public TextPainter {
   public:
     PixelSize textSize(std::wstring_view text, const Font& font) override {
         return {static_cast<int>(text.size()), static_cast<int>(font.points)};
@@ -39,7 +39,7 @@ class Sheet {
         : stride_(width + 3),
           memory_(static_cast<std::size_t>(stride_ * (height + 2)), kGuard),
           buffer_{memory_.data() + stride_ + 1, width, height, stride_},
-          canvas(letters, buffer_) {
+          canvas(texts, buffer_) {
         canvas.clear(kPaper);
     }
 
@@ -83,7 +83,7 @@ class Sheet {
     PixelBuffer buffer_;
 
   public:
-    NoLetters letters;
+    RecordingTexts texts;
     RasterCanvas canvas;
 };
 
@@ -109,7 +109,7 @@ TEST(RasterCanvas, ClearsTheSurfaceAndNothingElse) {
     EXPECT_EQ(sheet.canvas.size(), (PixelSize{5, 4}));
 }
 
-TEST(RasterCanvas, IgnoresTheTopByteOfColours) {
+TEST(RasterCanvas, IgnoresTheTopByteOfColors) {
     Sheet sheet(3, 1);
     sheet.canvas.line({0, 0}, {3, 0}, {0xFF0000FFU, 1}, DrawMode::CopyPen);
     EXPECT_EQ(sheet.at(0, 0), 0x00FF0000U);
@@ -133,8 +133,8 @@ TEST(RasterCanvas, SlantedLinesGiveTiesToTheUpperOrLeftPixel) {
     EXPECT_THAT(lineArt({0, 0}, {3, 3}, 1, {4, 4}), ElementsAre("P...", ".P..", "..P.", "...."));
 }
 
-// The picture through a small window is the same piece of the picture through a large one.
-TEST(RasterCanvas, ClippingChoosesNoOtherPixels) {
+// A small surface shows the same pixels as that part of a large one.
+TEST(RasterCanvas, ClippingDoesNotChangeThePixels) {
     std::mt19937 dice(5);
     const auto coordinate = [&dice] { return static_cast<int>(dice() % 120U) - 10; };
     for (int i = 0; i < 4000; ++i) {
@@ -155,7 +155,7 @@ TEST(RasterCanvas, ClippingChoosesNoOtherPixels) {
     }
 }
 
-TEST(RasterCanvas, LinesFromTheEndsOfTheWorldPassWhereTheyShould) {
+TEST(RasterCanvas, LinesBetweenTheLimitsOfIntPassThroughTheirPixels) {
     EXPECT_THAT(lineArt({INT_MIN, INT_MIN}, {INT_MAX, INT_MAX}, 1, {3, 3}), ElementsAre("P..", ".P.", "..P"));
     EXPECT_THAT(lineArt({INT_MIN, 1}, {INT_MAX, 1}, 1, {3, 3}), ElementsAre("...", "PPP", "..."));
     EXPECT_THAT(lineArt({1, INT_MAX}, {1, INT_MIN}, 1, {3, 3}), ElementsAre(".P.", ".P.", ".P."));
@@ -205,7 +205,7 @@ TEST(RasterCanvas, BoxesAreFilledInEightStyles) {
     EXPECT_EQ(art(INT_MAX), art(1));
 }
 
-TEST(RasterCanvas, HatchesHangOnTheSurfaceAndNotOnTheBox) {
+TEST(RasterCanvas, HatchesAreAlignedToTheSurfaceAndNotToTheBox) {
     for (int style = 2; style <= 7; ++style) {
         const Brush brush{static_cast<FillStyle>(style), kGreen};
         Sheet whole(40, 30);
@@ -225,11 +225,11 @@ TEST(RasterCanvas, HatchesHangOnTheSurfaceAndNotOnTheBox) {
 }
 
 TEST(RasterCanvas, TilesMayBeReplaced) {
-    NoLetters letters;
+    RecordingTexts texts;
     std::vector<std::uint32_t> pixels(24);
     HatchTiles tiles;
     tiles.cross = {0x03, 0xFF, 0x00, 0x80, 0, 0, 0, 0};
-    RasterCanvas canvas(letters, {pixels.data(), 8, 3, 8}, tiles);
+    RasterCanvas canvas(texts, {pixels.data(), 8, 3, 8}, tiles);
     canvas.rectangle({-1, -1, 9, 4}, {}, {FillStyle::Cross, 0xFFFFFF}, DrawMode::CopyPen);
     const std::uint32_t o = 0xFFFFFF;
     EXPECT_THAT(pixels, ElementsAre(o, o, 0, 0, 0, 0, 0, 0, o, o, o, o, o, o, o, o, 0, 0, 0, 0, 0, 0, 0, 0));
@@ -252,7 +252,7 @@ TEST(RasterCanvas, SmallBoxes) {
 }
 
 // A flat box is a line there and back, each without its end.
-TEST(RasterCanvas, FlatBoxesTakeThemselvesBackWhenInverting) {
+TEST(RasterCanvas, OfAFlatBoxOnlyTheEndsRemainWhenInverting) {
     EXPECT_THAT(boxArt({1, 1, 2, 5}, FillStyle::Solid, DrawMode::Invert),
                 ElementsAre("........", ".~......", "........", "........", ".~......", "........"));
     EXPECT_THAT(boxArt({1, 1, 7, 2}, FillStyle::Solid, DrawMode::Invert),
@@ -303,7 +303,7 @@ TEST(RasterCanvas, DrawingTwiceRestoresInBothInvertingModes) {
     }
 }
 
-// Any loop over what cannot be seen would keep this test running for hours.
+// A loop over invisible pixels would make this test run for hours.
 TEST(RasterCanvas, TakesAnyCoordinates) {
     constexpr int kEnds[] = {INT_MIN, INT_MIN + 1, -70000, -1, 0, 4, 5, 70000, INT_MAX - 1, INT_MAX};
     constexpr int kWidths[] = {INT_MIN, 1, 2, 5, 300};
@@ -338,18 +338,18 @@ TEST(RasterCanvas, LeavesTextToItsPainter) {
     Sheet sheet(5, 4);
     EXPECT_EQ(sheet.canvas.textSize(L"abc", {L"Tahoma", 8.0, false}), (PixelSize{3, 8}));
     sheet.canvas.text({-3, 2}, L"abc", {}, 77);
-    EXPECT_THAT(sheet.letters.calls, ElementsAre("5 -3,2 abc 77"));
+    EXPECT_THAT(sheet.texts.calls, ElementsAre("5 -3,2 abc 77"));
 }
 
 TEST(RasterCanvas, DrawsNowhereWithoutPixels) {
-    NoLetters letters;
-    RasterCanvas canvas(letters, {nullptr, 10, 10, 10});
+    RecordingTexts texts;
+    RasterCanvas canvas(texts, {nullptr, 10, 10, 10});
     canvas.clear(kRed);
     canvas.line({0, 0}, {9, 5}, {kRed, 1}, DrawMode::CopyPen);
     canvas.rectangle({0, 0, 9, 5}, {kRed, 3}, {FillStyle::Solid, kRed}, DrawMode::Invert);
     canvas.text({0, 0}, L"abc", {}, 0);
     EXPECT_EQ(canvas.size(), PixelSize{});
-    EXPECT_TRUE(letters.calls.empty());
+    EXPECT_TRUE(texts.calls.empty());
 
     std::vector<std::uint32_t> pixels(6);
     canvas.attach({pixels.data(), 3, 2, 3});

@@ -1,4 +1,4 @@
-// A record of our own class: its components, and when a change of it counts.
+// A record of our own class: its components, and which changes of it count.
 #include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
@@ -61,7 +61,7 @@ TEST_F(RecordMembersTest, ChangesCountOnceTheRecordIsWatched) {
     EXPECT_NE(channels::keyRevision(), keys);
 }
 
-TEST_F(RecordMembersTest, TheMarkOfAVisibleRecordIsNoChangeAndItsLossIsOne) {
+TEST_F(RecordMembersTest, MarkingAVisibleRecordAsDrawnIsNoChangeButUnmarkingIsOne) {
     ASSERT_NE(slot->watch(), nullptr);
     EXPECT_FALSE(movesRevision([&] { slot->setBDrawn(true); }));
     EXPECT_TRUE(slot->bDrawn());

@@ -14,7 +14,7 @@ struct Counted {
     int count = 1;  // The creator's own.
 };
 
-TEST(RefTest, SharesAndGivesBack) {
+TEST(RefTest, SharesAndReleases) {
     Counted object;
     {
         const Ref<Counted> ref(&object);

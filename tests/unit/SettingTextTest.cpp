@@ -1,10 +1,10 @@
-// Texts at the bounds of their forms: quoted INI values, times in the log, letters in UTF-8.
+// Texts at the limits of their forms: quoted INI values and surrogate pairs in UTF-8.
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "headless/IniText.h"
-#include "util/LogLine.h"
 #include "util/Utf8.h"
 
 namespace kv::util {
@@ -17,32 +17,20 @@ class AnySource final : public IniSource {
     using IniSource::written;
 };
 
-TEST(SettingTextTest, AValueIsQuotedOnlyWhenItWouldLoseSomething) {
-    EXPECT_EQ(AnySource::written(L"D:\\Projects"), L"D:\\Projects");
-    EXPECT_EQ(AnySource::written(L"a b"), L"a b");
-    EXPECT_EQ(AnySource::written(L""), L"");
-    EXPECT_EQ(AnySource::written(L" a"), L"\" a\"");
-    EXPECT_EQ(AnySource::written(L"a\t"), L"\"a\t\"");
-    EXPECT_EQ(AnySource::written(L"\"a\""), L"\"\"a\"\"");
-    EXPECT_EQ(AnySource::written(L"'a'"), L"\"'a'\"");
-    EXPECT_EQ(AnySource::written(L"\"a'"), L"\"a'");
-    EXPECT_EQ(AnySource::written(L"\""), L"\"");
-    EXPECT_EQ(AnySource::written(L"aba"), L"aba") << "equal ends that are no quotes";
-}
-
-TEST(SettingTextTest, WhatIsWrittenIsReadBack) {
-    for (const wchar_t* value : {L"plain", L" a ", L"\"a\"", L"'a'", L"\"\"", L"''", L"\"", L"aba", L"a=b", L"; a"}) {
-        const headless::IniText ini(L"[S]\r\nK=" + AnySource::written(value) + L"\r\n");
-        EXPECT_EQ(ini.find(L"k", L"s"), value) << testing::PrintToString(std::wstring(value));
+TEST(SettingTextTest, AValueIsQuotedOnlyWhenItWouldLoseSomethingAndIsReadBack) {
+    using Case = std::pair<std::wstring, std::wstring>;
+    for (const auto& [value, written] :
+         {Case{L"D:\\Projects", L"D:\\Projects"}, Case{L"a b", L"a b"}, Case{L"", L""}, Case{L" a", L"\" a\""},
+          Case{L"a\t", L"\"a\t\""}, Case{L"\"a\"", L"\"\"a\"\""}, Case{L"'a'", L"\"'a'\""}, Case{L"\"a'", L"\"a'"},
+          Case{L"\"\"", L"\"\"\"\""}, Case{L"''", L"\"''\""}, Case{L"\"", L"\""}, Case{L"aba", L"aba"},
+          Case{L"a=b", L"a=b"}, Case{L"; a", L"; a"}}) {
+        EXPECT_EQ(AnySource::written(value), written);
+        const headless::IniText ini(L"[S]\r\nK=" + written + L"\r\n");
+        EXPECT_EQ(ini.find(L"k", L"s"), value) << testing::PrintToString(value);
     }
 }
 
-TEST(SettingTextTest, NumbersWithMoreDigitsThanTheirPlaceAreWrittenWhole) {
-    EXPECT_EQ(logTime({12345, 1, 2, 3, 4, 5}), L"12345-01-02 03:04:05");
-    EXPECT_EQ(logTime({33, 10, 11, 12, 13, 14}), L"0033-10-11 12:13:14");
-}
-
-TEST(SettingTextTest, PairsOfHalvesReachFromTheFirstToTheLast) {
+TEST(SettingTextTest, SurrogatePairsReachFromTheFirstToTheLast) {
     const auto pair = [](int high, int low) {
         return std::wstring{static_cast<wchar_t>(high), static_cast<wchar_t>(low)};
     };

@@ -27,7 +27,7 @@ class Picture {
     }
     [[nodiscard]] SmoothPainter painter() const { return SmoothPainter(buffer_); }
     [[nodiscard]] std::uint32_t at(int x, int y) const { return buffer_.row(y)[x]; }
-    /// How dark the whole picture is, pixels of black, as long as only grey was painted.
+    /// How dark the whole picture is, pixels of black, as long as only gray was painted.
     [[nodiscard]] double ink() const {
         double sum = 0.0;
         for (int y = 0; y < buffer_.height; ++y) {
@@ -36,7 +36,7 @@ class Picture {
         }
         return sum;
     }
-    [[nodiscard]] bool guardsStand() const {
+    [[nodiscard]] bool guardsIntact() const {
         std::size_t guards = 0;
         for (const std::uint32_t pixel : memory_)
             guards += pixel == kGuard ? 1U : 0U;
@@ -111,9 +111,9 @@ TEST(SmoothPainter, AWholeTurnIsARing) {
     EXPECT_EQ(arc.copy(), ring.copy());
 }
 
-TEST(SmoothPainter, ColoursOpacityAndShading) {
+TEST(SmoothPainter, ColorsOpacityAndShading) {
     Picture picture(10, 10);
-    // 0x00BBGGRR, as colours are written, becomes 0x00RRGGBB in the pixel.
+    // 0x00BBGGRR, as colors are written, becomes 0x00RRGGBB in the pixel.
     picture.painter().box({0.0, 0.0, 10.0, 10.0}, 0.0, Shade(0x112233));
     EXPECT_EQ(picture.at(5, 5), 0x332211U);
     picture.painter().clear(0xFFFFFF);
@@ -157,11 +157,11 @@ TEST(SmoothPainter, NothingIsTouchedOutsideOfTheSurface) {
         Picture picture(width, height);
         for (const double measure : {0.0, 0.3, 1.0, 4.5, 100.0, 1e6, 1e300, -3.0})
             paintAll(picture.painter(), measure, Shade(0x102030).softened(0.5, 7.0));
-        EXPECT_TRUE(picture.guardsStand()) << width << 'x' << height;
+        EXPECT_TRUE(picture.guardsIntact()) << width << 'x' << height;
     }
 }
 
-TEST(SmoothPainter, MeasuresThatAreNoNumbersPaintNothing) {
+TEST(SmoothPainter, MeasuresThatAreNotNumbersPaintNothing) {
     Picture picture(10, 10);
     const std::vector<std::uint32_t> before = picture.copy();
     paintAll(picture.painter(), std::nan(""), Shade(0));

@@ -1,5 +1,5 @@
-// Random sequences of adding, changing, removing and clearing, compared with a model that takes every step as it is
-// described: arrays with an upper bound, one collection of keys.
+// Random sequences of adding, changing, removing and clearing, compared with a simple model: arrays with an upper
+// bound, one collection of keys.
 #include <algorithm>
 #include <array>
 #include <map>
@@ -109,9 +109,9 @@ class Model {
     using Array = std::vector<AnySlot>;
 
     static std::wstring folded(std::wstring key) {
-        for (wchar_t& letter : key) {
-            if (letter >= L'A' && letter <= L'Z')
-                letter = static_cast<wchar_t>(letter - L'A' + L'a');
+        for (wchar_t& character : key) {
+            if (character >= L'A' && character <= L'Z')
+                character = static_cast<wchar_t>(character - L'A' + L'a');
         }
         return key;
     }
@@ -182,11 +182,11 @@ class Model {
     std::map<std::wstring, std::int32_t> keys_;
 };
 
-/// What a sequence is made of; percentages.
+/// The steps of a sequence, in percent.
 struct Mixture {
     const char* name;
     unsigned own;      ///< records of the control's own class
-    unsigned fresh;    ///< keys that nobody has had before
+    unsigned fresh;    ///< keys that no record had before
     unsigned changes;  ///< steps that change a record
     unsigned clears;   ///< steps that empty something
 };
@@ -194,7 +194,7 @@ struct Mixture {
 class StoreModelTest : public ScopeTest {
   protected:
     void run(const Mixture& mixture, int steps) {
-        // Small surfaces: each removal redraws.
+        // Small surfaces, because each removal redraws.
         ui.picSpectrum.move({0.0, 0.0, 300.0, 300.0});
         ui.picUnits.move({0.0, 0.0, 300.0, 300.0});
         for (int i = 0; i < steps; ++i) {
@@ -227,7 +227,7 @@ class StoreModelTest : public ScopeTest {
 
     bool percent(unsigned share) { return random() % 100 < share; }
     std::wstring someKey() { return keys.at(random() % keys.size()); }
-    /// Seldom one that names the other kind.
+    /// Rarely one with the prefix of the other kind.
     std::wstring newKey(bool tx, unsigned fresh) {
         if (!percent(fresh))
             return someKey();

@@ -1,17 +1,19 @@
-// Records of a host's class that do not take what the control sets.
+// Records of a host's class that ignore what the control sets.
+#include <tuple>
+
+#include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
 namespace {
 
-class StubbornSlot final : public channels::FreqSlotBase {
+class StubbornSlot final : public CountedSlot {
   public:
-    void retain() noexcept override { ++references_; }
-    /// Out of line for the same reason as PlainSlot's.
-    [[gnu::noinline]] void release() noexcept override {
-        if (--references_ == 0)
-            delete this;
+    double dBW() override {
+        ++bandwidthReads;
+        return channels::FreqSlotBase::dBW();
     }
+    [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return isOwn ? &fields() : nullptr; }
     void setSFreqUnits(const std::wstring& value) override {
         if (takesUnits)
             channels::FreqSlotBase::setSFreqUnits(value);
@@ -32,9 +34,8 @@ class StubbornSlot final : public channels::FreqSlotBase {
     bool takesUnits = true;
     bool takesBandwidthUnits = true;
     bool takesEdges = true;
-
-  private:
-    int references_ = 0;
+    bool isOwn = false;  ///< of the control's own class, whose members can be read directly
+    int bandwidthReads = 0;
 };
 
 class StubbornRecordTest : public ScopeTest {
@@ -72,6 +73,18 @@ TEST_F(StubbornRecordTest, WithoutEdgesItWidensThePowersOnly) {
     EXPECT_EQ(scope.extremes().dFreqMin, channels::FREQ_UNSET);
     EXPECT_EQ(scope.extremes().dFreqMax, -channels::FREQ_UNSET);
     EXPECT_EQ(scope.extremes().dTXPwrDBMMax, 30.0);
+}
+
+TEST_F(StubbornRecordTest, TheBandwidthOfAnOwnRecordIsReadOnlyToFillInAnEdge) {
+    slot->isOwn = true;
+    for (const auto& [low, high, reads] : {std::tuple{0.0, 460.0, 1}, {440.0, 0.0, 1}, {440.0, 460.0, 0}}) {
+        scope.ClearAllChnls();
+        slot->fields().dFreqLo = low;
+        slot->fields().dFreqHi = high;
+        slot->bandwidthReads = 0;
+        add();
+        EXPECT_EQ(slot->bandwidthReads, reads) << low << " to " << high;
+    }
 }
 
 }  // namespace

@@ -1,0 +1,90 @@
+// What drawing knows of each block of 256 records.
+#include "channels/BandBlocks.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+namespace kv::channels {
+namespace {
+
+DrawRecord record(double low, double high, bool drawn = false) {
+    DrawRecord made;
+    made.dFreq = high;
+    made.dFreqLo = low;
+    made.dFreqHi = high;
+    made.bDrawn = drawn;
+    return made;
+}
+
+DrawRecord hidden(DrawRecord made) {
+    made.bVisible = false;
+    return made;
+}
+
+TEST(BandBlocks, ABlockHoldsTheExtremesOfItsVisibleRecords) {
+    BandBlocks blocks;
+    blocks.derive({record(10.0, 14.0, true), record(20.0, 21.0, true), hidden(record(1.0, 99.0))}, 0);
+    ASSERT_EQ(blocks.blocks().size(), 1U);
+    const BandBlock& block = blocks.blocks()[0];
+    EXPECT_EQ(block.lowest, 10.0);
+    EXPECT_EQ(block.highest, 21.0);
+    EXPECT_EQ(block.widest, 4.0);
+    EXPECT_FALSE(block.hasOdd);
+    EXPECT_FALSE(block.undrawn);
+}
+
+TEST(BandBlocks, ABlockWithoutRegularRecordsIsEmpty) {
+    BandBlocks blocks;
+    blocks.derive({hidden(record(1.0, 2.0))}, 0);
+    EXPECT_GT(blocks.blocks()[0].lowest, blocks.blocks()[0].highest);
+    EXPECT_FALSE(blocks.blocks()[0].hasOdd);
+}
+
+TEST(BandBlocks, ARecordThatIsNotRegularOnlySetsAFlag) {
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    DrawRecord below = record(10.0, 20.0);
+    below.dFreq = 9.0;
+    DrawRecord above = record(10.0, 20.0);
+    above.dFreq = 21.0;
+    for (const DrawRecord& odd : {record(-1.0, 0.0), record(kNaN, 5.0), record(-1.1e15, 5.0), record(5.0, 1.1e15),
+                                  record(9.0, 5.0), below, above}) {
+        BandBlocks blocks;
+        blocks.derive({odd, record(3.0, 4.0)}, 0);
+        EXPECT_TRUE(blocks.blocks()[0].hasOdd) << odd.dFreqLo << " to " << odd.dFreqHi << ", " << odd.dFreq;
+        EXPECT_EQ(blocks.blocks()[0].lowest, 3.0);
+        EXPECT_EQ(blocks.blocks()[0].highest, 4.0);
+        EXPECT_TRUE(blocks.blocks()[0].undrawn);
+    }
+}
+
+TEST(BandBlocks, EdgesAndFrequenciesAtTheirLimitsAreRegular) {
+    for (const DrawRecord& record : {record(-1e15, 5.0), record(5.0, 1e15), record(0.0, 5e-324)}) {
+        BandBlocks blocks;
+        blocks.derive({record}, 0);
+        EXPECT_FALSE(blocks.blocks()[0].hasOdd) << record.dFreqLo << " to " << record.dFreqHi;
+    }
+}
+
+TEST(BandBlocks, OnlyTheBlocksFromTheFirstChangeOnAreDerived) {
+    std::vector<DrawRecord> records(2 * BandBlocks::kSize, record(10.0, 11.0));
+    BandBlocks blocks;
+    blocks.derive(records, 0);
+    ASSERT_EQ(blocks.blocks().size(), 2U);
+    blocks.allDrawn(0);
+    blocks.allDrawn(1);
+    EXPECT_FALSE(blocks.blocks()[1].undrawn);
+    records.push_back(record(12.0, 13.0));
+    blocks.derive(records, 2 * BandBlocks::kSize - 1);
+    ASSERT_EQ(blocks.blocks().size(), 3U);
+    EXPECT_FALSE(blocks.blocks()[0].undrawn);
+    EXPECT_TRUE(blocks.blocks()[1].undrawn);
+    EXPECT_EQ(blocks.blocks()[2].lowest, 12.0);
+    records.resize(BandBlocks::kSize);
+    blocks.derive(records, 0);
+    EXPECT_EQ(blocks.blocks().size(), 1U);
+}
+
+}  // namespace
+}  // namespace kv::channels
