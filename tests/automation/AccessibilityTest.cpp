@@ -2,9 +2,9 @@
 #include <gmock/gmock.h>
 #include <oleacc.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -78,28 +78,18 @@ class ValueChanges {
 
 class Accessibility : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
 
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(container.activate());
         EXPECT_EQ(container.control->put_FreqEndBuffer(0.0), S_OK);
-        long index = -1;
-        EXPECT_EQ(container.control->AddTXChnl(channel({.freq = 400.0, .power = 30.0, .key = L"TX1"}).Get(), &index),
-                  S_OK);
-        EXPECT_EQ(container.control->AddTXChnl(channel({.freq = 410.0, .power = 30.0, .key = L"TX2"}).Get(), &index),
-                  S_OK);
-        EXPECT_EQ(container.control->AddRXChnl(channel({.freq = 405.0, .power = 30.0, .key = L"RX1"}).Get(), &index),
-                  S_OK);
+        container.addTx({.freq = 400.0, .power = 30.0, .key = L"TX1"});
+        container.addTx({.freq = 410.0, .power = 30.0, .key = L"TX2"});
+        container.addRx({.freq = 405.0, .power = 30.0, .key = L"RX1"});
         EXPECT_EQ(container.control->DrawByRange(400.0, 410.0), S_OK);
         pump();
     }
-    HWND part(const wchar_t* className, const wchar_t* text = nullptr) const {
-        for (const HWND window : container.parts())
-            if (isShown(window) && windowClass(window) == className && (!text || windowText(window) == text))
-                return window;
-        ADD_FAILURE() << testing::PrintToString(std::wstring(className));
-        return nullptr;
-    }
+    HWND part(const wchar_t* className, const wchar_t* text = nullptr) const { return container.part(className, text); }
     HWND spectrum() const { return part(L"kvPictureBox", L"picSpectrum"); }
     HWND mover() const { return part(L"tdKnMover"); }
 };
@@ -118,14 +108,9 @@ TEST_F(Accessibility, TheSpectrumSaysWhatItShows) {
 }
 
 TEST_F(Accessibility, AnEmptyControlHasNoRangeToTell) {
-    RecordedContainer fresh;
+    FullContainer fresh;
     ASSERT_NO_FATAL_FAILURE(fresh.activate());
-    HWND picture = nullptr;
-    for (const HWND window : fresh.parts())
-        if (windowText(window) == L"picSpectrum")
-            picture = window;
-    ASSERT_TRUE(picture);
-    EXPECT_EQ(value(picture), L"0 transmit channels, 0 receive channels");
+    EXPECT_EQ(value(fresh.pictureBox(L"picSpectrum")), L"0 transmit channels, 0 receive channels");
 }
 
 TEST_F(Accessibility, KnobsAreDialsWithTheValuesTheyShow) {
@@ -142,7 +127,7 @@ TEST_F(Accessibility, KnobsAreDialsWithTheValuesTheyShow) {
 
 TEST_F(Accessibility, EveryShownPartHasARoleAndEveryOneThatTakesTheFocusAName) {
     std::vector<HWND> parts{container.root()};
-    for (const HWND window : container.parts())
+    for (const HWND window : container.children())
         if (IsWindowVisible(window))
             parts.push_back(window);
     EXPECT_GT(parts.size(), 20U);
@@ -217,7 +202,7 @@ TEST_F(Accessibility, AScreenReaderMovesTheFocus) {
 
 TEST_F(Accessibility, HiddenPartsSayThatTheyAre) {
     HWND hidden = nullptr;
-    for (const HWND window : container.parts())
+    for (const HWND window : container.children())
         if (windowClass(window) == L"tdKnob" && !IsWindowVisible(window))
             hidden = window;
     ASSERT_TRUE(hidden);

@@ -3,7 +3,7 @@
 
 #include <olectl.h>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -47,7 +47,7 @@ std::vector<Answer> uselessAnswers() {
 
 class Ambient : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
 
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(container.activate()); }
     bool takesInput() const {

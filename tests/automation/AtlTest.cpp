@@ -2,9 +2,9 @@
 // and one that does nothing but release.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -14,8 +14,8 @@ class Atl : public Replica {
   public:
     explicit Atl(const SIZE& size) {
         site->place = {0, 0, size.cx, size.cy};
-        site->hasAmbients = false;
-        site->hasDocument = false;
+        site->offers.ambients = false;
+        site->offers.document = false;
         for (const char* call :
              {"OnPosRectChange", "OnFocus", "OnFocus(lost)", "OnUIDeactivate", "TranslateAccelerator"})
             log.answers[call] = E_NOTIMPL;
@@ -108,7 +108,7 @@ TEST_F(AtlTest, ActivationIsToldBeforeTheWindowIsShown) {
 
 TEST_F(AtlTest, AWindowThatIsAlreadyGoneEndsTheControl) {
     container.play(kCreation);
-    container.draw();
+    container.drawChannel();
     EXPECT_EQ(container.verbAt(OLEIVERB_UIACTIVATE, 0, container.host.get(), nullptr), S_OK);
     container.play(kEnd);
     container.expectAllReleased();
@@ -116,7 +116,7 @@ TEST_F(AtlTest, AWindowThatIsAlreadyGoneEndsTheControl) {
 
 TEST_F(AtlTest, TheHostsWindowIsDestroyedFirst) {
     container.play(kCreation);
-    container.draw();
+    container.drawChannel();
     container.host.destroy();
     EXPECT_FALSE(container.root());
     container.play(kEnd);
@@ -143,7 +143,7 @@ TEST_F(AtlTest, AContainerThatOnlyReleasesLeavesNothing) {
         Replica::setSite(other);
         if (active)
             activate(other);
-        other.draw();
+        other.drawChannel();
         EXPECT_EQ(other.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
         EXPECT_EQ(other.control.Reset(), 0U);
         EXPECT_FALSE(FindWindowW(L"kvForm", nullptr));

@@ -2,9 +2,9 @@
 // destroyed, and activates it again in another parent.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -26,7 +26,7 @@ class AxHostRecreation : public testing::Test {
         Replica::adviseEvents(host);
         activate();
         EXPECT_EQ(host.control->put_lColorSpecBack(kPaper), S_OK);
-        host.draw();
+        host.drawChannel();
         EXPECT_EQ(host.control->put_CursorVal(400.0), S_OK);
         pump();
     }
@@ -101,7 +101,7 @@ TEST_F(AxHostRecreation, KeepsChannelsRangePictureAndCursor) {
 TEST_F(AxHostRecreation, DrawingWhileThereIsNoWindowShowsInTheNextOne) {
     DestroyWindow(host.root());
     EXPECT_EQ(host.control->put_lColorSpecBack(RGB(10, 20, 30)), S_OK);
-    host.draw();
+    host.drawChannel();
     activate();
     const Picture after = shown();
     EXPECT_GT(after.count(RGB(10, 20, 30), after.all()), 1000);

@@ -3,9 +3,9 @@
 
 #include <array>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -27,7 +27,7 @@ class AxHost : public Replica {
     std::vector<SIZE> forced;  ///< sizes that the control forced upon the form
 
     AxHost() {
-        site->hasDocument = false;
+        site->offers.document = false;
         site->clip = kClip;
         log.inside["ShowObject"] = [this] { attachWindow(); };
         site->onPosRectChange = [this](const RECT& wanted) {
@@ -342,7 +342,7 @@ TEST_F(AxHostTest, SavingIsNeverNecessary) {
     EXPECT_EQ(persist->Save(saved.Get(), TRUE), S_OK);
     EXPECT_EQ(persist->IsDirty(), S_FALSE);
     // Nothing that changes is part of what is saved.
-    host.draw();
+    host.drawChannel();
     host.setExtent({20000, 15000});
     EXPECT_EQ(host.control->put_FreqEndBuffer(7.0), S_OK);
     EXPECT_EQ(persist->IsDirty(), S_FALSE);
@@ -353,7 +353,7 @@ TEST_F(AxHostTest, SavingIsNeverNecessary) {
 
 TEST_F(AxHostTest, TheSameObjectIsSitedAndMadeNewAgain) {
     host.create({800, 500});
-    host.draw();
+    host.drawChannel();
     pump();
     const Picture before = windowPicture(host.root());
     for (int round = 0; round < 2; ++round)
@@ -369,7 +369,7 @@ TEST_F(AxHostTest, TheSameObjectIsSitedAndMadeNewAgain) {
 TEST_F(AxHostTest, StateAssignedLateIsLoadedIntoTheVisibleControlAndItIsHeardAfterwards) {
     host.setPlace({800, 500});
     host.play(kLoaded);
-    host.draw();
+    host.drawChannel();
     pump();
     const Picture before = windowPicture(host.root());
     for (int round = 0; round < 2; ++round) {
@@ -386,7 +386,7 @@ TEST_F(AxHostTest, StateAssignedLateIsLoadedIntoTheVisibleControlAndItIsHeardAft
 
 TEST_F(AxHostTest, ItsEndWithoutACloseLeavesNothing) {
     host.create({800, 500});
-    host.draw();
+    host.drawChannel();
     EXPECT_EQ(host.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     EXPECT_EQ(host.activate(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_TRUE(FindWindowW(L"kvForm", nullptr)) << "the window with the mouse information";

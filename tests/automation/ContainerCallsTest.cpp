@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <olectl.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -16,33 +16,14 @@ const std::string kUiDead = "Ambient(" + std::to_string(DISPID_AMBIENT_UIDEAD) +
 
 class ContainerCalls : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
 
     ComPtr<IOleObject> object() const { return container.as<IOleObject>(); }
-    HWND knob() const { return GetDlgChild(L"tdKnMover"); }
-    HWND GetDlgChild(const wchar_t* className) const {
-        Find find{className, nullptr};
-        EnumChildWindows(container.root(), &ContainerCalls::visit, reinterpret_cast<LPARAM>(&find));
-        EXPECT_TRUE(find.found);
-        return find.found;
-    }
     /// A window of the container's own that can have the focus.
     HWND neighbour() const {
         return CreateWindowExW(0, L"BUTTON", L"next", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 10, 10,
                                container.host.get(), nullptr, nullptr, nullptr);
-    }
-
-  private:
-    struct Find {
-        const wchar_t* name;
-        HWND found;
-    };
-    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
-        auto& find = *reinterpret_cast<Find*>(parameter);
-        if (!find.found && windowClass(window) == find.name && isShown(window))
-            find.found = window;
-        return TRUE;
     }
 };
 
@@ -56,7 +37,7 @@ TEST_F(ContainerCalls, SitingAndLoadingAskNothing) {
     EXPECT_EQ(container.as<IPersistStreamInit>()->InitNew(), S_OK);
     EXPECT_EQ(object()->IsUpToDate(), S_OK);
     EXPECT_EQ(object()->Update(), S_OK);
-    container.draw();
+    container.drawChannel();
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
@@ -193,11 +174,11 @@ TEST_F(ContainerCalls, AContainerThatInsistsIsAskedOnce) {
 TEST_F(ContainerCalls, TheFocusActivatesTheInterface) {
     container.activate();
     const HWND next = neighbour();
-    SetFocus(knob());
+    SetFocus(container.part(L"tdKnMover"));
     EXPECT_THAT(log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "document.SetActiveObject",
                                         "frame.SetBorderSpace", "document.SetBorderSpace", "OnFocus"));
     // Inside the control nobody else needs to know.
-    SetFocus(GetDlgChild(L"ComboBox"));
+    SetFocus(container.part(L"ComboBox"));
     EXPECT_THAT(log.take(), IsEmpty());
     SetFocus(next);
     EXPECT_THAT(log.take(), ElementsAre("OnFocus(lost)"));
@@ -209,7 +190,7 @@ TEST_F(ContainerCalls, TheFocusActivatesTheInterface) {
 
 TEST_F(ContainerCalls, AClickAnywhereActivatesTheInterface) {
     container.activate();
-    container.draw();
+    container.drawChannel();
     postClick(container.root(), 1, 100);
     EXPECT_THAT(log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "document.SetActiveObject",
                                         "frame.SetBorderSpace", "document.SetBorderSpace", "OnFocus"));
@@ -249,7 +230,7 @@ TEST_F(ContainerCalls, SavingIsToldWhenItIsDone) {
 TEST_F(ContainerCalls, ADrawingIsToldOnce) {
     container.advise();
     log.calls.clear();
-    container.draw();
+    container.drawChannel();
     EXPECT_THAT(log.take(), ElementsAre("OnViewChange", "OnDataChange"));
     // Nothing changes by looking, nor by channels that nothing has drawn.
     double value = 0.0;
@@ -268,7 +249,7 @@ TEST_F(ContainerCalls, ADrawingIsToldOnce) {
 
 TEST_F(ContainerCalls, ALoadIsToldOnceWhenEventsRun) {
     container.activate();
-    container.draw();
+    container.drawChannel();
     pump();
     container.advise();
     log.calls.clear();

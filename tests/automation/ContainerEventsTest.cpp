@@ -4,8 +4,8 @@
 #include <functional>
 #include <optional>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
+#include "tests/automation/Replica.h"
 #include "tests/automation/WindowHook.h"
 
 namespace kv::test {
@@ -34,12 +34,12 @@ class ContainerEvents : public testing::Test {
         Replica::initNew(container);
         Replica::setSite(container);
         ASSERT_EQ(container.verb(OLEIVERB_INPLACEACTIVATE), S_OK);
-        container.draw();
+        container.drawChannel();
         pump();
         hookOwnWindow();
     }
     void hookOwnWindow() {
-        watched = container.part(L"kvPictureBox", L"picSpectrum");
+        watched = container.pictureBox(L"picSpectrum");
         hook.emplace(watched, [this] {
             ++own;
             if (onOwn)

@@ -1,57 +1,19 @@
 // What the user does to the control's windows, and the events that the host hears of it.
-#include <gmock/gmock.h>
-
-#include <cmath>
-
-#include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
-#include "tests/automation/Picture.h"
+#include "tests/automation/KnobHand.h"
 
 namespace kv::test {
 namespace {
 
 using testing::ElementsAre;
 
-class ContainerInput : public testing::Test {
+class ContainerInput : public KnobHand {
   protected:
-    Container container;
-    ComPtr<EventSink> sink;
-    void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(container.activate());
-        sink = new EventSink;
-        container.connect(sink.Get());
-    }
-    double number(HRESULT (STDMETHODCALLTYPE _kvBandscope::*getter)(double*)) const {
-        double value = 0.0;
-        EXPECT_EQ((container.control.Get()->*getter)(&value), S_OK);
-        return value;
-    }
     long count(HRESULT (STDMETHODCALLTYPE _kvBandscope::*getter)(long*)) const {
         long value = -1;
         EXPECT_EQ((container.control.Get()->*getter)(&value), S_OK);
         return value;
     }
-    double minFreq() const { return number(&_kvBandscope::get_DisplayMinFreq); }
-    double maxFreq() const { return number(&_kvBandscope::get_DisplayMaxFreq); }
-    HWND spectrum() const { return container.pictureBox(L"picSpectrum"); }
     HWND label(const wchar_t* text) const { return container.child(L"Static", text); }
-    /// The control shows 380 to 480 MHz.
-    void fill() {
-        EXPECT_EQ(container.control->put_FreqEndBuffer(20.0), S_OK);
-        container.addTx({.freq = 400.0, .lo = 400.0, .hi = 401.0, .power = 30.0, .key = L"TX1", .color = 0xFF});
-        container.addRx({.freq = 460.0, .lo = 459.0, .hi = 460.0, .key = L"RX1", .color = 0xFF00});
-        EXPECT_TRUE(container.draw());
-        EXPECT_EQ(minFreq(), 380.0);
-        EXPECT_EQ(maxFreq(), 480.0);
-    }
-    /// The user's choice in the grid-range box.
-    void choose(int item) const {
-        const HWND box = container.children(L"ComboBox").at(0);
-        SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(box));
-        pump();
-    }
     void press(const wchar_t* button) const {
         SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
         pump();
@@ -176,10 +138,12 @@ TEST_F(ContainerInput, ClearEmptiesTheSpectrumAndTheDrawButtonsFillIt) {
     EXPECT_EQ(windowPicture(spectrum()), drawn);
 }
 
-TEST_F(ContainerInput, TheDrawButtonsSayWhenThereIsNothingToDraw) {
+TEST(PanelButtons, TheDrawButtonsReportThatThereIsNothingToDraw) {
+    Container container;
+    ASSERT_NO_FATAL_FAILURE(container.activate());
     const MessageBoxes boxes;
-    press(L"Draw TX");
-    press(L"DrawRX");
+    for (const wchar_t* button : {L"Draw TX", L"DrawRX"})
+        SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
     ASSERT_EQ(boxes.seen().size(), 2U);
     EXPECT_EQ(boxes.seen()[0].text, L"No TX channels to draw.");
     EXPECT_EQ(boxes.seen()[1].text, L"No RX channels to draw.");

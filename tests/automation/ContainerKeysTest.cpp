@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -33,13 +33,13 @@ class ShiftDown {
 
 class ContainerKeys : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<IOleInPlaceActiveObject> active;
 
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.draw();
+        container.drawChannel();
         pump();
         ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
         active = container.as<IOleInPlaceActiveObject>();
@@ -53,25 +53,8 @@ class ContainerKeys : public testing::Test {
         pressed.lParam = 1;
         return active->TranslateAccelerator(&pressed);
     }
-    std::vector<HWND> stops() const {
-        std::vector<HWND> found;
-        EnumChildWindows(container.root(), &ContainerKeys::visit, reinterpret_cast<LPARAM>(&found));
-        return found;
-    }
-    HWND stop(const wchar_t* className) const {
-        for (const HWND window : stops())
-            if (windowClass(window) == className)
-                return window;
-        ADD_FAILURE() << "no such part";
-        return nullptr;
-    }
-
-  private:
-    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
-        if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(window))
-            reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
-        return TRUE;
-    }
+    std::vector<HWND> stops() const { return container.tabStops(); }
+    HWND stop(const wchar_t* className) const { return container.part(className); }
 };
 
 TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
@@ -158,12 +141,7 @@ TEST_F(ContainerKeys, NoPartTellsADialogThatItWantsTheFormsKeys) {
 }
 
 TEST_F(ContainerKeys, TheSpectrumGetsItsKeysAndNoOthers) {
-    HWND spectrum = nullptr;
-    for (const HWND part : stops())
-        if (windowText(part) == L"picSpectrum")
-            spectrum = part;
-    ASSERT_TRUE(spectrum);
-    SetFocus(spectrum);
+    SetFocus(container.pictureBox(L"picSpectrum"));
     for (const WPARAM code : {VK_LEFT, VK_RIGHT, VK_UP, VK_DOWN, VK_PRIOR, VK_NEXT, VK_HOME, VK_SPACE})
         EXPECT_EQ(key(code), S_OK) << code;
     for (const WPARAM code : {VK_RETURN, VK_ESCAPE, VK_F1, VK_F5, VK_DELETE, VK_END})

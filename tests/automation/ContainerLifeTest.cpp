@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 #include "tests/automation/WindowHook.h"
 
 namespace kv::test {
@@ -23,27 +23,14 @@ class ContainerLife : public testing::Test {
     }
     void TearDown() override {
         EXPECT_FALSE(container.control) << "the test lets the control go itself";
-        EXPECT_EQ(canUnloadNow(), S_OK);
-        EXPECT_EQ(container.site->references(), 1U);
-        EXPECT_EQ(container.site->frame->references(), 1U);
+        container.expectNothingLeft();
         EXPECT_EQ(sink->references(), 1U);
-        EXPECT_EQ(container.site->count("OnInPlaceActivate"), activations);
-        EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), deactivations);
-        EXPECT_EQ(windowsLeft(), 0);
+        EXPECT_EQ(container.log.count("OnInPlaceActivate"), activations);
+        EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), deactivations);
     }
     int activations = 1;
     int deactivations = 1;
 
-    int windowsLeft() const {
-        int left = 0;
-        if (container.host.get())
-            EnumChildWindows(container.host.get(), &ContainerLife::countOne, reinterpret_cast<LPARAM>(&left));
-        return left;
-    }
-    static BOOL CALLBACK countOne(HWND, LPARAM parameter) {
-        ++*reinterpret_cast<int*>(parameter);
-        return TRUE;
-    }
     /// Drops the test's reference, which has to be the last one.
     void releaseLast() { EXPECT_EQ(container.control.Reset(), 0U); }
     /// Drops the last reference while the control is at work: it has to stay until that work is done.
@@ -67,16 +54,11 @@ class ContainerLife : public testing::Test {
         hook->post();
     }
     std::optional<WindowHook> hook;
-    void chooseGridRange() const {
-        const HWND box = container.children(L"ComboBox").at(0);
-        SendMessageW(box, CB_SETCURSEL, 2, 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
-    }
 };
 
 TEST_F(ContainerLife, ClosedThenUnsitedThenReleased) {
     close();
-    EXPECT_EQ(windowsLeft(), 0);
+    EXPECT_TRUE(container.windows().empty());
     HWND window = container.host.get();
     EXPECT_EQ(container.as<IOleInPlaceObject>()->GetWindow(&window), E_FAIL);
     EXPECT_EQ(window, nullptr);
@@ -86,7 +68,7 @@ TEST_F(ContainerLife, ClosedThenUnsitedThenReleased) {
 
 TEST_F(ContainerLife, UnsitedFirst) {
     unsite();
-    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 1);
+    EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), 1);
     EXPECT_EQ(container.site->references(), 1U);
     close();
     releaseLast();
@@ -95,9 +77,9 @@ TEST_F(ContainerLife, UnsitedFirst) {
 TEST_F(ContainerLife, DeactivatedAndActivatedAgain) {
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
-    EXPECT_EQ(windowsLeft(), 0);
+    EXPECT_TRUE(container.windows().empty());
     EXPECT_TRUE(container.draw());
-    ASSERT_EQ(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, container.host.get(), nullptr), S_OK);
+    ASSERT_EQ(container.verb(OLEIVERB_SHOW), S_OK);
     EXPECT_TRUE(IsWindow(container.pictureBox(L"picSpectrum")));
     EXPECT_EQ(object()->DoVerb(OLEIVERB_HIDE, nullptr, nullptr, 0, nullptr, nullptr), S_OK);
     EXPECT_FALSE(IsWindowVisible(container.root()));
@@ -109,7 +91,7 @@ TEST_F(ContainerLife, DeactivatedAndActivatedAgain) {
 
 TEST_F(ContainerLife, TheWindowGoesFirst) {
     container.host.destroy();
-    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 1);
+    EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), 1);
     EXPECT_TRUE(container.draw());
     container.addTx({.freq = 410.0, .key = L"TX2"});
     close();
@@ -124,10 +106,9 @@ TEST_F(ContainerLife, ReleasedWhileActive) {
 }
 
 TEST_F(ContainerLife, ActiveInItsInterfaceWhenTheWindowGoes) {
-    EXPECT_EQ(object()->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0, container.host.get(), nullptr),
-              S_OK);
+    EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     close();
-    EXPECT_EQ(container.site->count("OnUIDeactivate"), 1);
+    EXPECT_EQ(container.log.count("OnUIDeactivate"), 1);
     unsite();
     releaseLast();
 }
@@ -135,7 +116,7 @@ TEST_F(ContainerLife, ActiveInItsInterfaceWhenTheWindowGoes) {
 TEST_F(ContainerLife, TheLastReleaseInsideAnEvent) {
     deactivations = 0;
     sink->onEvent = [&](DISPID) { releaseAtWork(); };
-    chooseGridRange();
+    container.chooseGridRange();
     EXPECT_FALSE(container.control);
     EXPECT_FALSE(sink->heard.empty());
 }
@@ -147,7 +128,7 @@ TEST_F(ContainerLife, ClosedInsideAnEvent) {
         releaseAtWork();
         sink->onEvent = nullptr;
     };
-    chooseGridRange();
+    container.chooseGridRange();
     EXPECT_FALSE(container.control);
 }
 
@@ -221,13 +202,13 @@ TEST_F(ContainerLife, ClosedInTheMiddleOfAResize) {
 
 TEST_F(ContainerLife, TheLastReleaseWhenTheSiteHearsOfTheEnd) {
     IOleObject* const plain = object().Get();
-    container.site->onDeactivate = [&] { releaseAtWork(); };
+    container.log.inside["OnInPlaceDeactivate"] = [&] { releaseAtWork(); };
     EXPECT_EQ(plain->SetClientSite(nullptr), S_OK);
     EXPECT_FALSE(container.control);
 }
 
 TEST_F(ContainerLife, TheLastReleaseWhenTheWindowGoes) {
-    container.site->onDeactivate = [&] { releaseAtWork(); };
+    container.log.inside["OnInPlaceDeactivate"] = [&] { releaseAtWork(); };
     container.host.destroy();
     EXPECT_FALSE(container.control);
 }
@@ -236,10 +217,10 @@ TEST_F(ContainerLife, AnActivationThatFailsLeavesNothing) {
     close();
     deactivations = 2;
     activations = 2;
-    container.site->hasContext = false;
+    container.log.answers["GetWindowContext"] = E_FAIL;
     EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, nullptr, nullptr)));
-    EXPECT_EQ(windowsLeft(), 0);
-    container.site->canActivate = false;
+    EXPECT_TRUE(container.windows().empty());
+    container.log.answers["CanInPlaceActivate"] = S_FALSE;
     EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, nullptr, nullptr)));
     unsite();
     EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, nullptr)));

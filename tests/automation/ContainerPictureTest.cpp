@@ -3,9 +3,9 @@
 
 #include <array>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <tuple>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -37,7 +37,7 @@ const char* nameOf(End end) {
 
 class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, End>> {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<EventSink> events{new EventSink};
     bool ended = false;
@@ -103,8 +103,11 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
         };
         onlyWhileThere([&] { object->SetClientSite(container.site.Get()); });
         onlyWhileThere([&] { object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, nullptr, 0, nullptr, nullptr); });
-        onlyWhileThere([&] { container.draw(); });
-        onlyWhileThere([&] { chooseGridRange(); });
+        onlyWhileThere([&] { container.drawChannel(); });
+        onlyWhileThere([&] {
+            if (container.root())
+                container.chooseGridRange();
+        });
         onlyWhileThere([&] {
             // A drawing lets events run, and the container does what it likes meanwhile.
             container.host.onMessage = [&] { log.note("Repaint"); };
@@ -127,26 +130,6 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
         onlyWhileThere([&] { object->Close(OLECLOSE_NOSAVE); });
         onlyWhileThere([&] { object->SetClientSite(nullptr); });
     }
-    void connect() {
-        ComPtr<IConnectionPoint> point;
-        DWORD cookie = 0;
-        ASSERT_EQ(container.as<IConnectionPointContainer>()->FindConnectionPoint(DIID___kvBandscope, &point), S_OK);
-        ASSERT_EQ(point->Advise(events.Get(), &cookie), S_OK);
-        events->onEvent = [&](DISPID) { log.note("Event"); };
-    }
-    /// What a user's choice in the grid-range box sends, with as many events as it raises.
-    void chooseGridRange() const {
-        HWND box = nullptr;
-        EnumChildWindows(container.root(), &ContainerTeardown::findBox, reinterpret_cast<LPARAM>(&box));
-        SendMessageW(box, CB_SETCURSEL, 2, 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
-    }
-    static BOOL CALLBACK findBox(HWND window, LPARAM box) {
-        if (windowClass(window) != L"ComboBox")
-            return TRUE;
-        *reinterpret_cast<HWND*>(box) = window;
-        return FALSE;
-    }
     void expectPairs() const {
         EXPECT_EQ(log.count("OnInPlaceActivate"), log.count("OnInPlaceDeactivate"));
         EXPECT_EQ(log.count("OnUIActivate"), log.count("OnUIDeactivate"));
@@ -158,7 +141,8 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
 TEST_P(ContainerTeardown, InsideACall) {
     const auto& [call, how] = GetParam();
     container.advise();
-    ASSERT_NO_FATAL_FAILURE(connect());
+    container.connect(events.Get());
+    events->onEvent = [&](DISPID) { log.note("Event"); };
     log.inside[call] = [&, inside = how] { end(inside); };
     live();
     log.inside.clear();
@@ -233,11 +217,11 @@ TEST(ContainerEnds, InAnyOrder) {
     std::vector<End> order{End::Close, End::Unsite, End::DestroyParent, End::Release};
     do {
         for (const LONG verb : {OLEIVERB_HIDE, OLEIVERB_INPLACEACTIVATE, OLEIVERB_UIACTIVATE}) {
-            RecordedContainer container;
+            FullContainer container;
             container.advise();
             ASSERT_EQ(container.setSite(), S_OK);
             ASSERT_EQ(container.verb(verb), S_OK);
-            container.draw();
+            container.drawChannel();
             std::string said;
             for (const End step : order) {
                 said += std::string(" ") + nameOf(step);
@@ -270,7 +254,7 @@ TEST(ContainerEnds, InAnyOrder) {
 class ContainerErrors : public testing::TestWithParam<std::string> {};
 
 TEST_P(ContainerErrors, AreSurvived) {
-    RecordedContainer container;
+    FullContainer container;
     container.advise();
     container.log.answers[GetParam()] = E_FAIL;
     EXPECT_EQ(container.setSite(), S_OK);
@@ -279,7 +263,7 @@ TEST_P(ContainerErrors, AreSurvived) {
     EXPECT_EQ(container.verb(OLEIVERB_INPLACEACTIVATE), fatal ? E_FAIL : S_OK);
     EXPECT_EQ(container.root() == nullptr, fatal);
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), fatal || GetParam() == "OnUIActivate" ? E_FAIL : S_OK);
-    container.draw();
+    container.drawChannel();
     const RECT narrow{0, 0, 300, 300};
     EXPECT_EQ(container.as<IOleInPlaceObject>()->SetObjectRects(&narrow, &narrow), S_OK);
     pump();

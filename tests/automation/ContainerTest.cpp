@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 
 namespace kv::test {
 namespace {
@@ -52,28 +52,23 @@ class ContainerTest : public testing::Test {
 };
 
 TEST_F(ContainerTest, ActivatesInTheUsualOrder) {
-    EXPECT_THAT(container.site->calls,
+    EXPECT_THAT(container.log.calls,
                 ElementsAre("CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "GetWindow", "ShowObject"));
     EXPECT_EQ(GetParent(container.root()), container.host.get());
     EXPECT_TRUE(IsWindowVisible(container.root()));
     EXPECT_EQ(windowClass(container.root()), L"kvBandscope");
-    const auto object = container.as<IOleObject>();
-    EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, container.host.get(), nullptr), S_OK);
-    EXPECT_EQ(container.site->count("OnInPlaceActivate"), 1);
+    EXPECT_EQ(container.verb(OLEIVERB_SHOW), S_OK);
+    EXPECT_EQ(container.log.count("OnInPlaceActivate"), 1);
 }
 
 TEST_F(ContainerTest, TakesTheFocusWhenUiActive) {
-    const auto object = container.as<IOleObject>();
-    EXPECT_EQ(object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0, container.host.get(), nullptr),
-              S_OK);
-    EXPECT_EQ(container.site->count("OnUIActivate"), 1);
-    EXPECT_THAT(container.site->frame->calls, ElementsAre("SetActiveObject"));
+    container.log.calls.clear();
+    EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
+    EXPECT_THAT(container.log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "frame.SetBorderSpace"));
     const HWND focus = GetFocus();
     EXPECT_TRUE(focus == container.root() || IsChild(container.root(), focus));
     EXPECT_EQ(container.as<IOleInPlaceObject>()->UIDeactivate(), S_OK);
-    EXPECT_THAT(container.site->frame->calls, ElementsAre("SetActiveObject", "SetActiveObject(null)"));
-    EXPECT_EQ(container.site->count("OnUIDeactivate"), 1);
-    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 0);
+    EXPECT_THAT(container.log.take(), ElementsAre("frame.SetActiveObject(null)", "OnUIDeactivate"));
     EXPECT_TRUE(IsWindow(container.root()));
 }
 
@@ -112,7 +107,7 @@ TEST_F(ContainerTest, PlacesItsChildrenBySize) {
         EXPECT_EQ(container.size().cy, size.cy);
         expectLayout(size.cx, size.cy);
     }
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 0);
+    EXPECT_EQ(container.log.count("OnPosRectChange"), 0);
 }
 
 TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
@@ -135,7 +130,7 @@ TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
 TEST_F(ContainerTest, IsCutOffWhenTheHostDoesNotAnswer) {
     for (int round = 0; round < 2; ++round) {
         container.resize(300, 410);
-        EXPECT_EQ(container.site->count("OnPosRectChange"), 1);
+        EXPECT_EQ(container.log.count("OnPosRectChange"), 1);
         EXPECT_EQ(container.size().cx, 300);
         EXPECT_EQ(container.size().cy, 410);
         expectLayout(720, 410);
@@ -146,7 +141,7 @@ TEST_F(ContainerTest, AcceptsALowerHeight) {
     container.resize(720, 300);
     EXPECT_EQ(container.size().cy, 300);
     expectLayout(720, 300);
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 0);
+    EXPECT_EQ(container.log.count("OnPosRectChange"), 0);
     // Too low for the frames: the children stay where they got, and the next size puts all of them right.
     container.resize(720, 40);
     EXPECT_EQ(container.size().cy, 40);
@@ -240,7 +235,7 @@ TEST_F(ContainerTest, CollapsesAndExpands) {
     const HeardEvent collapsed{kChgHeight, {kCollapsed * 15.0}, {VT_I2}};
     const HeardEvent expanded{kChgHeight, {500 * 15.0}, {VT_I2}};
     EXPECT_TRUE(sink->heard == (std::vector<HeardEvent>{collapsed, expanded, collapsed, expanded}));
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 4);
+    EXPECT_EQ(container.log.count("OnPosRectChange"), 4);
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 
 #include <cstring>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -36,7 +36,7 @@ int differences(const Picture& a, const Picture& b) {
 
 class ContainerView : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<IViewObjectEx> view;
     ComPtr<IDataObject> data;
@@ -135,7 +135,7 @@ TEST_F(ContainerView, AnActiveControlLooksTheSame) {
     ASSERT_NO_FATAL_FAILURE(container.activate());
     EXPECT_EQ(look(), expected);
     // The focus on the spectrum shows in its window only.
-    for (const HWND part : container.parts())
+    for (const HWND part : container.children())
         if (windowText(part) == L"picSpectrum")
             SetFocus(part);
     ASSERT_EQ(windowText(GetFocus()), L"picSpectrum");

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/DictionarySlot.h"
 #include "tests/automation/FreshModule.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "util/Product.h"
 
 namespace kv::test {

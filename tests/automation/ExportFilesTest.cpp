@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "tests/automation/ErrorReport.h"
-#include "tests/automation/HostedControl.h"
 #include "tests/automation/OtherClipboard.h"
 
 namespace kv::test {
@@ -280,23 +279,6 @@ TEST_F(ExportWindow, PictureThatIsNotPaintedYetIsExported) {
     EXPECT_GT(after.count(0x00654321, after.all()), 1000);
     pump();
     expectOnScreen(after);
-}
-
-TEST_F(ExportWindow, WindowThatWasNeverShownAndNoWindowGiveTheSamePicture) {
-    Scope scope;
-    scope.AddTXChnl(channel({.freq = 450.0, .bw = 5000.0, .power = 2.0, .key = L"TX1", .color = 0x000000FF}));
-    scope.DrawDisplay();
-    const Picture unsited = capture(scope);
-    EXPECT_TRUE(unsited.find(0x000000FF, unsited.all()));
-    const HostedControl hosted(scope);
-    hosted.resize(900, 650);
-    scope.DrawDisplay();
-    const Picture first = capture(scope);
-    EXPECT_TRUE(first.find(0x000000FF, first.all()));
-    hosted.resize(700, 500);
-    hosted.resize(900, 650);
-    scope.DrawDisplay();
-    EXPECT_TRUE(capture(scope) == first);
 }
 
 // The log.

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <array>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -35,13 +35,13 @@ class KeysDown {
 
 class Focus : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<IOleInPlaceActiveObject> active;
 
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.draw();
+        container.drawChannel();
         pump();
         ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
         active = container.as<IOleInPlaceActiveObject>();
@@ -52,28 +52,9 @@ class Focus : public testing::Test {
         MSG pressed{GetFocus(), message, code, 1, 0, {}};
         return active->TranslateAccelerator(&pressed);
     }
-    std::vector<HWND> stops() const {
-        std::vector<HWND> found;
-        for (const HWND part : container.parts())
-            if ((GetWindowLongPtrW(part, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(part))
-                found.push_back(part);
-        EXPECT_GT(found.size(), 3U);
-        return found;
-    }
-    HWND stop(const wchar_t* className) const {
-        for (const HWND part : stops())
-            if (windowClass(part) == className)
-                return part;
-        ADD_FAILURE() << "no such part";
-        return nullptr;
-    }
-    HWND spectrum() const {
-        for (const HWND part : stops())
-            if (windowText(part) == L"picSpectrum")
-                return part;
-        ADD_FAILURE() << "no spectrum";
-        return nullptr;
-    }
+    std::vector<HWND> stops() const { return container.tabStops(); }
+    HWND stop(const wchar_t* className) const { return container.part(className); }
+    HWND spectrum() const { return container.pictureBox(L"picSpectrum"); }
     HWND outside() const { return container.host.get(); }
     void leave() const {
         SetFocus(outside());
@@ -228,9 +209,7 @@ TEST_F(Focus, AKeyWithoutAUseIsOfferedToTheSiteAndItsAnswerIsReturned) {
 TEST(FocusOfASimpleContainer, AKeyWithoutAUseIsLeftToIt) {
     Container container;
     ASSERT_NO_FATAL_FAILURE(container.activate());
-    ASSERT_EQ(container.as<IOleObject>()->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0,
-                                                 container.host.get(), nullptr),
-              S_OK);
+    ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     MSG pressed{GetFocus(), WM_KEYDOWN, VK_F5, 1, 0, {}};
     EXPECT_EQ(container.as<IOleInPlaceActiveObject>()->TranslateAccelerator(&pressed), S_FALSE);
 }
@@ -281,7 +260,7 @@ TEST_F(Focus, WithoutADocumentWindowOrAFrame) {
     EXPECT_EQ(log.count("frame.SetActiveObject(null)"), 1);
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     container.site->frame->active.Reset();
-    const ComPtr<RecordedFrame> frame = std::move(container.site->frame);
+    const ComPtr<ContainerFrame> frame = std::move(container.site->frame);
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_TRUE(IsChild(container.root(), GetFocus()));
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);

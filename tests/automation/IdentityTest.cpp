@@ -3,7 +3,7 @@
 #include <objsafe.h>
 #include <olectl.h>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -102,7 +102,7 @@ TEST(Identity, TheControlIsOneObject) {
 }
 
 TEST(Identity, AnActiveControlIsOneObjectToo) {
-    RecordedContainer container;
+    FullContainer container;
     ASSERT_NO_FATAL_FAILURE(container.activate());
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     expectOneIdentity(container.control.Get(), kOffered);

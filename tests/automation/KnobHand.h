@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -124,10 +124,7 @@ class KnobHand : public testing::Test {
 
     /// The user's choice in the grid-range box.
     void choose(int item) const {
-        const HWND box = container.children(L"ComboBox").at(0);
-        SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(box));
+        container.chooseGridRange(item);
         pump();
     }
 };

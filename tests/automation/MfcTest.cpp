@@ -1,8 +1,8 @@
 // The control in a dialog or window of MFC: the order of its calls, and what it relies on.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -153,7 +153,7 @@ TEST_F(MfcTest, AHiddenControlHasItsWindowAndIsShownLater) {
     ASSERT_TRUE(window) << "its handle is the dialog item's";
     EXPECT_TRUE(dialog.isHidden());
     EXPECT_TRUE(isSize(dialog.window(), 800, 500));
-    dialog.draw();
+    dialog.drawChannel();
     EXPECT_TRUE(dialog.isHidden());
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(dialog.verb(OLEIVERB_SHOW), S_OK);
@@ -183,7 +183,7 @@ TEST_F(MfcTest, ACollapsedPanelMakesTheWindowLower) {
 
 TEST_F(MfcTest, ItsEndWithTwoClosesLeavesNothing) {
     dialog.play(kQuickCreation);
-    dialog.draw();
+    dialog.drawChannel();
     EXPECT_EQ(dialog.verb(OLEIVERB_UIACTIVATE), S_OK);
     dialog.play(kEnd);
     dialog.expectAllReleased();
@@ -191,7 +191,7 @@ TEST_F(MfcTest, ItsEndWithTwoClosesLeavesNothing) {
 
 TEST_F(MfcTest, AHiddenControlEndsAsWell) {
     dialog.play(kHiddenCreation);
-    dialog.draw();
+    dialog.drawChannel();
     Replica::close(dialog);
     EXPECT_FALSE(dialog.root());
     EXPECT_EQ(dialog.verb(OLEIVERB_HIDE), S_OK);

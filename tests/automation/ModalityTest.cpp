@@ -2,8 +2,8 @@
 // container shows one.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -26,13 +26,13 @@ HWND textWindow() {
 
 class Modality : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     MessageBoxes boxes;
 
     void activate() {
         ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.draw();
+        container.drawChannel();
         pump();
         log.calls.clear();
     }

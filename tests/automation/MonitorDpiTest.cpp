@@ -5,9 +5,9 @@
 #include <array>
 #include <cstdlib>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/FakeDpi.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {

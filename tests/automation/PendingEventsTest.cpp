@@ -1,7 +1,7 @@
 // What a drawing that the host asked for handles of the host's message queue, and what it leaves there.
 #include <gmock/gmock.h>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {

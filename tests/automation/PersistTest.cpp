@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {

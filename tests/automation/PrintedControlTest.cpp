@@ -2,8 +2,8 @@
 // that was never active.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {

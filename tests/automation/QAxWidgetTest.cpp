@@ -1,12 +1,13 @@
 // The control in Qt's ActiveX widget (QAxWidget): the order of its calls, and what each of them relies on.
 #include <docobj.h>
 #include <gmock/gmock.h>
+#include <olectl.h>
 
 #include <set>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -85,7 +86,7 @@ class QAxWidgetTest : public testing::Test {
   protected:
     QAxWidget widget{{800, 500}};
 
-    Picture spectrum() const { return windowPicture(widget.part(L"kvPictureBox", L"picSpectrum")); }
+    Picture spectrum() const { return windowPicture(widget.pictureBox(L"picSpectrum")); }
     void toggle() const { postRightClick(widget.panel(), 5, 5); }
     /// What is on the screen is what a complete repaint puts there.
     void expectNoGhost() const {
@@ -154,7 +155,7 @@ TEST_F(QAxWidgetTest, SinksThatDoNotKnowAnEventKeepHearingOfIt) {
 
 TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
     widget.create();
-    widget.draw();
+    widget.drawChannel();
     pump();
     const Picture before = windowPicture(widget.root());
     for (int round = 0; round < 2; ++round) {
@@ -171,7 +172,7 @@ TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
         EXPECT_EQ(widget.as<IViewObject>()->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, memory, &bounds,
                                                  nullptr, nullptr, 0),
                   S_OK);
-        const HWND units = widget.part(L"kvPictureBox", L"picUnits");
+        const HWND units = widget.pictureBox(L"picUnits");
         POINT corner{2, 2};
         MapWindowPoints(units, widget.root(), &corner, 1);
         EXPECT_EQ(GetPixel(memory, corner.x, corner.y), before.at(corner.x, corner.y));
@@ -190,7 +191,7 @@ TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
 TEST_F(QAxWidgetTest, AnExtentOfZeroBeforeTheActivationHarmsNothing) {
     Replica::initNew(widget);
     Replica::setSite(widget);
-    widget.draw();
+    widget.drawChannel();
     for (const SIZEL& none : {SIZEL{0, 0}, SIZEL{0, 9000}, SIZEL{9000, 0}}) {
         const SIZEL got = widget.setExtent(none);
         EXPECT_TRUE(got.cx == none.cx && got.cy == none.cy);
@@ -217,7 +218,7 @@ TEST_F(QAxWidgetTest, EveryResizeIsTheWidgetsOwnAndEqualOnesGiveEqualWindows) {
 
 TEST_F(QAxWidgetTest, ACollapseLeavesNoGapInAWidgetOfFixedSize) {
     widget.create();
-    widget.draw();
+    widget.drawChannel();
     EXPECT_EQ(widget.control->JustDrawIt(), S_OK);
     pump();
     const Picture before = spectrum();
@@ -257,7 +258,7 @@ TEST_F(QAxWidgetTest, ACollapsedControlFollowsTheWidget) {
 
 TEST_F(QAxWidgetTest, ItsEndWithoutACloseLeavesNothing) {
     widget.create();
-    widget.draw();
+    widget.drawChannel();
     EXPECT_EQ(widget.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     widget.play(kEnd);
     EXPECT_FALSE(FindWindowW(L"kvForm", nullptr));
@@ -273,7 +274,7 @@ TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheSite) {
     Replica::unsite(widget);
     EXPECT_EQ(widget.sink->references(), 1U) << "while the control is still there";
     widget.log.calls.clear();
-    widget.draw();
+    widget.drawChannel();
     EXPECT_THAT(widget.log.take(), IsEmpty());
 }
 

@@ -1,7 +1,7 @@
 // Other system colors, in containers that pass the message on and in those that do not.
 #include <gmock/gmock.h>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {

@@ -1,9 +1,9 @@
 // The control in the ActiveX window of wxWidgets (wxActiveXContainer): the order of its calls, and what it relies on.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -187,7 +187,7 @@ TEST_F(WxContainerTest, ANarrowControlAsksOnceAndTakesTheAnswer) {
 
 TEST_F(WxContainerTest, ACollapseKeepsAllTheRoomThatTheContainerGives) {
     container.create();
-    container.draw();
+    container.drawChannel();
     for (int round = 0; round < 2; ++round) {
         toggle();
         EXPECT_EQ(windowText(container.panel()), L"+");
@@ -216,7 +216,7 @@ TEST_F(WxContainerTest, AContainerThatStartsTinyIsAskedForRoom) {
 
 TEST_F(WxContainerTest, ItsEndWithAHideAfterTheDeactivationLeavesNothing) {
     container.create();
-    container.draw();
+    container.drawChannel();
     container.play(kEnd);
     EXPECT_EQ(container.log.count("OnInPlaceActivate"), 0) << "a verb of the end makes nothing new";
     container.expectAllReleased();
@@ -224,7 +224,7 @@ TEST_F(WxContainerTest, ItsEndWithAHideAfterTheDeactivationLeavesNothing) {
 
 TEST_F(WxContainerTest, NoEventComesAfterTheEnd) {
     container.create();
-    container.draw();
+    container.drawChannel();
     // The container never disconnects its sink, which then points to a deleted object. It ends inside the first event.
     container.events->onEvent = [&](DISPID) {
         container.events->onEvent = nullptr;

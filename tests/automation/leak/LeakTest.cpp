@@ -5,9 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -62,8 +62,8 @@ class Leaks : public testing::Test {
   protected:
     HostWindow host;
     CallLog log;
-    ComPtr<RecordedSite> site{new RecordedSite(log, host.get())};
-    ComPtr<RecordedSink> sink{new RecordedSink(log)};
+    ComPtr<ContainerSite> site{new ContainerSite(log, host.get(), kOffersAll)};
+    ComPtr<ViewSink> sink{new ViewSink(log)};
     TempFile file{L"leaks.bmp"};
     ComPtr<IClassFactory> channels;
 

@@ -1,6 +1,6 @@
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 
-#include <algorithm>
+#include <gmock/gmock.h>
 
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
@@ -12,24 +12,25 @@ namespace {
 constexpr wchar_t kHostClass[] = L"kvBandscopeTestHost";
 
 struct Search {
-    const wchar_t* className;
-    const wchar_t* text;  ///< null: any
+    const wchar_t* className;  ///< null: any
+    const wchar_t* text;       ///< null: any
     std::vector<HWND> found;
 };
 
 BOOL CALLBACK collect(HWND window, LPARAM parameter) {
     auto& search = *reinterpret_cast<Search*>(parameter);
-    if (lstrcmpiW(windowClass(window).c_str(), search.className) == 0 &&
+    if ((!search.className || lstrcmpiW(windowClass(window).c_str(), search.className) == 0) &&
         (!search.text || windowText(window) == search.text))
         search.found.push_back(window);
     return TRUE;
 }
 
-template <class Interface, class Object>
-HRESULT handOut(Object* object, void** out) {
-    *out = static_cast<Interface*>(object);
-    object->AddRef();
-    return S_OK;
+std::vector<HWND> windowsIn(HWND parent, const wchar_t* className, const wchar_t* text) {
+    Search search{className, text, {}};
+    // Without a parent the system would list the windows of all programs.
+    if (parent)
+        EnumChildWindows(parent, &collect, reinterpret_cast<LPARAM>(&search));
+    return search.found;
 }
 
 }  // namespace
@@ -66,192 +67,81 @@ void HostWindow::destroy() {
         DestroyWindow(window_);
 }
 
-HRESULT MockFrame::QueryInterface(REFIID iid, void** object) {
-    if (iid == IID_IUnknown || iid == IID_IOleWindow || iid == IID_IOleInPlaceUIWindow || iid == IID_IOleInPlaceFrame)
-        return handOut<IOleInPlaceFrame>(this, object);
-    *object = nullptr;
-    return E_NOINTERFACE;
-}
-
-HRESULT MockFrame::GetWindow(HWND* window) {
-    *window = window_;
-    return S_OK;
-}
-
-HRESULT MockFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR /*name*/) {
-    calls.push_back(object ? "SetActiveObject" : "SetActiveObject(null)");
-    return S_OK;
-}
-
-MockSite::MockSite(HWND window)
-    : place{Container::kLeft, Container::kTop, Container::kLeft + 720, Container::kTop + 480}, window_(window) {
-    frame = new MockFrame(window);
-}
-
-HRESULT MockSite::note(const char* call) {
-    calls.push_back(call);
-    return S_OK;
-}
-
-int MockSite::count(const std::string& call) const {
-    return static_cast<int>(std::count(calls.begin(), calls.end(), call));
-}
-
-HRESULT MockSite::QueryInterface(REFIID iid, void** object) {
-    if (iid == IID_IUnknown || iid == IID_IOleClientSite)
-        return handOut<IOleClientSite>(this, object);
-    if (iid == IID_IOleWindow || iid == IID_IOleInPlaceSite)
-        return handOut<IOleInPlaceSite>(this, object);
-    *object = nullptr;
-    return E_NOINTERFACE;
-}
-
-HRESULT MockSite::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
-    *moniker = nullptr;
-    return E_NOTIMPL;
-}
-
-HRESULT MockSite::GetContainer(IOleContainer** container) {
-    *container = nullptr;
-    return E_NOINTERFACE;
-}
-
-HRESULT MockSite::GetWindow(HWND* window) {
-    *window = window_;
-    return note("GetWindow");
-}
-
-HRESULT MockSite::CanInPlaceActivate() {
-    note("CanInPlaceActivate");
-    return canActivate ? S_OK : S_FALSE;
-}
-
-HRESULT MockSite::GetWindowContext(IOleInPlaceFrame** frameOut, IOleInPlaceUIWindow** document, LPRECT placeOut,
-                                   LPRECT clip, LPOLEINPLACEFRAMEINFO info) {
-    note("GetWindowContext");
-    *frameOut = nullptr;
-    *document = nullptr;
-    if (!hasContext)
-        return E_FAIL;
-    *placeOut = place;
-    *clip = place;
-    info->fMDIApp = FALSE;
-    info->hwndFrame = window_;
-    info->haccel = nullptr;
-    info->cAccelEntries = 0;
-    return frame.CopyTo(frameOut);
-}
-
-HRESULT MockSite::OnInPlaceDeactivate() {
-    note("OnInPlaceDeactivate");
-    if (const auto heard = onDeactivate)
-        heard();
-    return S_OK;
-}
-
-HRESULT MockSite::OnPosRectChange(LPCRECT wanted) {
-    note("OnPosRectChange");
-    if (const auto heard = onPosRectChange)
-        heard(*wanted);
-    return S_OK;
-}
-
-std::vector<DISPID> EventSink::ids() const {
-    std::vector<DISPID> result;
-    for (const HeardEvent& event : heard)
-        result.push_back(event.id);
-    return result;
-}
-
-HRESULT EventSink::QueryInterface(REFIID iid, void** object) {
-    if (iid == IID_IUnknown || iid == IID_IDispatch || iid == DIID___kvBandscope)
-        return handOut<IDispatch>(this, object);
-    *object = nullptr;
-    return E_NOINTERFACE;
-}
-
-HRESULT EventSink::GetTypeInfoCount(UINT* count) {
-    *count = 0;
-    return S_OK;
-}
-
-HRESULT EventSink::GetTypeInfo(UINT, LCID, ITypeInfo** info) {
-    *info = nullptr;
-    return E_NOTIMPL;
-}
-
-HRESULT EventSink::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) {
-    EXPECT_EQ(flags, DISPATCH_METHOD);
-    EXPECT_EQ(params->cNamedArgs, 0U);
-    HeardEvent event{id, {}, {}};
-    for (UINT i = params->cArgs; i-- > 0;) {
-        event.types.push_back(params->rgvarg[i].vt);
-        Var number;
-        VariantChangeType(&number, &params->rgvarg[i], 0, VT_R8);
-        event.arguments.push_back(number.dblVal);
-    }
-    heard.push_back(event);
-    if (const auto action = onEvent)
-        action(id);
-    return answer;
-}
-
-Container::Container() : control(createInstance<_kvBandscope>(CLSID_kvBandscope)) {
+Container::Container(const Offers& offers) : control(createInstance<_kvBandscope>(CLSID_kvBandscope)) {
     EXPECT_TRUE(control);
-    site = new MockSite(host.get());
+    site = new ContainerSite(log, host.get(), offers);
+    sink = new ViewSink(log);
 }
 
 Container::~Container() {
+    log.inside.clear();
+    log.answers.clear();
     if (!control)
         return;
-    const auto object = as<IOleObject>();
-    object->Close(OLECLOSE_NOSAVE);
-    object->SetClientSite(nullptr);
+    as<IOleObject>()->Close(OLECLOSE_NOSAVE);
+    as<IOleObject>()->SetClientSite(nullptr);
+}
+
+HRESULT Container::verb(LONG number, MSG* message) const {
+    return as<IOleObject>()->DoVerb(number, message, site.Get(), 0, host.get(), &site->place);
 }
 
 void Container::activate() {
-    const auto object = as<IOleObject>();
-    const auto persist = as<IPersistStreamInit>();
-    ASSERT_EQ(object->SetClientSite(site.Get()), S_OK);
-    ASSERT_EQ(persist->InitNew(), S_OK);
-    ASSERT_EQ(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site.Get(), 0, host.get(), &site->place), S_OK);
+    ASSERT_EQ(setSite(), S_OK);
+    ASSERT_EQ(as<IPersistStreamInit>()->InitNew(), S_OK);
+    ASSERT_EQ(verb(OLEIVERB_INPLACEACTIVATE), S_OK);
     pump();
 }
 
-void Container::resize(int width, int height) {
+void Container::resize(int width, int height) const {
     const RECT place{kLeft, kTop, kLeft + width, kTop + height};
     EXPECT_EQ(as<IOleInPlaceObject>()->SetObjectRects(&place, &place), S_OK);
     pump();
 }
 
-DWORD Container::connect(EventSink* sink) {
+DWORD Container::connect(IDispatch* events) const {
     ComPtr<IConnectionPoint> point;
     DWORD cookie = 0;
     EXPECT_EQ(as<IConnectionPointContainer>()->FindConnectionPoint(DIID___kvBandscope, point.GetAddressOf()), S_OK);
-    EXPECT_EQ(point->Advise(sink, &cookie), S_OK);
+    EXPECT_EQ(point->Advise(events, &cookie), S_OK);
     return cookie;
 }
 
-void Container::addTx(const ChannelSpec& spec) {
+void Container::advise() const {
+    DWORD connection = 0;
+    FORMATETC any{0, nullptr, DVASPECT_CONTENT, -1, static_cast<DWORD>(-1)};
+    EXPECT_EQ(as<IOleObject>()->Advise(sink.Get(), &connection), S_OK);
+    EXPECT_EQ(as<IViewObject2>()->SetAdvise(DVASPECT_CONTENT, 0, sink.Get()), S_OK);
+    EXPECT_EQ(as<IDataObject>()->DAdvise(&any, ADVF_NODATA, sink.Get(), &connection), S_OK);
+}
+
+void Container::addTx(const ChannelSpec& spec) const {
     long index = -1;
     EXPECT_EQ(control->AddTXChnl(channel(spec).Get(), &index), S_OK);
 }
 
-void Container::addRx(const ChannelSpec& spec) {
+void Container::addRx(const ChannelSpec& spec) const {
     long index = -1;
     EXPECT_EQ(control->AddRXChnl(channel(spec).Get(), &index), S_OK);
 }
 
-bool Container::draw() {
+bool Container::draw() const {
     VARIANT_BOOL drawn = VARIANT_FALSE;
     EXPECT_EQ(control->DrawDisplay(&drawn), S_OK);
     pump();
     return drawn != VARIANT_FALSE;
 }
 
+void Container::chooseGridRange(int item) const {
+    const HWND box = child(L"ComboBox", nullptr);
+    SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+    SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(box));
+}
+
 HWND Container::root() const {
     HWND window = nullptr;
-    EXPECT_EQ(as<IOleInPlaceObject>()->GetWindow(&window), S_OK);
+    as<IOleInPlaceObject>()->GetWindow(&window);
     return window;
 }
 
@@ -261,10 +151,9 @@ SIZE Container::size() const {
 }
 
 HWND Container::child(const wchar_t* className, const wchar_t* text) const {
-    Search search{className, text, {}};
-    EnumChildWindows(root(), &collect, reinterpret_cast<LPARAM>(&search));
-    EXPECT_EQ(search.found.size(), 1U) << className << " " << text;
-    return search.found.empty() ? nullptr : search.found.front();
+    const std::vector<HWND> found = windowsIn(root(), className, text);
+    EXPECT_EQ(found.size(), 1U) << className << " " << (text ? text : L"(any)");
+    return found.empty() ? nullptr : found.front();
 }
 
 HWND Container::panel() const {
@@ -278,13 +167,53 @@ HWND Container::panel() const {
 }
 
 std::vector<HWND> Container::children(const wchar_t* className) const {
-    Search search{className, nullptr, {}};
-    EnumChildWindows(root(), &collect, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    return windowsIn(root(), className, nullptr);
+}
+
+HWND Container::part(const wchar_t* className, const wchar_t* text) const {
+    for (const HWND window : windowsIn(root(), className, text))
+        if (isShown(window))
+            return window;
+    ADD_FAILURE() << "no such part: " << testing::PrintToString(std::wstring(className));
+    return nullptr;
+}
+
+std::vector<HWND> Container::tabStops() const {
+    std::vector<HWND> stops = children();
+    std::erase_if(stops, [](HWND window) {
+        return !(GetWindowLongPtrW(window, GWL_STYLE) & WS_TABSTOP) || !IsWindowVisible(window);
+    });
+    EXPECT_GT(stops.size(), 4U);
+    return stops;
+}
+
+std::vector<HWND> Container::windows() const {
+    return windowsIn(host.get(), nullptr, nullptr);
+}
+
+void Container::expectNothingLeft() const {
+    EXPECT_EQ(canUnloadNow(), S_OK);
+    EXPECT_EQ(site->references(), 1U);
+    EXPECT_EQ(site->frame->references(), 1U);
+    EXPECT_EQ(site->document->references(), 1U);
+    EXPECT_EQ(sink->references(), 1U);
+    EXPECT_TRUE(windows().empty());
+}
+
+void FullContainer::activate() {
+    Container::activate();
+    log.calls.clear();
+}
+
+void FullContainer::drawChannel() const {
+    VARIANT_BOOL drawn = VARIANT_FALSE;
+    addTx({.freq = 400.0, .power = 30.0, .key = L"TX1"});
+    EXPECT_EQ(control->DrawDisplay(&drawn), S_OK);
+    EXPECT_EQ(drawn, VARIANT_TRUE);
 }
 
 Sited::Sited(const Scope& scope) {
-    site = new MockSite(host.get());
+    site = new ContainerSite(log, host.get(), {});
     EXPECT_EQ(scope.get()->QueryInterface(IID_PPV_ARGS(object_.GetAddressOf())), S_OK);
     EXPECT_EQ(object_->SetClientSite(site.Get()), S_OK);
 }
