@@ -95,81 +95,6 @@ TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInItsSense) {
     EXPECT_THAT(sink->ids(), IsEmpty());
 }
 
-TEST_F(KnobInput, AnArrowOfTheNudgeKnobIsOneNudge) {
-    setCursor(420.0);
-    RECT area{};
-    GetClientRect(cursorMover(), &area);
-    postClick(cursorMover(), 8, kWheelY);
-    EXPECT_DOUBLE_EQ(cursor(), 420.0 - kNudge);
-    postClick(cursorMover(), area.right - 8, kWheelY);
-    postClick(cursorMover(), area.right - 8, kWheelY);
-    EXPECT_DOUBLE_EQ(cursor(), 420.0 + kNudge);
-}
-
-TEST_F(KnobInput, AClickOnTheWheelMovesNothing) {
-    setCursor(420.0);
-    const Picture before = shown();
-    postClick(cursorMover(), kWheelX, kWheelY);
-    postClick(centerMover(), kWheelX, kWheelY);
-    // Half a notch is none yet.
-    PostMessageW(centerMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 60), 0);
-    pump();
-    EXPECT_EQ(center(), 430.0);
-    EXPECT_EQ(cursor(), 420.0);
-    expectSame(shown(), before);
-}
-
-TEST_F(KnobInput, NudgesFollowTheGridStep) {
-    EXPECT_EQ(container.control->RescaleAll(), S_OK);
-    wheel(gridKnob(), 1);
-    expectRange(330.0, 530.0);
-    wheel(centerMover(), 1);
-    EXPECT_DOUBLE_EQ(center(), 429.0);
-    wheel(cursorMover(), 1);
-    EXPECT_DOUBLE_EQ(cursor(), 431.0);
-}
-
-TEST_F(KnobInput, NudgesOfAnEmptyControlMoveNothing) {
-    Container empty;
-    ASSERT_NO_FATAL_FAILURE(empty.activate());
-    const Picture before = windowPicture(empty.pictureBox(L"picSpectrum"));
-    for (const wchar_t* name : {L"Center Freq (MHz)", L"Cursor Freq (MHz)"}) {
-        wheel(empty.child(L"tdKnMover", name), 2);
-        wheel(empty.child(L"tdKnMover", name), -1);
-    }
-    for (const HWND button : empty.children(L"Button")) {
-        if (windowText(button).empty() && isShown(button))
-            SendMessageW(button, BM_CLICK, 0, 0);
-    }
-    pump();
-    double value = -1.0;
-    EXPECT_EQ(empty.control->get_CursorVal(&value), S_OK);
-    EXPECT_EQ(value, 0.0);
-    expectSame(windowPicture(empty.pictureBox(L"picSpectrum")), before);
-    // They have left nothing behind that counts in the first drawing.
-    empty.addTx({.freq = 450.0, .key = L"TX1"});
-    EXPECT_TRUE(empty.draw());
-    EXPECT_EQ(empty.control->get_DisplayCenterFreq(&value), S_OK);
-    EXPECT_EQ(value, 450.0);
-}
-
-TEST_F(KnobInput, TheCursorIsSetAndReadAndIgnoredOutside) {
-    setCursor(455.25);
-    EXPECT_EQ(cursor(), 455.25);
-    const Picture before = shown();
-    for (const double outside : {379.999, 480.001, -455.0, std::numeric_limits<double>::infinity(),
-                                 std::numeric_limits<double>::quiet_NaN()}) {
-        setCursor(outside);
-        EXPECT_EQ(cursor(), 455.25) << outside;
-    }
-    expectSame(shown(), before);
-    for (const double bound : {380.0, 480.0}) {
-        setCursor(bound);
-        EXPECT_EQ(cursor(), bound);
-    }
-    EXPECT_THAT(sink->ids(), IsEmpty());
-}
-
 TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
     const Picture without = shown();
     EXPECT_EQ(container.control->put_lCursorColor(0x000000FF), S_OK);
@@ -200,69 +125,6 @@ TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
     expectSame(shown(), first);
 }
 
-TEST_F(KnobInput, AFullRepaintTakesTheCursorLineAndTheNextOneStandsAlone) {
-    const Picture without = shown();
-    setCursor(413.0);
-    EXPECT_TRUE(container.draw());
-    expectSame(shown(), without);
-    setCursor(444.0);
-    EXPECT_EQ(changedColumns(without, shown()).size(), 1U);
-}
-
-TEST_F(KnobInput, TheCursorLineGoesWithAMovedPictureAndLeavesNoTrace) {
-    const Picture without = shown();
-    setCursor(413.0);
-    const Picture with = shown();
-    wheel(centerMover(), 4);
-    wheel(centerMover(), -4);
-    EXPECT_DOUBLE_EQ(center(), 430.0);
-    EXPECT_EQ(cursor(), 413.0);
-    expectSame(shown(), with);
-    // Out of the picture and in again.
-    for (int i = 0; i < 8; ++i)
-        key(centerMover(), VK_NEXT);
-    EXPECT_DOUBLE_EQ(center(), 470.0);
-    for (int i = 0; i < 8; ++i)
-        key(centerMover(), VK_PRIOR);
-    expectSame(shown(), with);
-    setCursor(444.0);
-    EXPECT_EQ(changedColumns(without, shown()).size(), 1U);
-}
-
-TEST_F(KnobInput, WhatIsDrawnOverTheCursorLineLeavesNoTraceOfIt) {
-    const auto drawChannels = [this] {
-        for (const wchar_t* button : {L"DrawRX", L"Draw TX"})
-            SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
-    };
-    drawChannels();
-    const Picture without = shown();
-    ComPtr<_FreqSlot> slot;
-    EXPECT_EQ(container.control->GetRXChnl(0, slot.GetAddressOf()), S_OK);
-    setCursor(459.5);
-    const Picture with = shown();
-    drawChannels();
-    expectSame(shown(), with);
-    VARIANT_BOOL drawn = VARIANT_FALSE;
-    EXPECT_EQ(container.control->ReDrawChnl(slot.Get(), &drawn), S_OK);
-    expectSame(shown(), with);
-    setCursor(413.0);
-    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(413.0)));
-}
-
-TEST_F(KnobInput, ACursorThatMovesWhileThePictureIsDrawnLeavesNoTrace) {
-    const Picture without = shown();
-    setCursor(430.0);
-    // The wheel's messages wait until a drawing lets events run.
-    PostMessageW(cursorMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
-    EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
-    EXPECT_DOUBLE_EQ(cursor(), 430.5);
-    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(430.5)));
-    PostMessageW(cursorMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
-    EXPECT_TRUE(container.draw());
-    setCursor(444.0);
-    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(444.0)));
-}
-
 TEST_F(KnobInput, AClickOnItsButtonPutsTheCursorOnTheCenter) {
     const Picture without = shown();
     setCursor(413.0);
@@ -277,35 +139,6 @@ TEST_F(KnobInput, AClickOnItsButtonPutsTheCursorOnTheCenter) {
     const std::vector<int> columns = changedColumns(without, shown());
     EXPECT_THAT(columns, ElementsAre(columnOf(moved)));
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange, kChgFreqRange)) << "those of the two nudges only";
-}
-
-TEST_F(KnobInput, EscapeTakesNudgesBack) {
-    setCursor(413.0);
-    const Picture before = shown();
-    for (const HWND mover : {centerMover(), cursorMover()}) {
-        take(mover, kWheelX, kWheelY);
-        drag(mover, kWheelX, kWheelY - 5 * kDetent);
-        EXPECT_NE(shown(), before);
-        keyDown(mover, VK_ESCAPE);
-        EXPECT_EQ(GetCapture(), nullptr);
-        EXPECT_DOUBLE_EQ(center(), 430.0);
-        EXPECT_DOUBLE_EQ(cursor(), 413.0);
-        expectSame(shown(), before);
-        // The button is still down, but the turn is over.
-        drag(mover, kWheelX, kWheelY - 9 * kDetent);
-        release(mover, kWheelX, kWheelY - 9 * kDetent);
-        expectSame(shown(), before);
-    }
-}
-
-TEST_F(KnobInput, AProgramsValuesRaiseNothing) {
-    setCursor(413.0);
-    EXPECT_EQ(container.control->put_DisplayCenterFreq(440.0), S_OK);
-    EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
-    EXPECT_EQ(container.control->RescaleAll(), S_OK);
-    pump();
-    expectRange(390.0, 490.0);
-    EXPECT_THAT(sink->ids(), IsEmpty());
 }
 
 TEST_F(KnobInput, TheFormKeepsItsKeys) {
