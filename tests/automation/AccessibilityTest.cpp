@@ -1,4 +1,4 @@
-// What a screen reader learns of the control, asked as one asks: by the windows on the screen.
+// What a screen reader learns of the control through its windows on the screen.
 #include <gmock/gmock.h>
 #include <oleacc.h>
 
@@ -46,7 +46,7 @@ LONG state(HWND window) {
     return state.lVal;
 }
 
-/// The value changes that are told while this lives, in this process.
+/// Collects the value-change events of this process during its lifetime.
 class ValueChanges {
   public:
     ValueChanges()
@@ -94,7 +94,7 @@ class Accessibility : public testing::Test {
     HWND mover() const { return part(L"tdKnMover"); }
 };
 
-TEST_F(Accessibility, TheSpectrumSaysWhatItShows) {
+TEST_F(Accessibility, TheSpectrumDescribesWhatItShows) {
     EXPECT_EQ(name(spectrum()), L"Spectrum");
     EXPECT_EQ(role(spectrum()), ROLE_SYSTEM_CHART);
     // The cursor begins at the center.
@@ -107,7 +107,7 @@ TEST_F(Accessibility, TheSpectrumSaysWhatItShows) {
                 testing::AllOf(testing::HasSubstr(L"Home shows all channels"), testing::HasSubstr(L"Space")));
 }
 
-TEST_F(Accessibility, AnEmptyControlHasNoRangeToTell) {
+TEST_F(Accessibility, AnEmptyControlReportsNoRange) {
     FullContainer fresh;
     ASSERT_NO_FATAL_FAILURE(fresh.activate());
     EXPECT_EQ(value(fresh.pictureBox(L"picSpectrum")), L"0 transmit channels, 0 receive channels");
@@ -125,7 +125,7 @@ TEST_F(Accessibility, KnobsAreDialsWithTheValuesTheyShow) {
     EXPECT_THAT(text(accessible(grid).Get(), &IAccessible::get_accHelp), testing::HasSubstr(L"Escape"));
 }
 
-TEST_F(Accessibility, EveryShownPartHasARoleAndEveryOneThatTakesTheFocusAName) {
+TEST_F(Accessibility, EveryVisiblePartHasARoleAndEveryFocusablePartHasAName) {
     std::vector<HWND> parts{container.root()};
     for (const HWND window : container.children())
         if (IsWindowVisible(window))
@@ -134,7 +134,7 @@ TEST_F(Accessibility, EveryShownPartHasARoleAndEveryOneThatTakesTheFocusAName) {
     for (const HWND window : parts) {
         SCOPED_TRACE(testing::PrintToString(windowClass(window)) + " " + testing::PrintToString(windowText(window)));
         EXPECT_NE(role(window), 0);
-        // The list takes its name from the label before it, which is the system's affair.
+        // The system names the list after the label before it.
         if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_TABSTOP) && windowClass(window) != L"ComboBox") {
             EXPECT_NE(name(window), L"");
         }
@@ -149,7 +149,7 @@ TEST_F(Accessibility, EveryShownPartHasARoleAndEveryOneThatTakesTheFocusAName) {
     EXPECT_EQ(windowText(GetWindow(combo, GW_HWNDPREV)), L"Grid Step") << "the label that names the list";
 }
 
-TEST_F(Accessibility, TheFocusIsSeenFromEverywhere) {
+TEST_F(Accessibility, EveryPartReportsTheFocus) {
     EXPECT_EQ(state(spectrum()) & (STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_FOCUSED), STATE_SYSTEM_FOCUSABLE);
     SetFocus(spectrum());
     EXPECT_EQ(state(spectrum()) & STATE_SYSTEM_FOCUSED, STATE_SYSTEM_FOCUSED);
@@ -169,7 +169,7 @@ TEST_F(Accessibility, TheFocusIsSeenFromEverywhere) {
     EXPECT_EQ(nowhere.vt, VT_EMPTY);
 }
 
-TEST_F(Accessibility, TheFrameTellsThatItsPictureHasTheFocus) {
+TEST_F(Accessibility, TheFrameReportsThatItsPictureHasTheFocus) {
     SetFocus(mover());
     pump();
     const HWND units = GetParent(spectrum());
@@ -200,7 +200,7 @@ TEST_F(Accessibility, AScreenReaderMovesTheFocus) {
     EXPECT_EQ(GetFocus(), spectrum());
 }
 
-TEST_F(Accessibility, HiddenPartsSayThatTheyAre) {
+TEST_F(Accessibility, HiddenPartsReportTheInvisibleState) {
     HWND hidden = nullptr;
     for (const HWND window : container.children())
         if (windowClass(window) == L"tdKnob" && !IsWindowVisible(window))
@@ -211,7 +211,7 @@ TEST_F(Accessibility, HiddenPartsSayThatTheyAre) {
     EXPECT_EQ(accessible(hidden)->accSelect(SELFLAG_TAKEFOCUS, self()), S_FALSE);
 }
 
-TEST_F(Accessibility, PlacesAreThoseOfTheWindows) {
+TEST_F(Accessibility, LocationsAreThoseOfTheWindows) {
     RECT area{};
     GetWindowRect(spectrum(), &area);
     LONG left = 0;
@@ -225,12 +225,12 @@ TEST_F(Accessibility, PlacesAreThoseOfTheWindows) {
     EXPECT_EQ(height, area.bottom - area.top);
 }
 
-TEST_F(Accessibility, ChangesOfValuesAreToldAndNothingElse) {
+TEST_F(Accessibility, OnlyChangesOfValuesRaiseEvents) {
     const ValueChanges changes;
     EXPECT_EQ(container.control->DrawByRange(401.0, 409.0), S_OK);
     EXPECT_EQ(changes.count(spectrum()), 1);
     const int before = changes.count(mover());
-    // The same again is drawn again and says the same.
+    // Drawing the same again changes no value.
     EXPECT_EQ(container.control->JustDrawIt(), S_OK);
     EXPECT_EQ(changes.count(spectrum()), 1);
     EXPECT_EQ(container.control->put_CursorVal(404.0), S_OK);
@@ -241,7 +241,7 @@ TEST_F(Accessibility, ChangesOfValuesAreToldAndNothingElse) {
     EXPECT_EQ(changes.count(spectrum()), 3);
 }
 
-TEST_F(Accessibility, WhatAScreenReaderHoldsOutlivesTheControl) {
+TEST_F(Accessibility, AccessibleObjectsCanOutliveTheControl) {
     const ComPtr<IAccessible> picture = accessible(spectrum());
     ComPtr<IAccessible> knob = accessible(mover());
     EXPECT_EQ(container.as<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
@@ -257,9 +257,9 @@ TEST_F(Accessibility, WhatAScreenReaderHoldsOutlivesTheControl) {
     knob.Reset();
 }
 
-TEST_F(Accessibility, OtherQuestionsAreLeftToTheSystem) {
+TEST_F(Accessibility, OtherRequestsAreAnsweredByTheSystem) {
     EXPECT_EQ(SendMessageW(spectrum(), WM_GETOBJECT, 0, OBJID_NATIVEOM), 0);
-    // Some callers leave anything in the upper half.
+    // Some callers leave the upper half undefined.
     const LRESULT answer = SendMessageW(spectrum(), WM_GETOBJECT, 0, static_cast<LPARAM>(OBJID_CLIENT));
     ASSERT_GT(answer, 0);
     ComPtr<IAccessible> object;

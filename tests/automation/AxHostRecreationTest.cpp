@@ -35,7 +35,7 @@ class AxHostRecreation : public testing::Test {
         Replica::release(host);
         current = nullptr;
     }
-    /// The host hears the messages of the control's window before the control does.
+    /// The host receives the messages of the control's window before the control does.
     void activate() {
         ASSERT_EQ(host.verbAt(OLEIVERB_INPLACEACTIVATE, -1, nullptr, &host.site->place), S_OK);
         inPlace = true;
@@ -55,7 +55,7 @@ class AxHostRecreation : public testing::Test {
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         AxHostRecreation& test = *current;
         const WNDPROC controls = test.before;
-        // The state changes at the end, so that the message is heard twice when the control destroys its window itself.
+        // The state changes at the end, so that the message arrives twice when the control destroys its window itself.
         if (message == WM_DESTROY && test.inPlace) {
             if (test.host.root()) {
                 ++test.ends;
@@ -107,7 +107,7 @@ TEST_F(AxHostRecreation, DrawingWhileThereIsNoWindowShowsInTheNextOne) {
     EXPECT_GT(after.count(RGB(10, 20, 30), after.all()), 1000);
 }
 
-TEST_F(AxHostRecreation, TheParentIsDestroyedUnderTheControl) {
+TEST_F(AxHostRecreation, AControlSurvivesTheDestructionOfItsParentWindow) {
     const Picture first = shown();
     host.host.destroy();
     EXPECT_EQ(ends, 1);
@@ -120,7 +120,7 @@ TEST_F(AxHostRecreation, TheParentIsDestroyedUnderTheControl) {
     Replica::unadviseEvents(host);
 }
 
-TEST_F(AxHostRecreation, TheInterfaceIsActiveWhenTheWindowGoes) {
+TEST_F(AxHostRecreation, AUiActiveControlSurvivesTheDestructionOfItsWindow) {
     EXPECT_EQ(host.verbAt(OLEIVERB_UIACTIVATE, -1, nullptr, nullptr), S_OK);
     DestroyWindow(host.root());
     EXPECT_EQ(host.log.count("OnUIActivate"), 1);

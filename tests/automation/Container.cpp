@@ -58,7 +58,7 @@ HostWindow::HostWindow() {
         CreateWindowExW(0, kHostClass, L"", WS_POPUP, 40, 40, 900, 640, nullptr, nullptr, info.hInstance, nullptr);
     EXPECT_TRUE(window_);
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    // Shown without activation: a window that was active is taken down slowly where no window manager runs.
+    // Shown without activation, because without a window manager an active window is destroyed slowly.
     ShowWindow(window_, SW_SHOWNOACTIVATE);
 }
 

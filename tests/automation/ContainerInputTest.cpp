@@ -1,12 +1,12 @@
-// What the user does to the control's windows, and the events that the host hears of it.
-#include "tests/automation/KnobHand.h"
+// The user's input in the windows of the control, and the events that it raises.
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
 
 using testing::ElementsAre;
 
-class ContainerInput : public KnobHand {
+class ContainerInput : public UserInput {
   protected:
     long count(HRESULT (STDMETHODCALLTYPE _kvBandscope::*getter)(long*)) const {
         long value = -1;
@@ -55,7 +55,7 @@ TEST_F(ContainerInput, AClickElsewhereLoadsNothing) {
     postClick(container.panel(), 430, 140);
     postClick(spectrum(), 50, 50);
     postClick(container.pictureBox(L"picUnits"), 2, 2);
-    // Pressed on the background and let go outside is no click.
+    // A press on the background that is released outside is no click.
     PostMessageW(container.root(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 100));
     PostMessageW(container.root(), WM_LBUTTONUP, 0, MAKELPARAM(-5, 100));
     pump();
@@ -66,7 +66,7 @@ TEST_F(ContainerInput, AClickElsewhereLoadsNothing) {
     EXPECT_EQ(count(&_kvBandscope::get_NumTX), 0);
 }
 
-TEST_F(ContainerInput, AGridRangeIsToldAlsoByAnEmptyControl) {
+TEST_F(ContainerInput, AnEmptyControlRaisesChgGridRange) {
     for (const int item : {0, 2, 1, 1})
         choose(item);
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange, kChgGridRange, kChgGridRange, kChgGridRange));
@@ -82,25 +82,25 @@ TEST_F(ContainerInput, TheKeyboardChoosesAGridRange) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange));
 }
 
-TEST_F(ContainerInput, AGridRangeThatChangesTheDisplayTellsItsRangeFirst) {
+TEST_F(ContainerInput, ChgFreqRangeIsRaisedBeforeChgGridRange) {
     fill();
     const Picture before = windowPicture(spectrum());
     choose(0);
-    // The step is the grid knob's, half a megahertz, and 20 of them stand around the center.
+    // The step is the grid knob's, 0.5 MHz; the display is 20 steps wide around the center.
     const HeardEvent range{kChgFreqRange, {425.0, 435.0}, {VT_R8, VT_R8}};
     const HeardEvent chosen{kChgGridRange, {}, {}};
     EXPECT_TRUE(sink->heard == (std::vector<HeardEvent>{range, chosen}));
     EXPECT_EQ(minFreq(), 425.0);
     EXPECT_EQ(maxFreq(), 435.0);
     EXPECT_NE(windowPicture(spectrum()), before);
-    // The knob keeps its value through another choice, so the range stays.
+    // The knob keeps its value at another choice, so that the range stays.
     sink->heard.clear();
     choose(2);
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange));
     EXPECT_EQ(minFreq(), 425.0);
 }
 
-TEST_F(ContainerInput, ADoubleClickRecentresOnTheMouse) {
+TEST_F(ContainerInput, ADoubleClickRecentersOnTheMouse) {
     fill();
     const Picture before = windowPicture(spectrum());
     const int x = before.width / 4;
@@ -186,13 +186,13 @@ TEST_F(ContainerInput, TheReadOutsFollowTheMouse) {
     EXPECT_TRUE(isShown(label(expected)));
 }
 
-TEST_F(ContainerInput, AFreezeMutesNothingForGood) {
+TEST_F(ContainerInput, FrozenEventsAreRaisedAllTheSame) {
     const auto control = container.as<IOleControl>();
     EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
     EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
     choose(0);
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange)) << "some containers never thaw";
-    // More thaws than freezes do no harm.
+    // More thaws than freezes are harmless.
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
     choose(2);
@@ -211,7 +211,7 @@ TEST_F(ContainerInput, AFailingSinkDoesNotStopTheOthers) {
     EXPECT_EQ(last->heard.size(), 3U);
 }
 
-TEST_F(ContainerInput, ASinkMayGoDuringItsEvent) {
+TEST_F(ContainerInput, ASinkCanBeDisconnectedDuringAnEvent) {
     ComPtr<EventSink> last;
     last = new EventSink;
     const DWORD cookie = container.connect(last.Get());

@@ -1,5 +1,5 @@
-// Whose keys are whose: what the control's parts want first, then the container's accelerators; Tab goes through the
-// parts and leaves at the end.
+// Which keys belong to the control: first the keys that its parts use, then the container's accelerators. Tab moves
+// through the parts and leaves the control after the last one.
 #include <gmock/gmock.h>
 
 #include <array>
@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The Shift key as this thread sees it.
+/// Holds the Shift key down in this thread's keyboard state.
 class ShiftDown {
   public:
     ShiftDown() { set(0x80); }
@@ -57,7 +57,7 @@ class ContainerKeys : public testing::Test {
     HWND stop(const wchar_t* className) const { return container.part(className); }
 };
 
-TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
+TEST_F(ContainerKeys, TheContainerGetsTheKeysThatThePartDoesNotUse) {
     SetFocus(stop(L"tdKnMover"));
     log.answers["TranslateAccelerator"] = S_OK;
     const HWND focus = GetFocus();
@@ -65,7 +65,8 @@ TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
         EXPECT_EQ(key(code), S_OK) << code;
     EXPECT_EQ(log.count("TranslateAccelerator"), 3);
     EXPECT_EQ(GetFocus(), focus);
-    // A Tab that leads out of the control is the container's like any other key; one that stays inside is not.
+    // A Tab that would leave the control is offered to the container like any other key; a Tab inside the control is
+    // not.
     SetFocus(stops().back());
     log.calls.clear();
     EXPECT_EQ(key(VK_TAB), S_OK);
@@ -77,7 +78,7 @@ TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
     EXPECT_EQ(GetFocus(), stops().at(stops().size() - 2));
 }
 
-TEST_F(ContainerKeys, AContainerThatAsksBackGetsAnAnswer) {
+TEST_F(ContainerKeys, AContainerCanCallTranslateAcceleratorBack) {
     HRESULT inner = E_UNEXPECTED;
     log.inside["TranslateAccelerator"] = [&] { inner = key(VK_F5); };
     SetFocus(stop(L"tdKnMover"));
@@ -86,7 +87,7 @@ TEST_F(ContainerKeys, AContainerThatAsksBackGetsAnAnswer) {
     EXPECT_EQ(log.count("TranslateAccelerator"), 1);
 }
 
-TEST_F(ContainerKeys, OnlyKeysAndOnlyWithTheFocus) {
+TEST_F(ContainerKeys, OnlyKeysAreTranslatedAndOnlyWithTheFocus) {
     EXPECT_EQ(key(0, WM_MOUSEMOVE), S_FALSE);
     EXPECT_EQ(active->TranslateAccelerator(nullptr), E_POINTER);
     SetFocus(container.host.get());
@@ -96,7 +97,7 @@ TEST_F(ContainerKeys, OnlyKeysAndOnlyWithTheFocus) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
+TEST_F(ContainerKeys, EachPartGetsTheKeysThatItUses) {
     double before = 0.0;
     double after = 0.0;
     EXPECT_EQ(container.control->get_DisplayCenterFreq(&before), S_OK);
@@ -109,7 +110,7 @@ TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
     const LRESULT item = chosen();
     EXPECT_EQ(key(VK_DOWN), S_OK);
     EXPECT_NE(chosen(), item);
-    // A button has no use for arrows; letters, releases and what Alt goes with are for the container's own loop.
+    // A button does not use arrow keys; characters, key releases and keys with Alt are left to the container's loop.
     SetFocus(stop(L"Button"));
     EXPECT_EQ(key(VK_LEFT), S_FALSE);
     EXPECT_EQ(key(VK_SPACE), S_FALSE);
@@ -119,7 +120,7 @@ TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
     EXPECT_EQ(key(VK_LEFT, WM_SYSKEYDOWN), S_FALSE);
 }
 
-TEST_F(ContainerKeys, EnterAndEscapeAreTheForms) {
+TEST_F(ContainerKeys, EnterAndEscapeAreLeftToTheForm) {
     for (const HWND part : stops()) {
         SetFocus(part);
         EXPECT_EQ(key(VK_RETURN), S_FALSE) << testing::PrintToString(windowText(part));
@@ -148,7 +149,7 @@ TEST_F(ContainerKeys, TheSpectrumGetsItsKeysAndNoOthers) {
         EXPECT_EQ(key(code), S_FALSE) << code;
 }
 
-TEST_F(ContainerKeys, EscapeIsTheDragsWhileThereIsOne) {
+TEST_F(ContainerKeys, EscapeCancelsADragOrClosesAListFirst) {
     const HWND knob = stop(L"tdKnMover");
     RECT size{};
     GetClientRect(knob, &size);
@@ -167,7 +168,7 @@ TEST_F(ContainerKeys, EscapeIsTheDragsWhileThereIsOne) {
     EXPECT_FALSE(SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0));
 }
 
-TEST_F(ContainerKeys, TabGoesThroughAndOut) {
+TEST_F(ContainerKeys, TabMovesThroughThePartsAndLeavesAtTheEnd) {
     const std::vector<HWND> parts = stops();
     ASSERT_GT(parts.size(), 4U);
     SetFocus(parts.front());
@@ -190,7 +191,7 @@ TEST_F(ContainerKeys, TabGoesThroughAndOut) {
     EXPECT_EQ(log.count("OnUIActivate"), 0);
 }
 
-TEST_F(ContainerKeys, TabComesInAtTheEndItComesFrom) {
+TEST_F(ContainerKeys, TabEntersAtTheFirstPartAndShiftTabAtTheLast) {
     const std::vector<HWND> parts = stops();
     MSG tab{};
     tab.message = WM_KEYDOWN;

@@ -1,4 +1,4 @@
-// Every way in which a container may let go of the control: nothing is left behind, whoever goes first.
+// Every way in which a container can release the control. Nothing is left behind, whatever is destroyed first.
 #include <gmock/gmock.h>
 
 #include <optional>
@@ -22,7 +22,7 @@ class ContainerLife : public testing::Test {
         EXPECT_TRUE(container.draw());
     }
     void TearDown() override {
-        EXPECT_FALSE(container.control) << "the test lets the control go itself";
+        EXPECT_FALSE(container.control) << "the test releases the control itself";
         container.expectNothingLeft();
         EXPECT_EQ(sink->references(), 1U);
         EXPECT_EQ(container.log.count("OnInPlaceActivate"), activations);
@@ -31,9 +31,9 @@ class ContainerLife : public testing::Test {
     int activations = 1;
     int deactivations = 1;
 
-    /// Drops the test's reference, which has to be the last one.
+    /// Releases the test's reference, which must be the last one.
     void releaseLast() { EXPECT_EQ(container.control.Reset(), 0U); }
-    /// Drops the last reference while the control is at work: it has to stay until that work is done.
+    /// Releases the last reference while the control is working: it must exist until that work is done.
     void releaseAtWork() {
         container.control.Reset();
         EXPECT_EQ(canUnloadNow(), S_FALSE);
@@ -41,9 +41,9 @@ class ContainerLife : public testing::Test {
     ComPtr<IOleObject> object() const { return container.as<IOleObject>(); }
     void close() const { EXPECT_EQ(object()->Close(OLECLOSE_NOSAVE), S_OK); }
     void unsite() const { EXPECT_EQ(object()->SetClientSite(nullptr), S_OK); }
-    /// The control without a counted reference: what is left of it is the control's own care.
+    /// The control without a counted reference; the control must keep itself alive.
     _kvBandscope* raw() const { return container.control.Get(); }
-    /// `action` runs when the control next lets events run.
+    /// `action` runs when the control next processes pending events.
     void meanwhile(std::function<void()> action) {
         container.host.onMessage = std::move(action);
         PostMessageW(container.host.get(), WM_APP, 0, 0);
@@ -89,7 +89,7 @@ TEST_F(ContainerLife, DeactivatedAndActivatedAgain) {
     releaseLast();
 }
 
-TEST_F(ContainerLife, TheWindowGoesFirst) {
+TEST_F(ContainerLife, TheWindowIsDestroyedFirst) {
     container.host.destroy();
     EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), 1);
     EXPECT_TRUE(container.draw());
@@ -100,12 +100,12 @@ TEST_F(ContainerLife, TheWindowGoesFirst) {
 }
 
 TEST_F(ContainerLife, ReleasedWhileActive) {
-    // Nobody is called back by an object that is going.
+    // An object in its destructor calls nothing back.
     deactivations = 0;
     releaseLast();
 }
 
-TEST_F(ContainerLife, ActiveInItsInterfaceWhenTheWindowGoes) {
+TEST_F(ContainerLife, ClosedWhileUiActive) {
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     close();
     EXPECT_EQ(container.log.count("OnUIDeactivate"), 1);
@@ -179,7 +179,7 @@ TEST_F(ContainerLife, ClosedInTheMiddleOfARepaint) {
     EXPECT_FALSE(container.control);
 }
 
-TEST_F(ContainerLife, TheWindowGoesInTheMiddleOfARepaint) {
+TEST_F(ContainerLife, TheWindowIsDestroyedInTheMiddleOfARepaint) {
     meanwhile([&] { container.host.destroy(); });
     EXPECT_TRUE(container.draw());
     EXPECT_EQ(container.host.get(), nullptr);
@@ -200,14 +200,14 @@ TEST_F(ContainerLife, ClosedInTheMiddleOfAResize) {
     EXPECT_FALSE(container.control);
 }
 
-TEST_F(ContainerLife, TheLastReleaseWhenTheSiteHearsOfTheEnd) {
+TEST_F(ContainerLife, TheLastReleaseInsideOnInPlaceDeactivate) {
     IOleObject* const plain = object().Get();
     container.log.inside["OnInPlaceDeactivate"] = [&] { releaseAtWork(); };
     EXPECT_EQ(plain->SetClientSite(nullptr), S_OK);
     EXPECT_FALSE(container.control);
 }
 
-TEST_F(ContainerLife, TheLastReleaseWhenTheWindowGoes) {
+TEST_F(ContainerLife, TheLastReleaseWhileTheWindowIsDestroyed) {
     container.log.inside["OnInPlaceDeactivate"] = [&] { releaseAtWork(); };
     container.host.destroy();
     EXPECT_FALSE(container.control);

@@ -1,5 +1,5 @@
-// A container that takes the control down inside any call of the control's, by any means: nothing crashes, nothing is
-// left behind and nobody is told twice.
+// A container that ends the control inside any call of the control's, by any means: nothing crashes, nothing is left
+// behind and no notification is sent twice.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -42,7 +42,7 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
     ComPtr<EventSink> events{new EventSink};
     bool ended = false;
 
-    /// Ends the control once. The test's reference is let go last, where the control still has work to do.
+    /// Ends the control once. The test's reference is released last, while the control still has work to do.
     void end(End how) {
         if (ended)
             return;
@@ -91,9 +91,10 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
         }
         container.control.Reset();
     }
-    /// A life with every call in it.
+    /// A whole life of a control, with every call to the container in it.
     void live() {
-        // Calls go through interfaces that are not counted, as those of a host that drops its last one inside.
+        // The calls use interfaces without a counted reference, as those of a host that releases its last one inside a
+        // call.
         IOleObject* const object = container.as<IOleObject>().Get();
         IOleInPlaceObject* const place = container.as<IOleInPlaceObject>().Get();
         const auto gone = [&] { return !container.control; };
@@ -109,7 +110,7 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
                 container.chooseGridRange();
         });
         onlyWhileThere([&] {
-            // A drawing lets events run, and the container does what it likes meanwhile.
+            // A drawing processes pending events, in which the container can do anything.
             container.host.onMessage = [&] { log.note("Repaint"); };
             PostMessageW(container.host.get(), WM_APP, 0, 0);
             VARIANT_BOOL drawn = VARIANT_FALSE;
@@ -138,7 +139,7 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
     }
 };
 
-TEST_P(ContainerTeardown, InsideACall) {
+TEST_P(ContainerTeardown, TheContainerCanEndTheControlInsideAnyCall) {
     const auto& [call, how] = GetParam();
     container.advise();
     container.connect(events.Get());
@@ -157,7 +158,7 @@ TEST_P(ContainerTeardown, InsideACall) {
     container.site->document->active.Reset();
     container.control.Reset();
     pump();
-    // Nobody is called back by an object that is going: a container that only lets go hears of no end.
+    // An object in its destructor calls nothing back, so a container that only releases is not notified of the end.
     if (how != End::Release)
         expectPairs();
     container.expectNothingLeft();
@@ -187,7 +188,7 @@ const std::string kCalls[] = {"CanInPlaceActivate",
                               "OnInPlaceDeactivate",
                               "OnClose"};
 
-/// What reaches the container by other ways than its site.
+/// Calls that do not come through the site.
 const std::string kOtherCalls[] = {"Event", "Repaint"};
 
 std::string testName(const testing::TestParamInfo<std::tuple<std::string, End>>& info) {
@@ -212,8 +213,8 @@ INSTANTIATE_TEST_SUITE_P(EventsAndPaint, ContainerTeardown,
                                                           End::CloseAndShowAgain)),
                          testName);
 
-/// From outside of any call, whatever goes first, from each stage of a control's life.
-TEST(ContainerEnds, InAnyOrder) {
+/// Outside of any call, in every order, from each stage of a control's life.
+TEST(ContainerEnds, TheEndingStepsCanComeInAnyOrder) {
     std::vector<End> order{End::Close, End::Unsite, End::DestroyParent, End::Release};
     do {
         for (const LONG verb : {OLEIVERB_HIDE, OLEIVERB_INPLACEACTIVATE, OLEIVERB_UIACTIVATE}) {
@@ -225,7 +226,8 @@ TEST(ContainerEnds, InAnyOrder) {
             std::string said;
             for (const End step : order) {
                 said += std::string(" ") + nameOf(step);
-                // A container that has let go has nothing left to call; only its window may still go.
+                // A container that has released the control has nothing left to call; only its window can still be
+                // destroyed.
                 if (step == End::DestroyParent)
                     container.host.destroy();
                 else if (!container.control)
@@ -240,7 +242,7 @@ TEST(ContainerEnds, InAnyOrder) {
                     container.control.Reset();
                 pump();
             }
-            // A frame that was never told otherwise keeps its active object until it goes itself.
+            // A frame that gets no other active object keeps the old one until it is destroyed itself.
             container.site->frame->active.Reset();
             container.site->document->active.Reset();
             SCOPED_TRACE(said + ", after verb " + std::to_string(verb));
@@ -250,7 +252,7 @@ TEST(ContainerEnds, InAnyOrder) {
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-/// A site that answers with errors.
+/// A site that returns errors.
 class ContainerErrors : public testing::TestWithParam<std::string> {};
 
 TEST_P(ContainerErrors, AreSurvived) {

@@ -1,4 +1,4 @@
-// The control in a window of a container: what it shows there and how it is placed.
+// The control in a window of a container: its parts, its layout and its size.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -29,7 +29,7 @@ class ContainerTest : public testing::Test {
         }
         return texts;
     }
-    /// The children where the layout's arithmetic has them, for a control of this many pixels at 96 dpi.
+    /// The children are where the layout puts them in a control of this size in pixels, at 96 dpi.
     void expectLayout(int width, int height, int panelHeight = kPanelHeight) const {
         const OracleLayout layout = oracleLayout(width * 15.0, height * 15.0, panelHeight * 15.0);
         const HWND units = container.pictureBox(L"picUnits");
@@ -127,7 +127,7 @@ TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
     expectLayout(720, 400);
 }
 
-TEST_F(ContainerTest, IsCutOffWhenTheHostDoesNotAnswer) {
+TEST_F(ContainerTest, IsClippedWhenTheHostDoesNotChangeTheSize) {
     for (int round = 0; round < 2; ++round) {
         container.resize(300, 410);
         EXPECT_EQ(container.log.count("OnPosRectChange"), 1);
@@ -142,7 +142,7 @@ TEST_F(ContainerTest, AcceptsALowerHeight) {
     EXPECT_EQ(container.size().cy, 300);
     expectLayout(720, 300);
     EXPECT_EQ(container.log.count("OnPosRectChange"), 0);
-    // Too low for the frames: the children stay where they got, and the next size puts all of them right.
+    // Too low for the frames: the layout stops half way, and the next size arranges all children again.
     container.resize(720, 40);
     EXPECT_EQ(container.size().cy, 40);
     container.resize(760, 480);
@@ -161,7 +161,7 @@ TEST_F(ContainerTest, ReportsTheSizeItStartedWith) {
     }
 }
 
-TEST_F(ContainerTest, TellsItsSizeToTheHost) {
+TEST_F(ContainerTest, ReportsTheSizeOfTheLastRectangleOrExtent) {
     container.resize(720, 480);
     SIZEL extent{};
     EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &extent), S_OK);
@@ -181,7 +181,7 @@ TEST_F(ContainerTest, TellsItsSizeToTheHost) {
     EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &taken), S_OK);
     EXPECT_EQ(taken.cx, extent.cx);
     EXPECT_EQ(taken.cy, extent.cy);
-    // Whatever was set, the next rectangle decides.
+    // The next rectangle decides, whatever extent was set.
     extent = {5000, 5000};
     EXPECT_EQ(container.as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &extent), S_OK);
     container.resize(720, 480);
@@ -190,7 +190,21 @@ TEST_F(ContainerTest, TellsItsSizeToTheHost) {
     EXPECT_EQ(taken.cy, 480 * 2540 / 96);
 }
 
-TEST_F(ContainerTest, ShowsOnlyWhatTheContainerLeavesOfIt) {
+TEST_F(ContainerTest, RefusesExtentsOfOtherAspectsAndNegativeOnes) {
+    const auto object = container.as<IOleObject>();
+    SIZEL extent{20000, 15000};
+    EXPECT_EQ(object->SetExtent(DVASPECT_ICON, &extent), DV_E_DVASPECT);
+    EXPECT_EQ(object->GetExtent(DVASPECT_ICON, &extent), DV_E_DVASPECT);
+    EXPECT_EQ(object->SetExtent(DVASPECT_CONTENT, nullptr), E_POINTER);
+    EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, nullptr), E_POINTER);
+    for (SIZEL negative : {SIZEL{-1, 15000}, SIZEL{20000, -1}})
+        EXPECT_EQ(object->SetExtent(DVASPECT_CONTENT, &negative), E_INVALIDARG);
+    EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, &extent), S_OK);
+    EXPECT_EQ(extent.cx, 720 * 2540 / 96);
+    EXPECT_EQ(extent.cy, 480 * 2540 / 96);
+}
+
+TEST_F(ContainerTest, IsClippedToTheClipRectangle) {
     const RECT place{Container::kLeft, Container::kTop, Container::kLeft + 720, Container::kTop + 480};
     const RECT clip{Container::kLeft + 100, 0, Container::kLeft + 300, Container::kTop + 50};
     const auto object = container.as<IOleInPlaceObject>();

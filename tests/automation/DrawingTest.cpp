@@ -55,7 +55,7 @@ TEST_F(Drawing, ChannelIsABoxFromTheFloorToItsPowerWithItsCenterLine) {
     EXPECT_TRUE(isDrawn(scope.GetTXbyKey(L"TX1").Get()));
 }
 
-TEST_F(Drawing, NeitherShownNorDrawnIsLeftOut) {
+TEST_F(Drawing, AnInvisibleChannelThatWasNotDrawnIsNotDrawn) {
     const auto slot = addSolid({.freq = 450.0,
                                 .lo = 444.0,
                                 .hi = 456.0,

@@ -2,7 +2,7 @@
 // turn.
 #include <vector>
 
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
@@ -15,10 +15,10 @@ constexpr int kBesideX = 3;
 constexpr int kBesideY = 70;
 constexpr int kStop = 16;
 
-class GridKnob : public KnobHand {
+class GridKnob : public UserInput {
   protected:
     void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(KnobHand::SetUp());
+        ASSERT_NO_FATAL_FAILURE(UserInput::SetUp());
         fillInStep();
     }
     /// The display is 20 steps wide.
@@ -30,7 +30,7 @@ class GridKnob : public KnobHand {
     using Events = std::vector<HeardEvent>;
 };
 
-TEST_F(GridKnob, ATurnZoomsAroundTheCenterAndTellsItOnce) {
+TEST_F(GridKnob, ATurnZoomsAroundTheCenterAndRaisesOneEvent) {
     const Picture before = shown();
     wheel(gridKnob(), 1);
     expectStep(10.0);
@@ -43,7 +43,7 @@ TEST_F(GridKnob, ATurnZoomsAroundTheCenterAndTellsItOnce) {
     EXPECT_EQ(center(), 430.0);
 }
 
-TEST_F(GridKnob, ADragZoomsAllTheWayAndTellsItAtItsEnd) {
+TEST_F(GridKnob, ADragZoomsAtEachStopAndRaisesItsEventAtTheEnd) {
     take(gridKnob(), kBesideX, kBesideY);
     EXPECT_EQ(GetCapture(), gridKnob());
     expectStep(5.0);
@@ -71,7 +71,7 @@ TEST_F(GridKnob, AHeldKeyIsOneTurn) {
     EXPECT_TRUE(sink->heard == Events{rangeEvent()});
 }
 
-TEST_F(GridKnob, EscapeAndTheRightButtonGiveATurnUp) {
+TEST_F(GridKnob, EscapeAndTheRightButtonCancelATurn) {
     const Picture before = shown();
     for (const UINT message : {UINT{WM_KEYDOWN}, UINT{WM_RBUTTONDOWN}}) {
         take(gridKnob(), kBesideX, kBesideY);
@@ -94,7 +94,7 @@ TEST_F(GridKnob, EscapeAndTheRightButtonGiveATurnUp) {
     EXPECT_THAT(sink->ids(), IsEmpty());
 }
 
-TEST_F(GridKnob, TurnedOnAnEmptyDisplayItLeavesTheRangeToTheChannels) {
+TEST_F(GridKnob, ATurnOnAnEmptyDisplayLeavesTheRangeToTheChannels) {
     Container empty;
     ASSERT_NO_FATAL_FAILURE(empty.activate());
     wheel(empty.child(L"tdKnob", L"Grid (Hz)"), 4);
@@ -130,7 +130,7 @@ TEST_F(GridKnob, ARedrawInTheMiddleOfATurnIsSafe) {
 }
 
 TEST_F(GridKnob, TurnsInTheMiddleOfARedrawEndInTheRightPicture) {
-    // The messages wait until the drawing lets events run.
+    // The messages stay in the queue until the drawing processes pending events.
     for (int i = 0; i < 2; ++i)
         PostMessageW(gridKnob(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
     EXPECT_TRUE(container.draw());
@@ -141,10 +141,10 @@ TEST_F(GridKnob, TurnsInTheMiddleOfARedrawEndInTheRightPicture) {
     expectSame(shown(), drawn);
 }
 
-TEST_F(GridKnob, ANotchRightAfterADragShowsItsPicture) {
+TEST_F(GridKnob, AWheelNotchRightAfterADragIsDrawn) {
     take(gridKnob(), kBesideX, kBesideY);
     drag(gridKnob(), kBesideX, kBesideY - kStop);
-    // The drawing at the end of the turn lets the notch in.
+    // The drawing at the end of the turn processes the message of the notch.
     PostMessageW(gridKnob(), WM_LBUTTONUP, 0, MAKELPARAM(kBesideX, kBesideY - kStop));
     PostMessageW(gridKnob(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
     pump();
@@ -167,8 +167,8 @@ TEST_F(GridKnob, TheHostMayRedrawInsideItsEvent) {
     sink->onEvent = nullptr;
 }
 
-/// The control goes in the middle of a turn; nothing is left behind.
-class ClosedUnderTheHand : public GridKnob {
+/// The control is closed in the middle of a turn; nothing is left behind.
+class ClosedDuringATurn : public GridKnob {
   protected:
     void close() {
         EXPECT_EQ(container.as<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
@@ -186,31 +186,31 @@ class ClosedUnderTheHand : public GridKnob {
     }
 };
 
-TEST_F(ClosedUnderTheHand, ByTheHost) {
+TEST_F(ClosedDuringATurn, ByTheHost) {
     take(gridKnob(), kBesideX, kBesideY);
     drag(gridKnob(), kBesideX, kBesideY - kStop);
     close();
 }
 
-TEST_F(ClosedUnderTheHand, OnANudgeKnob) {
+TEST_F(ClosedDuringATurn, OnANudgeKnob) {
     take(centerMover(), 57, 60);
     drag(centerMover(), 57, 30);
     close();
 }
 
-TEST_F(ClosedUnderTheHand, ByAKeyThatIsHeld) {
+TEST_F(ClosedDuringATurn, WhileAKeyIsHeld) {
     keyDown(gridKnob(), VK_UP);
     close();
 }
 
-TEST_F(ClosedUnderTheHand, WhenItsWindowGoes) {
+TEST_F(ClosedDuringATurn, ByTheDestructionOfTheWindow) {
     take(gridKnob(), kBesideX, kBesideY);
     drag(gridKnob(), kBesideX, kBesideY - kStop);
     container.host.destroy();
     close();
 }
 
-TEST_F(ClosedUnderTheHand, InTheEventOfTheTurn) {
+TEST_F(ClosedDuringATurn, InTheEventOfTheTurn) {
     take(gridKnob(), kBesideX, kBesideY);
     drag(gridKnob(), kBesideX, kBesideY - kStop);
     sink->onEvent = [&](DISPID) {
@@ -225,7 +225,7 @@ TEST_F(ClosedUnderTheHand, InTheEventOfTheTurn) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange));
 }
 
-TEST_F(ClosedUnderTheHand, InARedrawOfTheTurn) {
+TEST_F(ClosedDuringATurn, InARedrawOfTheTurn) {
     take(gridKnob(), kBesideX, kBesideY);
     const HWND knob = gridKnob();
     container.host.onMessage = [&] {

@@ -1,7 +1,7 @@
-// The center and the cursor under the user's hand, as the host and the screen see it.
+// The knobs of the center and the cursor in their real windows: values, picture and events.
 #include <limits>
 
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
@@ -16,10 +16,10 @@ constexpr int kWheelX = 57;
 constexpr int kWheelY = 60;
 constexpr int kDetent = 12;
 
-class KnobInput : public KnobHand {
+class KnobInput : public UserInput {
   protected:
     void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(KnobHand::SetUp());
+        ASSERT_NO_FATAL_FAILURE(UserInput::SetUp());
         fill();
     }
     void setCursor(double value) const {
@@ -32,7 +32,7 @@ class KnobInput : public KnobHand {
     }
 };
 
-TEST_F(KnobInput, TheWheelNudgesTheCenterAgainstItsSense) {
+TEST_F(KnobInput, TheWheelNudgesTheCenterInTheOppositeDirection) {
     wheel(centerMover(), 1);
     EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
     expectRange(380.0 - kNudge, 480.0 - kNudge);
@@ -43,7 +43,7 @@ TEST_F(KnobInput, TheWheelNudgesTheCenterAgainstItsSense) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange, kChgFreqRange, kChgFreqRange, kChgFreqRange));
 }
 
-TEST_F(KnobInput, ADragNudgesTheCenterAgainstItsSense) {
+TEST_F(KnobInput, ADragNudgesTheCenterInTheOppositeDirection) {
     const Picture before = shown();
     take(centerMover(), kWheelX, kWheelY);
     EXPECT_EQ(GetCapture(), centerMover());
@@ -59,7 +59,7 @@ TEST_F(KnobInput, ADragNudgesTheCenterAgainstItsSense) {
     expectRange(380.0 + kNudge, 480.0 + kNudge);
 }
 
-TEST_F(KnobInput, KeysNudgeTheCenterAgainstItsSense) {
+TEST_F(KnobInput, KeysNudgeTheCenterInTheOppositeDirection) {
     key(centerMover(), VK_RIGHT);
     EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
     key(centerMover(), VK_UP);
@@ -76,8 +76,8 @@ TEST_F(KnobInput, KeysNudgeTheCenterAgainstItsSense) {
     expectRange(380.0 - 8 * kNudge, 480.0 - 8 * kNudge);
 }
 
-TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInItsSense) {
-    // A full repaint has put the cursor nowhere; it starts from the center.
+TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInTheSameDirection) {
+    // After a full repaint the cursor has no position; it starts from the center.
     wheel(cursorMover(), 1);
     EXPECT_DOUBLE_EQ(cursor(), 430.0 + kNudge);
     wheel(cursorMover(), -2);
@@ -102,12 +102,12 @@ TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
     const Picture first = shown();
     const int column = columnOf(413.0);
     ASSERT_THAT(changedColumns(without, first), ElementsAre(column));
-    // From the floor of the powers to their top, in its colour over white.
+    // From the lowest to the highest power, in its own color over white.
     for (int y = 1; y < first.height - 1; ++y)
         ASSERT_NE(first.at(column, y), without.at(column, y)) << y;
     ASSERT_EQ(without.at(column, 10), 0x00FFFFFFU);
     EXPECT_EQ(first.at(column, 10), 0x000000FFU);
-    // Over a channel, a grid line and the background, by program and by hand, and in another colour.
+    // Over a channel, a grid line and the background, moved by program and by the user, and in another color.
     for (const double place : {400.5, 430.0, 459.5, 380.0, 480.0}) {
         setCursor(place);
         EXPECT_LE(changedColumns(without, shown()).size(), 1U) << place;
@@ -141,7 +141,7 @@ TEST_F(KnobInput, AClickOnItsButtonPutsTheCursorOnTheCenter) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange, kChgFreqRange)) << "those of the two nudges only";
 }
 
-TEST_F(KnobInput, TheFormKeepsItsKeys) {
+TEST_F(KnobInput, TheKnobsLeaveTheFormItsKeys) {
     const auto wants = [](HWND knob, WPARAM code) {
         MSG message{};
         message.hwnd = knob;
@@ -159,7 +159,7 @@ TEST_F(KnobInput, TheFormKeepsItsKeys) {
             message.hwnd = knob;
             message.message = WM_KEYDOWN;
             message.wParam = code;
-            // Tab goes through the control's parts before it leaves.
+            // Tab moves through the control's parts before it leaves the control.
             if (code != VK_TAB) {
                 EXPECT_EQ(active->TranslateAccelerator(&message), S_FALSE) << code;
             }

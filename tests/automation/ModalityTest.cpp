@@ -42,7 +42,7 @@ class Modality : public testing::Test {
     }
 };
 
-TEST_F(Modality, TheFrameIsToldOfABoxAndOfItsEnd) {
+TEST_F(Modality, TheFrameIsDisabledWhileAMessageBoxIsOpen) {
     ASSERT_NO_FATAL_FAILURE(activate());
     boxes.onBox = [this] { EXPECT_THAT(log.take(), ElementsAre("frame.EnableModeless(false)")); };
     EXPECT_EQ(container.control->DrawAll(), S_OK);
@@ -59,7 +59,7 @@ TEST_F(Modality, TheFrameIsToldOfABoxAndOfItsEnd) {
     EXPECT_EQ(boxes.seen().size(), 2U);
 }
 
-TEST_F(Modality, TheFrameThatWasToldOfABoxIsToldOfItsEndWhateverHappenedMeanwhile) {
+TEST_F(Modality, TheFrameIsEnabledAgainEvenIfTheControlWasClosedMeanwhile) {
     ASSERT_NO_FATAL_FAILURE(activate());
     boxes.onBox = [this] {
         EXPECT_EQ(container.as<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
@@ -113,7 +113,7 @@ TEST_F(Modality, ATextWindowThatOpensMeanwhileIsDisabledToo) {
     EXPECT_FALSE(IsWindowEnabled(text));
     EXPECT_EQ(active->EnableModeless(TRUE), S_OK);
     EXPECT_TRUE(IsWindowEnabled(text));
-    // One that is gone is left alone.
+    // A text window that no longer exists is not enabled.
     showText(false);
     EXPECT_EQ(active->EnableModeless(FALSE), S_OK);
     EXPECT_EQ(active->EnableModeless(TRUE), S_OK);

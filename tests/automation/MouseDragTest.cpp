@@ -1,7 +1,7 @@
 // A box dragged on the spectrum's window, with the messages that a real mouse sends.
 #include <algorithm>
 
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
@@ -9,10 +9,10 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class MouseDrag : public KnobHand {
+class MouseDrag : public UserInput {
   protected:
     void SetUp() override {
-        KnobHand::SetUp();
+        UserInput::SetUp();
         fill();
         sink->heard.clear();
         before = shown();
@@ -31,7 +31,7 @@ class MouseDrag : public KnobHand {
         pump();
     }
     [[nodiscard]] double frequencyAt(int x) const { return 380.0 + x * 100.0 / before.width; }
-    /// The columns whose middle pixel is no longer what it was before the drag.
+    /// The columns whose middle pixel has changed since the start of the drag.
     [[nodiscard]] std::vector<int> changedColumns() const {
         const Picture picture = shown();
         std::vector<int> columns;
@@ -43,7 +43,7 @@ class MouseDrag : public KnobHand {
     Picture before;
 };
 
-TEST_F(MouseDrag, ZoomsToTheDraggedSpanAndTellsTheHost) {
+TEST_F(MouseDrag, ZoomsToTheDraggedSpanAndRaisesChgFreqRange) {
     drag(100, 300);
     expectRange(frequencyAt(100), frequencyAt(300));
     EXPECT_NEAR(center(), frequencyAt(200), 1e-9);
@@ -52,7 +52,7 @@ TEST_F(MouseDrag, ZoomsToTheDraggedSpanAndTellsTheHost) {
     EXPECT_NE(shown(), before);
 }
 
-TEST_F(MouseDrag, TheRubberBandIsSeenAndHoldsTheMouse) {
+TEST_F(MouseDrag, TheRubberBandIsShownAndTheMouseIsCaptured) {
     press(100);
     EXPECT_EQ(GetCapture(), spectrum());
     move(100);
@@ -66,7 +66,7 @@ TEST_F(MouseDrag, TheRubberBandIsSeenAndHoldsTheMouse) {
     expectRange(frequencyAt(100), frequencyAt(200));
 }
 
-TEST_F(MouseDrag, EndsWhenAnotherWindowTakesTheMouse) {
+TEST_F(MouseDrag, IsCanceledWhenAnotherWindowCapturesTheMouse) {
     press(100);
     move(100);
     move(300);
@@ -101,7 +101,7 @@ TEST_F(MouseDrag, EscapeCancelsItAlsoInAHostWithDialogKeys) {
     EXPECT_EQ(shown(), before);
 }
 
-TEST_F(MouseDrag, TheHostMayLetGoOfTheControlWhenItHearsOfTheZoom) {
+TEST_F(MouseDrag, TheHostCanReleaseTheControlInTheEventOfTheZoom) {
     sink->onEvent = [&](DISPID) {
         container.as<IOleObject>()->Close(OLECLOSE_NOSAVE);
         container.control.Reset();
@@ -128,7 +128,7 @@ TEST_F(MouseDrag, ADoubleClickIsNoDrag) {
     EXPECT_EQ(GetCapture(), nullptr);
 }
 
-/// The system's own input queue, as with the mouse in the user's hand.
+/// Through the input queue of the system, like a real mouse.
 TEST_F(MouseDrag, WorksWithTheSystemsMouse) {
     RECT place{};
     GetWindowRect(spectrum(), &place);

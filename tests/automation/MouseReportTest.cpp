@@ -1,5 +1,5 @@
 // The report of what is under the mouse, in its real window.
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
@@ -25,10 +25,10 @@ std::vector<HWND> reports() {
     return windows.found;
 }
 
-class MouseReportWindow : public KnobHand {
+class MouseReportWindow : public UserInput {
   protected:
     void SetUp() override {
-        KnobHand::SetUp();
+        UserInput::SetUp();
         fill();
     }
     [[nodiscard]] HWND tickBox() const { return container.child(L"Button", L"Show Mouse Info"); }
@@ -40,7 +40,7 @@ class MouseReportWindow : public KnobHand {
         SendMessageW(tickBox(), BM_CLICK, 0, 0);
         pump();
     }
-    /// The one window that is there.
+    /// The only report window.
     [[nodiscard]] HWND report() const {
         const std::vector<HWND> all = reports();
         EXPECT_EQ(all.size(), 1U);
@@ -126,7 +126,7 @@ TEST_F(MouseReportWindow, CloseHidesItAndUnticksTheBox) {
     EXPECT_EQ(report(), window) << "the same window again";
 }
 
-TEST_F(MouseReportWindow, EscapeInItDoesTheSame) {
+TEST_F(MouseReportWindow, EscapeHidesItAndUnticksTheBox) {
     clickTickBox();
     PostMessageW(FindWindowExW(report(), nullptr, L"EDIT", nullptr), WM_KEYDOWN, VK_ESCAPE, 1);
     pump();
@@ -145,14 +145,14 @@ TEST_F(MouseReportWindow, ItsCloseBoxUnticksTheBoxAndATickBringsAnother) {
     EXPECT_THAT(text(), HasSubstr(L"TX Channels:"));
 }
 
-TEST_F(MouseReportWindow, GoesWithTheControl) {
+TEST_F(MouseReportWindow, IsDestroyedWhenTheControlCloses) {
     clickTickBox();
     ASSERT_TRUE(isOpen());
     EXPECT_EQ(container.as<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
     EXPECT_TRUE(reports().empty());
 }
 
-TEST_F(MouseReportWindow, GoesWithTheHostsWindow) {
+TEST_F(MouseReportWindow, IsDestroyedWithTheHostsWindow) {
     clickTickBox();
     ASSERT_TRUE(isOpen());
     EXPECT_EQ(GetWindow(report(), GW_OWNER), container.host.get());
@@ -161,7 +161,7 @@ TEST_F(MouseReportWindow, GoesWithTheHostsWindow) {
     EXPECT_TRUE(reports().empty());
 }
 
-TEST_F(MouseReportWindow, GoesWithTheLastReference) {
+TEST_F(MouseReportWindow, IsDestroyedWithTheLastReference) {
     {
         Scope unsited;
         unsited.setBMouseInfo(true);

@@ -1,7 +1,7 @@
-// The control panel under the user's hand: collapse and expand, its parts and what a resize does to the scale.
+// The control panel in its real windows: collapse and expand, its parts, and the scale after a resize.
 #include <cmath>
 
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
@@ -14,10 +14,10 @@ constexpr int kPanelHeight = 152;
 constexpr int kStripHeight = 21;
 constexpr int kCollapsedBy = kPanelHeight - kStripHeight;
 
-class Panel : public KnobHand {
+class Panel : public UserInput {
   protected:
     void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(KnobHand::SetUp());
+        ASSERT_NO_FATAL_FAILURE(UserInput::SetUp());
         container.site->onPosRectChange = [this](const RECT& wanted) {
             EXPECT_EQ(container.as<IOleInPlaceObject>()->SetObjectRects(&wanted, &wanted), S_OK);
         };
@@ -62,7 +62,7 @@ TEST_F(Panel, CollapseHidesFiveControlsAndExpandShowsThem) {
         EXPECT_EQ(container.size().cy, full.cy - kCollapsedBy);
         for (const HWND part : collapsing())
             EXPECT_FALSE(IsWindowVisible(part)) << windowText(part).c_str();
-        // These stay what they are; the strip has no room for them.
+        // These are not hidden; the strip is too low to show them.
         EXPECT_TRUE(isShown(container.child(L"Button", L"Draw TX")));
         EXPECT_TRUE(isShown(container.children(L"ComboBox").at(0)));
         toggle();
@@ -77,7 +77,7 @@ TEST_F(Panel, CollapseHidesFiveControlsAndExpandShowsThem) {
     EXPECT_TRUE(sink->heard == (std::vector<HeardEvent>{collapsed, expanded, collapsed, expanded}));
 }
 
-TEST_F(Panel, ACollapseLetsTheHeldKnobGo) {
+TEST_F(Panel, ACollapseEndsTheTurnOfAKnob) {
     fillInStep();
     const HWND knob = gridKnob();
     take(knob, 3, 70);

@@ -1,4 +1,4 @@
-// The control's image in streams, storages and property bags, good ones and others.
+// The saved state of the control in streams, storages and property bags, valid and damaged ones.
 #include <gmock/gmock.h>
 
 #include <vector>
@@ -64,7 +64,7 @@ TEST(Persist, TheImageIsAHeaderAndNothingElse) {
     CLSID clsid{};
     EXPECT_EQ(persist->GetClassID(&clsid), S_OK);
     EXPECT_TRUE(clsid == CLSID_kvBandscope);
-    // Nothing that a host does with it makes it worth saving.
+    // Nothing that a host does with the control makes it dirty.
     ComPtr<_kvBandscope> control;
     ASSERT_EQ(persist.As(&control), S_OK);
     EXPECT_EQ(control->put_FreqEndBuffer(7.0), S_OK);
@@ -111,7 +111,7 @@ TEST(Persist, OtherImagesAreRefused) {
     for (const Bytes& bytes : bad) {
         const auto persist = fresh<IPersistStreamInit>();
         EXPECT_EQ(persist->Load(streamOf(bytes).Get()), STG_E_INVALIDHEADER) << testing::PrintToString(bytes);
-        // The host may go on with a new one.
+        // The host can continue with a new control.
         EXPECT_EQ(persist->InitNew(), S_OK);
     }
     EXPECT_EQ(canUnloadNow(), S_OK);
@@ -153,7 +153,7 @@ class OddStream final : public Counted<IStream> {
     HRESULT STDMETHODCALLTYPE Clone(IStream**) override { return E_NOTIMPL; }
 };
 
-TEST(Persist, OddStreamsAreSurvived) {
+TEST(Persist, IrregularStreamsAreHandled) {
     const ComPtr<OddStream> odd(new OddStream);
     odd->bytes = kImage;
     EXPECT_EQ(fresh<IPersistStreamInit>()->Load(odd.Get()), S_OK) << "a byte at a time";
@@ -192,7 +192,7 @@ class Bag final : public Counted<IPropertyBag, IErrorLog> {
     }
 };
 
-TEST(Persist, AControlIsMadeNewOrLoadedAndMayBeSoAgain) {
+TEST(Persist, AControlCanBeInitializedOrLoadedMoreThanOnce) {
     const auto stream = fresh<IPersistStreamInit>();
     EXPECT_EQ(stream->InitNew(), S_OK);
     EXPECT_EQ(stream->InitNew(), S_OK);
@@ -217,7 +217,7 @@ TEST(Persist, AControlIsMadeNewOrLoadedAndMayBeSoAgain) {
     EXPECT_EQ(fromBag->Load(bag.Get(), nullptr), S_OK);
 }
 
-TEST(Persist, AStorageKeepsItsTurns) {
+TEST(Persist, StorageCallsInTheWrongOrderAreRefused) {
     const auto storage = newStorage();
     const auto other = newStorage();
     const auto persist = fresh<IPersistStorage>();
@@ -234,7 +234,7 @@ TEST(Persist, AStorageKeepsItsTurns) {
     EXPECT_EQ(persist->Save(other.Get(), FALSE), E_UNEXPECTED);
     EXPECT_EQ(persist->SaveCompleted(nullptr), E_INVALIDARG);
     EXPECT_EQ(persist->SaveCompleted(other.Get()), S_OK);
-    // Nothing of the control's keeps a storage.
+    // The control holds no storage open.
     ComPtr<IStream> stream;
     EXPECT_EQ(storage->OpenStream(L"kvBandscope", nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream), S_OK);
     stream.Reset();

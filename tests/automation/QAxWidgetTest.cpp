@@ -18,10 +18,10 @@ using testing::Not;
 
 constexpr SIZE kHint{250, 250};
 
-/// The widget decides about its size by itself: it listens to no answer and to no wish.
+/// The widget decides its size alone: it uses neither the extent that the control returns nor its requests.
 class QAxWidget : public Replica {
   public:
-    SIZE hint{};  ///< what the control answered at first
+    SIZE hint{};  ///< the first extent that the control returned
 
     explicit QAxWidget(const SIZE& size) { setPlace(size); }
     ~QAxWidget() { release(*this); }
@@ -70,7 +70,7 @@ constexpr Step kCreation[] = {
     {"ambient properties", &askForAmbients},
     {"events", &Replica::adviseEvents}};
 
-/// Without Close, and the sink of view changes is never taken back.
+/// Without Close, and the view sink is never disconnected.
 constexpr Step kEnd[] = {{"deactivate", &Replica::deactivate},
                          {"events off", &Replica::unadviseEvents},
                          {"changes off", &Replica::unadviseObject},
@@ -88,7 +88,7 @@ class QAxWidgetTest : public testing::Test {
 
     Picture spectrum() const { return windowPicture(widget.pictureBox(L"picSpectrum")); }
     void toggle() const { postRightClick(widget.panel(), 5, 5); }
-    /// What is on the screen is what a complete repaint puts there.
+    /// A complete repaint does not change what is on the screen.
     void expectNoGhost() const {
         pump();
         const Picture now = windowPicture(widget.root());
@@ -97,7 +97,7 @@ class QAxWidgetTest : public testing::Test {
     }
 };
 
-TEST_F(QAxWidgetTest, CreationInItsOrder) {
+TEST_F(QAxWidgetTest, TheCreationStepsLeadToAnActiveControl) {
     widget.create();
     EXPECT_TRUE(isSize(widget.hint, kHint.cx, kHint.cy));
     EXPECT_TRUE(isSize(widget.window(), 800, 500));
@@ -143,7 +143,7 @@ TEST_F(QAxWidgetTest, EventSourcesAreFoundFirstByEnumerationAndLaterByName) {
     EXPECT_EQ(std::set<std::wstring>(seen.begin(), seen.end()).size(), seen.size()) << "a second time ends the search";
 }
 
-TEST_F(QAxWidgetTest, SinksThatDoNotKnowAnEventKeepHearingOfIt) {
+TEST_F(QAxWidgetTest, SinksThatReturnAnErrorStillReceiveTheNextEvents) {
     widget.create();
     for (const HRESULT answer : {DISP_E_MEMBERNOTFOUND, DISP_E_BADPARAMCOUNT, DISP_E_UNKNOWNINTERFACE, E_FAIL, S_OK}) {
         widget.events->answer = answer;
@@ -153,7 +153,7 @@ TEST_F(QAxWidgetTest, SinksThatDoNotKnowAnEventKeepHearingOfIt) {
     }
 }
 
-TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
+TEST_F(QAxWidgetTest, AnExtentOfZeroQueriesTheLeastSizeAndChangesNothing) {
     widget.create();
     widget.drawChannel();
     pump();
@@ -163,7 +163,7 @@ TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
         EXPECT_TRUE(isSize(widget.window(), 800, 500));
         pump();
         EXPECT_EQ(windowPicture(widget.root()), before);
-        // The picture is asked for at any time, with neither a window rectangle nor a function to go on.
+        // The widget draws the control at any time, with neither window bounds nor a function to continue.
         const RECTL bounds{0, 0, 800, 500};
         const HDC screen = GetDC(nullptr);
         const HDC memory = CreateCompatibleDC(screen);
@@ -210,7 +210,7 @@ TEST_F(QAxWidgetTest, EveryResizeIsTheWidgetsOwnAndEqualOnesGiveEqualWindows) {
         pump();
         EXPECT_TRUE(isSize(widget.window(), size.cx, size.cy)) << "no wish is heard";
         EXPECT_TRUE(isSize(pixelsOf(widget.extent()), size.cx, size.cy));
-        // Below the least width the layout is cut off.
+        // Below the least width the layout is clipped.
         widget.expectLaidOutFor({std::max<LONG>(size.cx, 720), size.cy});
     }
     EXPECT_THAT(widget.log.count("OnPosRectChange"), testing::Le(4));
@@ -265,7 +265,7 @@ TEST_F(QAxWidgetTest, ItsEndWithoutACloseLeavesNothing) {
     widget.expectAllReleased();
 }
 
-TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheSite) {
+TEST_F(QAxWidgetTest, TheViewSinkIsReleasedWithTheSite) {
     widget.create();
     EXPECT_GT(widget.sink->references(), 1U);
     Replica::deactivate(widget);
@@ -278,7 +278,7 @@ TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheSite) {
     EXPECT_THAT(widget.log.take(), IsEmpty());
 }
 
-TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheControl) {
+TEST_F(QAxWidgetTest, TheViewSinkIsReleasedWithTheControl) {
     Replica::adviseView(widget);
     Replica::adviseObject(widget);
     EXPECT_GT(widget.sink->references(), 1U);

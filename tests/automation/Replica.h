@@ -1,5 +1,5 @@
-// A container that does what a known kind of container does, step by step. The steps are tables in the test files that
-// are named after the containers.
+// A container that makes the calls of a known kind of container, step by step. The steps are tables in the test files
+// that are named after the containers.
 #pragma once
 
 #include <span>
@@ -26,7 +26,7 @@ class Replica : public FullContainer {
     void play(std::span<const Step> steps);
 
     [[nodiscard]] SIZEL extent() const;
-    /// Sets the extent and returns what the control says afterwards.
+    /// Sets the extent and returns the one that the control reports afterwards.
     SIZEL setExtent(const SIZEL& size) const;
     /// Size of the control's window, pixels; 0 x 0 without one.
     [[nodiscard]] SIZE window() const { return Container::size(); }
@@ -56,7 +56,7 @@ class Replica : public FullContainer {
 
     /// Every part of the layout is where a control of this height has it, and the panel ends at its lower edge.
     void expectLaidOutFor(const SIZE& size) const;
-    /// Nothing of the control is left, and the container's sinks are its own again.
+    /// Nothing of the control is left, and it has released the container's sinks.
     void expectAllReleased();
 
   private:
@@ -69,7 +69,7 @@ class Replica : public FullContainer {
 
 using Step = Replica::Step;
 
-/// Half of a pixel is added before a division, as containers round.
+/// Rounded as containers do: half of the divisor is added before the division.
 [[nodiscard]] SIZEL himetricOf(const SIZE& pixels, int dpi = 96);
 [[nodiscard]] SIZE pixelsOf(const SIZEL& himetric, int dpi = 96);
 [[nodiscard]] bool isSize(const SIZE& size, LONG width, LONG height);

@@ -1,5 +1,5 @@
-// Events in the procedures of a script, connected as a script host does it: the control's class information says which
-// event has which name, and the procedures are called "spectrum_" and that name.
+// Events in the procedures of a script, connected as a script host does it: the control's class information gives the
+// names of the events, and the names of the procedures are "spectrum_" and the event's name.
 #include <gmock/gmock.h>
 
 #include <activscp.h>
@@ -186,7 +186,7 @@ TEST_P(ScriptEvents, ReachItsProcedures) {
 INSTANTIATE_TEST_SUITE_P(Languages, ScriptEvents, testing::ValuesIn(kLanguages),
                          [](const auto& tested) { return tested.param.test; });
 
-/// A sink in a script that stops with an error is the script's own trouble.
+/// An error in a script's event procedure does not affect the control.
 TEST(ScriptEventErrors, StayInTheScript) {
     const ComPtr<ScriptProgram> script(new ScriptProgram);
     ASSERT_TRUE(script->start(L"VBScript",

@@ -114,7 +114,7 @@ HRESULT ContainerSite::GetWindowContext(IOleInPlaceFrame** frameOut, IOleInPlace
     *placeOut = place;
     *clipOut = clip.value_or(place);
     info->hwndFrame = window_;
-    // Either may be missing.
+    // Both can be missing.
     if (frame)
         frame.CopyTo(frameOut);
     return offers.document && document ? document.CopyTo(documentOut) : answer;

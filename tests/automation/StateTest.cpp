@@ -92,7 +92,7 @@ TEST_P(State, ColorsOfThePicturesAreShownAtOnce) {
     EXPECT_EQ(seen(kText), 0);
     scope.setLColorLblFore(kText);
     EXPECT_GT(seen(kText), 50);
-    // The redrawing takes the grid along.
+    // The redrawing includes the grid.
     EXPECT_GT(seen(kSpectrum), 10000);
 }
 

@@ -27,7 +27,7 @@ void showOnce(HMODULE copy) {
     EXPECT_EQ(control->SetClientSite(nullptr), S_OK);
 }
 
-TEST(Unloading, TakesTheWindowClassesAlong) {
+TEST(Unloading, UnregistersTheWindowClasses) {
     wchar_t folder[MAX_PATH + 1]{};
     ASSERT_NE(GetTempPathW(MAX_PATH, folder), 0U);
     const std::wstring path = std::wstring(folder) + L"kvBandscopeCopy.ocx";

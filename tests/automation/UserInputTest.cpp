@@ -2,14 +2,14 @@
 // and what the knobs read out.
 #include <oleacc.h>
 
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
 
 using testing::ElementsAre;
 
-class HandEdgeCases : public KnobHand {
+class UnusualInput : public UserInput {
   protected:
     [[nodiscard]] bool isCollapsed() const { return windowText(container.panel()) == L"+"; }
     void rightClick(UINT down) const {
@@ -22,7 +22,7 @@ class HandEdgeCases : public KnobHand {
     }
 };
 
-TEST_F(HandEdgeCases, DoubleClickUsesItsOwnPositionInTheRangeOfThatMoment) {
+TEST_F(UnusualInput, DoubleClickUsesItsOwnPositionInTheRangeOfThatMoment) {
     fill();
     mouse(spectrum(), WM_MOUSEMOVE, 0, 10, 30);
     EXPECT_EQ(container.control->DrawByRange(440.0, 450.0), S_OK);
@@ -33,14 +33,14 @@ TEST_F(HandEdgeCases, DoubleClickUsesItsOwnPositionInTheRangeOfThatMoment) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange));
 }
 
-TEST_F(HandEdgeCases, SecondQuickRightClickTogglesThePanelAgain) {
+TEST_F(UnusualInput, ASecondQuickRightClickTogglesThePanelAgain) {
     rightClick(WM_RBUTTONDOWN);
     EXPECT_TRUE(isCollapsed());
     rightClick(WM_RBUTTONDBLCLK);
     EXPECT_FALSE(isCollapsed());
 }
 
-TEST_F(HandEdgeCases, ReleaseOfAPressThatBeganElsewhereIsNoClick) {
+TEST_F(UnusualInput, AReleaseWithoutAPressInTheSameWindowIsNoClick) {
     long count = -1;
     mouse(container.root(), WM_LBUTTONUP, 0, 3, 3);
     EXPECT_EQ(container.control->get_NumTX(&count), S_OK);
@@ -51,7 +51,7 @@ TEST_F(HandEdgeCases, ReleaseOfAPressThatBeganElsewhereIsNoClick) {
     EXPECT_GT(count, 0);
 }
 
-TEST_F(HandEdgeCases, KnobsReadTheStepAndTheCenterThatAreDrawn) {
+TEST_F(UnusualInput, KnobsReadOutTheDrawnStepAndCenter) {
     const auto readOut = [](HWND knob) {
         ComPtr<IAccessible> object;
         EXPECT_EQ(AccessibleObjectFromWindow(knob, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
@@ -68,12 +68,12 @@ TEST_F(HandEdgeCases, KnobsReadTheStepAndTheCenterThatAreDrawn) {
     EXPECT_EQ(container.control->put_FreqEndBuffer(0.0), S_OK);
     EXPECT_EQ(container.control->DrawByRange(400.0, 411.05), S_OK);
     EXPECT_EQ(readOut(gridKnob()), L"552.5K");
-    // A stop that the hand chooses is the knob's own value again.
+    // After the user has chosen a stop, the knob reads out its own value again.
     key(gridKnob(), VK_HOME);
     EXPECT_EQ(readOut(gridKnob()), L"500K");
 }
 
-TEST_F(HandEdgeCases, PanelOfAVeryTallWindowCollapsesWithTheLargestHeightThatTheEventHolds) {
+TEST_F(UnusualInput, ChgHeightOfAVeryTallWindowCarriesTheLargestShort) {
     container.resize(800, 3000);
     rightClick(WM_RBUTTONDOWN);
     EXPECT_TRUE(isCollapsed());
