@@ -103,6 +103,10 @@ TEST(Persist, OtherImagesAreRefused) {
     cutOff[8] = 10;
     cutOff.resize(cutOff.size() + 9);
     bad.push_back(cutOff);
+    // The mark counts whatever the version is.
+    Bytes foreign = changed(4, 2);
+    foreign[0] = '?';
+    bad.push_back(foreign);
     Bytes huge = changed(4, 9);
     huge[11] = 0xFF;
     bad.push_back(huge);
