@@ -1,10 +1,10 @@
-// What a screen reader learns of the control, asked as one asks: by the windows on the screen.
+// What a screen reader learns of the control through its windows on the screen.
 #include <gmock/gmock.h>
 #include <oleacc.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -46,7 +46,7 @@ LONG state(HWND window) {
     return state.lVal;
 }
 
-/// The value changes that are told while this lives, in this process.
+/// Collects the value-change events of this process during its lifetime.
 class ValueChanges {
   public:
     ValueChanges()
@@ -78,33 +78,23 @@ class ValueChanges {
 
 class Accessibility : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
 
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(container.activate());
         EXPECT_EQ(container.control->put_FreqEndBuffer(0.0), S_OK);
-        long index = -1;
-        EXPECT_EQ(container.control->AddTXChnl(channel({.freq = 400.0, .power = 30.0, .key = L"TX1"}).Get(), &index),
-                  S_OK);
-        EXPECT_EQ(container.control->AddTXChnl(channel({.freq = 410.0, .power = 30.0, .key = L"TX2"}).Get(), &index),
-                  S_OK);
-        EXPECT_EQ(container.control->AddRXChnl(channel({.freq = 405.0, .power = 30.0, .key = L"RX1"}).Get(), &index),
-                  S_OK);
+        container.addTx({.freq = 400.0, .power = 30.0, .key = L"TX1"});
+        container.addTx({.freq = 410.0, .power = 30.0, .key = L"TX2"});
+        container.addRx({.freq = 405.0, .power = 30.0, .key = L"RX1"});
         EXPECT_EQ(container.control->DrawByRange(400.0, 410.0), S_OK);
         pump();
     }
-    HWND part(const wchar_t* className, const wchar_t* text = nullptr) const {
-        for (const HWND window : container.parts())
-            if (isShown(window) && windowClass(window) == className && (!text || windowText(window) == text))
-                return window;
-        ADD_FAILURE() << testing::PrintToString(std::wstring(className));
-        return nullptr;
-    }
+    HWND part(const wchar_t* className, const wchar_t* text = nullptr) const { return container.part(className, text); }
     HWND spectrum() const { return part(L"kvPictureBox", L"picSpectrum"); }
     HWND mover() const { return part(L"tdKnMover"); }
 };
 
-TEST_F(Accessibility, TheSpectrumSaysWhatItShows) {
+TEST_F(Accessibility, TheSpectrumDescribesWhatItShows) {
     EXPECT_EQ(name(spectrum()), L"Spectrum");
     EXPECT_EQ(role(spectrum()), ROLE_SYSTEM_CHART);
     // The cursor begins at the center.
@@ -117,15 +107,10 @@ TEST_F(Accessibility, TheSpectrumSaysWhatItShows) {
                 testing::AllOf(testing::HasSubstr(L"Home shows all channels"), testing::HasSubstr(L"Space")));
 }
 
-TEST_F(Accessibility, AnEmptyControlHasNoRangeToTell) {
-    RecordedContainer fresh;
+TEST_F(Accessibility, AnEmptyControlReportsNoRange) {
+    FullContainer fresh;
     ASSERT_NO_FATAL_FAILURE(fresh.activate());
-    HWND picture = nullptr;
-    for (const HWND window : fresh.parts())
-        if (windowText(window) == L"picSpectrum")
-            picture = window;
-    ASSERT_TRUE(picture);
-    EXPECT_EQ(value(picture), L"0 transmit channels, 0 receive channels");
+    EXPECT_EQ(value(fresh.pictureBox(L"picSpectrum")), L"0 transmit channels, 0 receive channels");
 }
 
 TEST_F(Accessibility, KnobsAreDialsWithTheValuesTheyShow) {
@@ -140,16 +125,16 @@ TEST_F(Accessibility, KnobsAreDialsWithTheValuesTheyShow) {
     EXPECT_THAT(text(accessible(grid).Get(), &IAccessible::get_accHelp), testing::HasSubstr(L"Escape"));
 }
 
-TEST_F(Accessibility, EveryShownPartHasARoleAndEveryOneThatTakesTheFocusAName) {
+TEST_F(Accessibility, EveryVisiblePartHasARoleAndEveryFocusablePartHasAName) {
     std::vector<HWND> parts{container.root()};
-    for (const HWND window : container.parts())
+    for (const HWND window : container.children())
         if (IsWindowVisible(window))
             parts.push_back(window);
     EXPECT_GT(parts.size(), 20U);
     for (const HWND window : parts) {
         SCOPED_TRACE(testing::PrintToString(windowClass(window)) + " " + testing::PrintToString(windowText(window)));
         EXPECT_NE(role(window), 0);
-        // The list takes its name from the label before it, which is the system's affair.
+        // The system names the list after the label before it.
         if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_TABSTOP) && windowClass(window) != L"ComboBox") {
             EXPECT_NE(name(window), L"");
         }
@@ -164,7 +149,7 @@ TEST_F(Accessibility, EveryShownPartHasARoleAndEveryOneThatTakesTheFocusAName) {
     EXPECT_EQ(windowText(GetWindow(combo, GW_HWNDPREV)), L"Grid Step") << "the label that names the list";
 }
 
-TEST_F(Accessibility, TheFocusIsSeenFromEverywhere) {
+TEST_F(Accessibility, EveryPartReportsTheFocus) {
     EXPECT_EQ(state(spectrum()) & (STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_FOCUSED), STATE_SYSTEM_FOCUSABLE);
     SetFocus(spectrum());
     EXPECT_EQ(state(spectrum()) & STATE_SYSTEM_FOCUSED, STATE_SYSTEM_FOCUSED);
@@ -184,7 +169,7 @@ TEST_F(Accessibility, TheFocusIsSeenFromEverywhere) {
     EXPECT_EQ(nowhere.vt, VT_EMPTY);
 }
 
-TEST_F(Accessibility, TheFrameTellsThatItsPictureHasTheFocus) {
+TEST_F(Accessibility, TheFrameReportsThatItsPictureHasTheFocus) {
     SetFocus(mover());
     pump();
     const HWND units = GetParent(spectrum());
@@ -215,9 +200,9 @@ TEST_F(Accessibility, AScreenReaderMovesTheFocus) {
     EXPECT_EQ(GetFocus(), spectrum());
 }
 
-TEST_F(Accessibility, HiddenPartsSayThatTheyAre) {
+TEST_F(Accessibility, HiddenPartsReportTheInvisibleState) {
     HWND hidden = nullptr;
-    for (const HWND window : container.parts())
+    for (const HWND window : container.children())
         if (windowClass(window) == L"tdKnob" && !IsWindowVisible(window))
             hidden = window;
     ASSERT_TRUE(hidden);
@@ -226,7 +211,7 @@ TEST_F(Accessibility, HiddenPartsSayThatTheyAre) {
     EXPECT_EQ(accessible(hidden)->accSelect(SELFLAG_TAKEFOCUS, self()), S_FALSE);
 }
 
-TEST_F(Accessibility, PlacesAreThoseOfTheWindows) {
+TEST_F(Accessibility, LocationsAreThoseOfTheWindows) {
     RECT area{};
     GetWindowRect(spectrum(), &area);
     LONG left = 0;
@@ -240,12 +225,12 @@ TEST_F(Accessibility, PlacesAreThoseOfTheWindows) {
     EXPECT_EQ(height, area.bottom - area.top);
 }
 
-TEST_F(Accessibility, ChangesOfValuesAreToldAndNothingElse) {
+TEST_F(Accessibility, OnlyChangesOfValuesRaiseEvents) {
     const ValueChanges changes;
     EXPECT_EQ(container.control->DrawByRange(401.0, 409.0), S_OK);
     EXPECT_EQ(changes.count(spectrum()), 1);
     const int before = changes.count(mover());
-    // The same again is drawn again and says the same.
+    // Drawing the same again changes no value.
     EXPECT_EQ(container.control->JustDrawIt(), S_OK);
     EXPECT_EQ(changes.count(spectrum()), 1);
     EXPECT_EQ(container.control->put_CursorVal(404.0), S_OK);
@@ -256,7 +241,7 @@ TEST_F(Accessibility, ChangesOfValuesAreToldAndNothingElse) {
     EXPECT_EQ(changes.count(spectrum()), 3);
 }
 
-TEST_F(Accessibility, WhatAScreenReaderHoldsOutlivesTheControl) {
+TEST_F(Accessibility, AccessibleObjectsCanOutliveTheControl) {
     const ComPtr<IAccessible> picture = accessible(spectrum());
     ComPtr<IAccessible> knob = accessible(mover());
     EXPECT_EQ(container.as<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
@@ -272,9 +257,9 @@ TEST_F(Accessibility, WhatAScreenReaderHoldsOutlivesTheControl) {
     knob.Reset();
 }
 
-TEST_F(Accessibility, OtherQuestionsAreLeftToTheSystem) {
+TEST_F(Accessibility, OtherRequestsAreAnsweredByTheSystem) {
     EXPECT_EQ(SendMessageW(spectrum(), WM_GETOBJECT, 0, OBJID_NATIVEOM), 0);
-    // Some callers leave anything in the upper half.
+    // Some callers leave the upper half undefined.
     const LRESULT answer = SendMessageW(spectrum(), WM_GETOBJECT, 0, static_cast<LPARAM>(OBJID_CLIENT));
     ASSERT_GT(answer, 0);
     ComPtr<IAccessible> object;

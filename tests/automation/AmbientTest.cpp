@@ -1,9 +1,9 @@
-// The ambient properties of containers that answer in many types, or hardly at all.
+// Ambient properties of many types, and containers that have no usable ones.
 #include <gmock/gmock.h>
 
 #include <olectl.h>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -38,7 +38,7 @@ std::vector<Answer> answersFor(bool truth) {
     return answers;
 }
 
-/// What no container should answer, and some do.
+/// Values that no container should return, but some do.
 std::vector<Answer> uselessAnswers() {
     return {{"EMPTY", Var()},          {"NULL", Var::null()},
             {"ERROR", Var::missing()}, {"a text", Var(L"perhaps")},
@@ -47,7 +47,7 @@ std::vector<Answer> uselessAnswers() {
 
 class Ambient : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
 
     void SetUp() override { ASSERT_NO_FATAL_FAILURE(container.activate()); }
     bool takesInput() const {
@@ -75,7 +75,7 @@ TEST_F(Ambient, UIDeadOfAnyType) {
     }
 }
 
-TEST_F(Ambient, AnAnswerThatSaysNothingIsNone) {
+TEST_F(Ambient, AMeaninglessValueCountsAsNoValue) {
     for (const auto& [name, value] : uselessAnswers()) {
         serve(DISPID_AMBIENT_USERMODE, Var(false));
         EXPECT_FALSE(takesInput());
@@ -86,7 +86,7 @@ TEST_F(Ambient, AnAnswerThatSaysNothingIsNone) {
     }
 }
 
-TEST_F(Ambient, AnAnswerThatIsAnErrorIsNone) {
+TEST_F(Ambient, AnErrorCountsAsNoValue) {
     serve(DISPID_AMBIENT_USERMODE, Var(false));
     for (const HRESULT error : {E_FAIL, E_NOTIMPL, DISP_E_EXCEPTION, RPC_E_DISCONNECTED}) {
         container.log.answers["Ambient(-709)"] = error;
@@ -98,14 +98,14 @@ TEST_F(Ambient, AnAnswerThatIsAnErrorIsNone) {
 
 TEST_F(Ambient, AValueByReferenceIsRead) {
     VARIANT_BOOL flag = VARIANT_FALSE;
-    // A site that copies gives its own storage away; the copy of a reference is one.
+    // A copy of a reference is a reference to the site's own variable.
     serve(DISPID_AMBIENT_USERMODE, Var::typed(VT_BOOL | VT_BYREF, &flag));
     EXPECT_FALSE(takesInput());
     flag = VARIANT_TRUE;
     EXPECT_TRUE(takesInput());
 }
 
-TEST_F(Ambient, ObjectsForOtherPropertiesAreLeftAlone) {
+TEST_F(Ambient, OtherPropertiesAreNotRead) {
     container.log.calls.clear();
     for (const DISPID property : {DISPID_AMBIENT_BACKCOLOR, DISPID_AMBIENT_FONT, DISPID_AMBIENT_LOCALEID,
                                   DISPID_AMBIENT_DISPLAYNAME, DISPID_AMBIENT_APPEARANCE, 4711})
@@ -113,8 +113,8 @@ TEST_F(Ambient, ObjectsForOtherPropertiesAreLeftAlone) {
     EXPECT_TRUE(container.log.calls.empty());
 }
 
-TEST(AmbientBeforeLoading, TheSiteIsAskedForFirst) {
-    // Containers read this before the control has anything of theirs.
+TEST(AmbientBeforeLoading, TheControlWantsItsSiteBeforeItIsLoaded) {
+    // Containers read this before they give the control its site.
     const auto object = createInstance<IOleObject>(CLSID_kvBandscope);
     ASSERT_TRUE(object);
     DWORD status = 0;
@@ -131,7 +131,7 @@ TEST(AmbientWithoutAutomation, TheControlRuns) {
     EXPECT_TRUE(IsWindowEnabled(container.root()));
 }
 
-TEST(AmbientWithoutAutomation, WithoutASiteNothingIsAsked) {
+TEST(AmbientWithoutAutomation, AControlWithoutASiteAcceptsTheNotification) {
     const auto control = createInstance<IOleControl>(CLSID_kvBandscope);
     ASSERT_TRUE(control);
     EXPECT_EQ(control->OnAmbientPropertyChange(DISPID_UNKNOWN), S_OK);

@@ -1,21 +1,21 @@
-// The control in the plain containers: the window of ATL, which loads before it sites and has no ambient properties,
-// and one that does nothing but release.
+// The control in simple containers: the window of ATL, which loads the control before it sites it and has no ambient
+// properties, and a container that only releases the control.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
 
-/// Neither answers nor wishes matter to it.
+/// It uses neither the extent that the control returns nor its requests.
 class Atl : public Replica {
   public:
     explicit Atl(const SIZE& size) {
         site->place = {0, 0, size.cx, size.cy};
-        site->hasAmbients = false;
-        site->hasDocument = false;
+        site->offers.ambients = false;
+        site->offers.document = false;
         for (const char* call :
              {"OnPosRectChange", "OnFocus", "OnFocus(lost)", "OnUIDeactivate", "TranslateAccelerator"})
             log.answers[call] = E_NOTIMPL;
@@ -39,7 +39,7 @@ void activate(Replica& container) {
     EXPECT_TRUE(IsWindowVisible(container.root()));
 }
 
-/// The control is started before it has a site, although it asks for the site first.
+/// The control is initialized before it has a site, although its status asks for the site first.
 constexpr Step kCreation[] = {
     {"new", &Replica::initNew},        {"site", &Replica::setSite}, {"host names", &Replica::setHostNames},
     {"extent", &setExtentOfTheWindow}, {"activate", &activate},     {"events", &Replica::adviseEvents}};
@@ -65,7 +65,7 @@ class AtlTest : public testing::Test {
     Atl container{{800, 500}};
 };
 
-TEST_F(AtlTest, TheSiteMayComeBeforeOrAfterTheStart) {
+TEST_F(AtlTest, TheControlCanBeSitedBeforeOrAfterItIsInitialized) {
     container.play(kCreation);
     pump();
     const Picture first = windowPicture(container.root());
@@ -86,7 +86,7 @@ TEST_F(AtlTest, TheSiteMayComeBeforeOrAfterTheStart) {
     }
 }
 
-TEST_F(AtlTest, TheRectangleCountsAndNotTheExtent) {
+TEST_F(AtlTest, TheRectangleDecidesTheSizeAndNotTheExtent) {
     container.play(kCreation);
     EXPECT_TRUE(isSize(container.window(), 800, 500));
     EXPECT_TRUE(isSize(pixelsOf(container.extent()), 800, 500));
@@ -98,7 +98,7 @@ TEST_F(AtlTest, TheRectangleCountsAndNotTheExtent) {
     }
 }
 
-TEST_F(AtlTest, ActivationIsToldBeforeTheWindowIsShown) {
+TEST_F(AtlTest, ActivationIsReportedBeforeTheWindowIsShown) {
     container.play(kCreation);
     const std::vector<std::string> calls = container.log.take();
     EXPECT_LT(std::find(calls.begin(), calls.end(), "OnInPlaceActivate"),
@@ -106,9 +106,9 @@ TEST_F(AtlTest, ActivationIsToldBeforeTheWindowIsShown) {
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "ShowObject"), 1);
 }
 
-TEST_F(AtlTest, AWindowThatIsAlreadyGoneEndsTheControl) {
+TEST_F(AtlTest, AControlWhoseSiteHasNoWindowAnyMoreCanBeClosed) {
     container.play(kCreation);
-    container.draw();
+    container.drawChannel();
     EXPECT_EQ(container.verbAt(OLEIVERB_UIACTIVATE, 0, container.host.get(), nullptr), S_OK);
     container.play(kEnd);
     container.expectAllReleased();
@@ -116,7 +116,7 @@ TEST_F(AtlTest, AWindowThatIsAlreadyGoneEndsTheControl) {
 
 TEST_F(AtlTest, TheHostsWindowIsDestroyedFirst) {
     container.play(kCreation);
-    container.draw();
+    container.drawChannel();
     container.host.destroy();
     EXPECT_FALSE(container.root());
     container.play(kEnd);
@@ -143,7 +143,7 @@ TEST_F(AtlTest, AContainerThatOnlyReleasesLeavesNothing) {
         Replica::setSite(other);
         if (active)
             activate(other);
-        other.draw();
+        other.drawChannel();
         EXPECT_EQ(other.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
         EXPECT_EQ(other.control.Reset(), 0U);
         EXPECT_FALSE(FindWindowW(L"kvForm", nullptr));

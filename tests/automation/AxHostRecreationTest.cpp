@@ -2,9 +2,9 @@
 // destroyed, and activates it again in another parent.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -26,7 +26,7 @@ class AxHostRecreation : public testing::Test {
         Replica::adviseEvents(host);
         activate();
         EXPECT_EQ(host.control->put_lColorSpecBack(kPaper), S_OK);
-        host.draw();
+        host.drawChannel();
         EXPECT_EQ(host.control->put_CursorVal(400.0), S_OK);
         pump();
     }
@@ -35,7 +35,7 @@ class AxHostRecreation : public testing::Test {
         Replica::release(host);
         current = nullptr;
     }
-    /// The host hears the messages of the control's window before the control does.
+    /// The host receives the messages of the control's window before the control does.
     void activate() {
         ASSERT_EQ(host.verbAt(OLEIVERB_INPLACEACTIVATE, -1, nullptr, &host.site->place), S_OK);
         inPlace = true;
@@ -55,7 +55,7 @@ class AxHostRecreation : public testing::Test {
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         AxHostRecreation& test = *current;
         const WNDPROC controls = test.before;
-        // The state changes at the end, so that the message is heard twice when the control destroys its window itself.
+        // The state changes at the end, so that the message arrives twice when the control destroys its window itself.
         if (message == WM_DESTROY && test.inPlace) {
             if (test.host.root()) {
                 ++test.ends;
@@ -101,13 +101,13 @@ TEST_F(AxHostRecreation, KeepsChannelsRangePictureAndCursor) {
 TEST_F(AxHostRecreation, DrawingWhileThereIsNoWindowShowsInTheNextOne) {
     DestroyWindow(host.root());
     EXPECT_EQ(host.control->put_lColorSpecBack(RGB(10, 20, 30)), S_OK);
-    host.draw();
+    host.drawChannel();
     activate();
     const Picture after = shown();
     EXPECT_GT(after.count(RGB(10, 20, 30), after.all()), 1000);
 }
 
-TEST_F(AxHostRecreation, TheParentIsDestroyedUnderTheControl) {
+TEST_F(AxHostRecreation, AControlSurvivesTheDestructionOfItsParentWindow) {
     const Picture first = shown();
     host.host.destroy();
     EXPECT_EQ(ends, 1);
@@ -120,7 +120,7 @@ TEST_F(AxHostRecreation, TheParentIsDestroyedUnderTheControl) {
     Replica::unadviseEvents(host);
 }
 
-TEST_F(AxHostRecreation, TheInterfaceIsActiveWhenTheWindowGoes) {
+TEST_F(AxHostRecreation, AUiActiveControlSurvivesTheDestructionOfItsWindow) {
     EXPECT_EQ(host.verbAt(OLEIVERB_UIACTIVATE, -1, nullptr, nullptr), S_OK);
     DestroyWindow(host.root());
     EXPECT_EQ(host.log.count("OnUIActivate"), 1);

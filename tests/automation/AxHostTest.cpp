@@ -3,9 +3,9 @@
 
 #include <array>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -14,10 +14,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr SIZE kDropped{75, 23};  ///< a control's size in WinForms before anything has given it one
+constexpr SIZE kDropped{75, 23};  ///< the size of a WinForms control before it is set
 
-/// The container as its own source has it: which calls it makes when its size is set, when the control shows its
-/// window, and when that window is destroyed.
+/// The calls that this container makes when its size is set, when the control shows its window, and when that window
+/// is destroyed.
 class AxHost : public Replica {
   public:
     static constexpr RECT kClip{INT_MIN / 2, INT_MIN / 2, INT_MAX / 2, INT_MAX / 2};  ///< of every rectangle
@@ -27,12 +27,12 @@ class AxHost : public Replica {
     std::vector<SIZE> forced;  ///< sizes that the control forced upon the form
 
     AxHost() {
-        site->hasDocument = false;
+        site->offers.document = false;
         site->clip = kClip;
         log.inside["ShowObject"] = [this] { attachWindow(); };
         site->onPosRectChange = [this](const RECT& wanted) {
             EXPECT_EQ(place(wanted, &kClip), S_OK);
-            // The window is the WinForms control's own: its messages tell the form of the new size.
+            // The window is the WinForms control's own: its messages report the new size to the form.
             size = window();
             site->place = placeOf(root());
         };
@@ -57,7 +57,7 @@ class AxHost : public Replica {
     HWND attached = nullptr;
 
   private:
-    /// The control's answer decides.
+    /// The extent that the control returns decides.
     SIZE negotiate(const SIZE& wanted) {
         SIZEL himetric = himetricOf(wanted);
         const HRESULT taken = as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &himetric);
@@ -104,7 +104,7 @@ constexpr Step kLoaded[] = {{"property changes", &Replica::adviseProperties},
                             {"activate", [](Replica& r) { EXPECT_EQ(axHost(r).activate(), S_OK); }},
                             {"thaw", &Replica::thaw}};
 
-/// A form is opened in the designer: the same object gets a second site and is made new again.
+/// A form is opened in the designer: the same object gets a second site and is initialized again.
 constexpr Step kSitedAgain[] = {{"events off", &Replica::unadviseEvents},
                                 {"deactivate the interface", &Replica::uiDeactivate},
                                 {"deactivate", &Replica::deactivate},
@@ -153,7 +153,7 @@ TEST_F(AxHostTest, CreationAndLoadLeadToTheSameControl) {
     EXPECT_TRUE(isSize(other.size, 800, 500));
 }
 
-TEST_F(AxHostTest, TheWindowIsThereBeforeShowObjectAndAfterTheActivationWasTold) {
+TEST_F(AxHostTest, TheWindowIsCreatedAfterOnInPlaceActivateAndBeforeShowObject) {
     host.create({800, 500});
     std::vector<std::string> calls;
     for (const std::string& call : host.log.take())
@@ -188,8 +188,8 @@ TEST_F(AxHostTest, AControlDroppedOnAFormGetsItsNaturalSize) {
     }
 }
 
-TEST_F(AxHostTest, ADroppedControlThatTheFormSizedBeforeIsUsableAsWell) {
-    // The designer sets the size of a new control before the window is there.
+TEST_F(AxHostTest, ADroppedControlWithATinyExtentGetsItsNaturalSizeToo) {
+    // The designer sets the size of a new control before the window exists.
     SIZEL tiny = himetricOf(kDropped);
     EXPECT_EQ(host.as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &tiny), S_OK);
     EXPECT_TRUE(isSize(pixelsOf(host.extent()), kDropped.cx, kDropped.cy));
@@ -229,7 +229,7 @@ TEST_F(AxHostTest, NoPixelIsLostByConversion) {
     expectSize(801, 500);
 }
 
-TEST_F(AxHostTest, ANarrowControlIsWidenedBackOnceTheFormHasItsOwnCallBehindIt) {
+TEST_F(AxHostTest, ANarrowControlAsksForItsWidthAfterTheCallOfTheForm) {
     host.create({800, 500});
     for (int round = 0; round < 3; ++round) {
         host.setBounds({600, 400});
@@ -242,7 +242,7 @@ TEST_F(AxHostTest, ANarrowControlIsWidenedBackOnceTheFormHasItsOwnCallBehindIt) 
     }
 }
 
-TEST_F(AxHostTest, ADockedControlThatIsPutBackAtOnceStaysAsItIs) {
+TEST_F(AxHostTest, ADockedControlThatIsResizedBackAtOnceKeepsThatSize) {
     host.create({800, 500});
     // The form docks the control and lays it out again when its size changes.
     const auto echo = host.site->onPosRectChange;
@@ -284,7 +284,7 @@ TEST_F(AxHostTest, RectanglesAreTakenAtAnyTime) {
     EXPECT_EQ(host.log.count("OnPosRectChange"), 0);
 }
 
-TEST_F(AxHostTest, VerbsTakeAnyIndexRectangleAndParent) {
+TEST_F(AxHostTest, VerbsAcceptAnyIndexRectangleAndParent) {
     Replica::initNew(host);
     Replica::setSite(host);
     host.setPlace({800, 500});
@@ -321,7 +321,7 @@ TEST_F(AxHostTest, HidingKeepsTheWindowAndShowingLeavesTheFocusAlone) {
     DestroyWindow(box);
 }
 
-TEST_F(AxHostTest, HidingGivesFocusAndInterfaceBack) {
+TEST_F(AxHostTest, HidingReturnsTheFocusAndEndsTheUiActivation) {
     host.create({800, 500});
     EXPECT_EQ(host.activate(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_TRUE(IsChild(host.root(), GetFocus()));
@@ -341,8 +341,8 @@ TEST_F(AxHostTest, SavingIsNeverNecessary) {
     ASSERT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, &saved), S_OK);
     EXPECT_EQ(persist->Save(saved.Get(), TRUE), S_OK);
     EXPECT_EQ(persist->IsDirty(), S_FALSE);
-    // Nothing that changes is part of what is saved.
-    host.draw();
+    // No changed value is part of the saved state.
+    host.drawChannel();
     host.setExtent({20000, 15000});
     EXPECT_EQ(host.control->put_FreqEndBuffer(7.0), S_OK);
     EXPECT_EQ(persist->IsDirty(), S_FALSE);
@@ -351,9 +351,9 @@ TEST_F(AxHostTest, SavingIsNeverNecessary) {
     EXPECT_EQ(other.as<IPersistStreamInit>()->IsDirty(), S_FALSE);
 }
 
-TEST_F(AxHostTest, TheSameObjectIsSitedAndMadeNewAgain) {
+TEST_F(AxHostTest, TheSameObjectCanBeSitedAndInitializedAgain) {
     host.create({800, 500});
-    host.draw();
+    host.drawChannel();
     pump();
     const Picture before = windowPicture(host.root());
     for (int round = 0; round < 2; ++round)
@@ -366,10 +366,10 @@ TEST_F(AxHostTest, TheSameObjectIsSitedAndMadeNewAgain) {
     expectSize(800, 500);
 }
 
-TEST_F(AxHostTest, StateAssignedLateIsLoadedIntoTheVisibleControlAndItIsHeardAfterwards) {
+TEST_F(AxHostTest, AVisibleControlCanBeLoadedAndRaisesEventsAfterwards) {
     host.setPlace({800, 500});
     host.play(kLoaded);
-    host.draw();
+    host.drawChannel();
     pump();
     const Picture before = windowPicture(host.root());
     for (int round = 0; round < 2; ++round) {
@@ -386,7 +386,7 @@ TEST_F(AxHostTest, StateAssignedLateIsLoadedIntoTheVisibleControlAndItIsHeardAft
 
 TEST_F(AxHostTest, ItsEndWithoutACloseLeavesNothing) {
     host.create({800, 500});
-    host.draw();
+    host.drawChannel();
     EXPECT_EQ(host.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     EXPECT_EQ(host.activate(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_TRUE(FindWindowW(L"kvForm", nullptr)) << "the window with the mouse information";

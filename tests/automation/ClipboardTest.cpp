@@ -1,4 +1,4 @@
-// The display on the clipboard, as another program finds it there.
+// The display on the clipboard, as another program reads it.
 #include <thread>
 
 #include "tests/automation/ErrorReport.h"
@@ -72,7 +72,7 @@ TEST_F(Clipboard, TheLatestPictureReplacesTheOneBefore) {
     EXPECT_GT(content.bitmap.count(0x00123456, content.bitmap.all()), 1000);
 }
 
-TEST_F(Clipboard, AProgramThatHoldsItForAMomentIsWaitedFor) {
+TEST_F(Clipboard, TheControlWaitsForAProgramThatHoldsItForAMoment) {
     putText(L"in the way");
     {
         const HeldElsewhere held(200);
@@ -84,7 +84,7 @@ TEST_F(Clipboard, AProgramThatHoldsItForAMomentIsWaitedFor) {
     expectNoScratchFile();
 }
 
-TEST_F(Clipboard, WhoeverHoldsItGetsAnAnswerFromTheWindowsThatWait) {
+TEST_F(Clipboard, TheWaitingWindowsAnswerTheProgramThatHoldsIt) {
     const HWND window = container.root();
     const HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     LRESULT answered = 0;
@@ -92,7 +92,7 @@ TEST_F(Clipboard, WhoeverHoldsItGetsAnAnswerFromTheWindowsThatWait) {
         EXPECT_TRUE(OpenClipboard(nullptr));
         SetEvent(ready);
         Sleep(100);
-        // As a program does that asks the clipboard's owner for a format.
+        // As a program does that requests a format from the clipboard's owner.
         answered = SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 5000, nullptr);
         CloseClipboard();
     });
@@ -106,7 +106,7 @@ TEST_F(Clipboard, WhoeverHoldsItGetsAnAnswerFromTheWindowsThatWait) {
 }
 
 TEST_F(Clipboard, AFailedExportLeavesItEmpty) {
-    // Nothing can be written where a folder stands.
+    // A file cannot be written where a folder has its name.
     CreateDirectoryW(maker.file(L"TEMP").c_str(), nullptr);
     ASSERT_TRUE(CreateDirectoryW(scratch.c_str(), nullptr));
     putText(L"what was there before");
@@ -126,7 +126,7 @@ TEST_F(Clipboard, ManyCopiesLeaveNoHandlesBehind) {
     const DWORD before = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
     for (int i = 0; i < 20; ++i)
         copy();
-    // 0: the system does not count them; the native tests do.
+    // 0 means that the system does not count them; the native tests do.
     EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), before + 2);
 }
 
@@ -155,7 +155,7 @@ class ClipboardFolder : public ErrorReport {
     AppPathKey installed{util::product::kFamilyPrograms[0]};
 };
 
-TEST_F(ClipboardFolder, MayHaveAnyLettersInItsName) {
+TEST_F(ClipboardFolder, MayHaveAnyCharactersInItsName) {
     warmUpClipboard();
     installed.set(odd.file(L"KVZEP32.EXE"));
     EXPECT_EQ(container.control->CopyDisplayToClipboard(), S_OK);

@@ -1,9 +1,9 @@
-// What a container hears of the control, call by call and in this order, through all stages of a control's life.
+// The calls that a container gets from the control, in their order, at each stage of the control's life.
 #include <gmock/gmock.h>
 #include <olectl.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -16,37 +16,18 @@ const std::string kUiDead = "Ambient(" + std::to_string(DISPID_AMBIENT_UIDEAD) +
 
 class ContainerCalls : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
 
     ComPtr<IOleObject> object() const { return container.as<IOleObject>(); }
-    HWND knob() const { return GetDlgChild(L"tdKnMover"); }
-    HWND GetDlgChild(const wchar_t* className) const {
-        Find find{className, nullptr};
-        EnumChildWindows(container.root(), &ContainerCalls::visit, reinterpret_cast<LPARAM>(&find));
-        EXPECT_TRUE(find.found);
-        return find.found;
-    }
     /// A window of the container's own that can have the focus.
-    HWND neighbour() const {
+    HWND neighbor() const {
         return CreateWindowExW(0, L"BUTTON", L"next", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 10, 10,
                                container.host.get(), nullptr, nullptr, nullptr);
     }
-
-  private:
-    struct Find {
-        const wchar_t* name;
-        HWND found;
-    };
-    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
-        auto& find = *reinterpret_cast<Find*>(parameter);
-        if (!find.found && windowClass(window) == find.name && isShown(window))
-            find.found = window;
-        return TRUE;
-    }
 };
 
-TEST_F(ContainerCalls, SitingAndLoadingAskNothing) {
+TEST_F(ContainerCalls, SitingAndLoadingMakeNoCalls) {
     EXPECT_EQ(container.setSite(), S_OK);
     EXPECT_EQ(container.setSite(), S_OK);
     ComPtr<IOleClientSite> known;
@@ -56,11 +37,11 @@ TEST_F(ContainerCalls, SitingAndLoadingAskNothing) {
     EXPECT_EQ(container.as<IPersistStreamInit>()->InitNew(), S_OK);
     EXPECT_EQ(object()->IsUpToDate(), S_OK);
     EXPECT_EQ(object()->Update(), S_OK);
-    container.draw();
+    container.drawChannel();
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(ContainerCalls, Activation) {
+TEST_F(ContainerCalls, InPlaceActivationMakesItsCallsInOrder) {
     ASSERT_EQ(container.setSite(), S_OK);
     EXPECT_EQ(container.verb(OLEIVERB_INPLACEACTIVATE), S_OK);
     EXPECT_THAT(log.take(), ElementsAre("CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "GetWindow",
@@ -71,7 +52,7 @@ TEST_F(ContainerCalls, Activation) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(ContainerCalls, ActivationOfTheInterfaceAndItsEnd) {
+TEST_F(ContainerCalls, UiActivationAndUiDeactivationMakeTheirCallsInOrder) {
     container.activate();
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_THAT(log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "document.SetActiveObject",
@@ -87,7 +68,7 @@ TEST_F(ContainerCalls, ActivationOfTheInterfaceAndItsEnd) {
     EXPECT_TRUE(IsWindow(container.root()));
 }
 
-TEST_F(ContainerCalls, DeactivationEndsTheInterfaceFirst) {
+TEST_F(ContainerCalls, InPlaceDeactivationBeginsWithUiDeactivation) {
     container.activate();
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     log.calls.clear();
@@ -109,14 +90,14 @@ TEST_F(ContainerCalls, HidingAndShowing) {
     EXPECT_THAT(log.take(), IsEmpty()) << "it stays active in place";
 }
 
-TEST_F(ContainerCalls, VerbsThatItHasAndHasNot) {
+TEST_F(ContainerCalls, SupportedAndUnsupportedVerbsHaveTheirResults) {
     container.activate();
     for (const LONG verb : {OLEIVERB_OPEN, OLEIVERB_PROPERTIES, -1000L})
         EXPECT_EQ(container.verb(verb), E_NOTIMPL) << verb;
     EXPECT_EQ(container.verb(OLEIVERB_DISCARDUNDOSTATE), S_OK);
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(container.verb(OLEIVERB_HIDE), S_OK);
-    // An unknown one stands for the first.
+    // An unknown verb means the first one.
     EXPECT_EQ(container.verb(17), OLEOBJ_S_INVALIDVERB);
     EXPECT_TRUE(IsWindow(container.root()));
     ComPtr<IEnumOLEVERB> verbs;
@@ -147,7 +128,7 @@ TEST_F(ContainerCalls, ResizingAsksOnlyForWhatTheControlNeeds) {
     EXPECT_THAT(log.take(), ElementsAre("OnPosRectChange"));
 }
 
-TEST_F(ContainerCalls, AnotherSizeThanTheControlAskedForIsTheLastWord) {
+TEST_F(ContainerCalls, TheControlAcceptsAnotherSizeThanItAskedFor) {
     container.activate();
     const auto place = container.as<IOleInPlaceObject>();
     const RECT narrow{10, 10, 310, 540};
@@ -164,7 +145,7 @@ TEST_F(ContainerCalls, AnotherSizeThanTheControlAskedForIsTheLastWord) {
     GetClientRect(container.root(), &window);
     EXPECT_EQ(window.right, 300);
     EXPECT_EQ(window.bottom, 530);
-    // A height is taken as it is, and the children are arranged for it.
+    // Any height is accepted, and the children are arranged for it.
     container.site->onPosRectChange = [&](const RECT& wanted) {
         const RECT answer{wanted.left, wanted.top, wanted.right, wanted.top + 400};
         EXPECT_EQ(place->SetObjectRects(&answer, &answer), S_OK);
@@ -190,14 +171,14 @@ TEST_F(ContainerCalls, AContainerThatInsistsIsAskedOnce) {
     EXPECT_EQ(log.count("OnPosRectChange"), 1);
 }
 
-TEST_F(ContainerCalls, TheFocusActivatesTheInterface) {
+TEST_F(ContainerCalls, TheFocusUiActivatesTheControl) {
     container.activate();
-    const HWND next = neighbour();
-    SetFocus(knob());
+    const HWND next = neighbor();
+    SetFocus(container.part(L"tdKnMover"));
     EXPECT_THAT(log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "document.SetActiveObject",
                                         "frame.SetBorderSpace", "document.SetBorderSpace", "OnFocus"));
-    // Inside the control nobody else needs to know.
-    SetFocus(GetDlgChild(L"ComboBox"));
+    // A focus change inside the control is not reported.
+    SetFocus(container.part(L"ComboBox"));
     EXPECT_THAT(log.take(), IsEmpty());
     SetFocus(next);
     EXPECT_THAT(log.take(), ElementsAre("OnFocus(lost)"));
@@ -207,9 +188,9 @@ TEST_F(ContainerCalls, TheFocusActivatesTheInterface) {
     DestroyWindow(next);
 }
 
-TEST_F(ContainerCalls, AClickAnywhereActivatesTheInterface) {
+TEST_F(ContainerCalls, AClickUiActivatesTheControl) {
     container.activate();
-    container.draw();
+    container.drawChannel();
     postClick(container.root(), 1, 100);
     EXPECT_THAT(log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "document.SetActiveObject",
                                         "frame.SetBorderSpace", "document.SetBorderSpace", "OnFocus"));
@@ -218,21 +199,21 @@ TEST_F(ContainerCalls, AClickAnywhereActivatesTheInterface) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(ContainerCalls, CloseTellsWhoAskedForItOnce) {
+TEST_F(ContainerCalls, CloseNotifiesTheSinksOnce) {
     container.activate();
     container.advise();
     EXPECT_EQ(object()->Close(OLECLOSE_PROMPTSAVE), S_OK);
     EXPECT_THAT(log.take(), ElementsAre("OnInPlaceDeactivate", "OnClose"));
     EXPECT_EQ(object()->Close(OLECLOSE_SAVEIFDIRTY), S_OK);
     EXPECT_THAT(log.take(), IsEmpty());
-    // Shown again it can be closed again.
+    // A control that is shown again can be closed again.
     EXPECT_EQ(container.verb(OLEIVERB_SHOW), S_OK);
     log.calls.clear();
     EXPECT_EQ(object()->Close(OLECLOSE_NOSAVE), S_OK);
     EXPECT_THAT(log.take(), ElementsAre("OnInPlaceDeactivate", "OnClose"));
 }
 
-TEST_F(ContainerCalls, SavingIsToldWhenItIsDone) {
+TEST_F(ContainerCalls, SaveCompletedNotifiesTheSinks) {
     container.advise();
     ComPtr<IStorage> storage;
     ASSERT_EQ(StgCreateDocfile(nullptr, STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE | STGM_DELETEONRELEASE, 0,
@@ -246,12 +227,12 @@ TEST_F(ContainerCalls, SavingIsToldWhenItIsDone) {
     EXPECT_THAT(log.take(), ElementsAre("OnSave"));
 }
 
-TEST_F(ContainerCalls, ADrawingIsToldOnce) {
+TEST_F(ContainerCalls, EachDrawingNotifiesTheSinksOnce) {
     container.advise();
     log.calls.clear();
-    container.draw();
+    container.drawChannel();
     EXPECT_THAT(log.take(), ElementsAre("OnViewChange", "OnDataChange"));
-    // Nothing changes by looking, nor by channels that nothing has drawn.
+    // Neither reading a property nor adding a channel that is not drawn changes the view.
     double value = 0.0;
     EXPECT_EQ(container.control->get_DisplayMinFreq(&value), S_OK);
     long index = 0;
@@ -266,9 +247,9 @@ TEST_F(ContainerCalls, ADrawingIsToldOnce) {
                                         "OnDataChange"));
 }
 
-TEST_F(ContainerCalls, ALoadIsToldOnceWhenEventsRun) {
+TEST_F(ContainerCalls, AddingManyChannelsNotifiesTheSinksOnceWhenEventsAreProcessed) {
     container.activate();
-    container.draw();
+    container.drawChannel();
     pump();
     container.advise();
     log.calls.clear();
@@ -280,7 +261,7 @@ TEST_F(ContainerCalls, ALoadIsToldOnceWhenEventsRun) {
     EXPECT_THAT(log.take(), ElementsAre("OnViewChange", "OnDataChange"));
 }
 
-TEST_F(ContainerCalls, InADesignerInputIsTheContainers) {
+TEST_F(ContainerCalls, InADesignerTheControlIsDisabled) {
     container.site->ambient[DISPID_AMBIENT_USERMODE] = Var(false);
     container.activate();
     EXPECT_FALSE(IsWindowEnabled(container.root()));

@@ -1,19 +1,20 @@
-// Which messages are handled while a container calls the control: a program may not run where it waits for the control.
+// Which messages are handled while a container calls the control. A program must not run its own handlers while it
+// waits for the control.
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <optional>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
+#include "tests/automation/Replica.h"
 #include "tests/automation/WindowHook.h"
 
 namespace kv::test {
 namespace {
 
-constexpr UINT kForeign = WM_APP;  ///< the host's window hears it
+constexpr UINT kForeign = WM_APP;  ///< handled by the host's window
 
-/// Posts to the host's window, to the control's and to the thread, and says what has been handled.
+/// Posts messages to the host's window, to the control's windows and to the thread, and counts those handled.
 class ContainerEvents : public testing::Test {
   protected:
     Replica container;
@@ -34,12 +35,12 @@ class ContainerEvents : public testing::Test {
         Replica::initNew(container);
         Replica::setSite(container);
         ASSERT_EQ(container.verb(OLEIVERB_INPLACEACTIVATE), S_OK);
-        container.draw();
+        container.drawChannel();
         pump();
         hookOwnWindow();
     }
     void hookOwnWindow() {
-        watched = container.part(L"kvPictureBox", L"picSpectrum");
+        watched = container.pictureBox(L"picSpectrum");
         hook.emplace(watched, [this] {
             ++own;
             if (onOwn)
@@ -55,7 +56,7 @@ class ContainerEvents : public testing::Test {
             own = 0;
         }
     }
-    /// What the host waits with stays where it is, and its own loop gets it.
+    /// The host's messages are still in the queue, and its own loop gets them.
     void expectWaiting() {
         EXPECT_EQ(std::exchange(foreign, 0), 0);
         MSG message{};
@@ -70,15 +71,15 @@ class ContainerEvents : public testing::Test {
     std::optional<WindowHook> hook;
 };
 
-TEST_F(ContainerEvents, CreationHandlesNone) {
+TEST_F(ContainerEvents, CreationHandlesNoMessages) {
     postAll();
     const auto other = createInstance<_kvBandscope>(CLSID_kvBandscope);
     ASSERT_TRUE(other);
     expectWaiting();
 }
 
-TEST_F(ContainerEvents, AControlThatIsMadeInAHandlerIsMadeOnce) {
-    // The host makes its control when its window hears a message, unless it has one.
+TEST_F(ContainerEvents, AControlCreatedInAMessageHandlerIsCreatedOnce) {
+    // The host creates its control when its window receives a message, unless it has one already.
     int made = 0;
     ComPtr<_kvBandscope> control;
     container.host.onMessage = [&] {
@@ -93,14 +94,14 @@ TEST_F(ContainerEvents, AControlThatIsMadeInAHandlerIsMadeOnce) {
     EXPECT_EQ(made, 1);
 }
 
-TEST_F(ContainerEvents, SizesBeforeTheActivationHandleNone) {
+TEST_F(ContainerEvents, SizesBeforeTheActivationHandleNoMessages) {
     postAll();
     container.setExtent({25000, 15000});
     EXPECT_EQ(container.place(container.site->place, nullptr), S_OK);
     expectWaiting();
 }
 
-TEST_F(ContainerEvents, ActivationHandlesNoneOfTheHosts) {
+TEST_F(ContainerEvents, ActivationHandlesNoHostMessages) {
     Replica::initNew(container);
     Replica::setSite(container);
     postAll();
@@ -108,16 +109,16 @@ TEST_F(ContainerEvents, ActivationHandlesNoneOfTheHosts) {
     expectWaiting();
 }
 
-TEST_F(ContainerEvents, ARectangleHandlesTheControlsOwnOnly) {
+TEST_F(ContainerEvents, SetObjectRectsHandlesTheControlsOwnMessagesOnly) {
     activate();
     postAll();
     EXPECT_EQ(container.place({0, 0, 900, 600}, nullptr), S_OK);
     EXPECT_EQ(own, 1);
-    // Keys wait as well: they are the host's to dispatch.
+    // Key messages stay in the queue as well, because the host dispatches them.
     expectWaiting();
 }
 
-TEST_F(ContainerEvents, VerbsAndExtentsHandleNoneOfTheHosts) {
+TEST_F(ContainerEvents, VerbsAndExtentsHandleNoHostMessages) {
     activate();
     for (const LONG verb : {OLEIVERB_HIDE, OLEIVERB_SHOW, OLEIVERB_UIACTIVATE, OLEIVERB_PRIMARY}) {
         postAll();
@@ -129,7 +130,7 @@ TEST_F(ContainerEvents, VerbsAndExtentsHandleNoneOfTheHosts) {
     expectWaiting();
 }
 
-TEST_F(ContainerEvents, ADrawingInsideARectangleHandlesNoneOfTheHosts) {
+TEST_F(ContainerEvents, ADrawingDuringSetObjectRectsHandlesNoHostMessages) {
     activate();
     int drawn = 0;
     onOwn = [&] {
@@ -143,20 +144,20 @@ TEST_F(ContainerEvents, ADrawingInsideARectangleHandlesNoneOfTheHosts) {
     expectWaiting();
 }
 
-TEST_F(ContainerEvents, ADrawingThatTheHostAskedForHandlesTheHosts) {
+TEST_F(ContainerEvents, ADrawingCalledByTheHostHandlesHostMessages) {
     activate();
     PostMessageW(container.host.get(), kForeign, 0, 0);
     VARIANT_BOOL done = VARIANT_FALSE;
     EXPECT_EQ(container.control->DrawDisplay(&done), S_OK);
     EXPECT_EQ(foreign, 1);
-    // Also after calls of the container's, whose limit ends with them.
+    // The limit during a call of the container ends with the call.
     EXPECT_EQ(container.place({0, 0, 900, 600}, nullptr), S_OK);
     PostMessageW(container.host.get(), kForeign, 0, 0);
     EXPECT_EQ(container.control->DrawDisplay(&done), S_OK);
     EXPECT_EQ(foreign, 2);
 }
 
-TEST_F(ContainerEvents, TheEndOfTheProgramIsNotLostInARectangle) {
+TEST_F(ContainerEvents, TheQuitMessageIsKeptDuringSetObjectRects) {
     activate();
     PostQuitMessage(7);
     EXPECT_EQ(container.place({0, 0, 900, 600}, nullptr), S_OK);
@@ -167,7 +168,7 @@ TEST_F(ContainerEvents, TheEndOfTheProgramIsNotLostInARectangle) {
     container.expectLaidOutFor({900, 600});
 }
 
-TEST_F(ContainerEvents, ACollapseInsideARectangleAsksNothing) {
+TEST_F(ContainerEvents, ACollapseDuringSetObjectRectsAsksForNoSize) {
     activate();
     container.log.calls.clear();
     onOwn = [&] {
@@ -183,12 +184,12 @@ TEST_F(ContainerEvents, ACollapseInsideARectangleAsksNothing) {
     container.expectLaidOutFor({900, 600});
 }
 
-TEST_F(ContainerEvents, AControlThatIsTakenDownWhileItIsActivatedLeavesNothing) {
+TEST_F(ContainerEvents, AControlClosedDuringItsActivationLeavesNothing) {
     Replica::initNew(container);
     Replica::setSite(container);
     IOleObject* const object = container.as<IOleObject>().Get();
     container.log.inside["Ambient(-709)"] = [&] {
-        // The windows are there and not laid out yet: that lets their messages be handled.
+        // The windows exist and are not laid out yet. The layout handles their messages.
         container.log.inside.clear();
         hookOwnWindow();
         hook->post();

@@ -1,57 +1,19 @@
-// What the user does to the control's windows, and the events that the host hears of it.
-#include <gmock/gmock.h>
-
-#include <cmath>
-
-#include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
-#include "tests/automation/Picture.h"
+// The user's input in the windows of the control, and the events that it raises.
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
 
 using testing::ElementsAre;
 
-class ContainerInput : public testing::Test {
+class ContainerInput : public UserInput {
   protected:
-    Container container;
-    ComPtr<EventSink> sink;
-    void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(container.activate());
-        sink = new EventSink;
-        container.connect(sink.Get());
-    }
-    double number(HRESULT (STDMETHODCALLTYPE _kvBandscope::*getter)(double*)) const {
-        double value = 0.0;
-        EXPECT_EQ((container.control.Get()->*getter)(&value), S_OK);
-        return value;
-    }
     long count(HRESULT (STDMETHODCALLTYPE _kvBandscope::*getter)(long*)) const {
         long value = -1;
         EXPECT_EQ((container.control.Get()->*getter)(&value), S_OK);
         return value;
     }
-    double minFreq() const { return number(&_kvBandscope::get_DisplayMinFreq); }
-    double maxFreq() const { return number(&_kvBandscope::get_DisplayMaxFreq); }
-    HWND spectrum() const { return container.pictureBox(L"picSpectrum"); }
     HWND label(const wchar_t* text) const { return container.child(L"Static", text); }
-    /// The control shows 380 to 480 MHz.
-    void fill() {
-        EXPECT_EQ(container.control->put_FreqEndBuffer(20.0), S_OK);
-        container.addTx({.freq = 400.0, .lo = 400.0, .hi = 401.0, .power = 30.0, .key = L"TX1", .color = 0xFF});
-        container.addRx({.freq = 460.0, .lo = 459.0, .hi = 460.0, .key = L"RX1", .color = 0xFF00});
-        EXPECT_TRUE(container.draw());
-        EXPECT_EQ(minFreq(), 380.0);
-        EXPECT_EQ(maxFreq(), 480.0);
-    }
-    /// The user's choice in the grid-range box.
-    void choose(int item) const {
-        const HWND box = container.children(L"ComboBox").at(0);
-        SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(box));
-        pump();
-    }
     void press(const wchar_t* button) const {
         SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
         pump();
@@ -93,7 +55,7 @@ TEST_F(ContainerInput, AClickElsewhereLoadsNothing) {
     postClick(container.panel(), 430, 140);
     postClick(spectrum(), 50, 50);
     postClick(container.pictureBox(L"picUnits"), 2, 2);
-    // Pressed on the background and let go outside is no click.
+    // A press on the background that is released outside is no click.
     PostMessageW(container.root(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 100));
     PostMessageW(container.root(), WM_LBUTTONUP, 0, MAKELPARAM(-5, 100));
     pump();
@@ -104,7 +66,7 @@ TEST_F(ContainerInput, AClickElsewhereLoadsNothing) {
     EXPECT_EQ(count(&_kvBandscope::get_NumTX), 0);
 }
 
-TEST_F(ContainerInput, AGridRangeIsToldAlsoByAnEmptyControl) {
+TEST_F(ContainerInput, AnEmptyControlRaisesChgGridRange) {
     for (const int item : {0, 2, 1, 1})
         choose(item);
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange, kChgGridRange, kChgGridRange, kChgGridRange));
@@ -120,25 +82,25 @@ TEST_F(ContainerInput, TheKeyboardChoosesAGridRange) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange));
 }
 
-TEST_F(ContainerInput, AGridRangeThatChangesTheDisplayTellsItsRangeFirst) {
+TEST_F(ContainerInput, ChgFreqRangeIsRaisedBeforeChgGridRange) {
     fill();
     const Picture before = windowPicture(spectrum());
     choose(0);
-    // The step is the grid knob's, half a megahertz, and 20 of them stand around the center.
+    // The step is the grid knob's, 0.5 MHz; the display is 20 steps wide around the center.
     const HeardEvent range{kChgFreqRange, {425.0, 435.0}, {VT_R8, VT_R8}};
     const HeardEvent chosen{kChgGridRange, {}, {}};
     EXPECT_TRUE(sink->heard == (std::vector<HeardEvent>{range, chosen}));
     EXPECT_EQ(minFreq(), 425.0);
     EXPECT_EQ(maxFreq(), 435.0);
     EXPECT_NE(windowPicture(spectrum()), before);
-    // The knob keeps its value through another choice, so the range stays.
+    // The knob keeps its value at another choice, so that the range stays.
     sink->heard.clear();
     choose(2);
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange));
     EXPECT_EQ(minFreq(), 425.0);
 }
 
-TEST_F(ContainerInput, ADoubleClickRecentresOnTheMouse) {
+TEST_F(ContainerInput, ADoubleClickRecentersOnTheMouse) {
     fill();
     const Picture before = windowPicture(spectrum());
     const int x = before.width / 4;
@@ -176,10 +138,12 @@ TEST_F(ContainerInput, ClearEmptiesTheSpectrumAndTheDrawButtonsFillIt) {
     EXPECT_EQ(windowPicture(spectrum()), drawn);
 }
 
-TEST_F(ContainerInput, TheDrawButtonsSayWhenThereIsNothingToDraw) {
+TEST(PanelButtons, TheDrawButtonsReportThatThereIsNothingToDraw) {
+    Container container;
+    ASSERT_NO_FATAL_FAILURE(container.activate());
     const MessageBoxes boxes;
-    press(L"Draw TX");
-    press(L"DrawRX");
+    for (const wchar_t* button : {L"Draw TX", L"DrawRX"})
+        SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
     ASSERT_EQ(boxes.seen().size(), 2U);
     EXPECT_EQ(boxes.seen()[0].text, L"No TX channels to draw.");
     EXPECT_EQ(boxes.seen()[1].text, L"No RX channels to draw.");
@@ -222,13 +186,13 @@ TEST_F(ContainerInput, TheReadOutsFollowTheMouse) {
     EXPECT_TRUE(isShown(label(expected)));
 }
 
-TEST_F(ContainerInput, AFreezeMutesNothingForGood) {
+TEST_F(ContainerInput, FrozenEventsAreRaisedAllTheSame) {
     const auto control = container.as<IOleControl>();
     EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
     EXPECT_EQ(control->FreezeEvents(TRUE), S_OK);
     choose(0);
     EXPECT_THAT(sink->ids(), ElementsAre(kChgGridRange)) << "some containers never thaw";
-    // More thaws than freezes do no harm.
+    // More thaws than freezes are harmless.
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(control->FreezeEvents(FALSE), S_OK);
     choose(2);
@@ -247,7 +211,7 @@ TEST_F(ContainerInput, AFailingSinkDoesNotStopTheOthers) {
     EXPECT_EQ(last->heard.size(), 3U);
 }
 
-TEST_F(ContainerInput, ASinkMayGoDuringItsEvent) {
+TEST_F(ContainerInput, ASinkCanBeDisconnectedDuringAnEvent) {
     ComPtr<EventSink> last;
     last = new EventSink;
     const DWORD cookie = container.connect(last.Get());

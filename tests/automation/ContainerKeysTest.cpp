@@ -1,11 +1,11 @@
-// Whose keys are whose: what the control's parts want first, then the container's accelerators; Tab goes through the
-// parts and leaves at the end.
+// Which keys belong to the control: first the keys that its parts use, then the container's accelerators. Tab moves
+// through the parts and leaves the control after the last one.
 #include <gmock/gmock.h>
 
 #include <array>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The Shift key as this thread sees it.
+/// Holds the Shift key down in this thread's keyboard state.
 class ShiftDown {
   public:
     ShiftDown() { set(0x80); }
@@ -33,13 +33,13 @@ class ShiftDown {
 
 class ContainerKeys : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<IOleInPlaceActiveObject> active;
 
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.draw();
+        container.drawChannel();
         pump();
         ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
         active = container.as<IOleInPlaceActiveObject>();
@@ -53,28 +53,11 @@ class ContainerKeys : public testing::Test {
         pressed.lParam = 1;
         return active->TranslateAccelerator(&pressed);
     }
-    std::vector<HWND> stops() const {
-        std::vector<HWND> found;
-        EnumChildWindows(container.root(), &ContainerKeys::visit, reinterpret_cast<LPARAM>(&found));
-        return found;
-    }
-    HWND stop(const wchar_t* className) const {
-        for (const HWND window : stops())
-            if (windowClass(window) == className)
-                return window;
-        ADD_FAILURE() << "no such part";
-        return nullptr;
-    }
-
-  private:
-    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
-        if ((GetWindowLongPtrW(window, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(window))
-            reinterpret_cast<std::vector<HWND>*>(parameter)->push_back(window);
-        return TRUE;
-    }
+    std::vector<HWND> stops() const { return container.tabStops(); }
+    HWND stop(const wchar_t* className) const { return container.part(className); }
 };
 
-TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
+TEST_F(ContainerKeys, TheContainerGetsTheKeysThatThePartDoesNotUse) {
     SetFocus(stop(L"tdKnMover"));
     log.answers["TranslateAccelerator"] = S_OK;
     const HWND focus = GetFocus();
@@ -82,7 +65,8 @@ TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
         EXPECT_EQ(key(code), S_OK) << code;
     EXPECT_EQ(log.count("TranslateAccelerator"), 3);
     EXPECT_EQ(GetFocus(), focus);
-    // A Tab that leads out of the control is the container's like any other key; one that stays inside is not.
+    // A Tab that would leave the control is offered to the container like any other key; a Tab inside the control is
+    // not.
     SetFocus(stops().back());
     log.calls.clear();
     EXPECT_EQ(key(VK_TAB), S_OK);
@@ -94,7 +78,7 @@ TEST_F(ContainerKeys, TheContainerGetsWhatThePartHasNoUseFor) {
     EXPECT_EQ(GetFocus(), stops().at(stops().size() - 2));
 }
 
-TEST_F(ContainerKeys, AContainerThatAsksBackGetsAnAnswer) {
+TEST_F(ContainerKeys, AContainerCanCallTranslateAcceleratorBack) {
     HRESULT inner = E_UNEXPECTED;
     log.inside["TranslateAccelerator"] = [&] { inner = key(VK_F5); };
     SetFocus(stop(L"tdKnMover"));
@@ -103,7 +87,7 @@ TEST_F(ContainerKeys, AContainerThatAsksBackGetsAnAnswer) {
     EXPECT_EQ(log.count("TranslateAccelerator"), 1);
 }
 
-TEST_F(ContainerKeys, OnlyKeysAndOnlyWithTheFocus) {
+TEST_F(ContainerKeys, OnlyKeysAreTranslatedAndOnlyWithTheFocus) {
     EXPECT_EQ(key(0, WM_MOUSEMOVE), S_FALSE);
     EXPECT_EQ(active->TranslateAccelerator(nullptr), E_POINTER);
     SetFocus(container.host.get());
@@ -113,7 +97,7 @@ TEST_F(ContainerKeys, OnlyKeysAndOnlyWithTheFocus) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
+TEST_F(ContainerKeys, EachPartGetsTheKeysThatItUses) {
     double before = 0.0;
     double after = 0.0;
     EXPECT_EQ(container.control->get_DisplayCenterFreq(&before), S_OK);
@@ -126,7 +110,7 @@ TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
     const LRESULT item = chosen();
     EXPECT_EQ(key(VK_DOWN), S_OK);
     EXPECT_NE(chosen(), item);
-    // A button has no use for arrows; letters, releases and what Alt goes with are for the container's own loop.
+    // A button does not use arrow keys; characters, key releases and keys with Alt are left to the container's loop.
     SetFocus(stop(L"Button"));
     EXPECT_EQ(key(VK_LEFT), S_FALSE);
     EXPECT_EQ(key(VK_SPACE), S_FALSE);
@@ -136,7 +120,7 @@ TEST_F(ContainerKeys, PartsGetTheKeysTheyAskFor) {
     EXPECT_EQ(key(VK_LEFT, WM_SYSKEYDOWN), S_FALSE);
 }
 
-TEST_F(ContainerKeys, EnterAndEscapeAreTheForms) {
+TEST_F(ContainerKeys, EnterAndEscapeAreLeftToTheForm) {
     for (const HWND part : stops()) {
         SetFocus(part);
         EXPECT_EQ(key(VK_RETURN), S_FALSE) << testing::PrintToString(windowText(part));
@@ -158,19 +142,14 @@ TEST_F(ContainerKeys, NoPartTellsADialogThatItWantsTheFormsKeys) {
 }
 
 TEST_F(ContainerKeys, TheSpectrumGetsItsKeysAndNoOthers) {
-    HWND spectrum = nullptr;
-    for (const HWND part : stops())
-        if (windowText(part) == L"picSpectrum")
-            spectrum = part;
-    ASSERT_TRUE(spectrum);
-    SetFocus(spectrum);
+    SetFocus(container.pictureBox(L"picSpectrum"));
     for (const WPARAM code : {VK_LEFT, VK_RIGHT, VK_UP, VK_DOWN, VK_PRIOR, VK_NEXT, VK_HOME, VK_SPACE})
         EXPECT_EQ(key(code), S_OK) << code;
     for (const WPARAM code : {VK_RETURN, VK_ESCAPE, VK_F1, VK_F5, VK_DELETE, VK_END})
         EXPECT_EQ(key(code), S_FALSE) << code;
 }
 
-TEST_F(ContainerKeys, EscapeIsTheDragsWhileThereIsOne) {
+TEST_F(ContainerKeys, EscapeCancelsADragOrClosesAListFirst) {
     const HWND knob = stop(L"tdKnMover");
     RECT size{};
     GetClientRect(knob, &size);
@@ -189,7 +168,7 @@ TEST_F(ContainerKeys, EscapeIsTheDragsWhileThereIsOne) {
     EXPECT_FALSE(SendMessageW(box, CB_GETDROPPEDSTATE, 0, 0));
 }
 
-TEST_F(ContainerKeys, TabGoesThroughAndOut) {
+TEST_F(ContainerKeys, TabMovesThroughThePartsAndLeavesAtTheEnd) {
     const std::vector<HWND> parts = stops();
     ASSERT_GT(parts.size(), 4U);
     SetFocus(parts.front());
@@ -212,7 +191,7 @@ TEST_F(ContainerKeys, TabGoesThroughAndOut) {
     EXPECT_EQ(log.count("OnUIActivate"), 0);
 }
 
-TEST_F(ContainerKeys, TabComesInAtTheEndItComesFrom) {
+TEST_F(ContainerKeys, TabEntersAtTheFirstPartAndShiftTabAtTheLast) {
     const std::vector<HWND> parts = stops();
     MSG tab{};
     tab.message = WM_KEYDOWN;

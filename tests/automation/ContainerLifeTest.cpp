@@ -1,9 +1,9 @@
-// Every way in which a container may let go of the control: nothing is left behind, whoever goes first.
+// Every way in which a container can release the control. Nothing is left behind, whatever is destroyed first.
 #include <gmock/gmock.h>
 
 #include <optional>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 #include "tests/automation/WindowHook.h"
 
 namespace kv::test {
@@ -22,31 +22,18 @@ class ContainerLife : public testing::Test {
         EXPECT_TRUE(container.draw());
     }
     void TearDown() override {
-        EXPECT_FALSE(container.control) << "the test lets the control go itself";
-        EXPECT_EQ(canUnloadNow(), S_OK);
-        EXPECT_EQ(container.site->references(), 1U);
-        EXPECT_EQ(container.site->frame->references(), 1U);
+        EXPECT_FALSE(container.control) << "the test releases the control itself";
+        container.expectNothingLeft();
         EXPECT_EQ(sink->references(), 1U);
-        EXPECT_EQ(container.site->count("OnInPlaceActivate"), activations);
-        EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), deactivations);
-        EXPECT_EQ(windowsLeft(), 0);
+        EXPECT_EQ(container.log.count("OnInPlaceActivate"), activations);
+        EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), deactivations);
     }
     int activations = 1;
     int deactivations = 1;
 
-    int windowsLeft() const {
-        int left = 0;
-        if (container.host.get())
-            EnumChildWindows(container.host.get(), &ContainerLife::countOne, reinterpret_cast<LPARAM>(&left));
-        return left;
-    }
-    static BOOL CALLBACK countOne(HWND, LPARAM parameter) {
-        ++*reinterpret_cast<int*>(parameter);
-        return TRUE;
-    }
-    /// Drops the test's reference, which has to be the last one.
+    /// Releases the test's reference, which must be the last one.
     void releaseLast() { EXPECT_EQ(container.control.Reset(), 0U); }
-    /// Drops the last reference while the control is at work: it has to stay until that work is done.
+    /// Releases the last reference while the control is working: it must exist until that work is done.
     void releaseAtWork() {
         container.control.Reset();
         EXPECT_EQ(canUnloadNow(), S_FALSE);
@@ -54,9 +41,9 @@ class ContainerLife : public testing::Test {
     ComPtr<IOleObject> object() const { return container.as<IOleObject>(); }
     void close() const { EXPECT_EQ(object()->Close(OLECLOSE_NOSAVE), S_OK); }
     void unsite() const { EXPECT_EQ(object()->SetClientSite(nullptr), S_OK); }
-    /// The control without a counted reference: what is left of it is the control's own care.
+    /// The control without a counted reference; the control must keep itself alive.
     _kvBandscope* raw() const { return container.control.Get(); }
-    /// `action` runs when the control next lets events run.
+    /// `action` runs when the control next processes pending events.
     void meanwhile(std::function<void()> action) {
         container.host.onMessage = std::move(action);
         PostMessageW(container.host.get(), WM_APP, 0, 0);
@@ -67,16 +54,11 @@ class ContainerLife : public testing::Test {
         hook->post();
     }
     std::optional<WindowHook> hook;
-    void chooseGridRange() const {
-        const HWND box = container.children(L"ComboBox").at(0);
-        SendMessageW(box, CB_SETCURSEL, 2, 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
-    }
 };
 
 TEST_F(ContainerLife, ClosedThenUnsitedThenReleased) {
     close();
-    EXPECT_EQ(windowsLeft(), 0);
+    EXPECT_TRUE(container.windows().empty());
     HWND window = container.host.get();
     EXPECT_EQ(container.as<IOleInPlaceObject>()->GetWindow(&window), E_FAIL);
     EXPECT_EQ(window, nullptr);
@@ -86,7 +68,7 @@ TEST_F(ContainerLife, ClosedThenUnsitedThenReleased) {
 
 TEST_F(ContainerLife, UnsitedFirst) {
     unsite();
-    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 1);
+    EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), 1);
     EXPECT_EQ(container.site->references(), 1U);
     close();
     releaseLast();
@@ -95,9 +77,9 @@ TEST_F(ContainerLife, UnsitedFirst) {
 TEST_F(ContainerLife, DeactivatedAndActivatedAgain) {
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
-    EXPECT_EQ(windowsLeft(), 0);
+    EXPECT_TRUE(container.windows().empty());
     EXPECT_TRUE(container.draw());
-    ASSERT_EQ(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, container.host.get(), nullptr), S_OK);
+    ASSERT_EQ(container.verb(OLEIVERB_SHOW), S_OK);
     EXPECT_TRUE(IsWindow(container.pictureBox(L"picSpectrum")));
     EXPECT_EQ(object()->DoVerb(OLEIVERB_HIDE, nullptr, nullptr, 0, nullptr, nullptr), S_OK);
     EXPECT_FALSE(IsWindowVisible(container.root()));
@@ -107,9 +89,9 @@ TEST_F(ContainerLife, DeactivatedAndActivatedAgain) {
     releaseLast();
 }
 
-TEST_F(ContainerLife, TheWindowGoesFirst) {
+TEST_F(ContainerLife, TheWindowIsDestroyedFirst) {
     container.host.destroy();
-    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 1);
+    EXPECT_EQ(container.log.count("OnInPlaceDeactivate"), 1);
     EXPECT_TRUE(container.draw());
     container.addTx({.freq = 410.0, .key = L"TX2"});
     close();
@@ -118,16 +100,15 @@ TEST_F(ContainerLife, TheWindowGoesFirst) {
 }
 
 TEST_F(ContainerLife, ReleasedWhileActive) {
-    // Nobody is called back by an object that is going.
+    // An object in its destructor calls nothing back.
     deactivations = 0;
     releaseLast();
 }
 
-TEST_F(ContainerLife, ActiveInItsInterfaceWhenTheWindowGoes) {
-    EXPECT_EQ(object()->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0, container.host.get(), nullptr),
-              S_OK);
+TEST_F(ContainerLife, ClosedWhileUiActive) {
+    EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     close();
-    EXPECT_EQ(container.site->count("OnUIDeactivate"), 1);
+    EXPECT_EQ(container.log.count("OnUIDeactivate"), 1);
     unsite();
     releaseLast();
 }
@@ -135,7 +116,7 @@ TEST_F(ContainerLife, ActiveInItsInterfaceWhenTheWindowGoes) {
 TEST_F(ContainerLife, TheLastReleaseInsideAnEvent) {
     deactivations = 0;
     sink->onEvent = [&](DISPID) { releaseAtWork(); };
-    chooseGridRange();
+    container.chooseGridRange();
     EXPECT_FALSE(container.control);
     EXPECT_FALSE(sink->heard.empty());
 }
@@ -147,7 +128,7 @@ TEST_F(ContainerLife, ClosedInsideAnEvent) {
         releaseAtWork();
         sink->onEvent = nullptr;
     };
-    chooseGridRange();
+    container.chooseGridRange();
     EXPECT_FALSE(container.control);
 }
 
@@ -198,7 +179,7 @@ TEST_F(ContainerLife, ClosedInTheMiddleOfARepaint) {
     EXPECT_FALSE(container.control);
 }
 
-TEST_F(ContainerLife, TheWindowGoesInTheMiddleOfARepaint) {
+TEST_F(ContainerLife, TheWindowIsDestroyedInTheMiddleOfARepaint) {
     meanwhile([&] { container.host.destroy(); });
     EXPECT_TRUE(container.draw());
     EXPECT_EQ(container.host.get(), nullptr);
@@ -219,15 +200,15 @@ TEST_F(ContainerLife, ClosedInTheMiddleOfAResize) {
     EXPECT_FALSE(container.control);
 }
 
-TEST_F(ContainerLife, TheLastReleaseWhenTheSiteHearsOfTheEnd) {
+TEST_F(ContainerLife, TheLastReleaseInsideOnInPlaceDeactivate) {
     IOleObject* const plain = object().Get();
-    container.site->onDeactivate = [&] { releaseAtWork(); };
+    container.log.inside["OnInPlaceDeactivate"] = [&] { releaseAtWork(); };
     EXPECT_EQ(plain->SetClientSite(nullptr), S_OK);
     EXPECT_FALSE(container.control);
 }
 
-TEST_F(ContainerLife, TheLastReleaseWhenTheWindowGoes) {
-    container.site->onDeactivate = [&] { releaseAtWork(); };
+TEST_F(ContainerLife, TheLastReleaseWhileTheWindowIsDestroyed) {
+    container.log.inside["OnInPlaceDeactivate"] = [&] { releaseAtWork(); };
     container.host.destroy();
     EXPECT_FALSE(container.control);
 }
@@ -236,10 +217,10 @@ TEST_F(ContainerLife, AnActivationThatFailsLeavesNothing) {
     close();
     deactivations = 2;
     activations = 2;
-    container.site->hasContext = false;
+    container.log.answers["GetWindowContext"] = E_FAIL;
     EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, nullptr, nullptr)));
-    EXPECT_EQ(windowsLeft(), 0);
-    container.site->canActivate = false;
+    EXPECT_TRUE(container.windows().empty());
+    container.log.answers["CanInPlaceActivate"] = S_FALSE;
     EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, nullptr, nullptr)));
     unsite();
     EXPECT_TRUE(FAILED(object()->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, nullptr)));

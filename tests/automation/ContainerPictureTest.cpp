@@ -3,9 +3,9 @@
 
 #include <array>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -51,7 +51,7 @@ class ContainerPicture : public testing::Test {
   protected:
     Container container;
     void SetUp() override {
-        // Over the window the pointer would be read out in the panel.
+        // A pointer over the window would be read out in the panel.
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
         ASSERT_NO_FATAL_FAILURE(container.activate());
         fill(container.control.Get());
@@ -75,7 +75,7 @@ TEST_F(ContainerPicture, TheWindowsShowTheExportedPicture) {
     EXPECT_GT(window.count(kBox, window.all()), 1000);
 }
 
-TEST_F(ContainerPicture, ABackgroundColourIsSeenAtOnce) {
+TEST_F(ContainerPicture, ABackgroundColorIsShownAtOnce) {
     const Picture before = shown();
     constexpr OLE_COLOR kOther = RGB(10, 20, 90);
     EXPECT_EQ(container.control->put_lColorSpecBack(kOther), S_OK);
@@ -86,7 +86,7 @@ TEST_F(ContainerPicture, ABackgroundColourIsSeenAtOnce) {
     EXPECT_EQ(after.count(kBox, after.all()), before.count(kBox, before.all()));
 }
 
-TEST_F(ContainerPicture, LabelColoursAreSeenAtOnce) {
+TEST_F(ContainerPicture, LabelColorsAreShownAtOnce) {
     constexpr OLE_COLOR kStrip = RGB(9, 8, 7);
     constexpr OLE_COLOR kText = RGB(255, 254, 0);
     EXPECT_EQ(container.control->put_lColorLblBack(kStrip), S_OK);
@@ -97,7 +97,7 @@ TEST_F(ContainerPicture, LabelColoursAreSeenAtOnce) {
     EXPECT_GT(strip.count(kText, strip.all()), 10);
 }
 
-TEST_F(ContainerPicture, OtherSettingsAreSeenWithTheNextDrawing) {
+TEST_F(ContainerPicture, OtherSettingsAreShownByTheNextDrawing) {
     const Picture before = shown();
     EXPECT_EQ(container.control->put_GridColor(RGB(0, 0, 255)), S_OK);
     EXPECT_EQ(container.control->put_nGridX(4), S_OK);
@@ -114,7 +114,7 @@ TEST_F(ContainerPicture, OtherSettingsAreSeenWithTheNextDrawing) {
 }
 
 TEST_F(ContainerPicture, UncoveringNeedsNoDrawing) {
-    // A pointer that an earlier test left on the spectrum would be read out as soon as the cover goes.
+    // A pointer that an earlier test left on the spectrum would be read out as soon as the cover is removed.
     SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
     pump();
     const Picture before = windowPicture(container.root());
@@ -126,7 +126,7 @@ TEST_F(ContainerPicture, UncoveringNeedsNoDrawing) {
     DestroyWindow(cover);
     pump();
     EXPECT_EQ(windowPicture(container.root()), before);
-    // Spoilt on the screen and asked to paint itself.
+    // Overwritten on the screen and invalidated.
     const HDC dc = GetDC(spectrum());
     const RECT spot{20, 20, 120, 90};
     FillRect(dc, &spot, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
@@ -168,7 +168,7 @@ TEST_F(DrawnByContainer, AnUnsitedControlShowsItsPicture) {
     ASSERT_EQ(draw(paper.dc(), {50, 30, 770, 510}), S_OK);
     const Picture all = paper.read();
     const Picture file = fileOf(control.Get());
-    // fraPic stands 4 pixels from the left, picUnits at 5, 11 inside it.
+    // fraPic is 4 pixels from the left, picUnits at 5, 11 inside it.
     EXPECT_EQ(cut(all, 50 + 4 + 5, 30 + 11, file.width, file.height), file);
     EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 819, 29}), 820 * 30);
     EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 49, 559}), 50 * 560);
@@ -190,7 +190,7 @@ TEST_F(DrawnByContainer, FillsAnyBounds) {
     EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 319, 9}), 3200);
 }
 
-TEST_F(DrawnByContainer, TellsItsSizeAndRefusesWhatItCannotShow) {
+TEST_F(DrawnByContainer, ReportsItsSizeAndRefusesUnsupportedAspects) {
     SIZEL size{};
     EXPECT_EQ(view->GetExtent(DVASPECT_CONTENT, -1, nullptr, &size), S_OK);
     EXPECT_EQ(size.cx, 19050);
@@ -239,7 +239,7 @@ BOOL CALLBACK findSpectrum(HWND window, LPARAM parameter) {
     return TRUE;
 }
 
-TEST_P(HostedByLibrary, ShowsAndHearsAndGoes) {
+TEST_P(HostedByLibrary, ShowsItselfRaisesEventsAndIsReleased) {
     HostWindow host;
     const HWND outer = CreateWindowExW(0, GetParam().windowClass, L"kvBandscope.kvBandscope", WS_CHILD | WS_VISIBLE, 10,
                                        10, 800, 500, host.get(), nullptr, nullptr, nullptr);

@@ -1,12 +1,12 @@
-// A container that takes the control down inside any call of the control's, by any means: nothing crashes, nothing is
-// left behind and nobody is told twice.
+// A container that ends the control inside any call of the control's, by any means: nothing crashes, nothing is left
+// behind and no notification is sent twice.
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <tuple>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -37,12 +37,12 @@ const char* nameOf(End end) {
 
 class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, End>> {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<EventSink> events{new EventSink};
     bool ended = false;
 
-    /// Ends the control once. The test's reference is let go last, where the control still has work to do.
+    /// Ends the control once. The test's reference is released last, while the control still has work to do.
     void end(End how) {
         if (ended)
             return;
@@ -91,9 +91,10 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
         }
         container.control.Reset();
     }
-    /// A life with every call in it.
+    /// A whole life of a control, with every call to the container in it.
     void live() {
-        // Calls go through interfaces that are not counted, as those of a host that drops its last one inside.
+        // The calls use interfaces without a counted reference, as those of a host that releases its last one inside a
+        // call.
         IOleObject* const object = container.as<IOleObject>().Get();
         IOleInPlaceObject* const place = container.as<IOleInPlaceObject>().Get();
         const auto gone = [&] { return !container.control; };
@@ -103,10 +104,13 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
         };
         onlyWhileThere([&] { object->SetClientSite(container.site.Get()); });
         onlyWhileThere([&] { object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, nullptr, 0, nullptr, nullptr); });
-        onlyWhileThere([&] { container.draw(); });
-        onlyWhileThere([&] { chooseGridRange(); });
+        onlyWhileThere([&] { container.drawChannel(); });
         onlyWhileThere([&] {
-            // A drawing lets events run, and the container does what it likes meanwhile.
+            if (container.root())
+                container.chooseGridRange();
+        });
+        onlyWhileThere([&] {
+            // A drawing processes pending events, in which the container can do anything.
             container.host.onMessage = [&] { log.note("Repaint"); };
             PostMessageW(container.host.get(), WM_APP, 0, 0);
             VARIANT_BOOL drawn = VARIANT_FALSE;
@@ -127,26 +131,6 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
         onlyWhileThere([&] { object->Close(OLECLOSE_NOSAVE); });
         onlyWhileThere([&] { object->SetClientSite(nullptr); });
     }
-    void connect() {
-        ComPtr<IConnectionPoint> point;
-        DWORD cookie = 0;
-        ASSERT_EQ(container.as<IConnectionPointContainer>()->FindConnectionPoint(DIID___kvBandscope, &point), S_OK);
-        ASSERT_EQ(point->Advise(events.Get(), &cookie), S_OK);
-        events->onEvent = [&](DISPID) { log.note("Event"); };
-    }
-    /// What a user's choice in the grid-range box sends, with as many events as it raises.
-    void chooseGridRange() const {
-        HWND box = nullptr;
-        EnumChildWindows(container.root(), &ContainerTeardown::findBox, reinterpret_cast<LPARAM>(&box));
-        SendMessageW(box, CB_SETCURSEL, 2, 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
-    }
-    static BOOL CALLBACK findBox(HWND window, LPARAM box) {
-        if (windowClass(window) != L"ComboBox")
-            return TRUE;
-        *reinterpret_cast<HWND*>(box) = window;
-        return FALSE;
-    }
     void expectPairs() const {
         EXPECT_EQ(log.count("OnInPlaceActivate"), log.count("OnInPlaceDeactivate"));
         EXPECT_EQ(log.count("OnUIActivate"), log.count("OnUIDeactivate"));
@@ -155,10 +139,11 @@ class ContainerTeardown : public testing::TestWithParam<std::tuple<std::string, 
     }
 };
 
-TEST_P(ContainerTeardown, InsideACall) {
+TEST_P(ContainerTeardown, TheContainerCanEndTheControlInsideAnyCall) {
     const auto& [call, how] = GetParam();
     container.advise();
-    ASSERT_NO_FATAL_FAILURE(connect());
+    container.connect(events.Get());
+    events->onEvent = [&](DISPID) { log.note("Event"); };
     log.inside[call] = [&, inside = how] { end(inside); };
     live();
     log.inside.clear();
@@ -173,7 +158,7 @@ TEST_P(ContainerTeardown, InsideACall) {
     container.site->document->active.Reset();
     container.control.Reset();
     pump();
-    // Nobody is called back by an object that is going: a container that only lets go hears of no end.
+    // An object in its destructor calls nothing back, so a container that only releases is not notified of the end.
     if (how != End::Release)
         expectPairs();
     container.expectNothingLeft();
@@ -203,7 +188,7 @@ const std::string kCalls[] = {"CanInPlaceActivate",
                               "OnInPlaceDeactivate",
                               "OnClose"};
 
-/// What reaches the container by other ways than its site.
+/// Calls that do not come through the site.
 const std::string kOtherCalls[] = {"Event", "Repaint"};
 
 std::string testName(const testing::TestParamInfo<std::tuple<std::string, End>>& info) {
@@ -228,20 +213,21 @@ INSTANTIATE_TEST_SUITE_P(EventsAndPaint, ContainerTeardown,
                                                           End::CloseAndShowAgain)),
                          testName);
 
-/// From outside of any call, whatever goes first, from each stage of a control's life.
-TEST(ContainerEnds, InAnyOrder) {
+/// Outside of any call, in every order, from each stage of a control's life.
+TEST(ContainerEnds, TheEndingStepsCanComeInAnyOrder) {
     std::vector<End> order{End::Close, End::Unsite, End::DestroyParent, End::Release};
     do {
         for (const LONG verb : {OLEIVERB_HIDE, OLEIVERB_INPLACEACTIVATE, OLEIVERB_UIACTIVATE}) {
-            RecordedContainer container;
+            FullContainer container;
             container.advise();
             ASSERT_EQ(container.setSite(), S_OK);
             ASSERT_EQ(container.verb(verb), S_OK);
-            container.draw();
+            container.drawChannel();
             std::string said;
             for (const End step : order) {
                 said += std::string(" ") + nameOf(step);
-                // A container that has let go has nothing left to call; only its window may still go.
+                // A container that has released the control has nothing left to call; only its window can still be
+                // destroyed.
                 if (step == End::DestroyParent)
                     container.host.destroy();
                 else if (!container.control)
@@ -256,7 +242,7 @@ TEST(ContainerEnds, InAnyOrder) {
                     container.control.Reset();
                 pump();
             }
-            // A frame that was never told otherwise keeps its active object until it goes itself.
+            // A frame that gets no other active object keeps the old one until it is destroyed itself.
             container.site->frame->active.Reset();
             container.site->document->active.Reset();
             SCOPED_TRACE(said + ", after verb " + std::to_string(verb));
@@ -266,11 +252,11 @@ TEST(ContainerEnds, InAnyOrder) {
     } while (std::next_permutation(order.begin(), order.end()));
 }
 
-/// A site that answers with errors.
+/// A site that returns errors.
 class ContainerErrors : public testing::TestWithParam<std::string> {};
 
 TEST_P(ContainerErrors, AreSurvived) {
-    RecordedContainer container;
+    FullContainer container;
     container.advise();
     container.log.answers[GetParam()] = E_FAIL;
     EXPECT_EQ(container.setSite(), S_OK);
@@ -279,7 +265,7 @@ TEST_P(ContainerErrors, AreSurvived) {
     EXPECT_EQ(container.verb(OLEIVERB_INPLACEACTIVATE), fatal ? E_FAIL : S_OK);
     EXPECT_EQ(container.root() == nullptr, fatal);
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), fatal || GetParam() == "OnUIActivate" ? E_FAIL : S_OK);
-    container.draw();
+    container.drawChannel();
     const RECT narrow{0, 0, 300, 300};
     EXPECT_EQ(container.as<IOleInPlaceObject>()->SetObjectRects(&narrow, &narrow), S_OK);
     pump();

@@ -1,11 +1,11 @@
-// The control in a window of a container: what it shows there and how it is placed.
+// The control in a window of a container: its parts, its layout and its size.
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 
 namespace kv::test {
 namespace {
@@ -29,7 +29,7 @@ class ContainerTest : public testing::Test {
         }
         return texts;
     }
-    /// The children where the layout's arithmetic has them, for a control of this many pixels at 96 dpi.
+    /// The children are where the layout puts them in a control of this size in pixels, at 96 dpi.
     void expectLayout(int width, int height, int panelHeight = kPanelHeight) const {
         const OracleLayout layout = oracleLayout(width * 15.0, height * 15.0, panelHeight * 15.0);
         const HWND units = container.pictureBox(L"picUnits");
@@ -52,28 +52,23 @@ class ContainerTest : public testing::Test {
 };
 
 TEST_F(ContainerTest, ActivatesInTheUsualOrder) {
-    EXPECT_THAT(container.site->calls,
+    EXPECT_THAT(container.log.calls,
                 ElementsAre("CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "GetWindow", "ShowObject"));
     EXPECT_EQ(GetParent(container.root()), container.host.get());
     EXPECT_TRUE(IsWindowVisible(container.root()));
     EXPECT_EQ(windowClass(container.root()), L"kvBandscope");
-    const auto object = container.as<IOleObject>();
-    EXPECT_EQ(object->DoVerb(OLEIVERB_SHOW, nullptr, container.site.Get(), 0, container.host.get(), nullptr), S_OK);
-    EXPECT_EQ(container.site->count("OnInPlaceActivate"), 1);
+    EXPECT_EQ(container.verb(OLEIVERB_SHOW), S_OK);
+    EXPECT_EQ(container.log.count("OnInPlaceActivate"), 1);
 }
 
 TEST_F(ContainerTest, TakesTheFocusWhenUiActive) {
-    const auto object = container.as<IOleObject>();
-    EXPECT_EQ(object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0, container.host.get(), nullptr),
-              S_OK);
-    EXPECT_EQ(container.site->count("OnUIActivate"), 1);
-    EXPECT_THAT(container.site->frame->calls, ElementsAre("SetActiveObject"));
+    container.log.calls.clear();
+    EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
+    EXPECT_THAT(container.log.take(), ElementsAre("OnUIActivate", "frame.SetActiveObject", "frame.SetBorderSpace"));
     const HWND focus = GetFocus();
     EXPECT_TRUE(focus == container.root() || IsChild(container.root(), focus));
     EXPECT_EQ(container.as<IOleInPlaceObject>()->UIDeactivate(), S_OK);
-    EXPECT_THAT(container.site->frame->calls, ElementsAre("SetActiveObject", "SetActiveObject(null)"));
-    EXPECT_EQ(container.site->count("OnUIDeactivate"), 1);
-    EXPECT_EQ(container.site->count("OnInPlaceDeactivate"), 0);
+    EXPECT_THAT(container.log.take(), ElementsAre("frame.SetActiveObject(null)", "OnUIDeactivate"));
     EXPECT_TRUE(IsWindow(container.root()));
 }
 
@@ -112,7 +107,7 @@ TEST_F(ContainerTest, PlacesItsChildrenBySize) {
         EXPECT_EQ(container.size().cy, size.cy);
         expectLayout(size.cx, size.cy);
     }
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 0);
+    EXPECT_EQ(container.log.count("OnPosRectChange"), 0);
 }
 
 TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
@@ -132,10 +127,10 @@ TEST_F(ContainerTest, IsWidenedBackToItsStartWidth) {
     expectLayout(720, 400);
 }
 
-TEST_F(ContainerTest, IsCutOffWhenTheHostDoesNotAnswer) {
+TEST_F(ContainerTest, IsClippedWhenTheHostDoesNotChangeTheSize) {
     for (int round = 0; round < 2; ++round) {
         container.resize(300, 410);
-        EXPECT_EQ(container.site->count("OnPosRectChange"), 1);
+        EXPECT_EQ(container.log.count("OnPosRectChange"), 1);
         EXPECT_EQ(container.size().cx, 300);
         EXPECT_EQ(container.size().cy, 410);
         expectLayout(720, 410);
@@ -146,8 +141,8 @@ TEST_F(ContainerTest, AcceptsALowerHeight) {
     container.resize(720, 300);
     EXPECT_EQ(container.size().cy, 300);
     expectLayout(720, 300);
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 0);
-    // Too low for the frames: the children stay where they got, and the next size puts all of them right.
+    EXPECT_EQ(container.log.count("OnPosRectChange"), 0);
+    // Too low for the frames: the layout stops half way, and the next size arranges all children again.
     container.resize(720, 40);
     EXPECT_EQ(container.size().cy, 40);
     container.resize(760, 480);
@@ -166,7 +161,7 @@ TEST_F(ContainerTest, ReportsTheSizeItStartedWith) {
     }
 }
 
-TEST_F(ContainerTest, TellsItsSizeToTheHost) {
+TEST_F(ContainerTest, ReportsTheSizeOfTheLastRectangleOrExtent) {
     container.resize(720, 480);
     SIZEL extent{};
     EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &extent), S_OK);
@@ -186,7 +181,7 @@ TEST_F(ContainerTest, TellsItsSizeToTheHost) {
     EXPECT_EQ(container.as<IOleObject>()->GetExtent(DVASPECT_CONTENT, &taken), S_OK);
     EXPECT_EQ(taken.cx, extent.cx);
     EXPECT_EQ(taken.cy, extent.cy);
-    // Whatever was set, the next rectangle decides.
+    // The next rectangle decides, whatever extent was set.
     extent = {5000, 5000};
     EXPECT_EQ(container.as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &extent), S_OK);
     container.resize(720, 480);
@@ -195,7 +190,21 @@ TEST_F(ContainerTest, TellsItsSizeToTheHost) {
     EXPECT_EQ(taken.cy, 480 * 2540 / 96);
 }
 
-TEST_F(ContainerTest, ShowsOnlyWhatTheContainerLeavesOfIt) {
+TEST_F(ContainerTest, RefusesExtentsOfOtherAspectsAndNegativeOnes) {
+    const auto object = container.as<IOleObject>();
+    SIZEL extent{20000, 15000};
+    EXPECT_EQ(object->SetExtent(DVASPECT_ICON, &extent), DV_E_DVASPECT);
+    EXPECT_EQ(object->GetExtent(DVASPECT_ICON, &extent), DV_E_DVASPECT);
+    EXPECT_EQ(object->SetExtent(DVASPECT_CONTENT, nullptr), E_POINTER);
+    EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, nullptr), E_POINTER);
+    for (SIZEL negative : {SIZEL{-1, 15000}, SIZEL{20000, -1}})
+        EXPECT_EQ(object->SetExtent(DVASPECT_CONTENT, &negative), E_INVALIDARG);
+    EXPECT_EQ(object->GetExtent(DVASPECT_CONTENT, &extent), S_OK);
+    EXPECT_EQ(extent.cx, 720 * 2540 / 96);
+    EXPECT_EQ(extent.cy, 480 * 2540 / 96);
+}
+
+TEST_F(ContainerTest, IsClippedToTheClipRectangle) {
     const RECT place{Container::kLeft, Container::kTop, Container::kLeft + 720, Container::kTop + 480};
     const RECT clip{Container::kLeft + 100, 0, Container::kLeft + 300, Container::kTop + 50};
     const auto object = container.as<IOleInPlaceObject>();
@@ -240,7 +249,7 @@ TEST_F(ContainerTest, CollapsesAndExpands) {
     const HeardEvent collapsed{kChgHeight, {kCollapsed * 15.0}, {VT_I2}};
     const HeardEvent expanded{kChgHeight, {500 * 15.0}, {VT_I2}};
     EXPECT_TRUE(sink->heard == (std::vector<HeardEvent>{collapsed, expanded, collapsed, expanded}));
-    EXPECT_EQ(container.site->count("OnPosRectChange"), 4);
+    EXPECT_EQ(container.log.count("OnPosRectChange"), 4);
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
-// The control's picture in the hands of a container: on any device, as data, and the word that it has changed.
+// The picture of the control for its container: on any device, as data, and the notifications of changes.
 #include <gmock/gmock.h>
 
 #include <cstring>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -36,7 +36,7 @@ int differences(const Picture& a, const Picture& b) {
 
 class ContainerView : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<IViewObjectEx> view;
     ComPtr<IDataObject> data;
@@ -69,7 +69,7 @@ class ContainerView : public testing::Test {
 TEST_F(ContainerView, AnyMappingShowsTheSamePicture) {
     const Picture expected = look();
     const GdiPicture paper(kWidth, kHeight, kPaper);
-    // Upwards, in other units, with an origin of its own: as containers with metric coordinates draw.
+    // Upwards, in other units and with another origin, as containers with metric coordinates draw.
     SetMapMode(paper.dc(), MM_ANISOTROPIC);
     SetWindowExtEx(paper.dc(), 2 * kWidth, -2 * kHeight, nullptr);
     SetViewportExtEx(paper.dc(), kWidth, kHeight, nullptr);
@@ -135,7 +135,7 @@ TEST_F(ContainerView, AnActiveControlLooksTheSame) {
     ASSERT_NO_FATAL_FAILURE(container.activate());
     EXPECT_EQ(look(), expected);
     // The focus on the spectrum shows in its window only.
-    for (const HWND part : container.parts())
+    for (const HWND part : container.children())
         if (windowText(part) == L"picSpectrum")
             SetFocus(part);
     ASSERT_EQ(windowText(GetFocus()), L"picSpectrum");
@@ -147,7 +147,7 @@ BOOL STDMETHODCALLTYPE answerDraw(ULONG_PTR argument) {
     return *reinterpret_cast<int*>(argument) > 1;
 }
 
-TEST_F(ContainerView, ADrawingCanBeCalledOff) {
+TEST_F(ContainerView, ADrawingCanBeCanceled) {
     const GdiPicture paper(kWidth, kHeight, kPaper);
     const RECTL bounds{0, 0, kWidth, kHeight};
     int asked = 0;
@@ -161,7 +161,7 @@ TEST_F(ContainerView, ADrawingCanBeCalledOff) {
     EXPECT_EQ(once(), S_OK);
 }
 
-TEST_F(ContainerView, AspectsThatItHas) {
+TEST_F(ContainerView, ContentPrintAndOpaqueAspectsAreDrawn) {
     const Picture expected = look();
     for (const DWORD aspect : std::initializer_list<DWORD>{DVASPECT_CONTENT, DVASPECT_DOCPRINT, DVASPECT_OPAQUE}) {
         const GdiPicture paper(kWidth, kHeight, kPaper);
@@ -186,7 +186,7 @@ TEST_F(ContainerView, PlacesAndHits) {
     EXPECT_EQ(view->GetRect(DVASPECT_TRANSPARENT, &rect), DV_E_DVASPECT);
     const RECT bounds{100, 100, 100 + kWidth, 100 + kHeight};
     DWORD hit = 99;
-    // 265 hundredths of a millimetre are ten pixels.
+    // 265 hundredths of a millimeter are ten pixels.
     for (const auto& [at, close, expected] : {std::tuple<POINT, LONG, HITRESULT>{{100, 100}, 0, HITRESULT_HIT},
                                               {{99, 100}, 0, HITRESULT_OUTSIDE},
                                               {{91, 100}, 265, HITRESULT_CLOSE},
@@ -222,7 +222,7 @@ TEST_F(ContainerView, ItsNaturalExtentIsTheOneItStartsWith) {
     EXPECT_EQ(natural.cx, 0);
 }
 
-TEST_F(ContainerView, DataComesInThreeFormats) {
+TEST_F(ContainerView, DataIsOfferedInThreeFormats) {
     ComPtr<IEnumFORMATETC> formats;
     ASSERT_EQ(data->EnumFormatEtc(DATADIR_GET, &formats), S_OK);
     std::vector<CLIPFORMAT> offered;
@@ -273,7 +273,7 @@ TEST_F(ContainerView, ADibIsThePicture) {
             picture.pixels.push_back(RGB(at[2], at[1], at[0]));
         }
     EXPECT_EQ(picture, expected);
-    // Into memory of the caller's: only when it is large enough.
+    // Memory of the caller is filled only if it is large enough.
     STGMEDIUM own{};
     own.tymed = TYMED_HGLOBAL;
     own.hGlobal = GlobalAlloc(GMEM_MOVEABLE, needed);
@@ -329,7 +329,7 @@ TEST_F(ContainerView, AMetafileHasTheControlsSize) {
     ReleaseStgMedium(&medium);
 }
 
-TEST_F(ContainerView, TheViewSinkHearsAsOftenAsItWants) {
+TEST_F(ContainerView, TheViewSinkIsNotifiedByItsFlags) {
     EXPECT_EQ(view->SetAdvise(DVASPECT_ICON, 0, container.sink.Get()), DV_E_DVASPECT);
     EXPECT_EQ(view->SetAdvise(DVASPECT_CONTENT, ADVF_PRIMEFIRST, container.sink.Get()), S_OK);
     EXPECT_THAT(log.take(), ElementsAre("OnViewChange"));
@@ -379,7 +379,7 @@ TEST_F(ContainerView, DataSinksGetTheData) {
     EXPECT_EQ(container.sink->references(), 1U);
 }
 
-TEST_F(ContainerView, TheLastDataComeAtTheEnd) {
+TEST_F(ContainerView, DataOnStopIsSentWhenTheControlCloses) {
     FORMATETC asked = format(CF_DIB, TYMED_HGLOBAL);
     DWORD connection = 0;
     ASSERT_EQ(data->DAdvise(&asked, ADVF_DATAONSTOP, container.sink.Get(), &connection), S_OK);

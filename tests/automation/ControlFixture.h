@@ -1,4 +1,4 @@
-// A control as a host program has it, early bound or by name, and the channels a host fills it with.
+// A control as a host program uses it, early bound or by name, and the channels that a host adds.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -10,9 +10,9 @@
 
 namespace kv::test {
 
-/// The start value of a minimum, and with a minus that of a maximum.
+/// The start value of a minimum; its negative is the start value of a maximum.
 constexpr double kUnset = 8888888888888.0;
-/// The answer for what is invalid or not found.
+/// The result for an invalid or missing channel.
 constexpr long kNotFound = -88;
 
 /// How a host calls: through the function table, or by the members' names.
@@ -42,14 +42,14 @@ struct ChannelSpec {
 [[nodiscard]] short fillStyle(_FreqSlot* slot);
 [[nodiscard]] bool isDrawn(_FreqSlot* slot);
 
-/// A new control. Every call has to end with S_OK; one that does not fails the test.
+/// A new control. A call that does not return S_OK fails the test.
 class Scope {
   public:
     explicit Scope(Way way = Way::early);
 
     [[nodiscard]] _kvBandscope* get() const noexcept { return scope_.Get(); }
     [[nodiscard]] _kvBandscope* operator->() const noexcept { return scope_.Get(); }
-    /// Lets the control go.
+    /// Releases the control.
     void release() noexcept { scope_.Reset(); }
 
     long AddTXChnl(const ComPtr<_FreqSlot>& slot) { return index(&_kvBandscope::AddTXChnl, L"AddTXChnl", slot); }
@@ -185,7 +185,7 @@ class Scope {
     ComPtr<_kvBandscope> scope_;
 };
 
-/// Tests that run both ways, on a fresh control each.
+/// Tests that run early bound and by name, each on a new control.
 class BothWays : public testing::TestWithParam<Way> {
   protected:
     Scope scope{GetParam()};

@@ -1,4 +1,4 @@
-// A host's own channel class as a script or a late bound program has it: members by name and nothing else.
+// A host's own channel class, as in a script or a late bound program: its members are found by name only.
 #pragma once
 
 #include <windows.h>
@@ -12,7 +12,7 @@
 
 namespace kv::test {
 
-/// Properties by name, indexed ones as "name(i)". It counts the questions it is asked.
+/// Properties by name, indexed ones as "name(i)". It counts the requests for member numbers.
 class DictionarySlot final : public IDispatchEx {
   public:
     /// A record with every member and the start values of a channel.

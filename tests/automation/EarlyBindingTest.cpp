@@ -1,5 +1,5 @@
-// Calls as a compiler makes them that knows the control from its type library alone: by the place in the function table
-// and the types that stand there.
+// Calls as a compiler makes them that knows the control from its type library alone: by the slot in the function table
+// and the declared types.
 #include <gmock/gmock.h>
 
 #include "tests/automation/ControlFixture.h"
@@ -13,7 +13,7 @@ struct Member {
     std::vector<VARTYPE> types;  ///< of all parameters, that of the result among them
 };
 
-/// The type behind a name: a color's is a number, and VT_USERDEFINED stands for an interface.
+/// The type that a name refers to: a color is a number; VT_USERDEFINED means an interface.
 VARTYPE namedType(ITypeInfo* info, HREFTYPE reference) {
     ComPtr<ITypeInfo> named;
     TYPEATTR* attributes = nullptr;
@@ -108,7 +108,7 @@ TEST_F(EarlyBinding, EveryPropertyReadsAsByName) {
             continue;
         const VARTYPE type = member.types[0] & static_cast<VARTYPE>(~VT_BYREF);
         Var early;
-        // By name colours travel as the numbers that scripts know.
+        // In calls by name colors have the integer type that scripts know.
         early.vt = type == VT_UI4 ? static_cast<VARTYPE>(VT_I4) : type;
         EXPECT_EQ(call(member, {reference(type, &early.lVal)}), S_OK);
         const Outcome late = invoke(control.Get(), id, DISPATCH_PROPERTYGET, {});
@@ -121,7 +121,7 @@ TEST_F(EarlyBinding, EveryPropertyReadsAsByName) {
     EXPECT_GT(read, 20);
 }
 
-TEST_F(EarlyBinding, ADayOfWork) {
+TEST_F(EarlyBinding, MembersCalledThroughTheFunctionTableHaveTheirEffects) {
     ASSERT_NO_FATAL_FAILURE(add(400.0, L"TX1"));
     ASSERT_NO_FATAL_FAILURE(add(410.0, L"TX2"));
     VARIANT_BOOL drawn = VARIANT_FALSE;

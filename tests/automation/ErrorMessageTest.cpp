@@ -1,4 +1,4 @@
-// What the user sees of errors, and where the log stands, in a maker's installation and without one.
+// The messages that report errors to the user, and the place of the log with and without the maker's installation.
 #include "tests/automation/ErrorReport.h"
 
 namespace kv::test {
@@ -9,7 +9,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-TEST_F(InstalledErrorReport, TheMessageIsWholeAndStandsBeforeTheHost) {
+TEST_F(InstalledErrorReport, TheMessageIsCompleteAndOwnedByTheHost) {
     activate();
     fail(0, L"dFreq");
     const MessageBoxes boxes;
@@ -54,7 +54,7 @@ TEST_F(InstalledErrorReport, ErrorWhileTheMessageIsOpenShowsNoSecondOne) {
         ++inner;
         EXPECT_FALSE(rescale());
     };
-    // The open message takes it out of the queue.
+    // The open message box removes it from the queue.
     PostMessageW(container.host.get(), WM_APP, 0, 0);
     EXPECT_FALSE(rescale());
     EXPECT_EQ(inner, 1);
@@ -73,7 +73,7 @@ TEST_F(InstalledErrorReport, ControlMayBeClosedWhileTheMessageIsOpen) {
         const auto object = container.as<IOleObject>();
         object->Close(OLECLOSE_NOSAVE);
         object->SetClientSite(nullptr);
-        // Its own reference is the last one of the host's.
+        // Its reference is the last one of the host.
         container.control.Reset();
     };
     PostMessageW(container.host.get(), WM_APP, 0, 0);
@@ -95,7 +95,7 @@ TEST_F(InstalledErrorReport, WithoutASiteThereIsARecordAndNoMessage) {
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
-TEST_F(InstalledErrorReport, HandlerOfTheHostsThatFailsIsNoErrorOfOurs) {
+TEST_F(InstalledErrorReport, AFailingEventHandlerIsNotReported) {
     activate();
     const ComPtr<EventSink> sink(new EventSink);
     sink->answer = DISP_E_EXCEPTION;
@@ -110,9 +110,9 @@ TEST_F(InstalledErrorReport, HandlerOfTheHostsThatFailsIsNoErrorOfOurs) {
     EXPECT_TRUE(draw());
 }
 
-TEST_F(InstalledErrorReport, ErrorInsideAHandlerOfTheHostsIsReportedAndTheEventEnds) {
+TEST_F(InstalledErrorReport, AnErrorInsideAnEventHandlerIsReportedAndTheEventEnds) {
     activate();
-    // Where the container grants the lower height, nothing else is drawn.
+    // If the container grants the lower height, nothing else is drawn.
     container.site->onPosRectChange = [this](const RECT& wanted) {
         EXPECT_EQ(container.as<IOleInPlaceObject>()->SetObjectRects(&wanted, &wanted), S_OK);
     };
@@ -129,7 +129,7 @@ TEST_F(InstalledErrorReport, ErrorInsideAHandlerOfTheHostsIsReportedAndTheEventE
     sink->onEvent = nullptr;
 }
 
-TEST_F(InstalledErrorReport, LogThatCannotBeWrittenKeepsNobodyFromTheMessage) {
+TEST_F(InstalledErrorReport, TheMessageIsShownWithoutAWritableLog) {
     activate();
     fail(1, L"dFreq");
     ASSERT_TRUE(CreateDirectoryW(logFile.c_str(), nullptr));
@@ -141,7 +141,7 @@ TEST_F(InstalledErrorReport, LogThatCannotBeWrittenKeepsNobodyFromTheMessage) {
     EXPECT_THAT(records(), SizeIs(1));
 }
 
-TEST_F(InstalledErrorReport, LogThatAnotherProgramKeepsToItselfIsNoTrouble) {
+TEST_F(InstalledErrorReport, ALogLockedByAnotherProgramIsIgnored) {
     activate();
     fail(1, L"dFreq");
     const MessageBoxes boxes;
@@ -154,7 +154,7 @@ TEST_F(InstalledErrorReport, LogThatAnotherProgramKeepsToItselfIsNoTrouble) {
     EXPECT_THAT(boxes.seen(), SizeIs(1));
 }
 
-TEST_F(InstalledErrorReport, ScratchFileStandsInTheMakersFolder) {
+TEST_F(InstalledErrorReport, TheScratchFileIsInTheMakersFolder) {
     activate();
     EXPECT_EQ(exportTo(L""), maker.file(L"TEMP\\NXBandscope.BMP"));
     EXPECT_TRUE(fileExists(maker.file(L"TEMP\\NXBandscope.BMP")));
@@ -179,7 +179,7 @@ class LooseErrorReport : public ErrorReport {
     std::wstring before_;
 };
 
-TEST_F(LooseErrorReport, LogStandsInTheCurrentFolder) {
+TEST_F(LooseErrorReport, TheLogIsInTheCurrentFolder) {
     const std::string notesBefore = contentOf(besideHost(L"KVTecSup.Txt"));
     activate();
     fail(1, L"dFreq");
@@ -195,7 +195,7 @@ TEST_F(LooseErrorReport, LogStandsInTheCurrentFolder) {
     EXPECT_THAT(notes, HasSubstr(":  Registry Key: SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\"));
 }
 
-TEST_F(LooseErrorReport, ScratchFileStandsInTheUsersTemporaryFolder) {
+TEST_F(LooseErrorReport, TheScratchFileIsInTheUsersTemporaryFolder) {
     activate();
     wchar_t temp[MAX_PATH + 1] = L"";
     GetTempPathW(MAX_PATH + 1, temp);

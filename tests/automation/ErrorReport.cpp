@@ -16,7 +16,7 @@ std::vector<Record> recordsOf(const std::string& log) {
         place += static_cast<std::size_t>(i->length());
         const std::string text = (*i)[1];
         std::smatch match;
-        // A capture notes how it goes on; its lines stand between the records.
+        // A capture logs its steps; their lines are between the records.
         if (step >= 3 && std::regex_match(text, captureLine))
             continue;
         if (text == std::string(25, '*')) {

@@ -1,14 +1,14 @@
-// A control whose errors come to a tech-support log of the test's own.
+// A control whose errors are written to a tech-support log of the test's own.
 #pragma once
 
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/DictionarySlot.h"
 #include "tests/automation/FreshModule.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "util/Product.h"
 
 namespace kv::test {
@@ -23,10 +23,10 @@ inline void PrintTo(const Record& record, std::ostream* stream) {
     *stream << '{' << record.error << " | " << record.procedure << " | " << record.detail << '}';
 }
 
-/// The records of a log; a line that belongs to none fails the test.
+/// The records of a log. A line that belongs to no record fails the test.
 [[nodiscard]] std::vector<Record> recordsOf(const std::string& log);
 
-/// A control of a fresh module in a window, with channels of the host's own that can be made to fail.
+/// A control of a separately loaded module in a window, with channels of the host's own class whose members can fail.
 class ErrorReport : public testing::Test {
   protected:
     ErrorReport() {
@@ -68,7 +68,7 @@ class ErrorReport : public testing::Test {
         EXPECT_EQ(container.control->ReScaleChannels(&done), S_OK);
         return done == VARIANT_TRUE;
     }
-    /// The file name that the export gives back.
+    /// The file name that the export returns.
     std::wstring exportTo(const std::wstring& file) {
         double height = 1.0;
         double width = 1.0;
@@ -95,7 +95,7 @@ class InstalledErrorReport : public ErrorReport {
     AppPathKey installed{util::product::kFamilyPrograms[0]};
 };
 
-/// What `fail` makes of a channel.
+/// The error that a channel reports after `fail`.
 inline const std::string kTrouble = "Error 9  the host's own trouble";
 inline const std::string kOverflow = "Error 6  Overflow";
 

@@ -1,4 +1,4 @@
-// Which procedures report their errors, and what of: the records in the tech-support log.
+// Which procedures report their errors, and with which records in the tech-support log.
 #include <limits>
 #include <thread>
 
@@ -34,7 +34,7 @@ TEST_F(InstalledErrorReport, AnRXChannelThatFailsWhileItIsDrawn) {
     EXPECT_THAT(boxes.seen(), SizeIs(1));
 }
 
-TEST_F(InstalledErrorReport, AnUnsupportedFillStyleOutsideTheRangeIsLikeOneInside) {
+TEST_F(InstalledErrorReport, AnUnsupportedFillStyleOutsideTheRangeIsReportedToo) {
     activate();
     EXPECT_EQ(container.control->put_FreqEndBuffer(1.0), S_OK);
     EXPECT_EQ(container.control->DrawByRange(438.0, 455.0), S_OK);
@@ -71,7 +71,7 @@ TEST_F(InstalledErrorReport, RemovalHasNoContext) {
     EXPECT_EQ(get(container.control.Get(), L"NumTX").result.lVal, 2);
 }
 
-TEST_F(InstalledErrorReport, RangeThatIsNoRange) {
+TEST_F(InstalledErrorReport, ARangeThatIsNotFiniteIsReported) {
     activate();
     const MessageBoxes boxes;
     EXPECT_EQ(container.control->DrawByRange(440.0, kInfinite), S_OK);
@@ -112,7 +112,7 @@ TEST_F(InstalledErrorReport, FailedExportIsRecordedWithoutAMessage) {
     EXPECT_THAT(boxes.seen(), IsEmpty());
 }
 
-/// Another window has the clipboard for as long as it lives, on a thread of its own.
+/// During its lifetime another window, on another thread, has the clipboard open.
 class HeldClipboard {
   public:
     HeldClipboard()

@@ -1,8 +1,7 @@
-// Where a bitmap file can be written and where not, and what it holds whatever the window is like at that moment.
+// Where a bitmap file can be written and where not, and its content in each state of the window.
 #include <algorithm>
 
 #include "tests/automation/ErrorReport.h"
-#include "tests/automation/HostedControl.h"
 #include "tests/automation/OtherClipboard.h"
 
 namespace kv::test {
@@ -88,7 +87,7 @@ class ExportFiles : public testing::TestWithParam<Way> {
 };
 INSTANTIATE_TEST_SUITE_P(Ways, ExportFiles, testing::Values(Way::early, Way::late), nameOf);
 
-TEST_P(ExportFiles, OthersReadTheFileAsTheTestsDo) {
+TEST_P(ExportFiles, TheSystemReadsTheFileAsTheTestsDo) {
     const std::wstring path = folder.file(L"a.bmp");
     expectWritten(path);
     EXPECT_TRUE(readBySystem(path) == Picture::read(path));
@@ -103,7 +102,7 @@ TEST_P(ExportFiles, ReadOnlyFileStaysAsItIs) {
     EXPECT_EQ(contentOf(path), "mine");
 }
 
-TEST_P(ExportFiles, FileThatAnotherHasOpenStaysAsItIs) {
+TEST_P(ExportFiles, AFileThatAnotherProgramHasOpenStaysAsItIs) {
     const std::wstring path = folder.file(L"open.bmp");
     writeContent(path, "mine");
     const HANDLE open =
@@ -115,7 +114,7 @@ TEST_P(ExportFiles, FileThatAnotherHasOpenStaysAsItIs) {
     expectWritten(path);
 }
 
-TEST_P(ExportFiles, FolderIsNoFile) {
+TEST_P(ExportFiles, AFolderIsNotReplacedByAFile) {
     const std::wstring inner = folder.file(L"inner");
     ASSERT_TRUE(CreateDirectoryW(inner.c_str(), nullptr));
     expectNothingWritten(inner);
@@ -123,7 +122,7 @@ TEST_P(ExportFiles, FolderIsNoFile) {
     EXPECT_THAT(namesIn(inner), IsEmpty());
 }
 
-TEST_P(ExportFiles, MissingFolderIsNotMade) {
+TEST_P(ExportFiles, AMissingFolderIsNotCreated) {
     expectNothingWritten(folder.file(L"none\\a.bmp"));
     EXPECT_THAT(namesIn(folder.path()), IsEmpty());
 }
@@ -133,13 +132,13 @@ TEST_P(ExportFiles, NameBeyondTheLongestPathIsRefused) {
 }
 
 TEST_P(ExportFiles, LongestNameIsTaken) {
-    // The folder's path and a name that fill 259 letters.
+    // The folder's path and the name are 259 characters long.
     const std::size_t room = MAX_PATH - 1 - folder.file(L"").size();
     expectWritten(folder.file(std::wstring(room - 4, L'x') + L".bmp"));
     EXPECT_EQ(namesIn(folder.path()).size(), 1U);
 }
 
-TEST_P(ExportFiles, NamesThatAreNone) {
+TEST_P(ExportFiles, InvalidNamesAreRefused) {
     for (const wchar_t* name : {L"a*b.bmp", L"a?b.bmp", L"a|b.bmp"})
         expectNothingWritten(folder.file(name));
     const DWORD drives = GetLogicalDrives();
@@ -152,7 +151,7 @@ TEST_P(ExportFiles, NamesThatAreNone) {
     ADD_FAILURE() << "every drive letter is in use";
 }
 
-TEST_P(ExportFiles, AnyLettersMayStandInThePath) {
+TEST_P(ExportFiles, ThePathMayHaveAnyCharacters) {
     for (const wchar_t* name :
          {L"two words.bmp", L"Gr\u00FC\u00DFe.bmp", L"\u0427\u0430\u0441\u0442\u043E\u0442\u0430.bmp",
           L"\u5468\u6CE2\u6570 \U0001F4F6.bmp"})
@@ -168,7 +167,7 @@ TEST_P(ExportFiles, NameWithoutAFolderMeansTheCurrentOne) {
     ASSERT_TRUE(SetCurrentDirectoryW(folder.path().c_str()));
     expectWritten(L"here.bmp");
     EXPECT_TRUE(SetCurrentDirectoryW(before));
-    // The log stands in the current folder as well where there is no maker's folder.
+    // Without a maker's folder the log is in the current folder as well.
     std::vector<std::wstring> names = namesIn(folder.path());
     std::erase(names, L"KVTECSUP.TXT");
     EXPECT_THAT(names, ElementsAre(L"here.bmp"));
@@ -263,7 +262,7 @@ TEST_F(ExportWindow, WindowOffTheScreenIsExported) {
     EXPECT_TRUE(exported() == before);
 }
 
-TEST_F(ExportWindow, MinimisedAndHiddenWindowsAreExported) {
+TEST_F(ExportWindow, MinimizedAndHiddenWindowsAreExported) {
     ShowWindow(frame(), SW_SHOWMINNOACTIVE);
     pump();
     EXPECT_TRUE(IsIconic(frame()));
@@ -273,7 +272,7 @@ TEST_F(ExportWindow, MinimisedAndHiddenWindowsAreExported) {
     EXPECT_TRUE(exported() == before);
 }
 
-TEST_F(ExportWindow, PictureThatIsNotPaintedYetIsExported) {
+TEST_F(ExportWindow, APictureThatIsNotPaintedYetIsExported) {
     EXPECT_EQ(container.control->put_lColorSpecBack(0x00654321), S_OK);
     EXPECT_TRUE(container.draw());
     const Picture after = exported();
@@ -282,26 +281,9 @@ TEST_F(ExportWindow, PictureThatIsNotPaintedYetIsExported) {
     expectOnScreen(after);
 }
 
-TEST_F(ExportWindow, WindowThatWasNeverShownAndNoWindowGiveTheSamePicture) {
-    Scope scope;
-    scope.AddTXChnl(channel({.freq = 450.0, .bw = 5000.0, .power = 2.0, .key = L"TX1", .color = 0x000000FF}));
-    scope.DrawDisplay();
-    const Picture unsited = capture(scope);
-    EXPECT_TRUE(unsited.find(0x000000FF, unsited.all()));
-    const HostedControl hosted(scope);
-    hosted.resize(900, 650);
-    scope.DrawDisplay();
-    const Picture first = capture(scope);
-    EXPECT_TRUE(first.find(0x000000FF, first.all()));
-    hosted.resize(700, 500);
-    hosted.resize(900, 650);
-    scope.DrawDisplay();
-    EXPECT_TRUE(capture(scope) == first);
-}
-
 // The log.
 
-TEST_F(InstalledErrorReport, EachExportTellsTheLogHowItGoesOn) {
+TEST_F(InstalledErrorReport, EachExportWritesItsStepsToTheLog) {
     activate();
     const std::string earlier = contentOf(logFile);
     EXPECT_EQ(exportTo(maker.file(L"a.bmp")), maker.file(L"a.bmp"));
@@ -319,7 +301,7 @@ TEST_F(InstalledErrorReport, EachExportTellsTheLogHowItGoesOn) {
     EXPECT_EQ(lines.find(".exe"), std::string::npos);
 }
 
-TEST_F(InstalledErrorReport, ALogThatCannotBeWrittenHoldsUpNoExport) {
+TEST_F(InstalledErrorReport, AnExportSucceedsWithoutAWritableLog) {
     activate();
     DeleteFileW(logFile.c_str());
     ASSERT_TRUE(CreateDirectoryW(logFile.c_str(), nullptr));

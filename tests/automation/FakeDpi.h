@@ -5,7 +5,7 @@
 
 namespace kv::test {
 
-/// While it lives the module under test finds the function that tells a window's resolution here. One at a time.
+/// During its lifetime the module under test gets the resolution of a window from here. One at a time.
 class FakeDpi {
   public:
     explicit FakeDpi(UINT dpi);

@@ -1,20 +1,20 @@
-// The focus between the container and the parts of the control, with containers that pass no message along, and the
-// keys that the control leaves to its container.
+// The focus between the container and the parts of the control, also with containers that pass no message to the verb,
+// and the keys that the control leaves to its container.
 #include <gmock/gmock.h>
 #include <olectl.h>
 
 #include <algorithm>
 #include <array>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
 
 using testing::ElementsAre;
 
-/// Keys that this thread sees as held down.
+/// Keys that are down in this thread's keyboard state.
 class KeysDown {
   public:
     explicit KeysDown(std::vector<int> keys) : keys_(std::move(keys)) { set(0x80); }
@@ -35,45 +35,26 @@ class KeysDown {
 
 class Focus : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     ComPtr<IOleInPlaceActiveObject> active;
 
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.draw();
+        container.drawChannel();
         pump();
         ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
         active = container.as<IOleInPlaceActiveObject>();
         log.calls.clear();
     }
-    /// As a container's loop passes it on.
+    /// Translates a key as a container's message loop does.
     HRESULT key(WPARAM code, UINT message = WM_KEYDOWN) const {
         MSG pressed{GetFocus(), message, code, 1, 0, {}};
         return active->TranslateAccelerator(&pressed);
     }
-    std::vector<HWND> stops() const {
-        std::vector<HWND> found;
-        for (const HWND part : container.parts())
-            if ((GetWindowLongPtrW(part, GWL_STYLE) & WS_TABSTOP) && IsWindowVisible(part))
-                found.push_back(part);
-        EXPECT_GT(found.size(), 3U);
-        return found;
-    }
-    HWND stop(const wchar_t* className) const {
-        for (const HWND part : stops())
-            if (windowClass(part) == className)
-                return part;
-        ADD_FAILURE() << "no such part";
-        return nullptr;
-    }
-    HWND spectrum() const {
-        for (const HWND part : stops())
-            if (windowText(part) == L"picSpectrum")
-                return part;
-        ADD_FAILURE() << "no spectrum";
-        return nullptr;
-    }
+    std::vector<HWND> stops() const { return container.tabStops(); }
+    HWND stop(const wchar_t* className) const { return container.part(className); }
+    HWND spectrum() const { return container.pictureBox(L"picSpectrum"); }
     HWND outside() const { return container.host.get(); }
     void leave() const {
         SetFocus(outside());
@@ -111,7 +92,7 @@ TEST_F(Focus, TabIntoTheControlByTheFocusAlone) {
     EXPECT_EQ(GetFocus(), parts.back());
 }
 
-TEST_F(Focus, AfterTabLedOutTheNextTabBeginsAtTheFirstPart) {
+TEST_F(Focus, AfterTabLeftTheControlTheNextTabBeginsAtTheFirstPart) {
     const std::vector<HWND> parts = stops();
     SetFocus(parts.back());
     {
@@ -124,7 +105,7 @@ TEST_F(Focus, AfterTabLedOutTheNextTabBeginsAtTheFirstPart) {
     EXPECT_EQ(GetFocus(), parts.front());
 }
 
-TEST_F(Focus, ATabThatTheContainerTookOutCountsWithoutTheKeyboardsState) {
+TEST_F(Focus, ATabThatTheContainerHandledCountsWithoutTheKeyboardState) {
     const std::vector<HWND> parts = stops();
     SetFocus(parts.back());
     log.inside["TranslateAccelerator"] = [this] { SetFocus(outside()); };
@@ -135,20 +116,20 @@ TEST_F(Focus, ATabThatTheContainerTookOutCountsWithoutTheKeyboardsState) {
     EXPECT_EQ(GetFocus(), parts.front());
 }
 
-TEST_F(Focus, ReturnsToItsPartWhenNoTabBroughtIt) {
+TEST_F(Focus, TheFocusReturnsToItsPartWhenItDoesNotComeByTab) {
     const std::vector<HWND> parts = stops();
     SetFocus(parts[2]);
     leave();
     SetFocus(container.root());
     EXPECT_EQ(GetFocus(), parts[2]);
     leave();
-    // Alt and Tab lead from program to program.
+    // Alt+Tab switches between programs.
     const KeysDown keys({VK_TAB, VK_MENU});
     SetFocus(container.root());
     EXPECT_EQ(GetFocus(), parts[2]);
 }
 
-TEST_F(Focus, EachChangeIsToldOnce) {
+TEST_F(Focus, EachFocusChangeIsReportedOnce) {
     leave();
     EXPECT_EQ(log.count("OnFocus(lost)"), 1);
     SetFocus(container.root());
@@ -161,7 +142,7 @@ TEST_F(Focus, EachChangeIsToldOnce) {
     EXPECT_EQ(log.count("OnFocus"), 1);
 }
 
-TEST_F(Focus, ADesignerGetsTheFocusBack) {
+TEST_F(Focus, InADesignerTheFocusReturnsToTheContainer) {
     SetFocus(stops()[1]);
     log.calls.clear();
     container.site->ambient.insert_or_assign(DISPID_AMBIENT_USERMODE, Var(false));
@@ -174,7 +155,7 @@ TEST_F(Focus, ADesignerGetsTheFocusBack) {
     EXPECT_EQ(GetFocus(), outside());
 }
 
-TEST_F(Focus, ADisabledControlGivesTheFocusAwayAndObeysNoKey) {
+TEST_F(Focus, ADisabledControlReleasesTheFocusAndIgnoresKeys) {
     double before = 0.0;
     double after = 0.0;
     EXPECT_EQ(container.control->get_DisplayCenterFreq(&before), S_OK);
@@ -189,7 +170,7 @@ TEST_F(Focus, ADisabledControlGivesTheFocusAwayAndObeysNoKey) {
     EXPECT_EQ(key(VK_UP), S_FALSE);
     MSG late{knob, WM_KEYDOWN, VK_UP, 1, 0, {}};
     EXPECT_EQ(active->TranslateAccelerator(&late), S_FALSE);
-    // Keys that were on their way.
+    // Key messages that were already in the queue.
     for (const HWND part : stops()) {
         SendMessageW(part, WM_KEYDOWN, VK_UP, 1);
         SendMessageW(part, WM_KEYUP, VK_UP, 1);
@@ -225,12 +206,10 @@ TEST_F(Focus, AKeyWithoutAUseIsOfferedToTheSiteAndItsAnswerIsReturned) {
     EXPECT_THAT(log.take(), ElementsAre("TranslateAccelerator"));
 }
 
-TEST(FocusOfASimpleContainer, AKeyWithoutAUseIsLeftToIt) {
+TEST(FocusOfASimpleContainer, GetsTheKeysThatTheControlDoesNotUse) {
     Container container;
     ASSERT_NO_FATAL_FAILURE(container.activate());
-    ASSERT_EQ(container.as<IOleObject>()->DoVerb(OLEIVERB_UIACTIVATE, nullptr, container.site.Get(), 0,
-                                                 container.host.get(), nullptr),
-              S_OK);
+    ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     MSG pressed{GetFocus(), WM_KEYDOWN, VK_F5, 1, 0, {}};
     EXPECT_EQ(container.as<IOleInPlaceActiveObject>()->TranslateAccelerator(&pressed), S_FALSE);
 }
@@ -246,7 +225,7 @@ TEST_F(Focus, AKeyWithAUseIsNotOffered) {
     }
 }
 
-TEST_F(Focus, ALetterForAListIsNoMnemonicOfTheForm) {
+TEST_F(Focus, ACharacterForAListIsNoMnemonicOfTheForm) {
     log.answers["TranslateAccelerator"] = S_OK;
     const HWND box = stop(L"ComboBox");
     SendMessageW(box, CB_SETCURSEL, 0, 0);
@@ -255,13 +234,13 @@ TEST_F(Focus, ALetterForAListIsNoMnemonicOfTheForm) {
     EXPECT_EQ(key('G', WM_CHAR), S_OK);
     EXPECT_EQ(log.count("TranslateAccelerator"), 0);
     EXPECT_EQ(windowText(box), L"GHz");
-    // A button takes no letters: with them the form's own access keys work.
+    // A button uses no characters, so that the form's own access keys work.
     SetFocus(stop(L"Button"));
     EXPECT_EQ(key('G', WM_CHAR), S_OK);
     EXPECT_EQ(log.count("TranslateAccelerator"), 1);
 }
 
-TEST_F(Focus, AKeyOfTheSpectrumLeavesNoLetterBehind) {
+TEST_F(Focus, AKeyOfTheSpectrumLeavesNoCharacterMessageBehind) {
     SetFocus(spectrum());
     EXPECT_EQ(key(VK_SPACE), S_OK);
     MSG letter{};
@@ -281,13 +260,13 @@ TEST_F(Focus, WithoutADocumentWindowOrAFrame) {
     EXPECT_EQ(log.count("frame.SetActiveObject(null)"), 1);
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     container.site->frame->active.Reset();
-    const ComPtr<RecordedFrame> frame = std::move(container.site->frame);
+    const ComPtr<ContainerFrame> frame = std::move(container.site->frame);
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_TRUE(IsChild(container.root(), GetFocus()));
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
 }
 
-TEST_F(Focus, AHostThatOnlyKnowsDialogKeysReachesEveryPart) {
+TEST_F(Focus, IsDialogMessageReachesEveryPart) {
     std::vector<HWND> parts = stops();
     SetFocus(parts.front());
     std::vector<HWND> reached;

@@ -38,7 +38,7 @@ class ForeignChannel : public testing::Test {
     Scope& scope = plot.scope;
 };
 
-TEST_F(ForeignChannel, IsFilledInLikeOurOwn) {
+TEST_F(ForeignChannel, UnitsAndEdgesAreFilledInAsForOwnChannels) {
     auto slot = DictionarySlot::create();
     slot->values[L"dFreq"] = 450.0;
     slot->values[L"dBW"] = 12.5;
@@ -109,7 +109,7 @@ TEST_F(ForeignChannel, CanBeRedrawnMatchedAndRemoved) {
     EXPECT_EQ(tx->references(), 1U);
 }
 
-TEST_F(ForeignChannel, ReferencesGoWithTheStore) {
+TEST_F(ForeignChannel, TheStoreReleasesItsReferences) {
     auto slot = foreign(L"TX1", 440.0, 445.0, kRed);
     int destroyed = 0;
     slot->destroyed = &destroyed;
@@ -126,7 +126,7 @@ TEST_F(ForeignChannel, ReferencesGoWithTheStore) {
 
 TEST_F(ForeignChannel, FailureWhileItIsAddedEndsTheAddQuietly) {
     const MessageBoxes boxes;
-    // In the order in which the store asks: the later the failure, the more has happened.
+    // In the order in which the store reads the members: the later the failure, the more has been done.
     for (const wchar_t* member : {L"iFillStyle", L"sFreqUnits", L"sKey", L"dFreq", L"dBW", L"dFreqHi", L"dPwrDBM"}) {
         Scope fresh;
         const auto slot = foreign(L"TX1", 440.0, 445.0, kRed);
@@ -168,7 +168,7 @@ TEST_F(ForeignChannel, FailureWhileItIsDrawnEndsItsKindOnly) {
     }
 }
 
-TEST_F(ForeignChannel, FailureWhileItIsRedrawnIsTrueAllTheSame) {
+TEST_F(ForeignChannel, FailureWhileItIsRedrawnStillReturnsTrue) {
     const MessageBoxes boxes;
     const auto bad = foreign(L"TX1", 440.0, 444.0, kRed);
     add(bad);

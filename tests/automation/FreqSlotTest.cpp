@@ -81,7 +81,7 @@ TEST_F(FreqSlotTest, KeepsTextsWithZerosInside) {
     EXPECT_EQ(text(&_FreqSlot::get_sKey), L"");
 }
 
-TEST_F(FreqSlotTest, KeepsColoursFlagsAndStyle) {
+TEST_F(FreqSlotTest, KeepsColorsFlagsAndStyle) {
     EXPECT_EQ(slot->put_lColor(0x8000000FU), S_OK);
     EXPECT_EQ(slot->put_lColorLine(0x00FF8040U), S_OK);
     EXPECT_EQ(slot->put_bVisible(VARIANT_FALSE), S_OK);
@@ -114,7 +114,7 @@ TEST_F(FreqSlotTest, SizesItsComponents) {
     EXPECT_EQ(coefficient, 0);
 }
 
-TEST_F(FreqSlotTest, AnotherComponentIsError9) {
+TEST_F(FreqSlotTest, AnIndexOutsideTheComponentsIsError9) {
     EXPECT_EQ(slot->put_nIMComps(2), S_OK);
     short coefficient = 5;
     GUID iid{};
@@ -162,7 +162,7 @@ TEST_F(FreqSlotTest, IsOneObjectThroughAllItsInterfaces) {
     EXPECT_FALSE(sameObject(slot.Get(), another.Get()));
 }
 
-TEST_F(FreqSlotTest, TellsItsClassAndItsErrors) {
+TEST_F(FreqSlotTest, ReportsItsClassAndItsErrors) {
     ComPtr<IProvideClassInfo> provide;
     ComPtr<ITypeInfo> info;
     ASSERT_EQ(slot.As(&provide), S_OK);
@@ -218,7 +218,7 @@ TEST_F(FreqSlotTest, ComponentsByName) {
     EXPECT_EQ(failed.result.vt, VT_EMPTY);
 }
 
-TEST_F(FreqSlotTest, ReadsVariables) {
+TEST_F(FreqSlotTest, ReadsValuesFromVariables) {
     Var inner(433.5);
     EXPECT_EQ(put(slot.Get(), L"dFreq", {Var::variable(inner)}).hr, S_OK);
     EXPECT_EQ(value(&_FreqSlot::get_dFreq), 433.5);

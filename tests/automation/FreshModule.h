@@ -1,4 +1,4 @@
-// A copy of the module under a name of its own, for what a module keeps for the life of its process.
+// A copy of the module under another name, for state that a module keeps as long as it is loaded.
 #pragma once
 
 #include "tests/automation/Module.h"
@@ -6,7 +6,7 @@
 
 namespace kv::test {
 
-/// The controls it makes have to be gone before it.
+/// The controls that it creates must be released before it is destroyed.
 class FreshModule {
   public:
     FreshModule() : path_(folder_.file(L"kvBandscope.ocx")) {

@@ -1,4 +1,4 @@
-// The picture that the control has to show, drawn by the rules with nothing but GDI calls.
+// The picture that the control must show, drawn by the same rules with GDI calls only.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace kv::test {
 
-/// What the drawing reads of a channel: MHz, dBm, and colours as hosts write them.
+/// The values of a channel that the drawing reads: MHz, dBm, and colors as hosts write them.
 struct OracleChannel {
     double lo = 0.0;
     double hi = 0.0;
@@ -67,7 +67,7 @@ class GdiPicture {
     const std::uint32_t* bits_ = nullptr;
 };
 
-/// Where the label strip and the spectrum inside it stand, in twips.
+/// Positions of the label strip and of the spectrum inside it, in twips.
 struct OracleLayout {
     double unitsWidth = 0.0;
     double unitsHeight = 0.0;
@@ -79,7 +79,7 @@ struct OracleLayout {
     int unitsPixelHeight = 0;
     RECT spectrum{};  ///< pixels inside the strip
 };
-/// By the arithmetic of the layout's description, at 96 dpi; `labelHalfWidth` is half of "0.000" in the label font.
+/// The positions by the rules of the layout, at 96 dpi. Half of the width of "0.000" in the label font is included.
 [[nodiscard]] OracleLayout oracleLayout(double width, double height, double panelHeight);
 
 class GdiOracle {
@@ -96,7 +96,7 @@ class GdiOracle {
 
     [[nodiscard]] Picture picture();
     [[nodiscard]] const OracleLayout& layout() const noexcept { return layout_; }
-    /// Whether drawing this channel gets as far as noting that it is drawn.
+    /// Drawing this channel gets as far as setting its drawn flag.
     [[nodiscard]] bool reaches(const OracleChannel& channel) const;
 
   private:
@@ -115,7 +115,7 @@ class GdiOracle {
     GdiPicture plot_;
 };
 
-/// RGB of a colour that may name one of the system's.
+/// RGB of a color that can be a system color.
 [[nodiscard]] COLORREF rgbOf(OLE_COLOR color);
 /// Writes an uncompressed 32-bit bitmap file.
 void writeBmp(const Picture& picture, const std::wstring& path);

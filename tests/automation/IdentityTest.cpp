@@ -1,9 +1,10 @@
-// The rules of COM: one identity behind every interface, clean refusals, and a module that goes when nobody needs it.
+// The rules of COM: one identity behind every interface, correct refusals, and a module that can be unloaded when it
+// is no longer used.
 #include <gmock/gmock.h>
 #include <objsafe.h>
 #include <olectl.h>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -102,7 +103,7 @@ TEST(Identity, TheControlIsOneObject) {
 }
 
 TEST(Identity, AnActiveControlIsOneObjectToo) {
-    RecordedContainer container;
+    FullContainer container;
     ASSERT_NO_FATAL_FAILURE(container.activate());
     EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
     expectOneIdentity(container.control.Get(), kOffered);
@@ -147,7 +148,7 @@ TEST(Identity, ConnectionPointsAreOneObjectEach) {
         listed[i]->Release();
 }
 
-TEST(Identity, WhatIsNotOfferedIsRefused) {
+TEST(Identity, UnsupportedInterfacesAreRefused) {
     const auto control = createInstance<IUnknown>(CLSID_kvBandscope);
     for (const Known& refused : kRefused) {
         void* object = &object;
@@ -177,7 +178,7 @@ TEST(Identity, AggregationIsRefused) {
     EXPECT_EQ(canUnloadNow(), S_OK);
 }
 
-/// Holds one object; while it lives the module must stay, and after it may go.
+/// Holds one object. The module must stay loaded until the object is released, and can be unloaded afterwards.
 template <class Interface, class Make>
 void expectHolds(const char* what, const Make& make) {
     EXPECT_EQ(canUnloadNow(), S_OK) << "before " << what;
@@ -189,7 +190,7 @@ void expectHolds(const char* what, const Make& make) {
     EXPECT_EQ(canUnloadNow(), S_OK) << "after " << what;
 }
 
-TEST(Identity, TheModuleStaysExactlyAsLongAsAnythingLives) {
+TEST(Identity, TheModuleStaysLoadedWhileAnyObjectExists) {
     expectHolds<IClassFactory>("class factory", [] {
         ComPtr<IClassFactory> made;
         getClassObject(CLSID_FreqSlot, IID_PPV_ARGS(&made));
@@ -224,7 +225,7 @@ TEST(Identity, TheModuleStaysExactlyAsLongAsAnythingLives) {
 TEST(Identity, LocksHoldTheModule) {
     ComPtr<IClassFactory> factory;
     ASSERT_EQ(getClassObject(CLSID_kvBandscope, IID_PPV_ARGS(&factory)), S_OK);
-    // One unlock too many is no debt.
+    // One unlock too many does not count.
     EXPECT_EQ(factory->LockServer(FALSE), S_OK);
     EXPECT_EQ(factory->LockServer(TRUE), S_OK);
     EXPECT_EQ(factory->LockServer(TRUE), S_OK);
@@ -240,7 +241,7 @@ TEST(Identity, LocksHoldTheModule) {
     EXPECT_EQ(canUnloadNow(), S_OK);
 }
 
-TEST(Identity, OutParametersAreSetAlsoWhenThereIsNothing) {
+TEST(Identity, OutParametersAreSetToNullWithoutAResult) {
     const auto control = createInstance<IUnknown>(CLSID_kvBandscope);
     ComPtr<IOleObject> object;
     ComPtr<IViewObjectEx> view;

@@ -1,4 +1,4 @@
-// Calls by name as tool kits make them that do not know whether a name is a method or a property.
+// Calls by name as made by tool kits that do not know whether a name is a method or a property.
 #include <gmock/gmock.h>
 
 #include "tests/automation/ControlFixture.h"
@@ -8,7 +8,7 @@ namespace {
 
 constexpr WORD kEither = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
-/// A call without a place for the result and for what went wrong.
+/// A call without pointers for the result and the error.
 HRESULT withoutResult(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Var> arguments = {}) {
     DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
     return object->Invoke(idOf(object, name), IID_NULL, LOCALE_USER_DEFAULT, flags, &params, nullptr, nullptr, nullptr);
@@ -39,7 +39,7 @@ TEST_F(InvokeFlags, AMethodAndAPropertyAreFoundByBothFlags) {
     EXPECT_EQ(invoke(slot.Get(), idOf(slot.Get(), L"dIMCompFreq"), kEither, {Var(0)}).result.dblVal, 451.5);
 }
 
-TEST_F(InvokeFlags, WithoutAPlaceForTheResultTheCallIsMade) {
+TEST_F(InvokeFlags, CallsWithoutAResultPointerAreMade) {
     for (const WORD flags : {static_cast<WORD>(DISPATCH_METHOD), kEither})
         EXPECT_EQ(withoutResult(scope.get(), L"AddTXChnl", flags, {Var(static_cast<IDispatch*>(slot.Get()))}), S_OK);
     EXPECT_EQ(scope.NumTX(), 2);
@@ -49,7 +49,7 @@ TEST_F(InvokeFlags, WithoutAPlaceForTheResultTheCallIsMade) {
 }
 
 TEST_F(InvokeFlags, APropertyThatIsNoObjectIsNotSetByReference) {
-    // This answer makes callers try the plain way.
+    // After this result callers try the plain way.
     for (const auto& [name, value] :
          {std::pair{L"nGridX", Var(12)}, {L"GridColor", Var(255)}, {L"bXLog", Var(false)}}) {
         EXPECT_EQ(putAs(DISPATCH_PROPERTYPUTREF, name, value), DISP_E_MEMBERNOTFOUND);

@@ -1,7 +1,7 @@
-// The center and the cursor under the user's hand, as the host and the screen see it.
+// The knobs of the center and the cursor in their real windows: values, picture and events.
 #include <limits>
 
-#include "tests/automation/KnobHand.h"
+#include "tests/automation/UserInput.h"
 
 namespace kv::test {
 namespace {
@@ -16,10 +16,10 @@ constexpr int kWheelX = 57;
 constexpr int kWheelY = 60;
 constexpr int kDetent = 12;
 
-class KnobInput : public KnobHand {
+class KnobInput : public UserInput {
   protected:
     void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(KnobHand::SetUp());
+        ASSERT_NO_FATAL_FAILURE(UserInput::SetUp());
         fill();
     }
     void setCursor(double value) const {
@@ -32,7 +32,7 @@ class KnobInput : public KnobHand {
     }
 };
 
-TEST_F(KnobInput, TheWheelNudgesTheCenterAgainstItsSense) {
+TEST_F(KnobInput, TheWheelNudgesTheCenterInTheOppositeDirection) {
     wheel(centerMover(), 1);
     EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
     expectRange(380.0 - kNudge, 480.0 - kNudge);
@@ -43,7 +43,7 @@ TEST_F(KnobInput, TheWheelNudgesTheCenterAgainstItsSense) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange, kChgFreqRange, kChgFreqRange, kChgFreqRange));
 }
 
-TEST_F(KnobInput, ADragNudgesTheCenterAgainstItsSense) {
+TEST_F(KnobInput, ADragNudgesTheCenterInTheOppositeDirection) {
     const Picture before = shown();
     take(centerMover(), kWheelX, kWheelY);
     EXPECT_EQ(GetCapture(), centerMover());
@@ -59,7 +59,7 @@ TEST_F(KnobInput, ADragNudgesTheCenterAgainstItsSense) {
     expectRange(380.0 + kNudge, 480.0 + kNudge);
 }
 
-TEST_F(KnobInput, KeysNudgeTheCenterAgainstItsSense) {
+TEST_F(KnobInput, KeysNudgeTheCenterInTheOppositeDirection) {
     key(centerMover(), VK_RIGHT);
     EXPECT_DOUBLE_EQ(center(), 430.0 - kNudge);
     key(centerMover(), VK_UP);
@@ -76,8 +76,8 @@ TEST_F(KnobInput, KeysNudgeTheCenterAgainstItsSense) {
     expectRange(380.0 - 8 * kNudge, 480.0 - 8 * kNudge);
 }
 
-TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInItsSense) {
-    // A full repaint has put the cursor nowhere; it starts from the center.
+TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInTheSameDirection) {
+    // After a full repaint the cursor has no position; it starts from the center.
     wheel(cursorMover(), 1);
     EXPECT_DOUBLE_EQ(cursor(), 430.0 + kNudge);
     wheel(cursorMover(), -2);
@@ -95,81 +95,6 @@ TEST_F(KnobInput, WheelDragAndKeysNudgeTheCursorInItsSense) {
     EXPECT_THAT(sink->ids(), IsEmpty());
 }
 
-TEST_F(KnobInput, AnArrowOfTheNudgeKnobIsOneNudge) {
-    setCursor(420.0);
-    RECT area{};
-    GetClientRect(cursorMover(), &area);
-    postClick(cursorMover(), 8, kWheelY);
-    EXPECT_DOUBLE_EQ(cursor(), 420.0 - kNudge);
-    postClick(cursorMover(), area.right - 8, kWheelY);
-    postClick(cursorMover(), area.right - 8, kWheelY);
-    EXPECT_DOUBLE_EQ(cursor(), 420.0 + kNudge);
-}
-
-TEST_F(KnobInput, AClickOnTheWheelMovesNothing) {
-    setCursor(420.0);
-    const Picture before = shown();
-    postClick(cursorMover(), kWheelX, kWheelY);
-    postClick(centerMover(), kWheelX, kWheelY);
-    // Half a notch is none yet.
-    PostMessageW(centerMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 60), 0);
-    pump();
-    EXPECT_EQ(center(), 430.0);
-    EXPECT_EQ(cursor(), 420.0);
-    expectSame(shown(), before);
-}
-
-TEST_F(KnobInput, NudgesFollowTheGridStep) {
-    EXPECT_EQ(container.control->RescaleAll(), S_OK);
-    wheel(gridKnob(), 1);
-    expectRange(330.0, 530.0);
-    wheel(centerMover(), 1);
-    EXPECT_DOUBLE_EQ(center(), 429.0);
-    wheel(cursorMover(), 1);
-    EXPECT_DOUBLE_EQ(cursor(), 431.0);
-}
-
-TEST_F(KnobInput, NudgesOfAnEmptyControlMoveNothing) {
-    Container empty;
-    ASSERT_NO_FATAL_FAILURE(empty.activate());
-    const Picture before = windowPicture(empty.pictureBox(L"picSpectrum"));
-    for (const wchar_t* name : {L"Center Freq (MHz)", L"Cursor Freq (MHz)"}) {
-        wheel(empty.child(L"tdKnMover", name), 2);
-        wheel(empty.child(L"tdKnMover", name), -1);
-    }
-    for (const HWND button : empty.children(L"Button")) {
-        if (windowText(button).empty() && isShown(button))
-            SendMessageW(button, BM_CLICK, 0, 0);
-    }
-    pump();
-    double value = -1.0;
-    EXPECT_EQ(empty.control->get_CursorVal(&value), S_OK);
-    EXPECT_EQ(value, 0.0);
-    expectSame(windowPicture(empty.pictureBox(L"picSpectrum")), before);
-    // They have left nothing behind that counts in the first drawing.
-    empty.addTx({.freq = 450.0, .key = L"TX1"});
-    EXPECT_TRUE(empty.draw());
-    EXPECT_EQ(empty.control->get_DisplayCenterFreq(&value), S_OK);
-    EXPECT_EQ(value, 450.0);
-}
-
-TEST_F(KnobInput, TheCursorIsSetAndReadAndIgnoredOutside) {
-    setCursor(455.25);
-    EXPECT_EQ(cursor(), 455.25);
-    const Picture before = shown();
-    for (const double outside : {379.999, 480.001, -455.0, std::numeric_limits<double>::infinity(),
-                                 std::numeric_limits<double>::quiet_NaN()}) {
-        setCursor(outside);
-        EXPECT_EQ(cursor(), 455.25) << outside;
-    }
-    expectSame(shown(), before);
-    for (const double bound : {380.0, 480.0}) {
-        setCursor(bound);
-        EXPECT_EQ(cursor(), bound);
-    }
-    EXPECT_THAT(sink->ids(), IsEmpty());
-}
-
 TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
     const Picture without = shown();
     EXPECT_EQ(container.control->put_lCursorColor(0x000000FF), S_OK);
@@ -177,12 +102,12 @@ TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
     const Picture first = shown();
     const int column = columnOf(413.0);
     ASSERT_THAT(changedColumns(without, first), ElementsAre(column));
-    // From the floor of the powers to their top, in its colour over white.
+    // From the lowest to the highest power, in its own color over white.
     for (int y = 1; y < first.height - 1; ++y)
         ASSERT_NE(first.at(column, y), without.at(column, y)) << y;
     ASSERT_EQ(without.at(column, 10), 0x00FFFFFFU);
     EXPECT_EQ(first.at(column, 10), 0x000000FFU);
-    // Over a channel, a grid line and the background, by program and by hand, and in another colour.
+    // Over a channel, a grid line and the background, moved by program and by the user, and in another color.
     for (const double place : {400.5, 430.0, 459.5, 380.0, 480.0}) {
         setCursor(place);
         EXPECT_LE(changedColumns(without, shown()).size(), 1U) << place;
@@ -198,69 +123,6 @@ TEST_F(KnobInput, TheCursorLineIsOneColumnAndLeavesNoTrace) {
     EXPECT_EQ(container.control->put_lCursorColor(0x000000FF), S_OK);
     setCursor(413.0);
     expectSame(shown(), first);
-}
-
-TEST_F(KnobInput, AFullRepaintTakesTheCursorLineAndTheNextOneStandsAlone) {
-    const Picture without = shown();
-    setCursor(413.0);
-    EXPECT_TRUE(container.draw());
-    expectSame(shown(), without);
-    setCursor(444.0);
-    EXPECT_EQ(changedColumns(without, shown()).size(), 1U);
-}
-
-TEST_F(KnobInput, TheCursorLineGoesWithAMovedPictureAndLeavesNoTrace) {
-    const Picture without = shown();
-    setCursor(413.0);
-    const Picture with = shown();
-    wheel(centerMover(), 4);
-    wheel(centerMover(), -4);
-    EXPECT_DOUBLE_EQ(center(), 430.0);
-    EXPECT_EQ(cursor(), 413.0);
-    expectSame(shown(), with);
-    // Out of the picture and in again.
-    for (int i = 0; i < 8; ++i)
-        key(centerMover(), VK_NEXT);
-    EXPECT_DOUBLE_EQ(center(), 470.0);
-    for (int i = 0; i < 8; ++i)
-        key(centerMover(), VK_PRIOR);
-    expectSame(shown(), with);
-    setCursor(444.0);
-    EXPECT_EQ(changedColumns(without, shown()).size(), 1U);
-}
-
-TEST_F(KnobInput, WhatIsDrawnOverTheCursorLineLeavesNoTraceOfIt) {
-    const auto drawChannels = [this] {
-        for (const wchar_t* button : {L"DrawRX", L"Draw TX"})
-            SendMessageW(container.child(L"Button", button), BM_CLICK, 0, 0);
-    };
-    drawChannels();
-    const Picture without = shown();
-    ComPtr<_FreqSlot> slot;
-    EXPECT_EQ(container.control->GetRXChnl(0, slot.GetAddressOf()), S_OK);
-    setCursor(459.5);
-    const Picture with = shown();
-    drawChannels();
-    expectSame(shown(), with);
-    VARIANT_BOOL drawn = VARIANT_FALSE;
-    EXPECT_EQ(container.control->ReDrawChnl(slot.Get(), &drawn), S_OK);
-    expectSame(shown(), with);
-    setCursor(413.0);
-    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(413.0)));
-}
-
-TEST_F(KnobInput, ACursorThatMovesWhileThePictureIsDrawnLeavesNoTrace) {
-    const Picture without = shown();
-    setCursor(430.0);
-    // The wheel's messages wait until a drawing lets events run.
-    PostMessageW(cursorMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
-    EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
-    EXPECT_DOUBLE_EQ(cursor(), 430.5);
-    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(430.5)));
-    PostMessageW(cursorMover(), WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0);
-    EXPECT_TRUE(container.draw());
-    setCursor(444.0);
-    EXPECT_THAT(changedColumns(without, shown()), ElementsAre(columnOf(444.0)));
 }
 
 TEST_F(KnobInput, AClickOnItsButtonPutsTheCursorOnTheCenter) {
@@ -279,36 +141,7 @@ TEST_F(KnobInput, AClickOnItsButtonPutsTheCursorOnTheCenter) {
     EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange, kChgFreqRange)) << "those of the two nudges only";
 }
 
-TEST_F(KnobInput, EscapeTakesNudgesBack) {
-    setCursor(413.0);
-    const Picture before = shown();
-    for (const HWND mover : {centerMover(), cursorMover()}) {
-        take(mover, kWheelX, kWheelY);
-        drag(mover, kWheelX, kWheelY - 5 * kDetent);
-        EXPECT_NE(shown(), before);
-        keyDown(mover, VK_ESCAPE);
-        EXPECT_EQ(GetCapture(), nullptr);
-        EXPECT_DOUBLE_EQ(center(), 430.0);
-        EXPECT_DOUBLE_EQ(cursor(), 413.0);
-        expectSame(shown(), before);
-        // The button is still down, but the turn is over.
-        drag(mover, kWheelX, kWheelY - 9 * kDetent);
-        release(mover, kWheelX, kWheelY - 9 * kDetent);
-        expectSame(shown(), before);
-    }
-}
-
-TEST_F(KnobInput, AProgramsValuesRaiseNothing) {
-    setCursor(413.0);
-    EXPECT_EQ(container.control->put_DisplayCenterFreq(440.0), S_OK);
-    EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
-    EXPECT_EQ(container.control->RescaleAll(), S_OK);
-    pump();
-    expectRange(390.0, 490.0);
-    EXPECT_THAT(sink->ids(), IsEmpty());
-}
-
-TEST_F(KnobInput, TheFormKeepsItsKeys) {
+TEST_F(KnobInput, TheKnobsLeaveTheFormItsKeys) {
     const auto wants = [](HWND knob, WPARAM code) {
         MSG message{};
         message.hwnd = knob;
@@ -326,7 +159,7 @@ TEST_F(KnobInput, TheFormKeepsItsKeys) {
             message.hwnd = knob;
             message.message = WM_KEYDOWN;
             message.wParam = code;
-            // Tab goes through the control's parts before it leaves.
+            // Tab moves through the control's parts before it leaves the control.
             if (code != VK_TAB) {
                 EXPECT_EQ(active->TranslateAccelerator(&message), S_FALSE) << code;
             }

@@ -1,4 +1,4 @@
-// Nothing stays behind: objects, memory and the system's drawing tools.
+// Objects, memory and GDI objects are all released.
 #include <windows.h>
 
 #include <psapi.h>
@@ -84,7 +84,7 @@ TEST(Life, ChannelsOutliveTheControlAndTheControlItsChannels) {
     EXPECT_EQ(canUnloadNow(), S_OK);
 }
 
-TEST(Life, AChannelMayStandInTwoControls) {
+TEST(Life, AChannelCanBeInTwoControls) {
     Scope first;
     Scope second;
     const auto slot = channel({.freq = 450.0, .key = L"TX1"});

@@ -1,4 +1,4 @@
-// The registration-free manifest beside the module says what registration writes.
+// The manifest for use without registration declares the same as registration writes.
 #include <map>
 #include <utility>
 #include <vector>
@@ -32,7 +32,7 @@ std::vector<Attributes> elements(const std::string& xml, const std::string& name
     return result;
 }
 
-/// What stands between <progid> and </progid> behind a class.
+/// The text between <progid> and </progid> of a class.
 std::string generalName(const std::string& xml, const std::string& clsid) {
     const std::size_t start = xml.find("<progid>", xml.find("clsid=\"" + clsid)) + 8;
     return xml.substr(start, xml.find('<', start) - start);
@@ -142,7 +142,7 @@ TEST_F(ManifestTest, NamesTheFileAndItsArchitecture) {
     EXPECT_EQ(identities[0]["processorArchitecture"], sizeof(void*) == 8 ? "amd64" : "x86");
 }
 
-TEST_F(ManifestTest, RegistrationSaysWhatTheLibraryItselfSays) {
+TEST_F(ManifestTest, RegistrationMatchesTheTypeLibrary) {
     ComPtr<ITypeLib> library;
     ASSERT_EQ(LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, library.GetAddressOf()), S_OK);
     TLIBATTR* attr = nullptr;

@@ -1,5 +1,5 @@
-// Every member of the control by name: it can be called with what its declaration says, and answers in the declared
-// type. What the members do is the matter of the other tests.
+// Every member of the control can be called by name with the declared arguments and returns the declared type. The
+// effects of the members are tested in the other files.
 #include <gmock/gmock.h>
 
 #include "tests/automation/MessageBoxes.h"
@@ -28,7 +28,7 @@ VARTYPE plainType(ITypeInfo* info, const TYPEDESC& type) {
     return result;
 }
 
-/// What the automation world passes for a type.
+/// The type that calls by name pass for a declared type.
 VARTYPE passedType(VARTYPE type) {
     return type == VT_UI4 ? static_cast<VARTYPE>(VT_I4) : type;
 }
@@ -96,7 +96,7 @@ std::vector<Member> allMembers(IDispatch* object) {
     return members;
 }
 
-TEST(Members, EveryOneCanBeCalledByNameAndAnswersInItsType) {
+TEST(Members, EachMemberCanBeCalledByNameAndReturnsItsDeclaredType) {
     const Scope listed;
     const std::vector<Member> members = allMembers(listed.get());
     ASSERT_EQ(members.size(), kMembers);
@@ -120,15 +120,15 @@ TEST(Members, EveryOneCanBeCalledByNameAndAnswersInItsType) {
         EXPECT_EQ(outcome.hr, S_OK);
         const bool answers = member.result != VT_VOID && member.result != VT_HRESULT && member.result != VT_EMPTY;
         EXPECT_EQ(outcome.result.vt, answers ? passedType(member.result) : static_cast<VARTYPE>(VT_EMPTY));
-        // The control is as good as before.
+        // The control still works.
         EXPECT_TRUE(scope.DrawDisplay());
     }
     DeleteFileW((tempFolder() + L"kv members.bmp").c_str());
-    // DrawAll has a message, but the control is in no container.
+    // DrawAll has a message box, but the control is in no container.
     EXPECT_TRUE(boxes.seen().empty());
 }
 
-TEST(Members, EveryOneNeedsItsArguments) {
+TEST(Members, EachMemberNeedsItsArguments) {
     const Scope scope;
     for (const Member& member : allMembers(scope.get())) {
         if (member.parameters.empty() || member.name == L"DrawByRange")
@@ -146,7 +146,7 @@ TEST(Members, NamesAreFoundWhateverTheirCase) {
     EXPECT_EQ(idOf(scope.get(), L"NoSuchMember"), DISPID_UNKNOWN);
 }
 
-TEST(Members, ReadOnlyOnesCannotBeSetAndWriteOnlyOnesNotRead) {
+TEST(Members, ReadOnlyPropertiesCannotBeSetAndWriteOnlyOnesCannotBeRead) {
     Scope scope;
     for (const wchar_t* name : {L"NumTX", L"dFreqMin", L"DisplayMinFreq", L"MinWid"})
         EXPECT_EQ(put(scope.get(), name, {1}).hr, DISP_E_MEMBERNOTFOUND) << testing::PrintToString(name);
@@ -155,7 +155,7 @@ TEST(Members, ReadOnlyOnesCannotBeSetAndWriteOnlyOnesNotRead) {
     EXPECT_EQ(scope.NumTX(), 0);
 }
 
-TEST(Members, NoRoomForAResultIsAnError) {
+TEST(Members, ANullResultPointerIsAnError) {
     const Scope scope;
     EXPECT_EQ(scope->get_NumTX(nullptr), E_POINTER);
     EXPECT_EQ(scope->get_dFreqMin(nullptr), E_POINTER);

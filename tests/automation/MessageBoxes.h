@@ -1,4 +1,4 @@
-// Answers the message boxes of its thread, and keeps what they said.
+// Closes the message boxes of its thread with OK, and keeps their texts.
 #pragma once
 
 #include <windows.h>
@@ -16,7 +16,7 @@ struct SeenBox {
     HWND owner = nullptr;
 };
 
-/// While it lives every message box of the thread is answered with OK as soon as it shows. One at a time.
+/// During its lifetime every message box of the thread is closed with OK as soon as it is shown. One at a time.
 class MessageBoxes {
   public:
     MessageBoxes();

@@ -1,15 +1,15 @@
 // The control in a dialog or window of MFC: the order of its calls, and what it relies on.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
 
 using testing::ElementsAre;
 
-/// Its site takes the extent that the control answers with, and grants each wish.
+/// Its site uses the extent that the control returns, and grants each request for a size.
 class Mfc : public Replica {
   public:
     explicit Mfc(const SIZE& size) {
@@ -21,7 +21,7 @@ class Mfc : public Replica {
     }
     ~Mfc() { release(*this); }
 
-    /// The answer decides.
+    /// The extent that the control returns decides.
     void negotiate() {
         const SIZE taken = pixelsOf(setExtent(himetricOf(size())));
         setPlace(taken);
@@ -44,7 +44,7 @@ Mfc& mfc(Replica& container) {
     return static_cast<Mfc&>(container);
 }
 
-/// Sinks count as connected from the load on, which comes afterwards.
+/// Connects the sinks before the control is loaded.
 void quickActivate(Replica& container) {
     QACONTAINER from{};
     from.cbSize = sizeof from;
@@ -113,7 +113,7 @@ TEST_F(MfcTest, AMovedWindowKeepsEachPixel) {
     EXPECT_EQ(dialog.log.count("OnPosRectChange"), 0);
 }
 
-TEST_F(MfcTest, ANarrowWindowIsWidenedByTheControlsWish) {
+TEST_F(MfcTest, ANarrowWindowIsWidenedAtTheControlsRequest) {
     dialog.play(kQuickCreation);
     dialog.moveWindow({600, 400});
     EXPECT_TRUE(isSize(dialog.window(), 600, 400));
@@ -123,7 +123,7 @@ TEST_F(MfcTest, ANarrowWindowIsWidenedByTheControlsWish) {
     EXPECT_EQ(dialog.log.count("OnPosRectChange"), 1);
 }
 
-TEST_F(MfcTest, ATinyFirstWindowIsEnlargedByTheControlsWishToItsNaturalSize) {
+TEST_F(MfcTest, ATinyFirstWindowIsEnlargedToTheNaturalSize) {
     for (const SIZE& first : {SIZE{75, 23}, SIZE{120, 80}, SIZE{800, 40}}) {
         for (const bool repeated : {false, true}) {
             Mfc one(first);
@@ -153,7 +153,7 @@ TEST_F(MfcTest, AHiddenControlHasItsWindowAndIsShownLater) {
     ASSERT_TRUE(window) << "its handle is the dialog item's";
     EXPECT_TRUE(dialog.isHidden());
     EXPECT_TRUE(isSize(dialog.window(), 800, 500));
-    dialog.draw();
+    dialog.drawChannel();
     EXPECT_TRUE(dialog.isHidden());
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(dialog.verb(OLEIVERB_SHOW), S_OK);
@@ -183,15 +183,15 @@ TEST_F(MfcTest, ACollapsedPanelMakesTheWindowLower) {
 
 TEST_F(MfcTest, ItsEndWithTwoClosesLeavesNothing) {
     dialog.play(kQuickCreation);
-    dialog.draw();
+    dialog.drawChannel();
     EXPECT_EQ(dialog.verb(OLEIVERB_UIACTIVATE), S_OK);
     dialog.play(kEnd);
     dialog.expectAllReleased();
 }
 
-TEST_F(MfcTest, AHiddenControlEndsAsWell) {
+TEST_F(MfcTest, AHiddenControlCanBeClosed) {
     dialog.play(kHiddenCreation);
-    dialog.draw();
+    dialog.drawChannel();
     Replica::close(dialog);
     EXPECT_FALSE(dialog.root());
     EXPECT_EQ(dialog.verb(OLEIVERB_HIDE), S_OK);

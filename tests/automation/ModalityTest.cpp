@@ -2,8 +2,8 @@
 // container shows one.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -26,13 +26,13 @@ HWND textWindow() {
 
 class Modality : public testing::Test {
   protected:
-    RecordedContainer container;
+    FullContainer container;
     CallLog& log = container.log;
     MessageBoxes boxes;
 
     void activate() {
         ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.draw();
+        container.drawChannel();
         pump();
         log.calls.clear();
     }
@@ -42,7 +42,7 @@ class Modality : public testing::Test {
     }
 };
 
-TEST_F(Modality, TheFrameIsToldOfABoxAndOfItsEnd) {
+TEST_F(Modality, TheFrameIsDisabledWhileAMessageBoxIsOpen) {
     ASSERT_NO_FATAL_FAILURE(activate());
     boxes.onBox = [this] { EXPECT_THAT(log.take(), ElementsAre("frame.EnableModeless(false)")); };
     EXPECT_EQ(container.control->DrawAll(), S_OK);
@@ -59,7 +59,7 @@ TEST_F(Modality, TheFrameIsToldOfABoxAndOfItsEnd) {
     EXPECT_EQ(boxes.seen().size(), 2U);
 }
 
-TEST_F(Modality, TheFrameThatWasToldOfABoxIsToldOfItsEndWhateverHappenedMeanwhile) {
+TEST_F(Modality, TheFrameIsEnabledAgainEvenIfTheControlWasClosedMeanwhile) {
     ASSERT_NO_FATAL_FAILURE(activate());
     boxes.onBox = [this] {
         EXPECT_EQ(container.as<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
@@ -113,7 +113,7 @@ TEST_F(Modality, ATextWindowThatOpensMeanwhileIsDisabledToo) {
     EXPECT_FALSE(IsWindowEnabled(text));
     EXPECT_EQ(active->EnableModeless(TRUE), S_OK);
     EXPECT_TRUE(IsWindowEnabled(text));
-    // One that is gone is left alone.
+    // A text window that no longer exists is not enabled.
     showText(false);
     EXPECT_EQ(active->EnableModeless(FALSE), S_OK);
     EXPECT_EQ(active->EnableModeless(TRUE), S_OK);

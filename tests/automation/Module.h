@@ -103,7 +103,7 @@ template <class T>
     return result;
 }
 
-/// How a call by name ended.
+/// The outcome of a call by name.
 struct Outcome {
     HRESULT hr = E_FAIL;
     Var result;
@@ -111,10 +111,10 @@ struct Outcome {
     WORD errorNumber = 0;      ///< of the exception
     std::wstring source;
     std::wstring description;
-    UINT argError = 0xFFFF;  ///< untouched: 0xFFFF
+    UINT argError = 0xFFFF;  ///< 0xFFFF if the call did not set it
 };
 
-/// The module kvBandscope.ocx; loaded at the first call. The test program ends when it is not there.
+/// The module kvBandscope.ocx; loaded at the first call. The test program ends if the module is missing.
 [[nodiscard]] HMODULE module();
 [[nodiscard]] std::wstring modulePath();
 /// An exported function.
@@ -136,9 +136,9 @@ template <class Interface>
 /// DllCanUnloadNow.
 [[nodiscard]] HRESULT canUnloadNow();
 
-/// A member's number; DISPID_UNKNOWN when there is none.
+/// A member's number; DISPID_UNKNOWN for an unknown name.
 [[nodiscard]] DISPID idOf(IDispatch* object, const wchar_t* name);
-/// `args` in the order of the declaration; the last `named` of them go by these names' numbers, in their order.
+/// `args` in the order of the declaration. The last of them are named arguments, with these numbers in their order.
 Outcome invoke(IDispatch* object, DISPID id, WORD flags, std::vector<Var> args, std::vector<DISPID> named = {});
 /// The same by the member's name.
 Outcome call(IDispatch* object, const wchar_t* name, std::vector<Var> args = {});
@@ -148,7 +148,7 @@ Outcome put(IDispatch* object, const wchar_t* name, std::vector<Var> args);
 
 /// Two interface pointers of one object.
 [[nodiscard]] bool sameObject(IUnknown* a, IUnknown* b);
-/// The description of the error information left by the last call; it is taken away.
+/// The description of the error information of the last call; the information is removed.
 [[nodiscard]] std::wstring takeErrorText(GUID* iid = nullptr);
 
 }  // namespace kv::test

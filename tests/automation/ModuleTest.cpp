@@ -58,7 +58,7 @@ TEST(Module, ClassObjectsAndLocksKeepItLoaded) {
     EXPECT_EQ(canUnloadNow(), S_OK);
 }
 
-TEST(Module, CallsByNameWorkAgainAfterItWasReadyToGo) {
+TEST(Module, CallsByNameWorkAgainAfterDllCanUnloadNow) {
     for (int round = 0; round < 2; ++round) {
         ComPtr<_FreqSlot> slot = createInstance<_FreqSlot>(CLSID_FreqSlot);
         EXPECT_EQ(put(slot.Get(), L"dFreq", {1.5}).hr, S_OK);

@@ -1,13 +1,13 @@
-// Monitors of different resolutions: the control follows the one that its window is on, and tells its host lengths by
+// Monitors of different resolutions: the control follows the monitor of its window, and passes lengths to the host in
 // the resolution of the whole screen.
 #include <gmock/gmock.h>
 
 #include <array>
 #include <cstdlib>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/FakeDpi.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -62,7 +62,7 @@ class Shown {
     HWND knob() const { return container.children(L"tdKnMover").at(0); }
     Picture spectrum() const { return windowPicture(container.pictureBox(L"picSpectrum")); }
     Picture strip() const { return windowPicture(container.pictureBox(L"picUnits")); }
-    /// As the system tells the windows inside one that came to another monitor.
+    /// Sends what the system sends to the child windows of a window that moved to another monitor.
     void comeTo(UINT dpi) const {
         FakeDpi::set(dpi);
         SendMessageW(container.root(), kDpiChangedAfterParent, 0, 0);
@@ -81,12 +81,12 @@ class MonitorDpi : public testing::Test {
     UINT times(int percent) const { return static_cast<UINT>(base * percent / 100); }
 
     void SetUp() override {
-        // Over the window the pointer would be read out in the panel.
+        // A pointer over the window would be read out in the panel.
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
     }
 };
 
-TEST_F(MonitorDpi, BeginsAtTheResolutionOfItsMonitor) {
+TEST_F(MonitorDpi, TheControlStartsAtTheResolutionOfItsMonitor) {
     const Shown usual(100);
     FakeDpi::set(times(200));
     const Shown large(200);
@@ -99,7 +99,7 @@ TEST_F(MonitorDpi, BeginsAtTheResolutionOfItsMonitor) {
     EXPECT_EQ(large.strip().width, 2 * usual.strip().width);
 }
 
-TEST_F(MonitorDpi, AMoveToAnotherMonitorLooksLikeHavingBegunThere) {
+TEST_F(MonitorDpi, AMoveToAnotherMonitorGivesTheSamePictureAsAStartThere) {
     Shown moved(100);
     const Picture before = moved.spectrum();
     const Picture labels = moved.strip();
@@ -127,7 +127,7 @@ TEST_F(MonitorDpi, AMoveToAnotherMonitorLooksLikeHavingBegunThere) {
     EXPECT_EQ(moved.strip(), labels);
 }
 
-TEST_F(MonitorDpi, AContainerThatOnlyResizesIsFollowedToo) {
+TEST_F(MonitorDpi, AResizeByTheContainerFollowsTheMonitorToo) {
     Shown moved(100);
     FakeDpi::set(times(150));
     const Shown fresh(150);
@@ -136,7 +136,7 @@ TEST_F(MonitorDpi, AContainerThatOnlyResizesIsFollowedToo) {
     EXPECT_EQ(fontHeight(moved.part(L"Button", L"Clear")), fontHeight(fresh.part(L"Button", L"Clear")));
 }
 
-TEST_F(MonitorDpi, AContainerThatDoesNothingIsFollowedWithTheNextPaint) {
+TEST_F(MonitorDpi, WithoutACallOfTheContainerTheNextPaintFollowsTheMonitor) {
     const Shown moved(100);
     const int before = fontHeight(moved.part(L"Button", L"Clear"));
     FakeDpi::set(times(150));
@@ -146,7 +146,7 @@ TEST_F(MonitorDpi, AContainerThatDoesNothingIsFollowedWithTheNextPaint) {
     EXPECT_EQ(sizeOf(moved.container.root()).cx, 720) << "the size is the container's";
 }
 
-TEST_F(MonitorDpi, ADisplayDrawnBeforeItWasShownIsDrawnAnew) {
+TEST_F(MonitorDpi, ADisplayDrawnBeforeItIsShownIsDrawnAgain) {
     FakeDpi::set(times(200));
     const Shown fresh(200);
     Container container;
@@ -158,7 +158,7 @@ TEST_F(MonitorDpi, ADisplayDrawnBeforeItWasShownIsDrawnAnew) {
     EXPECT_EQ(windowPicture(container.pictureBox(L"picSpectrum")), fresh.spectrum());
 }
 
-TEST_F(MonitorDpi, MembersAndEventsGoByTheResolutionOfTheScreen) {
+TEST_F(MonitorDpi, MembersAndEventsUseTheResolutionOfTheScreen) {
     FakeDpi::set(times(200));
     Shown shown(200);
     const double twips = 1440.0 / base;
@@ -185,7 +185,7 @@ TEST_F(MonitorDpi, MembersAndEventsGoByTheResolutionOfTheScreen) {
     EXPECT_NEAR(sink->heard[0].arguments.at(0), static_cast<double>(shown.container.size().cy) * twips, twips);
 }
 
-TEST_F(MonitorDpi, ASystemThatKnowsOneResolutionOnly) {
+TEST_F(MonitorDpi, ASystemWithoutMonitorResolutionsIgnoresTheNotification) {
     FakeDpi::set(0);
     Shown shown(100);
     const int before = fontHeight(shown.part(L"Button", L"Clear"));
@@ -196,7 +196,7 @@ TEST_F(MonitorDpi, ASystemThatKnowsOneResolutionOnly) {
     EXPECT_EQ(shown.spectrum(), picture);
 }
 
-TEST_F(MonitorDpi, TheTextWindowFollowsByItself) {
+TEST_F(MonitorDpi, TheTextWindowFollowsItsOwnMonitor) {
     const Shown shown(100);
     EXPECT_EQ(shown.container.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     pump();

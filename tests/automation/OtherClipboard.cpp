@@ -12,7 +12,7 @@ namespace {
 constexpr DWORD kPatience = 30000;  // milliseconds
 constexpr DWORD kAllWell = 42;
 
-/// 0x00RRGGBB as hosts write colours.
+/// 0x00RRGGBB as hosts write colors.
 std::uint32_t hostColor(std::uint32_t pixel) {
     return (pixel & 0xFFU) << 16U | (pixel & 0xFF00U) | (pixel >> 16U & 0xFFU);
 }

@@ -17,21 +17,21 @@ class OtherProgram {
     ~OtherProgram();
     OtherProgram(const OtherProgram&) = delete;
     OtherProgram& operator=(const OtherProgram&) = delete;
-    /// Waits for its end; its exit code, 42 when it did what it should.
+    /// Waits for its end and returns its exit code, which is 42 after success.
     DWORD wait() const;
 
   private:
     HANDLE process_ = nullptr;
 };
 
-/// The pictures that another program finds on the clipboard; empty ones for formats that are not there.
+/// The pictures that another program finds on the clipboard; empty for missing formats.
 struct ClipboardContent {
     Picture bitmap;  ///< CF_BITMAP
     Picture dib;     ///< CF_DIB
 };
 [[nodiscard]] ClipboardContent readClipboardElsewhere();
 
-/// Another program has the clipboard open; from the constructor's end on, for a time that it is given.
+/// Another program has the clipboard open from the end of the constructor on, for a given time.
 class HeldElsewhere {
   public:
     explicit HeldElsewhere(int milliseconds);
@@ -44,7 +44,7 @@ class HeldElsewhere {
     std::unique_ptr<OtherProgram> program_;
 };
 
-/// Waits until the clipboard keeps what it is given: on a fresh display it is wiped once.
+/// Waits until the clipboard keeps its content, because the system empties it once on a new display.
 void warmUpClipboard();
 void putText(const wchar_t* text);
 

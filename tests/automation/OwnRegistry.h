@@ -10,7 +10,7 @@
 
 namespace kv::test {
 
-/// Case does not tell registry names apart: systems spell "TypeLib" differently.
+/// Registry names are not case-sensitive: systems spell "TypeLib" differently.
 struct NameLess {
     bool operator()(const std::wstring& a, const std::wstring& b) const {
         return CompareStringOrdinal(a.c_str(), -1, b.c_str(), -1, TRUE) == CSTR_LESS_THAN;
@@ -30,7 +30,7 @@ inline const std::wstring kEventInterface = L"{0DBCF754-BC64-45C6-8C2F-8BF2E1C97
 [[nodiscard]] HRESULT unregisterServer();
 [[nodiscard]] HRESULT install(bool on, const wchar_t* commandLine);
 
-/// The system's roots lead into a key of ours for the time of a test, so that nothing of the machine changes.
+/// Redirects the system's root keys to a key of the test, so that the machine's registry does not change.
 class OwnRegistry : public testing::Test {
   protected:
     HKEY machine = nullptr;

@@ -1,7 +1,7 @@
-// What a drawing that the host asked for handles of the host's message queue, and what it leaves there.
+// Which messages of the host's queue a drawing called by the host handles, and which it leaves in the queue.
 #include <gmock/gmock.h>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -27,7 +27,7 @@ class PendingEvents : public testing::Test {
         EXPECT_EQ(container.control->DrawDisplay(&drawn), S_OK);
         EXPECT_EQ(drawn, VARIANT_TRUE);
     }
-    /// What is still queued in a range, in its order; it is taken away.
+    /// Removes and returns the queued messages of a range, in their order.
     static std::vector<WPARAM> queued(HWND window, UINT first, UINT last) {
         std::vector<WPARAM> found;
         MSG message{};
@@ -37,7 +37,7 @@ class PendingEvents : public testing::Test {
     }
 };
 
-TEST_F(PendingEvents, MessagesToTheThreadAreThereAfterADrawingInTheirOrder) {
+TEST_F(PendingEvents, ThreadMessagesStayInTheQueueInTheirOrder) {
     const DWORD thread = GetCurrentThreadId();
     for (const WPARAM number : {1U, 2U, 3U})
         ASSERT_TRUE(PostThreadMessageW(thread, kOwnMessage, number, 0));
@@ -45,7 +45,7 @@ TEST_F(PendingEvents, MessagesToTheThreadAreThereAfterADrawingInTheirOrder) {
     EXPECT_THAT(queued(kWithoutWindow, kOwnMessage, kOwnMessage), ElementsAre(1U, 2U, 3U));
 }
 
-TEST_F(PendingEvents, ADrawingInsideAHandlerLosesNoMessageToTheThread) {
+TEST_F(PendingEvents, ADrawingInsideAHandlerKeepsThreadMessages) {
     const DWORD thread = GetCurrentThreadId();
     int inner = 0;
     container.host.onMessage = [&] {
@@ -61,7 +61,7 @@ TEST_F(PendingEvents, ADrawingInsideAHandlerLosesNoMessageToTheThread) {
     EXPECT_THAT(queued(kWithoutWindow, kOwnMessage, kOwnMessage), testing::UnorderedElementsAre(1U, 2U));
 }
 
-TEST_F(PendingEvents, KeysWaitForTheHostsOwnLoop) {
+TEST_F(PendingEvents, KeyMessagesStayInTheQueueForTheHost) {
     const HWND window = container.host.get();
     int heard = 0;
     container.host.onMessage = [&] { ++heard; };
@@ -91,7 +91,7 @@ TEST_F(PendingEvents, TheOrderOfOtherMessagesStays) {
     EXPECT_FALSE(IsWindow(window));
 }
 
-TEST_F(PendingEvents, TheEndOfTheProgramWaitsForTheHostsOwnLoop) {
+TEST_F(PendingEvents, TheQuitMessageStaysInTheQueueForTheHost) {
     PostQuitMessage(17);
     draw();
     MSG message{};

@@ -1,9 +1,9 @@
-// The control's image in streams, storages and property bags, good ones and others.
+// The saved state of the control in streams, storages and property bags, valid and damaged ones.
 #include <gmock/gmock.h>
 
 #include <vector>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -64,7 +64,7 @@ TEST(Persist, TheImageIsAHeaderAndNothingElse) {
     CLSID clsid{};
     EXPECT_EQ(persist->GetClassID(&clsid), S_OK);
     EXPECT_TRUE(clsid == CLSID_kvBandscope);
-    // Nothing that a host does with it makes it worth saving.
+    // Nothing that a host does with the control makes it dirty.
     ComPtr<_kvBandscope> control;
     ASSERT_EQ(persist.As(&control), S_OK);
     EXPECT_EQ(control->put_FreqEndBuffer(7.0), S_OK);
@@ -103,6 +103,10 @@ TEST(Persist, OtherImagesAreRefused) {
     cutOff[8] = 10;
     cutOff.resize(cutOff.size() + 9);
     bad.push_back(cutOff);
+    // The mark counts whatever the version is.
+    Bytes foreign = changed(4, 2);
+    foreign[0] = '?';
+    bad.push_back(foreign);
     Bytes huge = changed(4, 9);
     huge[11] = 0xFF;
     bad.push_back(huge);
@@ -111,7 +115,7 @@ TEST(Persist, OtherImagesAreRefused) {
     for (const Bytes& bytes : bad) {
         const auto persist = fresh<IPersistStreamInit>();
         EXPECT_EQ(persist->Load(streamOf(bytes).Get()), STG_E_INVALIDHEADER) << testing::PrintToString(bytes);
-        // The host may go on with a new one.
+        // The host can continue with a new control.
         EXPECT_EQ(persist->InitNew(), S_OK);
     }
     EXPECT_EQ(canUnloadNow(), S_OK);
@@ -153,7 +157,7 @@ class OddStream final : public Counted<IStream> {
     HRESULT STDMETHODCALLTYPE Clone(IStream**) override { return E_NOTIMPL; }
 };
 
-TEST(Persist, OddStreamsAreSurvived) {
+TEST(Persist, IrregularStreamsAreHandled) {
     const ComPtr<OddStream> odd(new OddStream);
     odd->bytes = kImage;
     EXPECT_EQ(fresh<IPersistStreamInit>()->Load(odd.Get()), S_OK) << "a byte at a time";
@@ -192,7 +196,7 @@ class Bag final : public Counted<IPropertyBag, IErrorLog> {
     }
 };
 
-TEST(Persist, AControlIsMadeNewOrLoadedAndMayBeSoAgain) {
+TEST(Persist, AControlCanBeInitializedOrLoadedMoreThanOnce) {
     const auto stream = fresh<IPersistStreamInit>();
     EXPECT_EQ(stream->InitNew(), S_OK);
     EXPECT_EQ(stream->InitNew(), S_OK);
@@ -217,7 +221,7 @@ TEST(Persist, AControlIsMadeNewOrLoadedAndMayBeSoAgain) {
     EXPECT_EQ(fromBag->Load(bag.Get(), nullptr), S_OK);
 }
 
-TEST(Persist, AStorageKeepsItsTurns) {
+TEST(Persist, StorageCallsInTheWrongOrderAreRefused) {
     const auto storage = newStorage();
     const auto other = newStorage();
     const auto persist = fresh<IPersistStorage>();
@@ -234,7 +238,7 @@ TEST(Persist, AStorageKeepsItsTurns) {
     EXPECT_EQ(persist->Save(other.Get(), FALSE), E_UNEXPECTED);
     EXPECT_EQ(persist->SaveCompleted(nullptr), E_INVALIDARG);
     EXPECT_EQ(persist->SaveCompleted(other.Get()), S_OK);
-    // Nothing of the control's keeps a storage.
+    // The control holds no storage open.
     ComPtr<IStream> stream;
     EXPECT_EQ(storage->OpenStream(L"kvBandscope", nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream), S_OK);
     stream.Reset();

@@ -93,7 +93,7 @@ Picture capture(const Scope& scope) {
     const TempFile file(L"capture.bmp");
     double height = 0.0;
     double width = 0.0;
-    // The member may replace the text, so it gets one that it may free.
+    // The member can replace the text, so it gets one that it can free.
     BSTR name = SysAllocString(file.path().c_str());
     Text written;
     EXPECT_EQ(scope->DisplayToBMP(&height, &width, &name, written.put()), S_OK);

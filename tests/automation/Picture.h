@@ -1,4 +1,4 @@
-// What the control shows, read from the bitmap file it writes.
+// The picture of the control, read from the bitmap file that it writes.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace kv::test {
 
-/// A file of its own in the temporary folder; deleted at the end.
+/// The path of a file in the temporary folder. The file is deleted at the end.
 class TempFile {
   public:
     explicit TempFile(const std::wstring& name);
@@ -25,7 +25,7 @@ class TempFile {
 };
 [[nodiscard]] std::wstring tempFolder();
 
-/// Pixels, both ends inside.
+/// A rectangle of pixels; right and bottom are inside.
 struct Area {
     int left = 0;
     int top = 0;
@@ -39,14 +39,14 @@ struct Area {
 struct Picture {
     int width = 0;
     int height = 0;
-    std::vector<std::uint32_t> pixels;  ///< RGB colours as hosts write them, 0x00BBGGRR, topmost row first
+    std::vector<std::uint32_t> pixels;  ///< RGB colors as hosts write them, 0x00BBGGRR, topmost row first
 
     /// An uncompressed file of 24 or 32 bits a pixel; an empty picture for anything else.
     [[nodiscard]] static Picture read(const std::wstring& path);
     [[nodiscard]] std::uint32_t at(int x, int y) const {
         return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x));
     }
-    /// Where a colour stands inside `area`; nothing when it does not.
+    /// The smallest area that holds all pixels of a color inside `area`.
     [[nodiscard]] std::optional<Area> find(std::uint32_t color, const Area& area) const;
     [[nodiscard]] int count(std::uint32_t color, const Area& area) const;
     [[nodiscard]] Area all() const noexcept { return {0, 0, width - 1, height - 1}; }
@@ -56,7 +56,7 @@ struct Picture {
 /// The whole picture of a control: labels and spectrum.
 [[nodiscard]] Picture capture(const Scope& scope);
 
-/// A control whose spectrum has a place and a scale known to the test. The background is white, the strip light grey.
+/// A control with known position and scale of the spectrum. The background is white, the strip light gray.
 class Plot {
   public:
     static constexpr OLE_COLOR kBack = 0x00FFFFFF;
@@ -73,11 +73,11 @@ class Plot {
     [[nodiscard]] int column(double frequency);
     [[nodiscard]] int row(double power);
     [[nodiscard]] Picture picture() const { return capture(scope); }
-    /// The room under the spectrum, where the labels stand.
+    /// The area under the spectrum, where the labels are.
     [[nodiscard]] Area strip(const Picture& picture) const {
         return {0, spectrum.bottom + 1, picture.width - 1, picture.height - 1};
     }
-    /// A column that is the grid's colour from top to bottom but for the tick.
+    /// A column in the grid's color from top to bottom except for the tick.
     [[nodiscard]] bool isGridColumn(const Picture& picture, int x) const;
 };
 

@@ -1,9 +1,9 @@
-// The control's picture where hosts take one by themselves: by WM_PRINT, in a bitmap at any place, and of a control
-// that was never active.
+// The picture of the control when the host captures it: by WM_PRINT, in a bitmap at any position, and of a control that
+// was never active.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -36,7 +36,7 @@ class PrintedControl : public testing::Test {
     Container container;
 
     void SetUp() override {
-        // Over the window the pointer would be read out in the panel.
+        // A pointer over the window would be read out in the panel.
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
         ASSERT_NO_FATAL_FAILURE(container.activate());
         EXPECT_EQ(container.control->put_lColorSpecBack(kBack), S_OK);
@@ -56,7 +56,7 @@ class PrintedControl : public testing::Test {
 };
 
 TEST_F(PrintedControl, PrintingTheWindowShowsAllOfIt) {
-    // What forms send that save themselves as a bitmap.
+    // Forms that save themselves as a bitmap send this.
     constexpr LPARAM kForms = PRF_CHILDREN | PRF_CLIENT | PRF_ERASEBKGND | PRF_NONCLIENT;
     EXPECT_EQ(printed(WM_PRINT, kForms), whole());
     EXPECT_EQ(printed(WM_PRINTCLIENT, PRF_CHILDREN | PRF_CLIENT), whole());
@@ -77,7 +77,7 @@ TEST_F(PrintedControl, AHiddenWindowIsPrintedOnRequestOnly) {
     EXPECT_EQ(printed(WM_PRINT, PRF_CHILDREN | PRF_CLIENT), before);
 }
 
-TEST_F(PrintedControl, AFramePrintsWhatIsInside) {
+TEST_F(PrintedControl, AFramePrintsItsContent) {
     const HWND strip = container.pictureBox(L"picUnits");
     RECT client{};
     GetClientRect(strip, &client);
@@ -121,7 +121,7 @@ TEST_F(NeverActive, ShowsItsPanelAndItsEmptySpectrum) {
     EXPECT_GT(picture.count(GetSysColor(COLOR_BTNFACE), picture.all()), 10000) << "the panel";
 }
 
-TEST_F(NeverActive, AnExtentOfNothingStillShowsThePicture) {
+TEST_F(NeverActive, AnExtentOfZeroStillShowsThePicture) {
     SIZEL none{0, 0};
     EXPECT_EQ(object->SetExtent(DVASPECT_CONTENT, &none), S_OK);
     const Picture picture = drawn(object.Get(), 360, 240);

@@ -1,12 +1,13 @@
 // The control in Qt's ActiveX widget (QAxWidget): the order of its calls, and what each of them relies on.
 #include <docobj.h>
 #include <gmock/gmock.h>
+#include <olectl.h>
 
 #include <set>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -17,10 +18,10 @@ using testing::Not;
 
 constexpr SIZE kHint{250, 250};
 
-/// The widget decides about its size by itself: it listens to no answer and to no wish.
+/// The widget decides its size alone: it uses neither the extent that the control returns nor its requests.
 class QAxWidget : public Replica {
   public:
-    SIZE hint{};  ///< what the control answered at first
+    SIZE hint{};  ///< the first extent that the control returned
 
     explicit QAxWidget(const SIZE& size) { setPlace(size); }
     ~QAxWidget() { release(*this); }
@@ -69,7 +70,7 @@ constexpr Step kCreation[] = {
     {"ambient properties", &askForAmbients},
     {"events", &Replica::adviseEvents}};
 
-/// Without Close, and the sink of view changes is never taken back.
+/// Without Close, and the view sink is never disconnected.
 constexpr Step kEnd[] = {{"deactivate", &Replica::deactivate},
                          {"events off", &Replica::unadviseEvents},
                          {"changes off", &Replica::unadviseObject},
@@ -85,9 +86,9 @@ class QAxWidgetTest : public testing::Test {
   protected:
     QAxWidget widget{{800, 500}};
 
-    Picture spectrum() const { return windowPicture(widget.part(L"kvPictureBox", L"picSpectrum")); }
+    Picture spectrum() const { return windowPicture(widget.pictureBox(L"picSpectrum")); }
     void toggle() const { postRightClick(widget.panel(), 5, 5); }
-    /// What is on the screen is what a complete repaint puts there.
+    /// A complete repaint does not change what is on the screen.
     void expectNoGhost() const {
         pump();
         const Picture now = windowPicture(widget.root());
@@ -96,7 +97,7 @@ class QAxWidgetTest : public testing::Test {
     }
 };
 
-TEST_F(QAxWidgetTest, CreationInItsOrder) {
+TEST_F(QAxWidgetTest, TheCreationStepsLeadToAnActiveControl) {
     widget.create();
     EXPECT_TRUE(isSize(widget.hint, kHint.cx, kHint.cy));
     EXPECT_TRUE(isSize(widget.window(), 800, 500));
@@ -142,7 +143,7 @@ TEST_F(QAxWidgetTest, EventSourcesAreFoundFirstByEnumerationAndLaterByName) {
     EXPECT_EQ(std::set<std::wstring>(seen.begin(), seen.end()).size(), seen.size()) << "a second time ends the search";
 }
 
-TEST_F(QAxWidgetTest, SinksThatDoNotKnowAnEventKeepHearingOfIt) {
+TEST_F(QAxWidgetTest, SinksThatReturnAnErrorStillReceiveTheNextEvents) {
     widget.create();
     for (const HRESULT answer : {DISP_E_MEMBERNOTFOUND, DISP_E_BADPARAMCOUNT, DISP_E_UNKNOWNINTERFACE, E_FAIL, S_OK}) {
         widget.events->answer = answer;
@@ -152,9 +153,9 @@ TEST_F(QAxWidgetTest, SinksThatDoNotKnowAnEventKeepHearingOfIt) {
     }
 }
 
-TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
+TEST_F(QAxWidgetTest, AnExtentOfZeroQueriesTheLeastSizeAndChangesNothing) {
     widget.create();
-    widget.draw();
+    widget.drawChannel();
     pump();
     const Picture before = windowPicture(widget.root());
     for (int round = 0; round < 2; ++round) {
@@ -162,7 +163,7 @@ TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
         EXPECT_TRUE(isSize(widget.window(), 800, 500));
         pump();
         EXPECT_EQ(windowPicture(widget.root()), before);
-        // The picture is asked for at any time, with neither a window rectangle nor a function to go on.
+        // The widget draws the control at any time, with neither window bounds nor a function to continue.
         const RECTL bounds{0, 0, 800, 500};
         const HDC screen = GetDC(nullptr);
         const HDC memory = CreateCompatibleDC(screen);
@@ -171,7 +172,7 @@ TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
         EXPECT_EQ(widget.as<IViewObject>()->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, memory, &bounds,
                                                  nullptr, nullptr, 0),
                   S_OK);
-        const HWND units = widget.part(L"kvPictureBox", L"picUnits");
+        const HWND units = widget.pictureBox(L"picUnits");
         POINT corner{2, 2};
         MapWindowPoints(units, widget.root(), &corner, 1);
         EXPECT_EQ(GetPixel(memory, corner.x, corner.y), before.at(corner.x, corner.y));
@@ -190,7 +191,7 @@ TEST_F(QAxWidgetTest, TheLeastSizeIsAskedForByAnExtentOfZero) {
 TEST_F(QAxWidgetTest, AnExtentOfZeroBeforeTheActivationHarmsNothing) {
     Replica::initNew(widget);
     Replica::setSite(widget);
-    widget.draw();
+    widget.drawChannel();
     for (const SIZEL& none : {SIZEL{0, 0}, SIZEL{0, 9000}, SIZEL{9000, 0}}) {
         const SIZEL got = widget.setExtent(none);
         EXPECT_TRUE(got.cx == none.cx && got.cy == none.cy);
@@ -209,7 +210,7 @@ TEST_F(QAxWidgetTest, EveryResizeIsTheWidgetsOwnAndEqualOnesGiveEqualWindows) {
         pump();
         EXPECT_TRUE(isSize(widget.window(), size.cx, size.cy)) << "no wish is heard";
         EXPECT_TRUE(isSize(pixelsOf(widget.extent()), size.cx, size.cy));
-        // Below the least width the layout is cut off.
+        // Below the least width the layout is clipped.
         widget.expectLaidOutFor({std::max<LONG>(size.cx, 720), size.cy});
     }
     EXPECT_THAT(widget.log.count("OnPosRectChange"), testing::Le(4));
@@ -217,7 +218,7 @@ TEST_F(QAxWidgetTest, EveryResizeIsTheWidgetsOwnAndEqualOnesGiveEqualWindows) {
 
 TEST_F(QAxWidgetTest, ACollapseLeavesNoGapInAWidgetOfFixedSize) {
     widget.create();
-    widget.draw();
+    widget.drawChannel();
     EXPECT_EQ(widget.control->JustDrawIt(), S_OK);
     pump();
     const Picture before = spectrum();
@@ -257,14 +258,14 @@ TEST_F(QAxWidgetTest, ACollapsedControlFollowsTheWidget) {
 
 TEST_F(QAxWidgetTest, ItsEndWithoutACloseLeavesNothing) {
     widget.create();
-    widget.draw();
+    widget.drawChannel();
     EXPECT_EQ(widget.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     widget.play(kEnd);
     EXPECT_FALSE(FindWindowW(L"kvForm", nullptr));
     widget.expectAllReleased();
 }
 
-TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheSite) {
+TEST_F(QAxWidgetTest, TheViewSinkIsReleasedWithTheSite) {
     widget.create();
     EXPECT_GT(widget.sink->references(), 1U);
     Replica::deactivate(widget);
@@ -273,11 +274,11 @@ TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheSite) {
     Replica::unsite(widget);
     EXPECT_EQ(widget.sink->references(), 1U) << "while the control is still there";
     widget.log.calls.clear();
-    widget.draw();
+    widget.drawChannel();
     EXPECT_THAT(widget.log.take(), IsEmpty());
 }
 
-TEST_F(QAxWidgetTest, TheSinkOfViewChangesGoesWithTheControl) {
+TEST_F(QAxWidgetTest, TheViewSinkIsReleasedWithTheControl) {
     Replica::adviseView(widget);
     Replica::adviseObject(widget);
     EXPECT_GT(widget.sink->references(), 1U);

@@ -1,5 +1,5 @@
-// The control on a machine that has never heard of it: through an activation context of its manifest, and in a program
-// that names it in a manifest of its own.
+// The control on a machine where it is not registered: through an activation context of its manifest, and in a program
+// that names the control in its own manifest.
 #include <gmock/gmock.h>
 
 #include <future>
@@ -18,7 +18,7 @@ namespace {
 constexpr OLE_COLOR kBlue = RGB(31, 119, 180);
 constexpr OLE_COLOR kGreen = RGB(56, 142, 60);
 
-/// Keys that registration may have left in this registry, out of the way for the time of a test.
+/// Moves registry keys of an earlier registration away during a test.
 class NothingRegistered {
   public:
     NothingRegistered() {
@@ -67,7 +67,7 @@ class NothingRegistered {
     }
 };
 
-/// The classes of a manifest, for the calling thread and as long as it lives.
+/// The classes of a manifest, for the calling thread, during its lifetime.
 class Activation {
   public:
     explicit Activation(const std::wstring& manifest) {
@@ -107,7 +107,7 @@ class Delivery {
 
 class RegistrationFreeTest : public testing::Test {
   protected:
-    // Put back in reverse: first the module goes, then its folder, then the registry is as it was.
+    // Undone in reverse order: the module is unloaded, its folder deleted, and the registry restored.
     NothingRegistered nothingRegistered;
     Delivery delivery;
 
@@ -133,7 +133,7 @@ std::wstring moduleOf(IUnknown* object) {
     return path;
 }
 
-TEST_F(RegistrationFreeTest, WithoutTheManifestThereIsNothing) {
+TEST_F(RegistrationFreeTest, WithoutTheManifestNoClassIsFound) {
     CLSID clsid{};
     EXPECT_EQ(CLSIDFromProgID(L"kvBandscope.kvBandscope", &clsid), CO_E_CLASSSTRING);
     EXPECT_EQ(CLSIDFromProgID(L"kvBandscope.FreqSlot", &clsid), CO_E_CLASSSTRING);
@@ -145,7 +145,7 @@ TEST_F(RegistrationFreeTest, WithoutTheManifestThereIsNothing) {
     EXPECT_NE(LoadRegTypeLib(LIBID_kvBandscope, 1, 0, LOCALE_NEUTRAL, library.GetAddressOf()), S_OK);
 }
 
-TEST_F(RegistrationFreeTest, ClassesAreMadeByIdAndByName) {
+TEST_F(RegistrationFreeTest, ObjectsAreCreatedByClsidAndByProgId) {
     const Activation activation(manifest());
     ComPtr<_kvBandscope> scope;
     ASSERT_EQ(CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf())),
@@ -177,7 +177,7 @@ TEST_F(RegistrationFreeTest, TheTypeLibraryIsFound) {
     EXPECT_EQ(library->GetTypeInfoOfGuid(IID__kvBandscope, info.GetAddressOf()), S_OK);
 }
 
-TEST_F(RegistrationFreeTest, TheControlIsReachedFromAnotherApartment) {
+TEST_F(RegistrationFreeTest, TheControlCanBeCalledFromAnotherApartment) {
     const Activation activation(manifest());
     ComPtr<_kvBandscope> scope;
     ASSERT_EQ(CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf())),
@@ -225,7 +225,7 @@ TEST_F(RegistrationFreeTest, AProgramWithTheDependencyHostsAndDraws) {
     const auto blue = saved.find(kBlue, saved.all());
     const auto green = saved.find(kGreen, saved.all());
     ASSERT_TRUE(blue && green);
-    // The window is wider than the control's own size, so the picture is of the control as it stands in the window.
+    // The window is wider than the control's own size, so the picture has the size of the window.
     EXPECT_GT(saved.width, 800);
     EXPECT_LT(blue->right, green->left);
     EXPECT_LT(blue->top, green->top);

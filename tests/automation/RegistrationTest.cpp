@@ -1,4 +1,4 @@
-// What registration writes and takes back, in a registry of the test's own.
+// What registration writes and removes, in a registry of the test's own.
 #include "tests/automation/OwnRegistry.h"
 
 namespace kv::test {
@@ -99,9 +99,9 @@ TEST_F(RegistrationTest, TheTypeLibraryIsFoundInThisBitness) {
 }
 
 TEST_F(RegistrationTest, RemovesEverythingItWrote) {
-    write(machine, L"CLSID\\" + kForeign, L"a neighbour");
-    write(machine, L"TypeLib\\" + kForeign + L"\\1.0", L"a neighbour");
-    write(machine, L"Interface\\" + kForeign, L"a neighbour");
+    write(machine, L"CLSID\\" + kForeign, L"a neighbor");
+    write(machine, L"TypeLib\\" + kForeign + L"\\1.0", L"a neighbor");
+    write(machine, L"Interface\\" + kForeign, L"a neighbor");
     const Snapshot before = classesOf(machine);
     ASSERT_EQ(registerServer(), S_OK);
     ASSERT_NE(classesOf(machine), before);
@@ -109,7 +109,7 @@ TEST_F(RegistrationTest, RemovesEverythingItWrote) {
     EXPECT_EQ(classesOf(machine), before);
 }
 
-TEST_F(RegistrationTest, RegisteringTwiceIsLikeOnce) {
+TEST_F(RegistrationTest, RegisteringTwiceEqualsRegisteringOnce) {
     ASSERT_EQ(registerServer(), S_OK);
     const Snapshot once = classesOf(machine);
     EXPECT_EQ(registerServer(), S_OK);
@@ -124,7 +124,7 @@ TEST_F(RegistrationTest, UnregisteringNothingSucceeds) {
     EXPECT_TRUE(classesOf(user).empty());
 }
 
-TEST_F(RegistrationTest, ForOneUserOnly) {
+TEST_F(RegistrationTest, TheTableCanBeWrittenForOneUserOnly) {
     const Snapshot before = classesOf(machine);
     ASSERT_EQ(install(true, L"USER"), S_OK);
     EXPECT_EQ(classesOf(user), expectedKeys());
@@ -135,7 +135,7 @@ TEST_F(RegistrationTest, ForOneUserOnly) {
 }
 
 TEST_F(RegistrationTest, AUsersOtherClassesStay) {
-    write(user, L"CLSID\\" + kForeign, L"a neighbour");
+    write(user, L"CLSID\\" + kForeign, L"a neighbor");
     const Snapshot before = classesOf(user);
     ASSERT_EQ(install(true, L"user"), S_OK);
     EXPECT_EQ(install(false, L"user"), S_OK);
@@ -152,7 +152,7 @@ TEST_F(RegistrationTest, MachineAndUserDoNotTouchEachOther) {
     EXPECT_EQ(classesOf(user), expectedKeys());
 }
 
-TEST_F(RegistrationTest, UnregisteringTheMachineTellsThatTheUsersEntriesAreStillThere) {
+TEST_F(RegistrationTest, UnregisteringTheMachineReportsRemainingUserEntries) {
     ASSERT_EQ(registerServer(), S_OK);
     ASSERT_EQ(install(true, L"user"), S_OK);
     EXPECT_EQ(install(false, L""), S_FALSE) << "done, and other entries of these classes exist";
@@ -161,7 +161,7 @@ TEST_F(RegistrationTest, UnregisteringTheMachineTellsThatTheUsersEntriesAreStill
     EXPECT_EQ(unregisterServer(), S_OK);
 }
 
-TEST_F(RegistrationTest, WhereTheMachinesClassesCannotBeWrittenTheUsersAre) {
+TEST_F(RegistrationTest, WithoutAccessToTheMachinesClassesTheUsersAreWritten) {
     remove(machine, L"");
     ASSERT_EQ(registerServer(), S_OK);
     EXPECT_EQ(classesOf(user), expectedKeys());
@@ -178,7 +178,7 @@ TEST_F(RegistrationTest, InstallWithoutTextIsOrdinaryAndOtherTextsAreRefused) {
     EXPECT_EQ(classesOf(machine).count(L"kvBandscope.FreqSlot"), 0U);
 }
 
-TEST_F(RegistrationTest, WhatOthersPutIntoOurKeysStays) {
+TEST_F(RegistrationTest, ForeignValuesInOurKeysStay) {
     ASSERT_EQ(registerServer(), S_OK);
     write(machine, L"CLSID\\" + kControlClsid + L"\\TheirKey", L"theirs");
     write(machine, L"CLSID\\" + kSlotClsid + L"\\InprocServer32", L"theirs", L"TheirValue");
@@ -204,7 +204,7 @@ TEST_F(RegistrationTest, AnotherCopysEntriesStay) {
     EXPECT_EQ(classesOf(machine), before);
 }
 
-TEST_F(RegistrationTest, EntriesOfACopyThatIsGoneAreRemoved) {
+TEST_F(RegistrationTest, EntriesOfADeletedCopyAreRemoved) {
     const Snapshot before = classesOf(machine);
     ASSERT_EQ(registerServer(), S_OK);
     const std::wstring gone = L"C:\\no such folder\\kvBandscope.ocx";
@@ -215,7 +215,7 @@ TEST_F(RegistrationTest, EntriesOfACopyThatIsGoneAreRemoved) {
     EXPECT_EQ(below(classesOf(machine), L"TypeLib\\").size(), 0U);
 }
 
-TEST_F(RegistrationTest, ANameThatAnotherProgramTookOverStays) {
+TEST_F(RegistrationTest, AProgIdTakenOverByAnotherProgramStays) {
     ASSERT_EQ(registerServer(), S_OK);
     write(machine, L"kvBandscope.FreqSlot", L"their class");
     write(machine, L"kvBandscope.FreqSlot\\CLSID", kForeign);
@@ -237,7 +237,7 @@ TEST_F(RegistrationTest, ALaterVersionKeepsTheGeneralName) {
     EXPECT_EQ(left.count(L"kvBandscope.kvBandscope.1"), 0U);
 }
 
-TEST_F(RegistrationTest, ALibraryFileThatAnotherCopyTookOverStays) {
+TEST_F(RegistrationTest, ALibraryEntryOfAnotherCopyStays) {
     ASSERT_EQ(registerServer(), S_OK);
     write(machine, kLibraryKey + L"\\1.0\\0\\" + kOwnPlatform, fileOfAnotherCopy());
     const Snapshot before = classesOf(machine);
@@ -287,7 +287,7 @@ TEST_F(RegistrationTest, TheOtherArchitecturesClassKeepsTheNames) {
     RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(file.c_str()),
                    static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t)));
     RegCloseKey(key);
-    // A system of one architecture only has a single view, in which the names are nobody else's.
+    // A system of one architecture only has a single view, in which no other architecture has the names.
     const bool twoViews = classesOf(machine).count(L"CLSID\\" + kControlClsid + L"\\InprocServer32") == 0;
     EXPECT_TRUE(twoViews || sizeof(void*) == 4);
     ASSERT_EQ(registerServer(), S_OK);

@@ -1,4 +1,4 @@
-// The sample host in a process of its own, worked by its menu.
+// The sample host in a process of its own, operated through its menu.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -130,7 +130,7 @@ TEST_F(SampleHost, OpensTheMouseReportWhichListsWhatIsUnderThePointer) {
     EXPECT_THAT(listed, testing::HasSubstr(L" MHz"));
 }
 
-TEST_F(SampleHost, OpensTheReportAgainThatItsUserHasClosed) {
+TEST_F(SampleHost, OpensTheReportAgainAfterTheUserClosedIt) {
     choose(IDC_MOUSE_REPORT);
     ASSERT_TRUE(waitForReport(true));
     SendMessageW(FindWindowExW(report(), nullptr, L"BUTTON", L"Close"), BM_CLICK, 0, 0);
@@ -139,7 +139,7 @@ TEST_F(SampleHost, OpensTheReportAgainThatItsUserHasClosed) {
     EXPECT_TRUE(waitForReport(true));
 }
 
-TEST_F(SampleHost, EndsWellWithTheReportOpen) {
+TEST_F(SampleHost, ExitsNormallyWithTheReportOpen) {
     choose(IDC_MOUSE_REPORT);
     ASSERT_TRUE(waitForReport(true));
     PostMessageW(main, WM_CLOSE, 0, 0);

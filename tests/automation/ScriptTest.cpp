@@ -27,7 +27,7 @@ std::wstring sourcePath(const std::wstring& relative) {
     return path;
 }
 
-/// What waits in a pipe. It does not wait for the end, which another process may keep open.
+/// The bytes that are in a pipe. Does not wait for its end, which another process can keep open.
 std::string readAll(HANDLE pipe) {
     DWORD waiting = 0;
     PeekNamedPipe(pipe, nullptr, 0, nullptr, &waiting, nullptr);
@@ -100,7 +100,7 @@ class Script : public testing::Test {
         ASSERT_EQ(exported<ExportedFunction>("DllRegisterServer")(), S_OK);
         ASSERT_EQ(lstrcmpiW(registeredModule().c_str(), modulePath().c_str()), 0);
     }
-    /// The registry is left as it was found.
+    /// The registry is restored.
     static void TearDownTestSuite() {
         if (lstrcmpiW(before_.c_str(), modulePath().c_str()) == 0)
             return;
@@ -112,7 +112,7 @@ class Script : public testing::Test {
     }
 
   protected:
-    /// Runs a script of the tests, which has to print these lines among others and to end well.
+    /// Runs a script of the tests, which must print these lines among others and end without an error.
     static void expectLines(const wchar_t* name, const std::vector<std::string>& lines) {
         const ScriptRun run = runScript(sourcePath(L"tests/automation/scripts/" + std::wstring(name)));
         EXPECT_EQ(run.exitCode, kAllWell) << run.output;
@@ -125,7 +125,7 @@ class Script : public testing::Test {
 };
 std::wstring Script::before_;
 
-TEST_F(Script, ExamplesEndWell) {
+TEST_F(Script, TheExampleScriptsEndWithoutAnError) {
     int found = 0;
     for (const wchar_t* kind : {L"*.vbs", L"*.js"}) {
         WIN32_FIND_DATAW entry{};
@@ -144,7 +144,7 @@ TEST_F(Script, ExamplesEndWell) {
     EXPECT_GE(found, 2);
 }
 
-TEST_F(Script, FirstLookSaysWhatItDid) {
+TEST_F(Script, TheFirstExampleScriptPrintsItsResult) {
     const ScriptRun basic = runScript(sourcePath(L"examples/scripts/first-look.vbs"));
     for (const char* line :
          {"Transmit channels of a new control: 0", "Index of the product: 2",
@@ -156,8 +156,8 @@ TEST_F(Script, FirstLookSaysWhatItDid) {
     EXPECT_THAT(java.output, testing::HasSubstr("Display from 162.375 to 162.575 MHz\n"));
 }
 
-TEST_F(Script, AScriptThatStopsIsNoticed) {
-    // The very trap that the exit code is for: a member that does not exist ends the script, and nothing says so.
+TEST_F(Script, AScriptErrorEndsTheScriptHostWithAnError) {
+    // The reason for the exit code: a member that does not exist ends the script without a message.
     const ScriptRun run = runScript(sourcePath(L"tests/automation/scripts/stops.vbs"));
     EXPECT_NE(run.exitCode, kAllWell);
     EXPECT_THAT(run.output, testing::HasSubstr("begun\n"));
@@ -174,7 +174,7 @@ TEST_F(Script, ErrorsHaveTheirNumbersAndTexts) {
                                 "text for a number 13", "no channel 13", "unknown member 438", "afterwards 2.5"});
 }
 
-TEST_F(Script, NothingIsNothing) {
+TEST_F(Script, FindersReturnNothingAndMembersAcceptNothing) {
     expectLines(L"nothing.vbs", {"by index True True True", "by key True True True", "present False",
                                  "add of Nothing 0", "match -88", "redraw True"});
 }

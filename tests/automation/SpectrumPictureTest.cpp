@@ -20,7 +20,7 @@ class Dice {
     int whole(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
     bool oneIn(int n) { return whole(1, n) == 1; }
     OLE_COLOR rgb() { return static_cast<OLE_COLOR>(whole(0, 0xFFFFFF)); }
-    /// Now and then one of the system's colours.
+    /// Sometimes a system color.
     OLE_COLOR color() { return oneIn(4) ? 0x80000000U + static_cast<OLE_COLOR>(whole(0, 30)) : rgb(); }
 
   private:
@@ -56,7 +56,7 @@ std::vector<OracleChannel> statesOf(const Slots& slots) {
     return states;
 }
 
-/// The first pixel that differs, in words; empty when the pictures are equal.
+/// A text with the first pixel that differs; empty if the pictures are equal.
 std::string differenceOf(const Picture& expected, const Picture& actual) {
     char text[160];
     if (expected.width != actual.width || expected.height != actual.height) {
@@ -82,7 +82,7 @@ std::string differenceOf(const Picture& expected, const Picture& actual) {
 /// An unsited control with random channels, display and look.
 class Scene {
   public:
-    /// With `many` channels, which the control has painted before and knows by heart when the host changes them.
+    /// With `many` channels the control has painted them before, and holds copies of them when the host changes them.
     Scene(unsigned seed, Drawing drawing, bool many) : seed_(seed), drawing_(drawing), many_(many), dice_(seed) {}
 
     void run() {
@@ -112,7 +112,7 @@ class Scene {
         display_.width = std::max<double>(size.cx * 1440.0 / 2540.0, scope_.MinWid());
         display_.height = size.cy * 1440.0 / 2540.0;
     }
-    /// The panel's height is the control's own affair; what it leaves to the label strip tells it.
+    /// The height of the panel follows from the height that it leaves to the label strip.
     double panelHeight() {
         const TempFile file(L"panel.bmp");
         double height = 0.0;
@@ -176,7 +176,7 @@ class Scene {
         if (dice_.oneIn(2))
             scope_.setCursorVal(base_ + dice_.real(0.0, spread_));
     }
-    /// A host may change its records at any time.
+    /// A host can change its records at any time.
     void mutate() {
         for (const Slots* slots : {&tx_, &rx_})
             for (const ComPtr<_FreqSlot>& slot : *slots)
@@ -245,7 +245,7 @@ class Scene {
                 << "seed " << seed_ << " channel " << i;
         }
     }
-    /// Leaves both pictures beside the test program when they differ, or when somebody wants to look at them.
+    /// Writes both pictures beside the test program if they differ, or if KV_KEEP_PICTURES is set.
     std::string keep(const Picture& expected, const Picture& actual, const std::string& difference) const {
         const bool wanted = GetEnvironmentVariableW(L"KV_KEEP_PICTURES", nullptr, 0) != 0;
         if (difference.empty() && !wanted)

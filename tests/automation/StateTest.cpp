@@ -1,11 +1,8 @@
-// What a fresh control says, what its members keep, and what changes the picture at once.
+// The start values of the control, the values that its members keep, and what changes the picture at once.
 #include <gmock/gmock.h>
 
-#include <limits>
-
-#include "tests/automation/HostedControl.h"
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -14,47 +11,7 @@ namespace {
 class State : public BothWays {};
 INSTANTIATE_TEST_SUITE_P(Ways, State, testing::Values(Way::early, Way::late), nameOf);
 
-TEST_P(State, EndBufferReadsAs100UntilItIsSet) {
-    EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
-    EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
-}
-
-TEST_P(State, NegativeEndBufferReadsAs100) {
-    scope.setFreqEndBuffer(7.5);
-    EXPECT_EQ(scope.FreqEndBuffer(), 7.5);
-    scope.setFreqEndBuffer(-5.0);
-    EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
-}
-
-TEST_P(State, EndBufferThatIsNoNumberReadsAs100) {
-    scope.setFreqEndBuffer(std::numeric_limits<double>::quiet_NaN());
-    EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
-}
-
-TEST_P(State, EndBufferOfZeroStaysZero) {
-    scope.setFreqEndBuffer(0.0);
-    EXPECT_EQ(scope.FreqEndBuffer(), 0.0);
-}
-
-TEST_P(State, FreshExtremesAreUnset) {
-    EXPECT_EQ(scope.dFreqMin(), kUnset);
-    EXPECT_EQ(scope.dFreqMax(), -kUnset);
-    EXPECT_EQ(scope.dTXFreqMin(), kUnset);
-    EXPECT_EQ(scope.dTXFreqMax(), -kUnset);
-    EXPECT_EQ(scope.dRXFreqMin(), kUnset);
-    EXPECT_EQ(scope.dRXFreqMax(), -kUnset);
-    EXPECT_EQ(scope.dTXPwrDBMMin(), kUnset);
-    EXPECT_EQ(scope.dTXPwrDBMMax(), -kUnset);
-}
-
-TEST_P(State, FreshPowerRangeIs0To3) {
-    EXPECT_EQ(scope.dPwrMin(), 0.0);
-    EXPECT_EQ(scope.dPwrMax(), 3.0);
-    EXPECT_EQ(scope.DisplayMinPwr(), 0.0);
-    EXPECT_EQ(scope.DisplayMaxPwr(), 3.0);
-}
-
-TEST_P(State, FreshControlIsEmptyAndAtItsStartValues) {
+TEST_P(State, AFreshControlHasItsStartValues) {
     EXPECT_EQ(scope.NumTX(), 0);
     EXPECT_EQ(scope.NumRX(), 0);
     EXPECT_TRUE(scope.bXLog());
@@ -63,6 +20,14 @@ TEST_P(State, FreshControlIsEmptyAndAtItsStartValues) {
     EXPECT_EQ(scope.lCursorColor(), 0U);
     EXPECT_EQ(scope.GridColor(), 0x8000000FU);
     EXPECT_EQ(scope.nGridX(), 20);
+    EXPECT_EQ(scope.FreqEndBuffer(), 100.0);
+    for (const double unset : {scope.dFreqMin(), scope.dTXFreqMin(), scope.dRXFreqMin(), scope.dTXPwrDBMMin(),
+                               -scope.dFreqMax(), -scope.dTXFreqMax(), -scope.dRXFreqMax(), -scope.dTXPwrDBMMax()})
+        EXPECT_EQ(unset, kUnset);
+    for (const double floor : {scope.dPwrMin(), scope.DisplayMinPwr()})
+        EXPECT_EQ(floor, 0.0);
+    for (const double top : {scope.dPwrMax(), scope.DisplayMaxPwr()})
+        EXPECT_EQ(top, 3.0);
 }
 
 TEST_P(State, PropertiesKeepWhatIsSet) {
@@ -71,6 +36,7 @@ TEST_P(State, PropertiesKeepWhatIsSet) {
     scope.setLCursorColor(0x80000012U);
     scope.setGridColor(0x00123456U);
     scope.setNGridX(32767);
+    scope.setFreqEndBuffer(7.5);
     scope.setDisplayMinPwr(-120.5);
     scope.setDisplayMaxPwr(-20.25);
     scope.setDisplayCenterFreq(446.00625);
@@ -80,6 +46,7 @@ TEST_P(State, PropertiesKeepWhatIsSet) {
     EXPECT_EQ(scope.lCursorColor(), 0x80000012U);
     EXPECT_EQ(scope.GridColor(), 0x00123456U);
     EXPECT_EQ(scope.nGridX(), 32767);
+    EXPECT_EQ(scope.FreqEndBuffer(), 7.5);
     EXPECT_EQ(scope.DisplayMinPwr(), -120.5);
     EXPECT_EQ(scope.DisplayMaxPwr(), -20.25);
     EXPECT_EQ(scope.DisplayCenterFreq(), 446.00625);
@@ -106,7 +73,7 @@ TEST_P(State, StoringMembersChangeThePictureOnlyWithTheNextDrawing) {
     EXPECT_FALSE(capture(scope) == before);
 }
 
-TEST_P(State, ColoursOfThePicturesAreSeenAtOnce) {
+TEST_P(State, ColorsOfThePicturesAreShownAtOnce) {
     constexpr std::uint32_t kSpectrum = 0x00FFEEDD;
     constexpr std::uint32_t kStrip = 0x00C0D0E0;
     constexpr std::uint32_t kText = 0x000000FE;
@@ -125,11 +92,11 @@ TEST_P(State, ColoursOfThePicturesAreSeenAtOnce) {
     EXPECT_EQ(seen(kText), 0);
     scope.setLColorLblFore(kText);
     EXPECT_GT(seen(kText), 50);
-    // The redrawing takes the grid along.
+    // The redrawing includes the grid.
     EXPECT_GT(seen(kSpectrum), 10000);
 }
 
-TEST_P(State, FreshControlHasDrawnNothing) {
+TEST_P(State, AFreshControlHasABlankPicture) {
     scope.setLColorSpecBack(0x00FFFFFF);
     scope.setLColorLblBack(0x00FFFFFF);
     const Picture picture = capture(scope);
@@ -149,7 +116,7 @@ TEST_P(State, TheWithdrawnVisibilityOfShowAllHasNoEffect) {
     EXPECT_TRUE(boxes.seen().empty());
 }
 
-TEST_P(State, LeastSizeStaysThatOfTheStart) {
+TEST_P(State, TheLeastSizeStaysTheSizeOfTheStart) {
     const short height = scope.MinHgt();
     const short width = scope.MinWid();
     EXPECT_GT(height, 3000);
@@ -157,7 +124,7 @@ TEST_P(State, LeastSizeStaysThatOfTheStart) {
     const Picture before = capture(scope);
     ComPtr<IOleObject> ole;
     ASSERT_EQ(scope->QueryInterface(IID_PPV_ARGS(ole.GetAddressOf())), S_OK);
-    // 2540 to the inch, so this is a good deal more than at the start.
+    // In hundredths of a millimeter, so this is much larger than at the start.
     SIZEL size{25400, 20320};
     ASSERT_EQ(ole->SetExtent(DVASPECT_CONTENT, &size), S_OK);
     EXPECT_GT(capture(scope).width, before.width);
@@ -185,7 +152,7 @@ TEST_P(State, DrawAllShowsItsMessageAndDrawsNothing) {
     EXPECT_TRUE(capture(scope) == before);
 }
 
-TEST_P(State, ErasingTakesAwayOnePictureAndLeavesTheOther) {
+TEST_P(State, EachClearingMemberErasesItsOwnPicture) {
     scope.setLColorSpecBack(0x00FFFFFF);
     scope.setLColorLblBack(0x00F0F0F0);
     const Picture empty = capture(scope);
@@ -204,66 +171,23 @@ TEST_P(State, ErasingTakesAwayOnePictureAndLeavesTheOther) {
     EXPECT_TRUE(capture(scope) == drawn);
 }
 
-TEST(StateHosted, ClickOnAnEmptyControlLoadsTheDemonstrationOnce) {
-    Scope scope;
-    const HostedControl host(scope);
-    host.clickBackground();
-    const long tx = scope.NumTX();
-    const long rx = scope.NumRX();
-    EXPECT_GE(tx, 3);
-    EXPECT_GE(rx, 1);
-    EXPECT_LT(scope.DisplayMinFreq(), scope.DisplayMaxFreq());
-    host.clickBackground();
-    EXPECT_EQ(scope.NumTX(), tx);
-    EXPECT_EQ(scope.NumRX(), rx);
-}
-
-TEST(StateHosted, ClickOnAControlWithAnyChannelDoesNothing) {
-    Scope scope;
-    const HostedControl host(scope);
-    scope.AddRXChnl(channel({.freq = 455.0, .key = L"RX1"}));
-    host.clickBackground();
-    EXPECT_EQ(scope.NumTX(), 0);
-    EXPECT_EQ(scope.NumRX(), 1);
-}
-
-TEST(StateHosted, MouseInformationBoxIsShownAndHidden) {
-    Scope scope;
-    const HostedControl host(scope);
-    const HWND box = host.child([](HWND window) { return windowText(window) == L"Show Mouse Info"; });
-    ASSERT_TRUE(box);
+/// The check box of the mouse information, in its real window.
+TEST(StateInAWindow, TheMouseInformationMembersShowAndTickTheirBox) {
+    Container container;
+    ASSERT_NO_FATAL_FAILURE(container.activate());
+    const HWND box = container.child(L"Button", L"Show Mouse Info");
     const MessageBoxes boxes;
-    for (const bool value : {false, true, false}) {
-        scope.setBChkVisMouseInfo(value);
-        pumpMessages();
-        EXPECT_EQ(host.isToBeSeen(box), value);
+    for (const VARIANT_BOOL value : {VARIANT_FALSE, VARIANT_TRUE, VARIANT_FALSE}) {
+        EXPECT_EQ(container.control->put_bChkVisMouseInfo(value), S_OK);
+        EXPECT_EQ(container.control->put_bMouseInfo(value), S_OK);
+        pump();
+        EXPECT_EQ(isShown(box), value != VARIANT_FALSE);
+        EXPECT_EQ(SendMessageW(box, BM_GETCHECK, 0, 0), value ? BST_CHECKED : BST_UNCHECKED);
     }
     EXPECT_TRUE(boxes.seen().empty());
 }
 
-TEST(StateHosted, MouseInformationTicksItsBox) {
-    Scope scope;
-    const HostedControl host(scope);
-    const HWND box = host.child([](HWND window) { return windowText(window) == L"Show Mouse Info"; });
-    ASSERT_TRUE(box);
-    for (const bool value : {false, true, false}) {
-        scope.setBMouseInfo(value);
-        pumpMessages();
-        EXPECT_EQ(SendMessageW(box, BM_GETCHECK, 0, 0), value ? BST_CHECKED : BST_UNCHECKED);
-    }
-}
-
-TEST(StateHosted, LeastSizeStaysThatOfTheStart) {
-    Scope scope;
-    const short height = scope.MinHgt();
-    const short width = scope.MinWid();
-    const HostedControl host(scope);
-    host.resize(1200, 800);
-    EXPECT_EQ(scope.MinHgt(), height);
-    EXPECT_EQ(scope.MinWid(), width);
-}
-
-TEST(StateApart, InstancesKeepTheirStateApart) {
+TEST(StateOfTwoControls, IsSeparate) {
     Scope a;
     Scope b;
     a.AddTXChnl(channel({.freq = 450.0, .key = L"TX1"}));

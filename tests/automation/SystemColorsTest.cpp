@@ -1,7 +1,7 @@
 // Other system colors, in containers that pass the message on and in those that do not.
 #include <gmock/gmock.h>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
@@ -45,7 +45,7 @@ class SystemColors : public testing::Test {
     }
 };
 
-TEST_F(SystemColors, ADrawnSpectrumIsDrawnAnew) {
+TEST_F(SystemColors, ADrawnSpectrumIsDrawnAgain) {
     fill();
     const Picture before = spectrum();
     const COLORREF former = GetSysColor(COLOR_WINDOW);
@@ -77,7 +77,7 @@ TEST_F(SystemColors, AClearedSpectrumStaysClear) {
     EXPECT_EQ(share(spectrum(), kOdd), 100);
 }
 
-TEST_F(SystemColors, AColorOfTheHostsStays) {
+TEST_F(SystemColors, AColorSetByTheHostStays) {
     EXPECT_EQ(container.control->put_lColorSpecBack(RGB(250, 240, 230)), S_OK);
     fill();
     const Picture before = spectrum();
@@ -85,7 +85,7 @@ TEST_F(SystemColors, AColorOfTheHostsStays) {
     EXPECT_EQ(spectrum(), before);
 }
 
-TEST_F(SystemColors, ChangesWhileItWasNotActiveAreSeenAfterwards) {
+TEST_F(SystemColors, ChangesWhileInactiveAreShownAfterwards) {
     fill();
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     const OtherColor other(COLOR_WINDOW, kOdd);

@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {

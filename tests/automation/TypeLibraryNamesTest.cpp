@@ -78,7 +78,7 @@ TEST_F(TypeLibraryNames, ArgumentsOfTheEvents) {
 }
 
 // What containers have by the same names on the object around a control, so that the control's own member is reached
-// another way. docs/host-guide.md tells how.
+// another way. See docs/host-guide.md.
 const wchar_t* const kContainerNames[] = {
     L"Anchor",     L"BackColor",     L"Bounds",  L"Cancel",   L"Click",   L"Container",  L"Controls", L"Cursor",
     L"DataFormat", L"Default",       L"Destroy", L"Dock",     L"DoVerb",  L"Drag",       L"EditMode", L"Enabled",
@@ -104,7 +104,7 @@ TEST_F(TypeLibraryNames, OnlyOneMemberIsHiddenByAContainersOwn) {
     EXPECT_EQ(hidden, std::vector<std::wstring>{L"Refresh"});
 }
 
-TEST_F(TypeLibraryNames, NoMemberIsCalledLikeTheSetterOfAnother) {
+TEST_F(TypeLibraryNames, NoMemberHasTheNameOfAnotherMembersSetter) {
     // Some languages call the setter of a property Prop "SetProp".
     for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
         const ComPtr<ITypeInfo> info = describe(*iid);

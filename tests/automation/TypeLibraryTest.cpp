@@ -12,7 +12,7 @@ struct Expected {
     const char* name;
     Kind kind;
     const char* parameters;  ///< types with commas between; "[...]": optional
-    const char* result;      ///< "" for none
+    const char* result;      ///< "" without a result
 };
 
 // double, int16, int32, bool, color, string, FreqSlot; "&" for what is given back through a parameter.
@@ -208,7 +208,7 @@ Found describe(ITypeInfo* info, const FUNCDESC& func) {
     return found;
 }
 
-/// The members of an interface. A dual one is read as its vtable has it; help stands at each of its functions.
+/// The members of an interface. A dual interface is read in the order of its function table, with each help text.
 std::vector<Found> membersOf(ITypeLib* library, REFIID iid, bool isDual) {
     ComPtr<ITypeInfo> info;
     EXPECT_EQ(library->GetTypeInfoOfGuid(iid, info.GetAddressOf()), S_OK);
@@ -269,7 +269,7 @@ TEST_F(TypeLibraryTest, NoPropertyOfTheControlIsOfferedInADesigner) {
         EXPECT_EQ((member.flags & FUNCFLAG_FNONBROWSABLE) != 0, member.kind != kFunction) << member.name;
 }
 
-TEST_F(TypeLibraryTest, VtableBeginsBehindIDispatch) {
+TEST_F(TypeLibraryTest, TheFunctionTableBeginsAfterIDispatch) {
     constexpr std::size_t kInherited = 7;
     for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
         const std::vector<Found> members = membersOf(library.Get(), *iid, true);
@@ -333,7 +333,7 @@ std::vector<Implemented> implementedBy(ITypeInfo* coclass) {
     return result;
 }
 
-TEST_F(TypeLibraryTest, TwoClassesThatCanBeMade) {
+TEST_F(TypeLibraryTest, TwoClassesAreCreatable) {
     int classes = 0;
     for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
         TYPEKIND kind{};

@@ -1,7 +1,7 @@
-// A module that goes leaves nothing in the process that stayed.
+// A module that is unloaded leaves nothing behind in the process.
 #include <gtest/gtest.h>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 namespace {
@@ -18,7 +18,8 @@ void showOnce(HMODULE copy) {
     ComPtr<IOleObject> control;
     ASSERT_EQ(factory->CreateInstance(nullptr, IID_PPV_ARGS(&control)), S_OK);
     HostWindow host;
-    const ComPtr<MockSite> site(new MockSite(host.get()));
+    CallLog log;
+    const ComPtr<ContainerSite> site(new ContainerSite(log, host.get(), {}));
     site->place = {0, 0, 600, 440};
     ASSERT_EQ(control->SetClientSite(site.Get()), S_OK);
     ASSERT_EQ(control->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site.Get(), 0, host.get(), nullptr), S_OK);
@@ -26,7 +27,7 @@ void showOnce(HMODULE copy) {
     EXPECT_EQ(control->SetClientSite(nullptr), S_OK);
 }
 
-TEST(Unloading, TakesTheWindowClassesAlong) {
+TEST(Unloading, UnregistersTheWindowClasses) {
     wchar_t folder[MAX_PATH + 1]{};
     ASSERT_NE(GetTempPathW(MAX_PATH, folder), 0U);
     const std::wstring path = std::wstring(folder) + L"kvBandscopeCopy.ocx";

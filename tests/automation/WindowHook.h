@@ -1,4 +1,4 @@
-// Code that runs when a window of the control's handles a message, as hooks and subclasses of programs do.
+// Code that runs when a window of the control handles a message, like the hooks and subclasses of programs.
 #pragma once
 
 #include <windows.h>

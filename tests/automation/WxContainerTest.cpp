@@ -1,9 +1,9 @@
 // The control in the ActiveX window of wxWidgets (wxActiveXContainer): the order of its calls, and what it relies on.
 #include <gmock/gmock.h>
 
-#include "tests/automation/ContainerReplica.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
+#include "tests/automation/Replica.h"
 
 namespace kv::test {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// It hides and shows the control around each resize and answers each wish with all the room that it has.
+/// It hides and shows the control around each resize, and grants each request with the size that it has.
 class WxContainer : public Replica {
   public:
     int extentsSet = 0;
@@ -106,7 +106,7 @@ void hideWithoutARectangle(Replica& container) {
     EXPECT_FALSE(container.root());
 }
 
-/// The sink of the events is never taken back.
+/// The event sink is never disconnected.
 constexpr Step kEnd[] = {{"deactivate", &Replica::deactivate},
                          {"deactivate the interface", &Replica::uiDeactivate},
                          {"changes off", &Replica::unadviseObject},
@@ -128,7 +128,7 @@ class WxContainerTest : public testing::Test {
     void toggle() const { postRightClick(container.panel(), 5, 5); }
 };
 
-TEST_F(WxContainerTest, CreationInItsOrderLeadsToEvents) {
+TEST_F(WxContainerTest, TheCreationStepsLeadToEvents) {
     container.create();
     EXPECT_TRUE(isSize(container.window(), 800, 500));
     container.expectLaidOutFor({800, 500});
@@ -170,7 +170,7 @@ TEST_F(WxContainerTest, AResizeTakesNoFocus) {
     DestroyWindow(box);
 }
 
-TEST_F(WxContainerTest, ANarrowControlAsksOnceAndTakesTheAnswer) {
+TEST_F(WxContainerTest, ANarrowControlAsksOnceAndAcceptsTheResult) {
     container.create();
     container.resize({600, 400});
     EXPECT_EQ(container.log.count("OnPosRectChange"), 0);
@@ -187,7 +187,7 @@ TEST_F(WxContainerTest, ANarrowControlAsksOnceAndTakesTheAnswer) {
 
 TEST_F(WxContainerTest, ACollapseKeepsAllTheRoomThatTheContainerGives) {
     container.create();
-    container.draw();
+    container.drawChannel();
     for (int round = 0; round < 2; ++round) {
         toggle();
         EXPECT_EQ(windowText(container.panel()), L"+");
@@ -203,7 +203,7 @@ TEST_F(WxContainerTest, ACollapseKeepsAllTheRoomThatTheContainerGives) {
     EXPECT_EQ(container.log.count("OnPosRectChange"), 2) << "an expansion into kept room needs no more of it";
 }
 
-TEST_F(WxContainerTest, AContainerThatStartsTinyIsAskedForRoom) {
+TEST_F(WxContainerTest, AContainerThatStartsTinyIsAskedForMoreRoom) {
     WxContainer tiny({20, 20});
     tiny.create();
     EXPECT_TRUE(isSize(tiny.window(), 20, 20)) << "its answer is the room that it has";
@@ -216,7 +216,7 @@ TEST_F(WxContainerTest, AContainerThatStartsTinyIsAskedForRoom) {
 
 TEST_F(WxContainerTest, ItsEndWithAHideAfterTheDeactivationLeavesNothing) {
     container.create();
-    container.draw();
+    container.drawChannel();
     container.play(kEnd);
     EXPECT_EQ(container.log.count("OnInPlaceActivate"), 0) << "a verb of the end makes nothing new";
     container.expectAllReleased();
@@ -224,8 +224,9 @@ TEST_F(WxContainerTest, ItsEndWithAHideAfterTheDeactivationLeavesNothing) {
 
 TEST_F(WxContainerTest, NoEventComesAfterTheEnd) {
     container.create();
-    container.draw();
-    // The container never disconnects its sink, which then points to a deleted object. It ends inside the first event.
+    container.drawChannel();
+    // The container never disconnects its sink, which then points to a deleted object. The control is closed inside the
+    // first event.
     container.events->onEvent = [&](DISPID) {
         container.events->onEvent = nullptr;
         Replica::deactivate(container);

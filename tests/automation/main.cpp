@@ -13,7 +13,7 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
-    // The control's error log goes to the current folder where no maker's folder is to be found.
+    // The control's error log goes to the current folder if there is no maker's folder.
     wchar_t temp[MAX_PATH + 1] = L"";
     if (GetTempPathW(MAX_PATH + 1, temp) != 0)
         SetCurrentDirectoryW(temp);

@@ -1,4 +1,4 @@
-// The knobs' windows: what the system sends them, and what they show.
+// The windows of the knobs: the messages of the system, and what they show.
 #include "win32/KnobWindow.h"
 
 #include <gmock/gmock.h>
@@ -34,7 +34,7 @@ class KnobWindow : public testing::Test {
         window.reset();
         DestroyWindow(parent);
     }
-    /// The host's window on the screen: one for all tests, because a window's first showing takes its time.
+    /// The host's window on the screen: one for all tests, because showing a new window is slow.
     static void SetUpTestSuite() {
         host = CreateWindowExW(0, L"STATIC", L"host", WS_POPUP | WS_VISIBLE, 20, 20, 300, 300, nullptr, nullptr,
                                nullptr, nullptr);
@@ -72,7 +72,7 @@ std::wstring classOf(HWND window) {
     return text;
 }
 
-TEST_F(KnobWindow, CarriesClassCaptionAndPlaceOfItsKnob) {
+TEST_F(KnobWindow, HasTheClassCaptionAndPositionOfItsKnob) {
     ASSERT_TRUE(window);
     EXPECT_EQ(classOf(handle()), L"tdKnob");
     EXPECT_EQ(textOf(handle()), L"Center Freq");
@@ -98,7 +98,7 @@ TEST_F(KnobWindow, CarriesClassCaptionAndPlaceOfItsKnob) {
     EXPECT_EQ(classOf(second->window()), L"tdKnMover");
 }
 
-TEST_F(KnobWindow, TurnsByTheMouseAndKeepsItMeanwhile) {
+TEST_F(KnobWindow, TurnsByTheMouseAndCapturesItMeanwhile) {
     take();
     EXPECT_EQ(GetCapture(), handle());
     EXPECT_EQ(GetFocus(), handle());
@@ -132,7 +132,7 @@ TEST_F(KnobWindow, DisablingEndsTheTurn) {
     EXPECT_NE(GetCapture(), handle());
 }
 
-TEST_F(KnobWindow, EscapeAndTheRightButtonGiveTheTurnUp) {
+TEST_F(KnobWindow, EscapeAndTheRightButtonCancelTheTurn) {
     take();
     send(WM_MOUSEMOVE, MK_LBUTTON, 4, 30);
     send(WM_KEYDOWN, VK_ESCAPE);
@@ -169,7 +169,7 @@ TEST_F(KnobWindow, TurnsByWheelAndKeys) {
     EXPECT_THAT(taken(), ElementsAre("v 90", "end"));
 }
 
-TEST_F(KnobWindow, AsksForNoKeysButItsOwn) {
+TEST_F(KnobWindow, WantsOnlyItsOwnKeys) {
     const auto wants = [this](WPARAM code) {
         MSG message{};
         message.hwnd = handle();
@@ -229,7 +229,7 @@ TEST_F(KnobWindow, ShowsWhatTheKnobPaints) {
     EXPECT_EQ(printed(handle(), platform).size(), 60U * 110U);
 }
 
-TEST_F(KnobWindow, PointerAndFocusShow) {
+TEST_F(KnobWindow, PointerAndFocusChangeTheLooks) {
     const std::vector<std::uint32_t> before = printed(handle(), platform);
     send(WM_MOUSEMOVE, 0, 60, 50);
     const std::vector<std::uint32_t> hovered = printed(handle(), platform);
@@ -267,7 +267,7 @@ TEST_F(KnobWindow, TheSystemMayDestroyTheWindowInAnEvent) {
     EXPECT_THAT(heard, ElementsAre("end"));
 }
 
-TEST_F(KnobWindow, AThrowingEventLetsTheMouseGo) {
+TEST_F(KnobWindow, AThrowingEventReleasesTheMouse) {
     knob.onValueChanged = [](double) { throw std::runtime_error("program's fault"); };
     take();
     send(WM_MOUSEMOVE, MK_LBUTTON, 4, 30);
@@ -276,7 +276,7 @@ TEST_F(KnobWindow, AThrowingEventLetsTheMouseGo) {
     EXPECT_THAT(heard, IsEmpty());
 }
 
-/// The highest place in the table of GDI's handles that fresh objects get; places that were given back come first.
+/// The highest slot in the GDI handle table that new objects get; released slots are used first.
 int highestHandle() {
     int highest = 0;
     std::vector<HBRUSH> brushes;
@@ -303,7 +303,7 @@ TEST_F(KnobWindow, RepeatedPaintingLeaksNothing) {
     EXPECT_LT(highestHandle() - before, kRounds / 2);
 }
 
-TEST_F(KnobWindow, StandsInTheTreeOfWindows) {
+TEST_F(KnobWindow, IsPartOfTheWindowTree) {
     formenv::Widget root(formenv::WidgetKind::UserControl, nullptr, L"root");
     root.move({0.0, 0.0, 4500.0, 3000.0});
     formenv::Frame frame(&root, L"fraControl");

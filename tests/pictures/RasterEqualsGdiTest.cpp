@@ -1,4 +1,4 @@
-// RasterCanvas and GDI draw the same shapes into pixels of the same kind; every pixel must come out equal.
+// RasterCanvas and GDI draw the same shapes into pixels of the same format; every pixel must be equal.
 // This proves equality with the GDI it runs on; so far that was Wine 8's, in 64 and in 32 bits.
 #include "raster/RasterCanvas.h"
 
@@ -72,7 +72,7 @@ HGDIOBJ makeBrush(const Brush& brush) {
         case FillStyle::Transparent:
             break;
     }
-    return GetStockObject(NULL_BRUSH);  // deleting it does no harm
+    return GetStockObject(NULL_BRUSH);  // deleting it is harmless
 }
 
 /// GDI behind our interface, into a top-down DIB section.
@@ -179,7 +179,7 @@ class Comparison {
     }
 
     [[nodiscard]] int drawn() const { return drawn_; }
-    /// How many pixels any primitive so far has changed for good; a comparison of nothing proves nothing.
+    /// The number of pixels changed so far, because a comparison of blank pictures would prove nothing.
     [[nodiscard]] std::ptrdiff_t changed() const {
         return std::count_if(ours_.begin(), ours_.end(), [](std::uint32_t p) { return p != kStartPixel; });
     }
@@ -257,7 +257,7 @@ void compareRandom(unsigned seed, int count, const std::function<Primitive(Dice&
     }
 }
 
-TEST(RasterEqualsGdi, HatchTilesAreTheSystems) {
+TEST(RasterEqualsGdi, HatchTilesEqualTheSystemsHatches) {
     const HatchTiles tiles;
     for (int style = 2; style <= 7; ++style) {
         GdiCanvas gdi({18, 18});
@@ -274,7 +274,7 @@ TEST(RasterEqualsGdi, HatchTilesAreTheSystems) {
     }
 }
 
-TEST(RasterEqualsGdi, LinesToAllNeighbours) {
+TEST(RasterEqualsGdi, LinesToAllNeighbors) {
     for (const int width : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9}) {
         Comparison comparison({40, 40});
         for (int x = -14; x <= 14; ++x) {

@@ -1,5 +1,5 @@
-// Writes what the type library in a file describes, as text. What depends on the architecture alone is left out or
-// counted in pointers, so that the libraries of both can be compared line by line.
+// Writes the content of a type library file as text. Values that depend only on the architecture are left out or
+// counted in pointers, so that the libraries of both architectures can be compared line by line.
 //   kv_typelib_dump FILE
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-// The desktop as Windows tells of it.
+// The desktop as Windows reports it.
 #include "win32/WinDesktop.h"
 
 #include <gmock/gmock.h>
@@ -49,7 +49,7 @@ TEST_F(WinDesktopTest, PrimaryMonitorLiesAtTheOriginAndHoldsItsWorkArea) {
     EXPECT_EQ(info.work, (formenv::ScreenRect{work.left, work.top, work.right, work.bottom}));
 }
 
-TEST_F(WinDesktopTest, UnknownMonitorAndWindowAreNone) {
+TEST_F(WinDesktopTest, AnUnknownMonitorOrWindowGivesNoMonitor) {
     MonitorInfo info;
     EXPECT_FALSE(desktop.monitorInfo(0, info));
     EXPECT_FALSE(desktop.monitorInfo(0x7FFFFFF1, info));

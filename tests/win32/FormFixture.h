@@ -1,4 +1,4 @@
-// The text editor in its real window, before a host's window, with what a test needs to work it.
+// The text editor in its real window, in front of a host's window, with functions that operate it.
 #pragma once
 
 #include <windows.h>
@@ -31,7 +31,7 @@ inline std::wstring classOf(HWND window) {
     return name;
 }
 
-/// Lets everything that was posted happen, as a program's plain message loop does.
+/// Processes all posted messages, like a simple message loop.
 inline void pump() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -40,7 +40,7 @@ inline void pump() {
     }
 }
 
-/// Keeps messages about and lets time pass until something has happened, at most two seconds.
+/// Processes messages until a condition is true, for two seconds at most.
 inline bool waitFor(const std::function<bool()>& happened) {
     for (int i = 0; i < 200 && !happened(); ++i) {
         pump();
@@ -80,7 +80,7 @@ class EditorWindowErrors final : public util::ErrorReporter {
     }
 };
 
-/// Counts like the control that owns a form.
+/// Counts references like the control that owns a form.
 class Keeper final : public IUnknown {
   public:
     STDMETHODIMP QueryInterface(REFIID, void** object) override {
@@ -163,7 +163,7 @@ class FormWindowTest : public testing::Test {
             PostMessageW(edit(), WM_CHAR, letter, 1);
         pump();
     }
-    /// Answers the next message box and notes who owned it.
+    /// Closes the next message box and records its owner.
     void answerWith(int id) {
         answer = id;
         asked = 0;

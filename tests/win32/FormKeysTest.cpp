@@ -36,7 +36,7 @@ TEST_F(FormKeys, CtrlASelectsAllAndCtrlCCopies) {
     EXPECT_EQ(to, text.size());
     SendMessageW(edit(), EM_SETSEL, 0, 0);
     PostMessageW(edit(), WM_CHAR, 1, 1);
-    // A display that has just started may wipe its clipboard once.
+    // The system empties the clipboard once on a new display.
     EXPECT_TRUE(waitFor([&] {
         PostMessageW(edit(), WM_CHAR, 3, 1);
         pump();
@@ -63,7 +63,7 @@ TEST_F(FormKeys, TabGoesThroughTheControlsInTheirOrder) {
     EXPECT_EQ(GetFocus(), windowOf(form->cmdCancel));
 }
 
-TEST_F(FormKeys, TabPassesWhatIsHiddenOrDisabled) {
+TEST_F(FormKeys, TabSkipsHiddenAndDisabledControls) {
     open();
     form->cmdSave.setEnabled(false);
     form->cmdPrint.setVisible(false);
@@ -89,7 +89,7 @@ TEST_F(FormKeys, CtrlTabPutsATabIntoTheText) {
     EXPECT_EQ(form->text(), L"a\tb");
 }
 
-TEST_F(FormKeys, EscapeCancelsWhereverTheFocusIs) {
+TEST_F(FormKeys, EscapeCancelsFromEveryControl) {
     for (int i = 0; i < 3; ++i) {
         open(L"text");
         activate();
@@ -105,7 +105,7 @@ TEST_F(FormKeys, EscapeCancelsWhereverTheFocusIs) {
     EXPECT_FALSE(IsWindowVisible(window())) << "with the focus on no control";
 }
 
-TEST_F(FormKeys, AMessageLoopForDialogsLeavesTheKeysToTheForm) {
+TEST_F(FormKeys, ADialogMessageLoopLeavesTheKeysToTheForm) {
     open(L"text");
     activate();
     SetFocus(edit());
@@ -171,7 +171,7 @@ TEST_F(FormKeys, AClickPressesAButton) {
     EXPECT_FALSE(IsWindowVisible(window()));
 }
 
-TEST_F(FormKeys, TheFocusComesBackWhereItWas) {
+TEST_F(FormKeys, TheFocusReturnsToItsControl) {
     open(L"text");
     activate();
     SetFocus(windowOf(form->cmdPrint));

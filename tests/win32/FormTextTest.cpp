@@ -8,7 +8,7 @@ using namespace kv::test;
 
 using FormText = FormWindowTest;
 
-TEST_F(FormText, TypedTextOfAnyLettersArrives) {
+TEST_F(FormText, TypedCharactersOfAnyAlphabetArrive) {
     open();
     write(L"Gr\u00F6\u00DFe \u0416\u4E2D \U0001F4FB!");
     EXPECT_EQ(form->text(), L"Gr\u00F6\u00DFe \u0416\u4E2D \U0001F4FB!");
@@ -18,7 +18,7 @@ TEST_F(FormText, TypedTextOfAnyLettersArrives) {
     EXPECT_EQ(textOf(windowOf(form->lblCntChar)), L"14 chars");
 }
 
-TEST_F(FormText, LongTextsPassBothWaysWithoutLoss) {
+TEST_F(FormText, LongTextsAreShownAndReadBackWithoutLoss) {
     std::wstring text;
     for (int i = 0; text.size() < 140000; ++i)
         text += L"line " + std::to_wstring(i) + L" \u0416\r\n";
@@ -33,7 +33,7 @@ TEST_F(FormText, LongTextsPassBothWaysWithoutLoss) {
     EXPECT_EQ(form->text(), pasted);
 }
 
-TEST_F(FormText, LinesEndingOtherwiseAreShownAsLinesAndKeptAsTheyAre) {
+TEST_F(FormText, OtherLineEndsAreShownAsLinesAndKept) {
     open(L"a\nb\rc\r\nd");
     EXPECT_EQ(SendMessageW(edit(), EM_GETLINECOUNT, 0, 0), 4);
     EXPECT_EQ(form->text(), L"a\nb\rc\r\nd");

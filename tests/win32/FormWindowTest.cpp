@@ -1,4 +1,4 @@
-// The window of a form: where it stands, and how it comes and goes.
+// The window of a form: its position, creation and destruction.
 #include "tests/win32/FormFixture.h"
 
 namespace {
@@ -87,7 +87,7 @@ TEST_F(FormWindow, TheControlsFollowTheWindowsSize) {
     EXPECT_EQ(form->form().height(), 700 * 15.0);
 }
 
-TEST_F(FormWindow, IsNotMadeSmallerThanItsControls) {
+TEST_F(FormWindow, CannotBeMadeSmallerThanItsControls) {
     open(L"text");
     SetWindowPos(window(), nullptr, 0, 0, 10, 10, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     pump();
@@ -101,13 +101,13 @@ TEST_F(FormWindow, IsNotMadeSmallerThanItsControls) {
     EXPECT_LE(label.bottom, client.bottom);
 }
 
-TEST_F(FormWindow, MovingItIsLearntAndTheProgramsPlaceIsTaken) {
+TEST_F(FormWindow, UserAndProgramCanMoveIt) {
     open(L"text");
     SetWindowPos(window(), nullptr, 200, 150, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     pump();
     EXPECT_EQ(form->form().left(), 3000.0);
     EXPECT_EQ(form->form().top(), 2250.0);
-    // Not in whole pixels: it stays as it was given.
+    // A position that is not in whole pixels is kept as it was set.
     form->form().move({1501.0, 1502.0, 9001.0, 6002.0});
     pump();
     RECT place{};
@@ -117,7 +117,7 @@ TEST_F(FormWindow, MovingItIsLearntAndTheProgramsPlaceIsTaken) {
     EXPECT_EQ(form->form().left(), 1501.0);
 }
 
-TEST_F(FormWindow, MinimiseMaximiseAndRestoreKeepThePlace) {
+TEST_F(FormWindow, MinimizeMaximizeAndRestoreKeepThePosition) {
     open(L"text");
     form->form().move({1500.0, 1500.0, 9000.0, 6000.0});
     const formenv::Place place = form->form().place();
@@ -164,7 +164,7 @@ TEST_F(FormWindow, ComesBackMaximizedWithoutTakingTheFocus) {
     EXPECT_EQ(place.right, 700);
 }
 
-TEST_F(FormWindow, ClosingUnloadsAndTheWindowIsGone) {
+TEST_F(FormWindow, ClosingUnloadsTheFormAndDestroysTheWindow) {
     open(L"text");
     const HWND gone = window();
     PostMessageW(gone, WM_CLOSE, 0, 0);
@@ -201,7 +201,7 @@ TEST_F(FormWindow, ClosingIsRefusedByTheUsersAnswer) {
     EXPECT_TRUE(form->cancelled());
 }
 
-TEST_F(FormWindow, TheEndOfTheSessionAsksNothing) {
+TEST_F(FormWindow, TheEndOfTheSessionShowsNoQuestion) {
     open(L"text");
     write(L"more");
     answerWith(IDNO);
@@ -210,7 +210,7 @@ TEST_F(FormWindow, TheEndOfTheSessionAsksNothing) {
     EXPECT_TRUE(form->isVisible());
 }
 
-TEST_F(FormWindow, GoesWithItsOwnerWithoutAQuestion) {
+TEST_F(FormWindow, TheOwnersDestructionDestroysItWithoutAQuestion) {
     open(L"text");
     write(L"more");
     answerWith(IDNO);
@@ -228,7 +228,7 @@ TEST_F(FormWindow, GoesWithItsOwnerWithoutAQuestion) {
     EXPECT_TRUE(IsWindowVisible(window()));
 }
 
-TEST_F(FormWindow, TheOwnerMayGoUnderTheQuestion) {
+TEST_F(FormWindow, TheOwnerCanBeDestroyedDuringTheQuestion) {
     open(L"text");
     activate();
     write(L"more");
@@ -262,12 +262,12 @@ TEST_F(FormWindow, TheHandlerOfAMessageMayDestroyTheForm) {
     }
 }
 
-TEST_F(FormWindow, TheKeeperIsHeldThroughAMessageAndGoesAfterIt) {
+TEST_F(FormWindow, TheOwnerObjectIsHeldDuringAMessageAndReleasedAfterIt) {
     open(L"text");
     activate();
     bool during = true;
     form->onHideMe = [&] {
-        // The host lets go of the control in its own handler.
+        // The host releases the control in its own handler.
         keeper.Release();
         EXPECT_GE(keeper.count, 1U) << "held by the message";
         during = false;
@@ -302,7 +302,7 @@ TEST_F(FormWindow, LeavesNoWindowsAndNoHandlesBehind) {
     EXPECT_FALSE(FindWindowExW(nullptr, nullptr, L"kvForm", nullptr));
 }
 
-TEST(StartProgram, StartsOneAndTellsOfOneThatIsNotThere) {
+TEST(StartProgram, StartsAProgramAndReportsAMissingOne) {
     win32::WinPlatform platform;
     try {
         platform.startProgram(L"C:\\no\\such\\viewer.exe a.txt");

@@ -18,7 +18,7 @@ using test::writeContent;
 
 class IniWritingTest : public ::testing::Test {
   protected:
-    /// The number of the error that writing ends in; 0 for none.
+    /// The number of the error that writing raises; 0 without an error.
     int errorOf(const std::wstring& key, const std::wstring& section, const std::wstring& path,
                 const std::wstring& value = L"1") {
         try {
@@ -63,7 +63,7 @@ TEST_F(IniWritingTest, ValuesComeBackAsTheyWereWritten) {
     }
 }
 
-TEST_F(IniWritingTest, LettersOfTheCodePageGetThroughAndOthersAreRefused) {
+TEST_F(IniWritingTest, CharactersOfTheCodePageAreWrittenAndOthersAreRefused) {
     wchar_t letter = 0;
     MultiByteToWideChar(CP_ACP, 0, "\xE9", 1, &letter, 1);
     const std::wstring known = std::wstring(L"caf") + letter;
@@ -122,7 +122,7 @@ TEST_F(IniWritingTest, FileThatCannotBeWrittenIsAnErrorAndStays) {
     EXPECT_FALSE(refuses(L"Left", L"CONFIG", file));
 }
 
-TEST_F(IniWritingTest, FormsPlaceGoesThroughARealFile) {
+TEST_F(IniWritingTest, TheFormsPlacementIsKeptInARealFile) {
     const std::wstring below = folder.file(L"Pl\u00E4tze \u0394\u4E2D");
     ASSERT_TRUE(CreateDirectoryW(below.c_str(), nullptr));
     WinFiles files;
@@ -160,7 +160,7 @@ TEST(PlacementFileTest, LiesAmongTheUsersDataAndIsMadeWhenFirstWrittenTo) {
         EXPECT_TRUE(DeleteFileW(file.c_str()));
         EXPECT_TRUE(RemoveDirectoryW(folder.c_str()));
     }
-    // The work folder would be a bare name here, and be made in whatever folder the host is in.
+    // The work folder would be a relative name here, and be created in the host's current folder.
     EXPECT_EQ(files.printFolder(), files.scratchFolder());
     EXPECT_NE(files.printFolder(), L"");
 }

@@ -1,4 +1,4 @@
-// A folder of a test's own, and keys of the registry that go again.
+// A folder of a test's own, and registry keys that are removed at the end.
 #pragma once
 
 #include <windows.h>
@@ -9,7 +9,7 @@
 
 namespace kv::test {
 
-/// Among the user's temporary files; empties itself, one level of folders deep, and goes at the end.
+/// In the user's temporary folder; at the end it is deleted with its content, one level of folders deep.
 class TempFolder {
   public:
     explicit TempFolder(const std::wstring& name) {
@@ -53,7 +53,7 @@ class TempFolder {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// A file's bytes; empty when there is none.
+/// A file's bytes; empty if the file is missing.
 [[nodiscard]] inline std::string contentOf(const std::wstring& path) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -1,4 +1,4 @@
-// The configuration's and the log's ways to the system, with real keys, INI files and folders.
+// How the configuration and the log use the system: real registry keys, INI files and folders.
 #include "win32/WinSystem.h"
 
 #include <gmock/gmock.h>
@@ -28,14 +28,14 @@ class WinRegistryTest : public ::testing::Test {
     WinRegistry registry;
 };
 
-TEST_F(WinRegistryTest, MissingKeyAndKeyWithoutADefaultValueAreNothing) {
+TEST_F(WinRegistryTest, AMissingKeyOrDefaultValueGivesNoValue) {
     EXPECT_EQ(value(), std::nullopt);
     EXPECT_EQ(registry.defaultValue(L"SOFTWARE\\No Such Maker\\No Such Key"), std::nullopt);
     const AppPathKey key(kProgram);
     EXPECT_EQ(value(), std::nullopt);
 }
 
-TEST_F(WinRegistryTest, TextComesAsItIs) {
+TEST_F(WinRegistryTest, TextIsReadUnchanged) {
     AppPathKey key(kProgram);
     for (const std::wstring text : {L"C:\\KV\\KVZEP32.EXE", L"", L"\u0141\u00F3d\u017A \u0394.exe"}) {
         key.set(text);
@@ -63,7 +63,7 @@ TEST_F(WinRegistryTest, EnvironmentVariablesAreExpandedInTextOfThatKindOnly) {
     SetEnvironmentVariableW(L"KV_TEST_FOLDER", nullptr);
 }
 
-TEST_F(WinRegistryTest, ValueThatIsNoTextIsNothing) {
+TEST_F(WinRegistryTest, AValueThatIsNoTextGivesNoValue) {
     AppPathKey key(kProgram);
     const DWORD number = 7;
     key.setBytes(&number, sizeof number, REG_DWORD);
@@ -72,8 +72,8 @@ TEST_F(WinRegistryTest, ValueThatIsNoTextIsNothing) {
     EXPECT_EQ(value(), std::nullopt);
 }
 
-TEST_F(WinRegistryTest, BothViewsAreLookedInto) {
-    // Not among the application paths, which newer systems show alike in both views.
+TEST_F(WinRegistryTest, BothRegistryViewsAreRead) {
+    // A key outside of the application paths, because newer systems share those between both views.
     const std::wstring path = L"SOFTWARE\\kvBandscopeTest";
     {
         LocalMachineKey narrow(path, KEY_WOW64_32KEY);
@@ -96,7 +96,7 @@ class WinIniTest : public ::testing::Test {
     WinIni ini;
 };
 
-TEST_F(WinIniTest, MissingFileSectionAndKeyAreNothing) {
+TEST_F(WinIniTest, AMissingFileSectionOrKeyGivesNoValue) {
     EXPECT_EQ(read(L"WORK PATH"), std::nullopt);
     write("[OTHER]\r\nWORK PATH=x\r\n[CONFIG]\r\nELSE=y\r\n");
     EXPECT_EQ(read(L"WORK PATH"), std::nullopt);
@@ -105,7 +105,7 @@ TEST_F(WinIniTest, MissingFileSectionAndKeyAreNothing) {
     EXPECT_EQ(util::getINI(ini, L"WORK PATH", L"CONFIG", file, L"the default"), L"the default");
 }
 
-TEST_F(WinIniTest, ValuesComeAsTheSystemReadsThem) {
+TEST_F(WinIniTest, ValuesAreReadAsTheSystemReadsThem) {
     write("[CONFIG]\r\nWORK PATH = C:\\My Work\\ \r\nEMPTY=\r\nQUOTED=\"  in quotes \"\r\nSEMI=a;b\r\n;OFF=1\r\n");
     EXPECT_EQ(read(L"WORK PATH"), L"C:\\My Work\\");
     EXPECT_EQ(read(L"work path"), L"C:\\My Work\\");
@@ -122,8 +122,8 @@ TEST_F(WinIniTest, LongValuesAreReadWhole) {
     }
 }
 
-TEST_F(WinIniTest, LettersOfTheCodePageGetThrough) {
-    // 0xE9 is an accented e in the Western code page; others have another letter there.
+TEST_F(WinIniTest, CharactersOfTheCodePageAreRead) {
+    // 0xE9 is an accented e in the Western code page; other code pages have another character there.
     write("[CONFIG]\r\nTEXT=caf\xE9\r\n");
     wchar_t letter = 0;
     MultiByteToWideChar(CP_ACP, 0, "\xE9", 1, &letter, 1);
@@ -144,7 +144,7 @@ class WinFileStoreTest : public ::testing::Test {
     WinFileStore files;
 };
 
-TEST_F(WinFileStoreTest, FoldersAreMadeOneAtATime) {
+TEST_F(WinFileStoreTest, FoldersAreCreatedOneLevelAtATime) {
     const std::wstring path = folder.file(L"new");
     EXPECT_FALSE(files.folderExists(path));
     EXPECT_THROW(files.createFolder(path + L"\\below"), util::RuntimeError);
@@ -221,7 +221,7 @@ TEST(HostProgramTest, VersionIsReadFromTheFile) {
     EXPECT_EQ(fileVersion(L""), L"0.0.0");
 }
 
-/// What a program file holds as its version.
+/// The version resource of a program file.
 VS_FIXEDFILEINFO fixedVersion(const std::wstring& path) {
     DWORD ignored = 0;
     std::vector<char> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
@@ -261,7 +261,7 @@ TEST(LocalTimeTest, IsTheSystemsLocalTime) {
     EXPECT_EQ(now.second, before.wSecond);
 }
 
-TEST(HasUserTest, NobodySeesTheWindowsOfAHiddenWindowStation) {
+TEST(HasUserTest, AHiddenWindowStationHasNoUser) {
     const WinPlatform platform;
     EXPECT_TRUE(platform.hasUser());
     const HWINSTA own = GetProcessWindowStation();
@@ -274,7 +274,7 @@ TEST(HasUserTest, NobodySeesTheWindowsOfAHiddenWindowStation) {
     EXPECT_TRUE(platform.hasUser());
 }
 
-/// Nobody who answers.
+/// A prompt without a user.
 class NoUser final : public util::UserPrompt {
   public:
     [[nodiscard]] bool present() const noexcept override { return false; }
@@ -283,7 +283,7 @@ class NoUser final : public util::UserPrompt {
     [[nodiscard]] bool confirm(const std::wstring&, const std::wstring&) override { return (ADD_FAILURE(), false); }
 };
 
-/// The configuration with everything of the system's behind it, in a host that stands in a folder of its own.
+/// The configuration with the real system behind it, in a host with a folder of its own.
 class SystemConfigurationTest : public ::testing::Test {
   protected:
     TempFolder maker{L"kvMaker"};
@@ -333,13 +333,13 @@ TEST_F(SystemConfigurationTest, NothingInstalledIsNotedBesideTheHost) {
     EXPECT_TRUE(files.folderExists(configuration.getScratchFolder()));
 }
 
-TEST_F(SystemConfigurationTest, HostFolderThatCannotBeWrittenIsNoTrouble) {
+TEST_F(SystemConfigurationTest, AMissingHostFolderIsNoError) {
     system.host.folder = host.file(L"gone\\");
     EXPECT_EQ(configuration.getKorvaneDirectory(), L"");
     EXPECT_EQ(configuration.getSystemFolder(), L"SYSTEM");
 }
 
-TEST_F(SystemConfigurationTest, LogStandsInTheMakersFolder) {
+TEST_F(SystemConfigurationTest, TheLogIsInTheMakersFolder) {
     AppPathKey key(kFamilyPrograms[0]);
     key.set(maker.file(L"a.exe"));
     log.wrtTechSupNoMak(L"One", true);
@@ -350,12 +350,12 @@ TEST_F(SystemConfigurationTest, LogStandsInTheMakersFolder) {
                                               "....-..-.. ..:..:..:  Two\r\n \r\n"));
 }
 
-TEST_F(SystemConfigurationTest, MakersFolderThatIsGoneLosesTheLogAndNothingElse) {
+TEST_F(SystemConfigurationTest, AMissingMakersFolderLosesOnlyTheLog) {
     AppPathKey key(kFamilyPrograms[0]);
     key.set(maker.file(L"gone\\a.exe"));
     log.wrtTechSupNoMak(L"Lost", true);
     EXPECT_FALSE(fileExists(maker.file(L"gone")));
-    // Scratch files have to go somewhere.
+    // Scratch files still need a folder.
     EXPECT_NE(configuration.getScratchFolder(), L"");
     EXPECT_TRUE(files.folderExists(configuration.getScratchFolder()));
     EXPECT_FALSE(fileExists(maker.file(L"gone")));

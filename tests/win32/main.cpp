@@ -1,4 +1,4 @@
-// Runs the tests; under Wine with windows that Wine manages itself.
+// Runs the tests; under Wine with windows that are not managed by a window manager.
 #include <windows.h>
 
 #include <gmock/gmock.h>
@@ -10,8 +10,8 @@ namespace {
 constexpr wchar_t kDriver[] = L"Software\\Wine\\AppDefaults\\kv_win32_tests.exe\\X11 Driver";
 constexpr wchar_t kManaged[] = L"Managed";
 
-/// On a display without a window manager each window that hides waits two seconds for an answer that never comes, and
-/// none stays maximized. True when the setting against it was made just now, which counts from the next start on.
+/// On a display without a window manager each window that is hidden waits two seconds for a reply that never comes, and
+/// no window stays maximized. True if the setting against this was missing and has been made; it needs a new start.
 bool settingWasMissing() {
     HKEY wine = nullptr;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Wine", 0, KEY_QUERY_VALUE, &wine) != ERROR_SUCCESS)
@@ -28,7 +28,7 @@ bool settingWasMissing() {
     return made;
 }
 
-/// This program once more, with its arguments; its exit code.
+/// Starts this program again with its arguments and returns its exit code.
 int runAgain() {
     std::wstring line = GetCommandLineW();
     STARTUPINFOW start{};

@@ -1,4 +1,4 @@
-// Another program with the clipboard: tells what picture lies on it, or holds it for a while.
+// Another program that uses the clipboard: prints the picture on it, or holds it open for a while.
 //
 //   ClipboardReader read FILE         writes 32-bit numbers: width, height and pixels (0x00RRGGBB, the topmost row
 //                                     first) of the CF_BITMAP and then of the CF_DIB; sizes of 0 for what is not there

@@ -1,13 +1,13 @@
-// A working day in a minute: what a form does with the control, a thousand times over, and nothing is left of it.
+// A form's typical calls of the control, repeated a thousand times, leave nothing behind.
 #include <windows.h>
 
 #include <psapi.h>
 
 #include <gmock/gmock.h>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
-#include "tests/automation/RecordedContainer.h"
 
 namespace kv::test {
 namespace {
@@ -19,7 +19,7 @@ constexpr int kCycles = 1000;
 DWORD countGdiObjects() {
     if (const DWORD told = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
         return told;
-    // Where the system does not count, it still knows each object by the low half of its handle.
+    // If the system does not count the objects, each one is found by the low half of its handle.
     DWORD count = 0;
     for (ULONG_PTR handle = 1; handle <= 0xFFFF; ++handle)
         count += GetObjectType(reinterpret_cast<HGDIOBJ>(handle)) != 0 ? 1U : 0U;
@@ -62,13 +62,13 @@ class Leaks : public testing::Test {
   protected:
     HostWindow host;
     CallLog log;
-    ComPtr<RecordedSite> site{new RecordedSite(log, host.get())};
-    ComPtr<RecordedSink> sink{new RecordedSink(log)};
+    ComPtr<ContainerSite> site{new ContainerSite(log, host.get(), kOffersAll)};
+    ComPtr<ViewSink> sink{new ViewSink(log)};
     TempFile file{L"leaks.bmp"};
     ComPtr<IClassFactory> channels;
 
     void SetUp() override {
-        // What shows on the screen takes half the time and is not looked at.
+        // Showing the window would take half of the time and is not tested here.
         ShowWindow(host.get(), SW_HIDE);
         ASSERT_EQ(getClassObject(CLSID_FreqSlot, IID_PPV_ARGS(&channels)), S_OK);
     }
@@ -152,7 +152,7 @@ class Leaks : public testing::Test {
     }
 };
 
-TEST_F(Leaks, AThousandLivesLeaveNothing) {
+TEST_F(Leaks, AThousandCyclesLeaveNothing) {
     for (int i = 0; i < kWarmUp; ++i)
         ASSERT_NO_FATAL_FAILURE(cycle());
     const Usage before = usage();
@@ -163,7 +163,7 @@ TEST_F(Leaks, AThousandLivesLeaveNothing) {
     RecordProperty("bytesAfter", std::to_string(after.bytes));
     EXPECT_LE(after.gdi, before.gdi + 2);
     EXPECT_LE(after.user, before.user + 2);
-    // One reference too many on a channel would be 200 MB, one lost picture or window a life several more.
+    // One lost reference to each channel would be 200 MB; one lost picture or window in each cycle would be more.
     EXPECT_LT(after.bytes, before.bytes + 4 * 1024 * 1024)
         << before.bytes << " to " << after.bytes << " in " << kCycles << " lives";
     EXPECT_EQ(site->references(), 1U);

@@ -87,7 +87,7 @@ int wmain(int argc, wchar_t** argv) {
         return 3;
     if (!controlTrapsItsErrors(module))
         return 4;
-    // The module has to leave in order as well, and the host's errors have to work after it.
+    // The module must also be unloaded correctly, and the host's own errors must work afterwards.
     using CanUnload = HRESULT(WINAPI*)();
     const auto canUnload =
         reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(module, "DllCanUnloadNow")));

@@ -1,23 +1,71 @@
-// A container that writes down every call it gets, in order and in one list, and that can do anything inside any of
-// them.
+// What a container hands to the control: site, frame and sinks. All of them record their calls in one list, in order. A
+// test can run code inside a call and choose its result.
 #pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <oleidl.h>
 
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "tests/automation/MockSite.h"
+#include "tests/automation/Module.h"
 
 namespace kv::test {
 
-/// What a container hears, and how it answers.
+/// Numbers of the control's events.
+constexpr DISPID kChgGridRange = 1;
+constexpr DISPID kChgHeight = 2;
+constexpr DISPID kChgFreqRange = 3;
+
+/// Count of references, for objects of the test; the first ComPtr makes it one.
+template <class... Interfaces>
+class Counted : public Interfaces... {
+  public:
+    Counted() = default;
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0)
+            delete this;
+        return left;
+    }
+    [[nodiscard]] ULONG references() const noexcept { return references_; }
+
+  protected:
+    virtual ~Counted() = default;
+
+  private:
+    ULONG references_ = 0;
+};
+
+/// IDispatch of an object that is called by member numbers only.
+class ByNumber : public IDispatch {
+  public:
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+        *count = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        *info = nullptr;
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+};
+
+/// The calls that a container gets, and its results.
 class CallLog {
   public:
     std::vector<std::string> calls;
-    std::map<std::string, std::function<void()>> inside;  ///< what happens during a call, by its name, each time
-    std::map<std::string, HRESULT> answers;               ///< other answers than the usual
+    std::map<std::string, std::function<void()>> inside;  ///< runs during each call of this name
+    std::map<std::string, HRESULT> answers;               ///< results other than the usual ones
 
     HRESULT note(const std::string& call, HRESULT usual = S_OK);
     /// The calls since the last time.
@@ -25,11 +73,11 @@ class CallLog {
     [[nodiscard]] int count(const std::string& call) const;
 };
 
-/// Frame and document window of a container.
-class RecordedFrame final : public Counted<IOleInPlaceFrame> {
+/// Frame window or document window of a container.
+class ContainerFrame final : public Counted<IOleInPlaceFrame> {
   public:
-    RecordedFrame(CallLog& log, HWND window, std::string name) : log_(log), window_(window), name_(std::move(name)) {}
-    ComPtr<IOleInPlaceActiveObject> active;  ///< held like a real frame does
+    ContainerFrame(CallLog& log, HWND window, std::string name) : log_(log), window_(window), name_(std::move(name)) {}
+    ComPtr<IOleInPlaceActiveObject> active;  ///< held as a real frame does
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
     HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) override;
@@ -53,9 +101,9 @@ class RecordedFrame final : public Counted<IOleInPlaceFrame> {
     std::string name_;
 };
 
-class RecordedSink final : public Counted<IAdviseSink> {
+class ViewSink final : public Counted<IAdviseSink> {
   public:
-    explicit RecordedSink(CallLog& log) : log_(log) {}
+    explicit ViewSink(CallLog& log) : log_(log) {}
     FORMATETC format{};         ///< of the last data
     DWORD medium = TYMED_NULL;  ///< of the last data
 
@@ -70,22 +118,62 @@ class RecordedSink final : public Counted<IAdviseSink> {
     CallLog& log_;
 };
 
-class RecordedSite final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
+/// One event as a sink received it.
+struct HeardEvent {
+    DISPID id = DISPID_UNKNOWN;
+    std::vector<double> arguments;  ///< in the order of the declaration
+    std::vector<VARTYPE> types;
+    bool operator==(const HeardEvent&) const = default;
+};
+
+class EventSink final : public Counted<ByNumber> {
   public:
-    RecordedSite(CallLog& log, HWND window);
+    std::vector<HeardEvent> heard;
+    HRESULT answer = S_OK;
+    std::function<void(DISPID)> onEvent;
+
+    [[nodiscard]] std::vector<DISPID> ids() const;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
+                                     EXCEPINFO* exception, UINT* argError) override;
+};
+
+class PropertySink final : public Counted<IPropertyNotifySink> {
+  public:
+    std::vector<DISPID> changed;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    HRESULT STDMETHODCALLTYPE OnChanged(DISPID id) override;
+    HRESULT STDMETHODCALLTYPE OnRequestEdit(DISPID) override { return S_OK; }
+};
+
+/// What a container offers beyond what every container has.
+struct Offers {
+    bool controlSite = false;  ///< IOleControlSite
+    bool ambients = false;     ///< ambient properties through IDispatch
+    bool document = false;     ///< a document window beside the frame window
+};
+constexpr Offers kOffersAll{true, true, true};
+
+class ContainerSite final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSite, ByNumber> {
+  public:
+    static constexpr int kLeft = 30;
+    static constexpr int kTop = 20;
+
+    ContainerSite(CallLog& log, HWND window, const Offers& offered);
 
     /// The window that the control goes into when it is activated next.
     void moveTo(HWND window) { window_ = window; }
 
-    RECT place{};
+    Offers offers;
+    RECT place;                ///< of the control in the window, pixels
     std::optional<RECT> clip;  ///< instead of the place itself
-    bool hasWindow = true;     ///< its window can be gone before the control
-    bool hasDocument = true;
-    bool hasAmbients = true;
+    bool hasWindow = true;     ///< false: the container's window is destroyed before the control
     std::map<DISPID, Var> ambient;
     std::function<void(const RECT&)> onPosRectChange;
-    ComPtr<RecordedFrame> frame;
-    ComPtr<RecordedFrame> document;
+    ComPtr<ContainerFrame> frame;
+    ComPtr<ContainerFrame> document;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
     HRESULT STDMETHODCALLTYPE SaveObject() override { return log_.note("SaveObject"); }
@@ -119,49 +207,12 @@ class RecordedSite final : public Counted<IOleClientSite, IOleInPlaceSite, IOleC
     HRESULT STDMETHODCALLTYPE OnFocus(BOOL has) override { return log_.note(has ? "OnFocus" : "OnFocus(lost)"); }
     HRESULT STDMETHODCALLTYPE ShowPropertyFrame() override { return E_NOTIMPL; }
 
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) override;
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                                      EXCEPINFO* exception, UINT* argError) override;
 
   private:
     CallLog& log_;
     HWND window_;
-};
-
-/// The control with such a container, not sited yet.
-class RecordedContainer {
-  public:
-    RecordedContainer();
-    ~RecordedContainer();
-    RecordedContainer(const RecordedContainer&) = delete;
-    RecordedContainer& operator=(const RecordedContainer&) = delete;
-
-    CallLog log;
-    HostWindow host;
-    ComPtr<RecordedSite> site;
-    ComPtr<RecordedSink> sink;
-    ComPtr<_kvBandscope> control;
-
-    template <class Interface>
-    [[nodiscard]] ComPtr<Interface> as() const {
-        ComPtr<Interface> other;
-        EXPECT_EQ(control.As(&other), S_OK);
-        return other;
-    }
-    HRESULT setSite() const { return as<IOleObject>()->SetClientSite(site.Get()); }
-    HRESULT verb(LONG number, MSG* message = nullptr) const;
-    /// Sited and active in place; the calls so far are forgotten.
-    void activate();
-    void advise();
-    /// One channel, drawn.
-    void draw() const;
-    [[nodiscard]] HWND root() const;
-    /// All windows inside the control's, hidden ones too.
-    [[nodiscard]] std::vector<HWND> parts() const;
-    /// Nothing of the control is left: windows, references, objects.
-    void expectNothingLeft() const;
 };
 
 }  // namespace kv::test

@@ -1,4 +1,4 @@
-// A hand on the windows of an active control, for the tests of what the user turns and presses.
+// Mouse and keyboard input in the windows of an active control, for the tests of what the user turns and presses.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
-#include "tests/automation/MockSite.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
 
-/// An active control in a container with a sink. No message box may come up.
-class KnobHand : public testing::Test {
+/// An active control in a container with an event sink. A message box fails the test.
+class UserInput : public testing::Test {
   protected:
     Container container;
     ComPtr<EventSink> sink;
@@ -59,14 +59,14 @@ class KnobHand : public testing::Test {
         EXPECT_TRUE(container.draw());
         expectRange(380.0, 480.0);
     }
-    /// The grid knob stands at the step that is shown and the cursor, with its line, on the center.
+    /// The grid knob is at the step that is shown, and the cursor with its line is on the center.
     void fillInStep() {
         fill();
         EXPECT_EQ(container.control->RescaleAll(), S_OK);
         EXPECT_EQ(container.control->DrawNewCenterFreq(), S_OK);
         pump();
     }
-    /// Where a frequency stands between 380 and 480 MHz.
+    /// The pixel column of a frequency between 380 and 480 MHz.
     [[nodiscard]] int columnOf(double frequency) const {
         return static_cast<int>(std::lround((frequency - 380.0) * shown().width / 100.0));
     }
@@ -86,13 +86,13 @@ class KnobHand : public testing::Test {
         }
         return columns;
     }
-    /// Both pictures are the same; tells where they are not.
+    /// Both pictures are the same; a failure lists the columns that differ.
     static void expectSame(const Picture& now, const Picture& expected,
                            const std::source_location& from = std::source_location::current()) {
         EXPECT_THAT(changedColumns(now, expected), testing::IsEmpty()) << "in line " << from.line();
     }
 
-    /// `notches` of the wheel, above 0 away from the user, each a movement of its own.
+    /// `notches` of the wheel, each a separate movement. Above 0 means away from the user.
     static void wheel(HWND knob, int notches) {
         for (int left = notches < 0 ? -notches : notches; left > 0; --left)
             PostMessageW(knob, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(notches < 0 ? -120 : 120)), 0);
@@ -114,7 +114,7 @@ class KnobHand : public testing::Test {
         PostMessageW(knob, message, buttons, MAKELPARAM(x, y));
         pump();
     }
-    /// Presses at a place beside the dial and on the wheel's middle, past the pixels that turn nothing.
+    /// Presses beside the dial or on the middle of the wheel, and moves past the pixels that turn nothing.
     static void take(HWND knob, int x, int y) {
         mouse(knob, WM_LBUTTONDOWN, MK_LBUTTON, x, y + 4);
         mouse(knob, WM_MOUSEMOVE, MK_LBUTTON, x, y);
@@ -124,10 +124,7 @@ class KnobHand : public testing::Test {
 
     /// The user's choice in the grid-range box.
     void choose(int item) const {
-        const HWND box = container.children(L"ComboBox").at(0);
-        SendMessageW(box, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
-        SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(box), CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(box));
+        container.chooseGridRange(item);
         pump();
     }
 };

@@ -1,6 +1,8 @@
-#include "tests/automation/ContainerReplica.h"
+#include "tests/automation/Replica.h"
 
-#include "tests/automation/MessageBoxes.h"
+#include <gmock/gmock.h>
+
+#include <olectl.h>
 
 namespace kv::test {
 
@@ -17,20 +19,6 @@ LONG pixels(LONG himetric, int dpi) {
     return (dpi * himetric + (kHimetricPerInch >> 1)) / kHimetricPerInch;
 }
 
-struct Find {
-    const wchar_t* className;
-    const wchar_t* text;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK findPart(HWND window, LPARAM parameter) {
-    auto& find = *reinterpret_cast<Find*>(parameter);
-    if (lstrcmpiW(windowClass(window).c_str(), find.className) != 0 || (find.text && windowText(window) != find.text))
-        return TRUE;
-    find.found = window;
-    return FALSE;
-}
-
 }  // namespace
 
 SIZEL himetricOf(const SIZE& size, int dpi) {
@@ -43,20 +31,6 @@ SIZE pixelsOf(const SIZEL& size, int dpi) {
 
 bool isSize(const SIZE& size, LONG width, LONG height) {
     return size.cx == width && size.cy == height;
-}
-
-HRESULT PropertySink::QueryInterface(REFIID iid, void** object) {
-    *object = nullptr;
-    if (iid != IID_IUnknown && iid != IID_IPropertyNotifySink)
-        return E_NOINTERFACE;
-    *object = static_cast<IPropertyNotifySink*>(this);
-    AddRef();
-    return S_OK;
-}
-
-HRESULT PropertySink::OnChanged(DISPID id) {
-    changed.push_back(id);
-    return S_OK;
 }
 
 Replica::Replica() : events(new EventSink), properties(new PropertySink) {
@@ -82,13 +56,6 @@ SIZEL Replica::setExtent(const SIZEL& size) const {
     SIZEL wanted = size;
     EXPECT_EQ(as<IOleObject>()->SetExtent(DVASPECT_CONTENT, &wanted), S_OK);
     return extent();
-}
-
-SIZE Replica::window() const {
-    RECT area{};
-    if (root())
-        GetClientRect(root(), &area);
-    return {area.right, area.bottom};
 }
 
 bool Replica::isHidden() const {
@@ -183,26 +150,9 @@ void Replica::release(Replica& c) {
     c.control.Reset();
 }
 
-HWND Replica::part(const wchar_t* className, const wchar_t* text) const {
-    Find find{className, text};
-    EnumChildWindows(root(), &findPart, reinterpret_cast<LPARAM>(&find));
-    EXPECT_TRUE(find.found) << "a part of the control is missing";
-    return find.found;
-}
-
-HWND Replica::panel() const {
-    return GetParent(part(L"COMBOBOX", nullptr));
-}
-
-void Replica::chooseGridRange() const {
-    const HWND box = part(L"COMBOBOX", nullptr);
-    SendMessageW(box, CB_SETCURSEL, 2, 0);
-    SendMessageW(GetParent(box), WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE), reinterpret_cast<LPARAM>(box));
-}
-
 void Replica::expectLaidOutFor(const SIZE& size) const {
     const RECT panelPlace = placeOf(panel());
-    const RECT picture = placeOf(GetParent(part(L"kvPictureBox", L"picUnits")));
+    const RECT picture = placeOf(GetParent(pictureBox(L"picUnits")));
     EXPECT_EQ(panelPlace.bottom, size.cy - kMargin);
     EXPECT_EQ(panelPlace.right, size.cx - kMargin);
     EXPECT_EQ(picture.top, 0);

@@ -1,28 +1,14 @@
-// A container that does what a known kind of container does, step by step. The steps are tables in the test files that
-// are named after the containers.
+// A container that makes the calls of a known kind of container, step by step. The steps are tables in the test files
+// that are named after the containers.
 #pragma once
 
-#include <olectl.h>
-
 #include <span>
-#include <string>
-#include <vector>
 
-#include "tests/automation/RecordedContainer.h"
+#include "tests/automation/Container.h"
 
 namespace kv::test {
 
-/// Notes the changed properties.
-class PropertySink final : public Counted<IPropertyNotifySink> {
-  public:
-    std::vector<DISPID> changed;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
-    HRESULT STDMETHODCALLTYPE OnChanged(DISPID id) override;
-    HRESULT STDMETHODCALLTYPE OnRequestEdit(DISPID) override { return S_OK; }
-};
-
-class Replica : public RecordedContainer {
+class Replica : public FullContainer {
   public:
     /// One step of a container; it checks the results that the container relies on.
     struct Step {
@@ -40,10 +26,10 @@ class Replica : public RecordedContainer {
     void play(std::span<const Step> steps);
 
     [[nodiscard]] SIZEL extent() const;
-    /// Sets the extent and returns what the control says afterwards.
+    /// Sets the extent and returns the one that the control reports afterwards.
     SIZEL setExtent(const SIZEL& size) const;
-    /// The control's window, pixels; 0 x 0 without one.
-    [[nodiscard]] SIZE window() const;
+    /// Size of the control's window, pixels; 0 x 0 without one.
+    [[nodiscard]] SIZE window() const { return Container::size(); }
     [[nodiscard]] bool isHidden() const;
     HRESULT place(const RECT& place, const RECT* clip) const;
     HRESULT verbAt(LONG number, LONG index, HWND parent, const RECT* place) const;
@@ -68,15 +54,9 @@ class Replica : public RecordedContainer {
     static void thaw(Replica& container);
     static void release(Replica& container);
 
-    /// What a user's choice in the grid-range box sends; it raises events.
-    void chooseGridRange() const;
-    /// A child of the control's window by its class and text.
-    [[nodiscard]] HWND part(const wchar_t* className, const wchar_t* text) const;
-    /// The frame with the knobs, expanded or collapsed.
-    [[nodiscard]] HWND panel() const;
     /// Every part of the layout is where a control of this height has it, and the panel ends at its lower edge.
     void expectLaidOutFor(const SIZE& size) const;
-    /// Nothing of the control is left, and the container's sinks are its own again.
+    /// Nothing of the control is left, and it has released the container's sinks.
     void expectAllReleased();
 
   private:
@@ -89,7 +69,7 @@ class Replica : public RecordedContainer {
 
 using Step = Replica::Step;
 
-/// Half of a pixel is added before a division, as containers round.
+/// Rounded as containers do: half of the divisor is added before the division.
 [[nodiscard]] SIZEL himetricOf(const SIZE& pixels, int dpi = 96);
 [[nodiscard]] SIZE pixelsOf(const SIZEL& himetric, int dpi = 96);
 [[nodiscard]] bool isSize(const SIZE& size, LONG width, LONG height);
