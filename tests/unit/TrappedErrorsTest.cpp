@@ -214,8 +214,8 @@ TEST_F(TrappedErrors, OfEveryHandler) {
         {L"fraControl_MouseMove", [&] { ui.fraControl.onMouseMove(0, 0, 10.0, 10.0); }},
         {L"ToggleControlsSection", [&] { ui.fraControl.onMouseDown(formenv::mouse_button::kRight, 0, 10.0, 10.0); }},
     };
-    for (const auto& [procedure, handler] : handlers) {
-        EXPECT_NO_THROW(handler()) << ::testing::PrintToString(procedure);
+    for (const auto& [procedure, run] : handlers) {
+        EXPECT_NO_THROW(run()) << ::testing::PrintToString(procedure);
         const std::vector<std::wstring> lines = record();
         EXPECT_THAT(lines, ::testing::Contains(::testing::HasSubstr(L"Procedure: " + std::wstring(procedure) + L";")));
     }
