@@ -263,6 +263,9 @@ TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
     knob.setBackColor(0x000000);
     knob.setForeColor(0xFFFFFF);
     EXPECT_TRUE(systemPalette(platform, knob).highContrast);
+    knob.setBackColor(0xFFFFFF);
+    knob.setForeColor(0x808080);
+    EXPECT_FALSE(systemPalette(platform, knob).highContrast);
 }
 
 TEST_P(KnobPainting, TheWindowIsToldToPaintAgain) {
