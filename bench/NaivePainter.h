@@ -19,7 +19,7 @@ class NaivePainter {
     virtual ~NaivePainter() = default;
     /// Clears the picture and draws all channels of the view.
     virtual void draw(const std::vector<Channel>& channels, const View& view) = 0;
-    /// Sum over the pixels, so that nobody can leave the work out.
+    /// Sum over the pixels, so that the compiler cannot leave the work out.
     [[nodiscard]] virtual std::uint64_t checksum() = 0;
 };
 

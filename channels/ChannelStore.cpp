@@ -95,10 +95,11 @@ void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_
     index = static_cast<std::int32_t>(list.size()) - 1;
     try {
         // The array first, the key second: a channel whose key is taken is drawn and counted, but cannot be found.
-        if (const FreqSlotFields* const own = record.peek())
+        if (const FreqSlotFields* const own = record.peek()) {
             addKey(own->sKey, kind, index);
-        else
+        } else {
             addKey(record.sKey(), kind, index);
+        }
         if (record.dFreq() > 0.0) {
             fillInEdges(record);
             widen(kind, record);

@@ -11,10 +11,11 @@ namespace {
 std::vector<double> highestOfEach(std::size_t group, const std::vector<EdgeIndex::Band>& bands) {
     std::vector<double> highest;
     for (std::size_t i = 0; i < bands.size(); ++i) {
-        if (i % group == 0)
+        if (i % group == 0) {
             highest.push_back(bands[i].high);
-        else
+        } else {
             highest.back() = std::max(highest.back(), bands[i].high);
+        }
     }
     return highest;
 }

@@ -18,12 +18,13 @@ const std::vector<std::int16_t>& PowerRows::rows(const std::vector<DrawRecord>& 
     makeRoom(rows_, records.size());
     for (std::size_t position = rows_.size(); position < records.size(); ++position) {
         const DrawRecord& record = records[position];
-        if (!record.bVisible)
+        if (!record.bVisible) {
             rows_.push_back(kNotShown);
-        else if (!isRegular(record))
+        } else if (!isRegular(record)) {
             rows_.push_back(kOdd);
-        else
+        } else {
             rows_.push_back(static_cast<std::int16_t>(std::clamp(map.pixels.y(map.top(record)), 0, kNotShown - 1)));
+        }
     }
     return rows_;
 }

@@ -55,10 +55,11 @@ std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
     std::int32_t index = 0;
     quietly(false, [&] {
         store_.add(kind, chnl, index);
-        if (kind == ChannelKind::TX)
+        if (kind == ChannelKind::TX) {
             panel_.summary().ShowTXLabels(store_, sTXNoun().empty() ? chnl->sLabel() : std::wstring());
-        else
+        } else {
             panel_.summary().ShowRXLabels(store_);
+        }
         return true;
     });
     return index;
@@ -95,10 +96,11 @@ void Bandscope::removeByKey(const std::wstring& sID, Step& step) {
     step = 300;
     const std::wstring prefix = util::upperCase(sID.substr(0, 2));
     std::exception_ptr failed;
-    if (prefix == L"TX")
+    if (prefix == L"TX") {
         failed = store_.closeGap(ChannelKind::TX, index);
-    else if (prefix == L"RX")
+    } else if (prefix == L"RX") {
         failed = store_.closeGap(ChannelKind::RX, index);
+    }
     step = 400;
     store_.forgetKey(sID);
     step = 500;

@@ -78,10 +78,11 @@ void Bandscope::drawInOrder(Step& step) {
 }
 
 void Bandscope::drawUnlessDrawing() {
-    if (painter_.bDrawing())
+    if (painter_.bDrawing()) {
         painter_.drawAgain();
-    else
+    } else {
         JustDrawIt();
+    }
 }
 
 void Bandscope::drawOrClear() {

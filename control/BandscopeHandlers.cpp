@@ -75,10 +75,11 @@ void Bandscope::drawButton_Click(ChannelKind kind) {
         }
         step = 200;
         const Marks::Aside aside(marks_);
-        if (tx)
+        if (tx) {
             DrawDisplayTX();
-        else
+        } else {
             DrawDisplayRX();
+        }
     });
 }
 

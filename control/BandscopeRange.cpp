@@ -190,8 +190,8 @@ void Bandscope::cboGridRange_Click() {
         stepChosenByHand();
     });
     if (range_.isUsable() && range_.span() != before)
-        services_.events.ChgFreqRange(range_.minFreq(), range_.maxFreq());
-    services_.events.ChgGridRange();
+        tellRangeChanged();
+    reported(L"ChgGridRange", [&](Step&) { services_.events.ChgGridRange(); });
 }
 
 void Bandscope::tdKnGrid_ValueChanged(double dNewVal) {

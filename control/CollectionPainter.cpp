@@ -153,10 +153,11 @@ void CollectionPainter::markDrawn(std::size_t block, Places places) {
         const channels::DrawRecord& record = snapshot_->records()[place];
         if (!record.bVisible || record.bDrawn)
             continue;
-        if (reaches(record))
+        if (reaches(record)) {
             snapshot_->markDrawn(place);
-        else
+        } else {
             left = true;
+        }
     }
     if (!left)
         snapshot_->allDrawn(block);

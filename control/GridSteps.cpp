@@ -29,9 +29,10 @@ static_assert(std::size(kStops) == std::size(kGridUnits));
 }  // namespace
 
 std::span<const GridStop> gridStops(const std::wstring& unit) noexcept {
-    for (std::size_t i = 0; i < std::size(kGridUnits); ++i)
+    for (std::size_t i = 0; i < std::size(kGridUnits); ++i) {
         if (unit == kGridUnits[i])
             return kStops[i];
+    }
     return kStops[kStartGridUnit];
 }
 

@@ -69,12 +69,13 @@ bool Keyboard::picSpectrum_KeyDown(int code, int shift) {
     if (code == key::kEscape)
         return actions_.giveUpDrag() || pointer_.drag().dropSpan();
     util::reported(errors_, L"picSpectrum_KeyDown", [&](util::Step&) {
-        if (code == key::kC)
+        if (code == key::kC) {
             actions_.ToggleControlsSection();
-        else if (code == key::kM)
+        } else if (code == key::kM) {
             toggleReport();
-        else if (range_.derive())
+        } else if (range_.derive()) {
             steer(code, shift);
+        }
     });
     return true;
 }
@@ -85,12 +86,13 @@ void Keyboard::steer(int code, int shift) {
     switch (code) {
         case key::kLeft:
         case key::kRight:
-            if (shift & kCtrl)
+            if (shift & kCtrl) {
                 cursorToChannel(side);
-            else if (shift & kShift)
+            } else if (shift & kShift) {
                 cursorTo(cursorOrCenter() + side * range_.GridStepX() / kNudges);
-            else
+            } else {
                 panTo(range_.DisplayCenterFreq() + side * span / range_.nGridX());
+            }
             break;
         case key::kPageUp:
         case key::kPageDown:

@@ -114,12 +114,13 @@ bool Panel::isToggle(double x, double y) noexcept {
 }
 
 void Panel::showToolTipAt(double x, double y) {
-    if (!isToggle(x, y))
+    if (!isToggle(x, y)) {
         ui_.fraControl.setToolTip(L"");
-    else
+    } else {
         ui_.fraControl.setToolTip(ui_.fraControl.height() <= kTooltipSwitch
                                       ? L"Right-Click to expand controls section."
                                       : L"Right-Click to collapse controls section.");
+    }
 }
 
 Panel::HeightChange::HeightChange(Panel& panel, bool expand) noexcept

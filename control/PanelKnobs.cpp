@@ -132,17 +132,19 @@ void Panel::resetKnobRanges() {
 }
 
 void Panel::showCenter(double center) {
-    if (bUseMovers_)
+    if (bUseMovers_) {
         ui_.tdKnMovCenter.setDVal(center);
-    else
+    } else {
         ui_.tdKnCenter.setDVal(center);
+    }
 }
 
 void Panel::showCursor(double frequency) {
-    if (bUseMovers_)
+    if (bUseMovers_) {
         ui_.tdKnMovCursor.setDVal(frequency);
-    else
+    } else {
         ui_.tdKnCursor.setDVal(frequency);
+    }
 }
 
 double Panel::CursorVal() const noexcept {

@@ -20,10 +20,11 @@ void ReportWindow::ShowMouseInfo(double x, const std::wstring& location) {
         return;
     }
     // Without a position there is nothing to report, and an older report would tell of another place.
-    if (x > 0.0)
+    if (x > 0.0) {
         BuildMouseReport(x, location);
-    else
+    } else {
         report_.begin(L"");
+    }
     show();
 }
 

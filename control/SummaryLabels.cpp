@@ -45,10 +45,11 @@ void SummaryLabels::note(ChannelKind kind, const Summary& summary) {
     const bool tx = kind == ChannelKind::TX;
     (tx ? tx_ : rx_) = summary;
     (tx ? ui_.lblNumTX : ui_.lblNumRX).describeLater([this, tx] {
-        if (tx)
+        if (tx) {
             describe(ui_.lblNumTX, tx_.countText(L" tx Channels"));
-        else
+        } else {
             describe(ui_.lblNumRX, rx_.countText(L" RX Channels"));
+        }
     });
     (tx ? ui_.lblTXRange : ui_.lblRXRange).describeLater([this, tx] {
         describe(tx ? ui_.lblTXRange : ui_.lblRXRange, (tx ? tx_ : rx_).rangeText());

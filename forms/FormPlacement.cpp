@@ -236,10 +236,11 @@ void RestoreFormPlacement(PlacedForm& form, const PlacementStore& store, std::in
     try {
         const std::optional<double> state = savedNumber(store, L"WindowState");
         form.move(placeToRestore(form.place(), store, owner, given));
-        if (state == static_cast<double>(WindowState::Maximized))
+        if (state == static_cast<double>(WindowState::Maximized)) {
             form.setWindowState(WindowState::Maximized);
-        else if (state)
+        } else if (state) {
             form.setWindowState(WindowState::Normal);
+        }
     } catch (...) {
         // The form stays as it was.
     }

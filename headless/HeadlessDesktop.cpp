@@ -87,11 +87,12 @@ std::intptr_t HeadlessDesktop::monitorFromRect(const formenv::ScreenRect& rect, 
         monitors, {}, [&rect](const Monitor& monitor) { return sharedArea(monitor.info.monitor, rect); });
     if (sharedArea(hit->info.monitor, rect) > 0)
         return hit->handle;
-    if (flags == formenv::monitor_flag::kNearest)
+    if (flags == formenv::monitor_flag::kNearest) {
         return std::ranges::min_element(
                    monitors, {},
                    [&rect](const Monitor& monitor) { return squaredDistance(monitor.info.monitor, rect); })
             ->handle;
+    }
     return flags == formenv::monitor_flag::kPrimary && primary() ? primary()->handle : 0;
 }
 

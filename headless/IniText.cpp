@@ -38,9 +38,10 @@ IniText::IniText(std::wstring_view text) {
         if (!section || equals == std::wstring_view::npos)
             continue;
         std::wstring key = nameOf(line.substr(0, equals));
-        if (!key.empty())
+        if (!key.empty()) {
             values_.try_emplace({*section, std::move(key)},
                                 util::withoutQuotes(util::trimBlanks(line.substr(equals + 1))));
+        }
     }
 }
 

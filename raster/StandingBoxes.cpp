@@ -128,9 +128,11 @@ void StandingBoxes::hatch(int left, int right, int top, FillStyle style, std::ui
             continue;
         hatched = first;
         const unsigned rows = rowsOf(*tile, x);
-        for (unsigned turned = std::rotr(static_cast<std::uint8_t>(rows), first & 7); turned != 0; turned &= turned - 1)
+        for (unsigned turned = std::rotr(static_cast<std::uint8_t>(rows), first & 7); turned != 0;
+             turned &= turned - 1) {
             for (int y = first + std::countr_zero(turned); y < bottom; y += 8)
                 lone(x, y, pixel);
+        }
     }
 }
 

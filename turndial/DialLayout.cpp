@@ -103,9 +103,10 @@ DialLayout place(const SmoothBox& area, const std::vector<Measured>& labels, dou
     const Extent extent = extentOf(layout.radius, labels, unit);
     const double spare = area.height() - extent.up - extent.down;
     layout.center = {area.middle().x, area.top + spare / 2.0 + extent.up};
-    for (const Measured& label : labels)
+    for (const Measured& label : labels) {
         layout.labels.push_back(
             {label.text, label.place, boxOf(label, middleOf(label, layout.center, layout.radius, unit), area)});
+    }
     return layout;
 }
 

@@ -78,9 +78,10 @@ void paintTrack(const KnobPicture& picture, const Rings& rings, SmoothPoint cent
         return;
     const double from = style == 1 ? dialAngle(0.5) : low;
     const double to = dialAngle(place);
-    if (!near(from, to))
+    if (!near(from, to)) {
         picture.shapes.arc(center, rings.track, rings.trackWidth, std::min(from, to), std::max(from, to),
                            picture.ink.value);
+    }
 }
 
 void paintBody(const KnobPicture& picture, const Rings& rings, SmoothPoint center, double angle) {
@@ -88,9 +89,10 @@ void paintBody(const KnobPicture& picture, const Rings& rings, SmoothPoint cente
     const KnobInk& ink = picture.ink;
     const double radius = rings.body;
     const double unit = rings.unit;
-    if (ink.shadow > 0.0)
+    if (ink.shadow > 0.0) {
         shapes.disc({center.x, center.y + radius * 0.10}, radius * 0.99,
                     Shade(0).softened(ink.shadow, std::max(2.0, radius * 0.28)));
+    }
     const double line = std::max(1.0, unit);
     const double cap = radius * 0.74;
     // The skirt of the knob, with grooves that turn with it.

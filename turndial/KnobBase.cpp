@@ -192,10 +192,11 @@ bool KnobBase::keyDown(Key key, Modifiers modifiers) {
     if (hold_ != Hold::Key)
         begin(Hold::Key);
     heldKey_ = key;
-    if (const int detents = detentsOf(key, page()))
+    if (const int detents = detentsOf(key, page())) {
         turnBy(detents, modifiers.control);
-    else
+    } else {
         turnToEnd(key == Key::End);
+    }
     return true;
 }
 

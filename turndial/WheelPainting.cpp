@@ -77,9 +77,10 @@ void paintWheelBody(const KnobPicture& picture, const SmoothBox& wheel, double r
     const double unit = picture.unit;
     const double corner = std::min(4.0 * unit, wheel.height() / 4.0);
     const double line = std::max(1.0, unit);
-    if (ink.shadow > 0.0)
+    if (ink.shadow > 0.0) {
         picture.shapes.box({wheel.left, wheel.top + 2.0 * unit, wheel.right, wheel.bottom + 2.0 * unit}, corner,
                            Shade(0).softened(ink.shadow * 0.8, 5.0 * unit));
+    }
     picture.shapes.box(wheel, corner, Shade(ink.bodyTop, ink.bodyBottom));
     const SmoothBox inside = wheel.inset(line);
     if (inside.width() > 4.0 * unit && inside.height() > 2.0 * unit) {

@@ -230,18 +230,20 @@ bool Configuration::getPathExist(std::wstring& sPath, bool bCreate, UserPrompt& 
     try {
         if (isBlank(sPath)) {
             sPath = getWorkFolder();
-            if (user.present())
+            if (user.present()) {
                 user.inform(L"Since no path was specified, the program will use the path:\r\n\r\n" + sPath,
                             L"Path Specification");
+            }
         }
         if (system_.files.folderExists(sPath))
             return true;
         if (bCreate)
             return offerToCreate(sPath, user);
-        if (user.present())
+        if (user.present()) {
             user.warn(L"The specified path does not exist:\r\n\r\n" + sPath +
                           L"\r\n\r\nYou must specify an existing path for this function.",
                       L"Path Error");
+        }
     } catch (...) {
         noteError(L"getPathExist", currentError());
     }

@@ -50,14 +50,15 @@ std::string toUtf8(std::wstring_view text) {
     bytes.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
         const std::uint32_t character = characterAt(text, at);
-        if (character < 0x80)
+        if (character < 0x80) {
             append(bytes, 0x00, character, 0);
-        else if (character < 0x800)
+        } else if (character < 0x800) {
             append(bytes, 0xC0, character, 1);
-        else if (character < 0x10000)
+        } else if (character < 0x10000) {
             append(bytes, 0xE0, character, 2);
-        else
+        } else {
             append(bytes, 0xF0, character, 3);
+        }
     }
     return bytes;
 }

@@ -45,7 +45,7 @@ windows_mentions() {
     done < <(sources "$folder")
 }
 
-# Layer of an include's path: the longest folder of ours that it begins with; empty for somebody else's header.
+# Layer of an include's path: the longest folder of ours that it begins with; empty for a header that is not ours.
 layer_of() {
     case $1 in
         host/plan/*) printf 'host/plan' ;;

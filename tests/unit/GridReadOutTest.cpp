@@ -1,4 +1,4 @@
-// What the grid knob reads: the step that is drawn, whoever it comes from.
+// What the grid knob shows: the step that is drawn, chosen or derived.
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {

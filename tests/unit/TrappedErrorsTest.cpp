@@ -194,7 +194,7 @@ TEST_F(TrappedErrors, OfEveryHandler) {
         {L"DrawDisplayTX", ui.cmdDrawTX.onClick},
         {L"cmdDrawRX_Click", ui.cmdDrawRX.onClick},
         {L"cmdCenterCursor_Click", ui.cmdCenterCursor.onClick},
-        {L"chkOrder_Click", ui.chkOrder.onClick},
+        {L"DrawDisplay", ui.chkOrder.onClick},
         {L"DrawDisplay", ui.Command2.onClick},
         {L"Command3_Click", ui.Command3.onClick},
         {L"Command4_Click", ui.Command4.onClick},
