@@ -42,7 +42,7 @@ struct Services {
 class Bandscope final : private RangeView, private KeyActions {
   public:
     explicit Bandscope(const Services& services);
-    ~Bandscope();
+    ~Bandscope() override;
     Bandscope(const Bandscope&) = delete;
     Bandscope& operator=(const Bandscope&) = delete;
 

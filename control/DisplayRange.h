@@ -21,7 +21,7 @@ class RangeView {
     virtual void centerChanged() = 0;
 
   protected:
-    ~RangeView() = default;
+    virtual ~RangeView() = default;
 };
 
 /// Frequencies and steps in MHz, powers in dBm. A value that the host has not set is derived from the channels when it

@@ -33,7 +33,7 @@ class KeyActions {
     virtual bool giveUpDrag() = 0;
 
   protected:
-    ~KeyActions() = default;
+    virtual ~KeyActions() = default;
 };
 
 class Keyboard {

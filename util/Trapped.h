@@ -29,8 +29,8 @@ bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, cons
     }
 }
 
-/// The same with a context text that is made only when there is an error, by `detail(step)`. Without memory for the text
-/// the error is reported without one.
+/// The same with a context text that is made only when there is an error, by `detail(step)`. Without memory for the
+/// text the error is reported without one.
 template <class Body, std::invocable<Step> Detail>
 bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Detail&& detail, Step first = 100) {
     Step step = first;
