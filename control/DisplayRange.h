@@ -13,15 +13,13 @@ namespace kv::control {
 /// What follows the range: the scale of the picture (MHz across, dBm upwards) and the knob that shows the center.
 class RangeView {
   public:
+    virtual ~RangeView() = default;
     virtual void setScaleLeft(double frequency) = 0;
     virtual void setScaleWidth(double span) = 0;
     virtual void setScaleTop(double power) = 0;
     /// The lowest minus the highest power, never 0.
     virtual void setScaleHeight(double height) = 0;
     virtual void centerChanged() = 0;
-
-  protected:
-    virtual ~RangeView() = default;
 };
 
 /// Frequencies and steps in MHz, powers in dBm. A value that the host has not set is derived from the channels when it

@@ -24,6 +24,7 @@ namespace kv::control {
 /// What the keys ask of the display. Frequencies in MHz.
 class KeyActions {
   public:
+    virtual ~KeyActions() = default;
     [[nodiscard]] virtual double CursorVal() const noexcept = 0;
     virtual void showCursorAt(double frequency) = 0;
     virtual void panTo(double center) = 0;
@@ -31,9 +32,6 @@ class KeyActions {
     virtual void showAllChannels() = 0;
     virtual void ToggleControlsSection() = 0;
     virtual bool giveUpDrag() = 0;
-
-  protected:
-    virtual ~KeyActions() = default;
 };
 
 class Keyboard {
