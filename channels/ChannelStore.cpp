@@ -71,14 +71,13 @@ CountedEdges countedEdges(const FreqSlotFields& fields) {
     return countedEdges(fields.dFreq, fields.dFreqLo, fields.dFreqHi);
 }
 
+/// A value that is no number changes nothing.
 void raise(double& maximum, double value) {
-    if (value > maximum)
-        maximum = value;
+    maximum = std::max(maximum, value);
 }
 
 void lower(double& minimum, double value) {
-    if (value < minimum)
-        minimum = value;
+    minimum = std::min(minimum, value);
 }
 
 }  // namespace

@@ -79,8 +79,8 @@ void arrangeChoices(Children& ui) {
 
 void arrangeParts(Children& ui) {
     ui.userControl.move({0.0, 0.0, kStartWidth, kStartHeight});
-    ui.fraControl.move(
-        {kPanelMargin, kStartHeight - kPanelMargin - kPanelHeight, kStartWidth - 2.0 * kPanelMargin, kPanelHeight});
+    // Its place and width follow from the first layout.
+    ui.fraControl.setHeight(kPanelHeight);
     ui.fraControl.setCaption(L"-");
 
     ui.picUnits.setBackColor(raster::system_color::kButtonFace);

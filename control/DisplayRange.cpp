@@ -39,7 +39,7 @@ double DisplayRange::FreqEndBuffer() noexcept {
 double DisplayRange::DisplayMinFreq() {
     if (channels::isUnsetMinimum(minFreq_) && !channels::isEmptyStoreMinimum(store_.extremes().dFreqMin))
         minFreq_ = checked(store_.extremes().dFreqMin - FreqEndBuffer());
-    if (minFreq_ < maxFreq_)
+    if (hasSpan())
         applyHorizontalScale();
     return minFreq_;
 }
@@ -47,7 +47,7 @@ double DisplayRange::DisplayMinFreq() {
 double DisplayRange::DisplayMaxFreq() {
     if (channels::isUnsetFrequency(maxFreq_) && store_.extremes().dFreqMax > 0.0)
         maxFreq_ = checked(FreqEndBuffer() + store_.extremes().dFreqMax);
-    if (maxFreq_ - minFreq_ > 0.0)
+    if (hasSpan())
         applyHorizontalScale();
     return maxFreq_;
 }

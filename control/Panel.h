@@ -6,6 +6,7 @@
 #include <string>
 
 #include "control/Children.h"
+#include "control/Formats.h"
 #include "control/SummaryLabels.h"
 
 namespace kv::control {
@@ -45,7 +46,7 @@ class Panel {
     void selectGridRange(double step);
     /// The text in place of the grid knob's value; empty for the value itself.
     void showGridStepText(const std::wstring& text) { ui_.tdKnGrid.setSValText(text); }
-    [[nodiscard]] const std::wstring& knobFormat();
+    [[nodiscard]] const std::wstring& knobFormat() const noexcept { return sKnobFormat_; }
 
     // The size of the control.
     [[nodiscard]] std::int16_t MinHgt() const noexcept { return nMinHgt_; }
@@ -103,7 +104,7 @@ class Panel {
     Children ui_;
     SummaryLabels summary_{ui_};
     bool bUseMovers_ = true;
-    std::wstring sKnobFormat_;
+    std::wstring sKnobFormat_ = kKnobFormat;
     std::int16_t nCtlFullHgt_ = 0;
     std::int16_t nMinWid_ = 0;
     std::int16_t nMinHgt_ = 0;

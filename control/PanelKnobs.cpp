@@ -32,12 +32,6 @@ std::int16_t halfOf(std::int16_t divisions) {
 
 }  // namespace
 
-const std::wstring& Panel::knobFormat() {
-    if (sKnobFormat_.empty())
-        sKnobFormat_ = kKnobFormat;
-    return sKnobFormat_;
-}
-
 void Panel::SetCenterFreqKnob(double center) {
     turndial::tdKnMover& mover = ui_.tdKnMovCenter;
     turndial::tdKnob& knob = ui_.tdKnCenter;

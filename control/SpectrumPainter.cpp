@@ -66,12 +66,6 @@ void SpectrumPainter::paintGrid(double minFreq, double maxFreq, double minPwr, d
     }
 }
 
-const std::wstring& SpectrumPainter::FreqLblFormat() {
-    if (FreqLblFormat_.empty())
-        FreqLblFormat_ = L"0.000";
-    return FreqLblFormat_;
-}
-
 void SpectrumPainter::DrawFreqLbls() {
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();

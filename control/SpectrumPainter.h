@@ -21,7 +21,7 @@ class SpectrumPainter {
   public:
     /// `picture` shows the spectrum, `strip` is the box around it with the frequency labels. All have to live longer.
     SpectrumPainter(formenv::PictureBox& picture, formenv::PictureBox& strip, channels::ChannelStore& store,
-                    DisplayRange& range) noexcept
+                    DisplayRange& range)
         : picture_(picture), strip_(strip), store_(store), range_(range) {}
     SpectrumPainter(const SpectrumPainter&) = delete;
     SpectrumPainter& operator=(const SpectrumPainter&) = delete;
@@ -50,7 +50,7 @@ class SpectrumPainter {
     /// The frequency labels with their ticks, in place of earlier labels.
     void DrawFreqLbls();
     /// The number format of the labels.
-    [[nodiscard]] const std::wstring& FreqLblFormat();
+    [[nodiscard]] const std::wstring& FreqLblFormat() const noexcept { return FreqLblFormat_; }
 
     /// The visible channels of a kind at a frequency above 0. `step` and `kChnl` tell how far it has come: 200 while
     /// it draws, with the number of the channel, from 1, when the channels are drawn one by one.
@@ -75,7 +75,7 @@ class SpectrumPainter {
     DisplayRange& range_;
     CollectionPainter painter_;
     raster::OleColor GridColor_ = raster::system_color::kButtonFace;
-    std::wstring FreqLblFormat_;
+    std::wstring FreqLblFormat_ = L"0.000";
     bool bDrawing_ = false;
     bool bAgain_ = false;
     std::pair<double, double> drawnSpan_{channels::FREQ_UNSET, -channels::FREQ_UNSET};  ///< MHz

@@ -224,8 +224,6 @@ void KnobBase::captureLost() {
 }
 
 void KnobBase::cancel() {
-    if (hold_ == Hold::None)
-        return;
     const bool told = told_;
     letGo();
     if (!told)

@@ -254,10 +254,9 @@ std::wstring signedNumberText(std::wstring_view number, std::wstring_view format
         return std::wstring(number);
     std::wstring text = formatNumber(std::fabs(*value), format);
     text += *value < 0 ? L'-' : L'+';
-    if (widthBefore > 0 && text.size() < static_cast<std::size_t>(widthBefore))
-        text.insert(0, static_cast<std::size_t>(widthBefore) - text.size(), L' ');
-    if (widthAfter > 0 && text.size() < static_cast<std::size_t>(widthAfter))
-        text.append(static_cast<std::size_t>(widthAfter) - text.size(), L' ');
+    const auto atLeast = [](std::int16_t width) { return static_cast<std::size_t>(std::max<std::int16_t>(width, 0)); };
+    text.insert(0, std::max(atLeast(widthBefore), text.size()) - text.size(), L' ');
+    text.append(std::max(atLeast(widthAfter), text.size()) - text.size(), L' ');
     return text;
 }
 

@@ -40,6 +40,16 @@ TEST(BmpTest, HasBothHeadersAndTheRowsFromTheBottom) {
                      3,    2,   1,  6,  5,    4,  0, 0}));
 }
 
+TEST(BmpTest, SizesBeyondSixteenBitsAreWrittenWhole) {
+    const std::vector<std::uint32_t> pixels(200 * 200);
+    const std::string file = bmpFile(pixels.data(), 200, 200, 200, 96);
+    ASSERT_EQ(file.size(), 54U + 200U * 600U);
+    std::uint32_t size = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        size |= static_cast<std::uint32_t>(static_cast<unsigned char>(file[2 + i])) << 8U * i;
+    EXPECT_EQ(size, file.size());
+}
+
 TEST(BmpTest, RowsArePaddedToFourBytesAndSizesHaveFour) {
     const std::vector<std::uint32_t> pixels(300, 0x00FFFFFF);
     for (const auto& [width, row] : {std::pair{1, 4}, {2, 8}, {3, 12}, {4, 12}, {5, 16}})

@@ -45,6 +45,18 @@ TEST_F(CursorTraceTest, AMoveInAnyEventOfADrawingLeavesNoTrace) {
     }
 }
 
+TEST_F(CursorTraceTest, ALineDrawnByAnEventUnderATickIsDrawnOverTheTickAgain) {
+    // Ticks are three pixels wide, and one of them is at the middle of the display.
+    scope.setCursorVal(450.0);
+    scope.JustDrawIt();
+    const std::vector<std::uint32_t> expected = pixelsOf(ui.picSpectrum);
+    scope.setCursorVal(470.0);
+    platform.onPump = [&] { scope.setCursorVal(450.0); };
+    scope.JustDrawIt();
+    platform.onPump = nullptr;
+    EXPECT_EQ(pixelsOf(ui.picSpectrum), expected);
+}
+
 TEST_F(CursorTraceTest, AMoveInAnEventOfAResizeLeavesNoTrace) {
     scope.setCursorVal(445.5);
     for (int event = 1; event <= 3; ++event) {

@@ -88,6 +88,17 @@ TEST_F(DisplayRangeTest, IsDerivedFromTheBandEdgesWithTheEndBufferAtBothEnds) {
     EXPECT_EQ(view.centers, 1);
 }
 
+TEST_F(DisplayRangeTest, ReadingEitherEndAppliesTheScaleOfANarrowRangeToo) {
+    range.setExactly(450.0, 450.5);
+    for (const bool lower : {true, false}) {
+        view.left.reset();
+        view.width.reset();
+        EXPECT_EQ(lower ? range.DisplayMinFreq() : range.DisplayMaxFreq(), lower ? 450.0 : 450.5);
+        EXPECT_EQ(view.left, 450.0);
+        EXPECT_EQ(view.width, 0.5);
+    }
+}
+
 TEST_F(DisplayRangeTest, TakesThePowersFromTheChannelsOnceThereIsOne) {
     EXPECT_EQ(range.DisplayMaxPwr(), 3.0);
     EXPECT_EQ(range.DisplayMinPwr(), 0.0);

@@ -143,6 +143,11 @@ TEST(Utf8, WritesEveryCharacter) {
     EXPECT_EQ(util::toUtf8(std::wstring(1, L'\0')), std::string(1, '\0'));
 }
 
+TEST(Utf8, TheFirstLowSurrogateIsNoHighOne) {
+    const std::wstring low(1, static_cast<wchar_t>(0xDC00));
+    EXPECT_EQ(util::toUtf8(low + low), "\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
 TEST(Utf8, ReplacesHalvesWithoutTheOther) {
     const std::wstring high(1, static_cast<wchar_t>(0xD83D));
     const std::wstring low(1, static_cast<wchar_t>(0xDCFB));

@@ -104,6 +104,8 @@ class KnobLooks : public testing::Test {
         show(knob, {}, width, height);
     }
 
+    /// Compares what was shown with the approved sheet; a difference leaves the new sheet in a file.
+    void expectApproved() const;
     [[nodiscard]] Sheet painted() const {
         Sheet sheet;
         for (int y = 0; y < sheet.height; ++y) {
@@ -146,6 +148,24 @@ Sheet read(const std::filesystem::path& path) {
     file.get();
     sheet.bytes.assign(std::istreambuf_iterator<char>(file), {});
     return sheet;
+}
+
+void KnobLooks::expectApproved() const {
+    const Sheet now = painted();
+    const Sheet good = read(std::filesystem::path(KV_SOURCE_DIR) / "tests" / "unit" / "looks" / "knobs.ppm");
+    std::size_t different = good.bytes.size() == now.bytes.size() ? 0 : now.bytes.size();
+    for (std::size_t i = 0; different == 0 && i < now.bytes.size(); ++i) {
+        const auto cell = static_cast<int>(i / 3);
+        const double is = mean(cell % now.width, cell / now.width, 16 - 8 * static_cast<int>(i % 3));
+        if (std::abs(is - good.bytes[i]) > kTolerance)
+            different = i + 1;
+    }
+    if (different != 0) {
+        const std::filesystem::path path = std::filesystem::path(testing::TempDir()) / "knobs.ppm";
+        write(now, path);
+        FAIL() << "the picture differs in cell " << (different - 1) / 3 % static_cast<std::size_t>(now.width) << ", "
+               << (different - 1) / 3 / static_cast<std::size_t>(now.width) << "; it is in " << path.string();
+    }
 }
 
 TEST_F(KnobLooks, AreThoseOfTheApprovedSheet) {
@@ -210,21 +230,7 @@ TEST_F(KnobLooks, AreThoseOfTheApprovedSheet) {
     const auto crowded = crowdedSelector();
     show(*crowded);
 
-    const Sheet now = painted();
-    const Sheet good = read(std::filesystem::path(KV_SOURCE_DIR) / "tests" / "unit" / "looks" / "knobs.ppm");
-    std::size_t different = good.bytes.size() == now.bytes.size() ? 0 : now.bytes.size();
-    for (std::size_t i = 0; different == 0 && i < now.bytes.size(); ++i) {
-        const auto cell = static_cast<int>(i / 3);
-        const double is = mean(cell % now.width, cell / now.width, 16 - 8 * static_cast<int>(i % 3));
-        if (std::abs(is - good.bytes[i]) > kTolerance)
-            different = i + 1;
-    }
-    if (different != 0) {
-        const std::filesystem::path path = std::filesystem::path(testing::TempDir()) / "knobs.ppm";
-        write(now, path);
-        FAIL() << "the picture differs in cell " << (different - 1) / 3 % static_cast<std::size_t>(now.width) << ", "
-               << (different - 1) / 3 / static_cast<std::size_t>(now.width) << "; it is in " << path.string();
-    }
+    expectApproved();
 }
 
 /// The share of a picture's pixels that another one has at the same position.

@@ -5,6 +5,8 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "turndial/DialLayout.h"
@@ -45,12 +47,12 @@ const KnobScale kThree = stops({1.0, 2.0, 5.0});
 const KnobScale kOne = stops({3.0});
 
 TEST(KnobScale, PlacesRunFromZeroAtTheLowEndToOneAtTheHighEnd) {
-    struct Case {
+    struct StepCase {
         KnobScale scale;
         double value;
         double place;
     };
-    const Case cases[] = {
+    const StepCase cases[] = {
         {kRange, 430.0, 0.0},
         {kRange, 435.0, 0.25},
         {kRange, 450.0, 1.0},
@@ -90,13 +92,13 @@ TEST(KnobScale, DetentsAreCountedFromEndToEnd) {
 }
 
 TEST(KnobScale, ADragGivesTheNearestDetentStopOrTidyNumber) {
-    struct Case {
+    struct StepCase {
         KnobScale scale;
         double place;
         double value;
         bool fine = false;
     };
-    const Case cases[] = {
+    const StepCase cases[] = {
         {kRange, 0.0, 430.0},
         {kRange, 0.04, 430.0},
         {kRange, 0.06, 432.0},
@@ -139,16 +141,23 @@ TEST(KnobScale, VerySmallAndVeryLargeNumbersAreKept) {
     EXPECT_NEAR(smooth(0.0, 1e-310, 1e-311).valueAt(0.5, false) / 1e-310, 0.5, 1e-6);
 }
 
+constexpr std::optional<double> kNone;
+
+struct StepCase {
+    KnobScale scale;
+    double value;
+    int count;
+    std::optional<double> next;
+    bool fine = false;
+};
+
+void expectSteps(std::span<const StepCase> cases) {
+    for (const auto& [scale, value, count, next, fine] : cases)
+        EXPECT_EQ(scale.stepped(value, count, fine), next) << value << " by " << count << (fine ? " fine" : "");
+}
+
 TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
-    constexpr std::optional<double> kNone;
-    struct Case {
-        KnobScale scale;
-        double value;
-        int count;
-        std::optional<double> next;
-        bool fine = false;
-    };
-    const Case cases[] = {
+    const StepCase cases[] = {
         {kTenths, 0.2, 1, 0.3},
         {kTenths, 0.3, -1, 0.2},
         {kTenths, 0.2, 5, 0.7},
@@ -181,6 +190,12 @@ TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
         {kRange, kInfinity, -1, 450.0},
         {smooth(430.0, 450.0, 2.0), 12.0, 1, 430.0},
         {smooth(430.0, 450.0, 2.0), 999.0, 1, kNone},
+    };
+    expectSteps(cases);
+}
+
+TEST(KnobScale, StepsOnStopsAndOnEndlessScalesCountThem) {
+    const StepCase cases[] = {
         // Stops are taken one by one, fine or not.
         {kStops, 2.0, 1, 5.0},
         {kStops, 2.0, 1, 5.0, true},
@@ -205,6 +220,8 @@ TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
         {endless(range(0.0, 360.0, 100.0)), 0.0, -1, 360.0},
         {endless(range(0.0, 100.0, 10.0)), 100.0 - 1e-8, 1, 0.0},
         {endless(range(0.0, 100.0, 10.0)), 1e-8, -1, 100.0},
+        // Near is meant by the width of the range, not by the size of its numbers.
+        {endless(range(1000.0, 1010.0, 1.0)), 1010.0 - 1e-7, 1, 1010.0},
         {endless(kStops), 10.0, 1, 0.5},
         {endless(kStops), 0.5, -1, 10.0},
         {endless(kStops), 5.0, 3, 1.0},
@@ -216,8 +233,7 @@ TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
         {range(0.0, 50.0, 1e300), 0.0, 1, 50.0},
         {range(0.0, 50.0, 1e300), 50.0, -1, 0.0},
     };
-    for (const auto& [scale, value, count, next, fine] : cases)
-        EXPECT_EQ(scale.stepped(value, count, fine), next) << value << " by " << count << (fine ? " fine" : "");
+    expectSteps(cases);
 }
 
 TEST(KnobScale, ManySingleStepsArriveAtTheEndExactly) {

@@ -40,6 +40,9 @@ TEST_F(SpectrumPainterTest, DrawsTheChannelsOfTheKindThatIsAskedFor) {
 TEST_F(SpectrumPainterTest, ManyChannelsPaintedAtOnceAreThePictureOfOneByOne) {
     for (int i = 0; i < 50; ++i)
         add(ChannelKind::TX, 400.0 + 2.1 * i, 7.0 * (i % 13));
+    // These only touch the ends of the range.
+    add(ChannelKind::TX, 398.0, 90.0);
+    add(ChannelKind::TX, 502.0, 90.0);
     draw(ChannelKind::TX);
     const std::vector<std::uint32_t> oneByOne = pixels();
     painter.clearPicture();

@@ -134,6 +134,20 @@ TEST_F(StepFlagsTest, OfTheMouseOnThePicture) {
     expectReport(L"picSpectrum_MouseUp", 100, kOutOfMemory);
 }
 
+TEST_F(StepFlagsTest, OfTheDrawButtons) {
+    addTX(900.0);
+    addRX(900.0);
+    scope.setCursorVal(450.0);
+    for (const bool tx : {true, false}) {
+        // The cursor line is removed first, and drawn again at the end.
+        canvas.left = 1;
+        (tx ? ui.cmdDrawTX : ui.cmdDrawRX).onClick();
+        expectReport(tx ? L"cmdDrawTX_Click" : L"cmdDrawRX_Click", 200, kOutOfMemory);
+        canvas.left = 0;
+        scope.setCursorVal(450.0);
+    }
+}
+
 TEST_F(StepFlagsTest, OfAKeyOnThePicture) {
     constexpr int kRightKey = 39;
     constexpr int kCtrl = 2;

@@ -198,6 +198,15 @@ TEST_F(ViewAllTest, TickingAnEmptyControlDoesNothing) {
     EXPECT_EQ(scope.DisplayMinFreq(), channels::FREQ_UNSET);
 }
 
+TEST_F(ViewAllTest, TickingChangesNothingWhileTheChannelsSpanNoFrequencies) {
+    addTX(450.0);
+    scope.DrawByRange(440.0, 470.0);
+    const auto before = scope.displaySpan();
+    tick(true);
+    EXPECT_EQ(scope.displaySpan(), before);
+    EXPECT_THAT(events.heard, IsEmpty());
+}
+
 TEST_F(ViewAllTest, TheConfigurationMenuIsThereAndHasOneItem) {
     EXPECT_EQ(ui.mnuConfig.caption(), L"Configuration");
     ASSERT_EQ(ui.mnuConfig.items().size(), 1U);
