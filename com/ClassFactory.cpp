@@ -4,6 +4,7 @@
 
 #include <new>
 
+#include "com/Counted.h"
 #include "com/Firewall.h"
 #include "com/Module.h"
 
@@ -11,27 +12,9 @@ namespace kv::com {
 
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public Counted<IClassFactory> {
   public:
     explicit ClassFactory(CreateFunction create) noexcept : create_(create) {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (iid != IID_IUnknown && iid != IID_IClassFactory)
-            return E_NOINTERFACE;
-        *object = static_cast<IClassFactory*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0)
-            delete this;
-        return static_cast<ULONG>(left);
-    }
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (!object)
@@ -50,9 +33,8 @@ class ClassFactory final : public IClassFactory {
     }
 
   private:
-    ~ClassFactory() = default;
+    ~ClassFactory() override = default;
 
-    LONG references_ = 1;
     CreateFunction create_;
     [[no_unique_address]] ModuleRef module_;
 };

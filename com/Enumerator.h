@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "com/Counted.h"
 #include "com/Module.h"
 
 namespace kv::com {
@@ -18,7 +19,7 @@ namespace kv::com {
 /// Item, which the caller gets, and `static void copy(const Stored&, Item*) noexcept`, which adds the caller's
 /// references.
 template <class Interface, class Policy>
-class Enumerator final : public Interface {
+class Enumerator final : public Counted<Interface> {
     using Stored = typename Policy::Stored;
     using Item = typename Policy::Item;
     using List = std::shared_ptr<const std::vector<Stored>>;
@@ -27,24 +28,6 @@ class Enumerator final : public Interface {
     /// Stores a new enumerator in `*out`. Throws std::bad_alloc.
     static void create(std::vector<Stored> items, Interface** out) {
         *out = new Enumerator(std::make_shared<const std::vector<Stored>>(std::move(items)), 0);
-    }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (iid != IID_IUnknown && iid != __uuidof(Interface))
-            return E_NOINTERFACE;
-        *object = static_cast<Interface*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0)
-            delete this;
-        return static_cast<ULONG>(left);
     }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, Item* items, ULONG* fetched) override {
@@ -77,9 +60,8 @@ class Enumerator final : public Interface {
 
   private:
     Enumerator(List list, std::size_t next) noexcept : list_(std::move(list)), next_(next) {}
-    ~Enumerator() = default;
+    ~Enumerator() override = default;
 
-    LONG references_ = 1;
     List list_;
     std::size_t next_;
     [[no_unique_address]] ModuleRef module_;
