@@ -2,9 +2,7 @@
 // through the parts and leaves the control after the last one.
 #include <gmock/gmock.h>
 
-#include <array>
-
-#include "tests/automation/Container.h"
+#include "tests/automation/ActiveControl.h"
 #include "tests/automation/MessageBoxes.h"
 
 namespace kv::test {
@@ -13,49 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// Holds the Shift key down in this thread's keyboard state.
-class ShiftDown {
-  public:
-    ShiftDown() { set(0x80); }
-    ~ShiftDown() { set(0); }
-    ShiftDown(const ShiftDown&) = delete;
-    ShiftDown& operator=(const ShiftDown&) = delete;
-
-  private:
-    static void set(BYTE value) {
-        std::array<BYTE, 256> keys{};
-        EXPECT_TRUE(GetKeyboardState(keys.data()));
-        keys[VK_SHIFT] = value;
-        keys[VK_LSHIFT] = value;
-        EXPECT_TRUE(SetKeyboardState(keys.data()));
-    }
-};
-
-class ContainerKeys : public testing::Test {
-  protected:
-    FullContainer container;
-    CallLog& log = container.log;
-    ComPtr<IOleInPlaceActiveObject> active;
-
-    void SetUp() override {
-        ASSERT_NO_FATAL_FAILURE(container.activate());
-        container.drawChannel();
-        pump();
-        ASSERT_EQ(container.verb(OLEIVERB_UIACTIVATE), S_OK);
-        active = container.as<IOleInPlaceActiveObject>();
-        log.calls.clear();
-    }
-    HRESULT key(WPARAM code, UINT message = WM_KEYDOWN) const {
-        MSG pressed{};
-        pressed.hwnd = GetFocus();
-        pressed.message = message;
-        pressed.wParam = code;
-        pressed.lParam = 1;
-        return active->TranslateAccelerator(&pressed);
-    }
-    std::vector<HWND> stops() const { return container.tabStops(); }
-    HWND stop(const wchar_t* className) const { return container.part(className); }
-};
+using ContainerKeys = ActiveControl;
 
 TEST_F(ContainerKeys, TheContainerGetsTheKeysThatThePartDoesNotUse) {
     SetFocus(stop(L"tdKnMover"));
@@ -72,7 +28,7 @@ TEST_F(ContainerKeys, TheContainerGetsTheKeysThatThePartDoesNotUse) {
     EXPECT_EQ(key(VK_TAB), S_OK);
     EXPECT_THAT(log.take(), ElementsAre("TranslateAccelerator"));
     EXPECT_EQ(GetFocus(), stops().back());
-    const ShiftDown shift;
+    const KeysDown shift({VK_SHIFT, VK_LSHIFT});
     EXPECT_EQ(key(VK_TAB), S_OK);
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(GetFocus(), stops().at(stops().size() - 2));
@@ -180,7 +136,7 @@ TEST_F(ContainerKeys, TabMovesThroughThePartsAndLeavesAtTheEnd) {
     EXPECT_EQ(key(VK_TAB), S_FALSE) << "the container moves on";
     EXPECT_EQ(GetFocus(), parts.back());
     {
-        const ShiftDown shift;
+        const KeysDown shift({VK_SHIFT, VK_LSHIFT});
         for (std::size_t i = parts.size() - 1; i-- > 0;) {
             EXPECT_EQ(key(VK_TAB), S_OK);
             EXPECT_EQ(GetFocus(), parts[i]) << i;
@@ -201,7 +157,7 @@ TEST_F(ContainerKeys, TabEntersAtTheFirstPartAndShiftTabAtTheLast) {
     EXPECT_EQ(GetFocus(), parts.front());
     SetFocus(container.host.get());
     {
-        const ShiftDown shift;
+        const KeysDown shift({VK_SHIFT, VK_LSHIFT});
         EXPECT_EQ(container.verb(OLEIVERB_UIACTIVATE, &tab), S_OK);
     }
     EXPECT_EQ(GetFocus(), parts.back());
