@@ -16,7 +16,7 @@ BandBlock blockOf(std::span<const DrawRecord> records) noexcept {
             continue;
         known.undrawn = known.undrawn || !record.bDrawn;
         if (!isRegular(record)) {
-            known.hasOdd = true;
+            known.hasIrregular = true;
             continue;
         }
         known.lowest = std::min(known.lowest, record.dFreqLo);

@@ -9,11 +9,11 @@
 namespace kv::channels {
 
 struct BandBlock {
-    double lowest = 0.0;   ///< MHz, of the regular records; above `highest` without any
-    double highest = 0.0;  ///< MHz
-    double widest = 0.0;   ///< MHz
-    bool hasOdd = false;   ///< a visible record is not regular and may be anywhere
-    bool undrawn = false;  ///< a record may be visible and not yet marked as drawn
+    double lowest = 0.0;        ///< MHz, of the regular records; above `highest` without any
+    double highest = 0.0;       ///< MHz
+    double widest = 0.0;        ///< MHz
+    bool hasIrregular = false;  ///< a visible record is not regular and may be anywhere
+    bool undrawn = false;       ///< a record may be visible and not yet marked as drawn
 };
 
 class BandBlocks {

@@ -26,7 +26,7 @@ class ChannelSnapshot {
     using PowerMap = channels::PowerMap;
     static constexpr std::size_t kBlock = BandBlocks::kSize;
     static constexpr int kGridBits = FrequencyGrid::kBits;
-    static constexpr std::int16_t kOdd = PowerRows::kOdd;
+    static constexpr std::int16_t kIrregular = PowerRows::kIrregular;
     static constexpr std::int16_t kNotShown = PowerRows::kNotShown;
 
     /// Brings the copy up to date. False when there is none: a record is foreign, a record is being removed, or the
@@ -44,7 +44,7 @@ class ChannelSnapshot {
     }
     /// As EdgeIndexCache::find.
     [[nodiscard]] const EdgeIndex* edges() { return edges_.find(version_, copy_.fields()); }
-    [[nodiscard]] bool hasOddStyle() const noexcept { return copy_.hasUnknownFillStyle(); }
+    [[nodiscard]] bool hasUnknownFillStyle() const noexcept { return copy_.hasUnknownFillStyle(); }
     /// Changes with every change of the copy except marks as drawn.
     [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
     [[nodiscard]] bool isLive(std::size_t position) const noexcept { return !copy_.isHole(position); }

@@ -21,7 +21,7 @@ const std::vector<std::int16_t>& PowerRows::rows(const std::vector<DrawRecord>& 
         if (!record.bVisible) {
             rows_.push_back(kNotShown);
         } else if (!isRegular(record)) {
-            rows_.push_back(kOdd);
+            rows_.push_back(kIrregular);
         } else {
             rows_.push_back(static_cast<std::int16_t>(std::clamp(map.pixels.y(map.top(record)), 0, kNotShown - 1)));
         }

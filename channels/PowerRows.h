@@ -24,11 +24,11 @@ struct PowerMap {
 class PowerRows {
   public:
     // Instead of a row. No row of a picture is above the first or below the second.
-    static constexpr std::int16_t kOdd = -1;
+    static constexpr std::int16_t kIrregular = -1;
     static constexpr std::int16_t kNotShown = 0x7FFF;
 
-    /// By position: the row of the top, limited to 0 to `kNotShown` - 1; `kOdd` for a record that is not regular and
-    /// may be anywhere. Only rows that are not known yet are computed.
+    /// By position: the row of the top, limited to 0 to `kNotShown` - 1; `kIrregular` for a record that is not regular
+    /// and may be anywhere. Only rows that are not known yet are computed.
     [[nodiscard]] const std::vector<std::int16_t>& rows(const std::vector<DrawRecord>& records, const PowerMap& map);
     /// The records from `from` on have changed.
     void forget(std::size_t from);

@@ -159,15 +159,8 @@ void Bandscope::LoadSampleChannels() {
 }
 
 void Bandscope::addTestFrequencies() {
-    const auto add = [this](ChannelKind kind, double frequency) {
-        const auto channel = services_.newFreqSlot();
-        channel->setDFreq(frequency);
-        addQuietly(kind, FreqSlotRef(channel.get()));
-    };
-    for (const double frequency : {100.0, 110.0, 150.0})
-        add(ChannelKind::TX, frequency);
-    for (const double frequency : {455.0, 460.0})
-        add(ChannelKind::RX, frequency);
+    for (const SampleChannel& made : makeTestChannels(services_.newFreqSlot))
+        addQuietly(made.kind, made.channel);
     DrawDisplay();
 }
 

@@ -10,6 +10,7 @@
 #include "channels/FreqSlot.h"
 #include "control/DisplayRange.h"
 #include "control/Keyboard.h"
+#include "control/Knobs.h"
 #include "control/Marks.h"
 #include "control/Panel.h"
 #include "control/PictureExport.h"
@@ -39,7 +40,7 @@ struct Services {
     channels::FreqSlotFactory newFreqSlot;
 };
 
-class Bandscope final : private RangeView, private KeyActions {
+class Bandscope final : private RangeView, private KnobActions, private KeyActions {
   public:
     explicit Bandscope(const Services& services);
     ~Bandscope() override;
@@ -142,7 +143,6 @@ class Bandscope final : private RangeView, private KeyActions {
 
     void UserControl_Initialize();
     void connectHandlers();
-    void connectKnobs();
     void connectPictures();
     void LoadSampleChannels();
     void addTestFrequencies();
@@ -162,8 +162,6 @@ class Bandscope final : private RangeView, private KeyActions {
     void drawDisplay(Step& step);
     void drawOnce();
     void drawInOrder(Step& step);
-    /// What was asked for under a running drawing starts none inside it; that one is repeated at its end.
-    void drawUnlessDrawing();
     /// `DrawDisplay`; without a range, which draws nothing, it clears what is left of an earlier one.
     void drawOrClear();
     void DrawDisplayTX() { drawCollection(channels::ChannelKind::TX, L"DrawDisplayTX"); }
@@ -177,27 +175,8 @@ class Bandscope final : private RangeView, private KeyActions {
     void drawByRange(double dFMin, double dFMax, Step& step);
     void showWholeSpan();
     void tellRangeAlreadyShown();
-    void putCursorOnCenter();
-    void tellRangeChanged();
-
-    // What the knobs show of the range.
-    void rescaleKnobsToRange();
-    void showOnKnobs();
-    void showGridStep();
 
     // The handlers.
-    void setShownCursor(double value);
-    void applyNewCenter(double value);
-    void stepChosenByHand();
-    void cboGridRange_Click();
-    void tdKnGrid_ValueChanged(double dNewVal);
-    void tdKnGrid_TurnEnd();
-    void tdKnGrid_GivenUp();
-    void tdKnCenter_TurnEnd();
-    void tdKnMovCenter_ValueChanged(double d);
-    void tdKnMovCenter_TurnEnd();
-    void tdKnMovCursor_ValueChanged(double d);
-    void cmdCenterCursor_Click();
     void chkViewAllxx_Click();
     void chkShowMouse_Click();
     void drawLabelsAlone();
@@ -209,9 +188,15 @@ class Bandscope final : private RangeView, private KeyActions {
     void picUnits_MouseMove(double x);
     void fraControl_MouseDown(int button, double x, double y);
 
-    // What the keys ask for.
-    void showCursorAt(double frequency) override { setShownCursor(frequency); }
+    // What the knobs and the keys ask for.
+    void showCursorAt(double frequency) override;
+    void drawCursorAt(double frequency) override;
+    void applyNewCenter(double center) override;
     void panTo(double center) override;
+    /// What was asked for under a running drawing starts none inside it; that one is repeated at its end.
+    void drawUnlessDrawing() override;
+    void tellRangeChanged() override;
+    void tellGridRangeChanged() override;
     void zoomTo(double minimum, double maximum) override;
     void showAllChannels() override;
     bool giveUpDrag() override;
@@ -243,6 +228,7 @@ class Bandscope final : private RangeView, private KeyActions {
                      store_,
                      range_,
                      marks_};
+    Knobs knobs_{*this, panel_, range_, services_.errors};
     Keyboard keyboard_{*this, pointer_, range_, store_, ui_.chkShowMouse, services_.errors};
     PictureExport export_{services_.platform, services_.files, services_.errors, ui_.picUnits, ui_.picSpectrum};
     bool bXLog_ = true;

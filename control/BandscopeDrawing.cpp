@@ -2,7 +2,6 @@
 #include <string>
 
 #include "control/Bandscope.h"
-#include "control/GridSteps.h"
 
 namespace kv::control {
 
@@ -37,7 +36,7 @@ void Bandscope::drawDisplay(Step& step) {
     services_.platform.pumpEvents();
     step = 1600;
     marks_.takeOff();
-    showOnKnobs();
+    knobs_.showRange();
 }
 
 void Bandscope::pumpEventsAndTakeMarksOff() {
@@ -73,8 +72,8 @@ void Bandscope::drawInOrder(Step& step) {
     painter_.DrawFreqLbls();
     step = 700;
     if (range_.contains(CursorVal()))
-        DrawCursorLine(CursorVal(), lCursorColor_);
-    showOnKnobs();
+        drawCursorAt(CursorVal());
+    knobs_.showRange();
 }
 
 void Bandscope::drawUnlessDrawing() {
@@ -122,7 +121,7 @@ void Bandscope::Refresh() {
             step = 600;
             for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
                 painter_.refreshCollection(kind);
-            showOnKnobs();
+            knobs_.showRange();
         },
         L"Error Refreshing Bandscope Display");
 }
@@ -166,21 +165,6 @@ void Bandscope::DrawCursorLine(double frequency, raster::OleColor color) {
     // Before the first range the picture's scale means no frequencies.
     if (range_.hasSpan())
         marks_.drawCursor(line);
-}
-
-void Bandscope::showOnKnobs() {
-    if (!range_.hasSpan())
-        return;
-    const auto [minimum, maximum] = range_.span();
-    // The center is shown also while none is set.
-    panel_.showCenter(channels::isUnsetFrequency(range_.center()) ? minimum + (maximum - minimum) / 2.0
-                                                                  : range_.center());
-    showGridStep();
-}
-
-void Bandscope::showGridStep() {
-    if (range_.hasSpan())
-        panel_.showGridStepText(range_.isDrawnStepChosen() ? std::wstring() : stepText(range_.drawnStep()));
 }
 
 }  // namespace kv::control

@@ -19,11 +19,9 @@ std::int16_t toInteger16(double value) {
 }  // namespace
 
 void Bandscope::connectHandlers() {
-    connectKnobs();
+    knobs_.connect();
     connectPictures();
     ui_.userControl.onClick = [this] { UserControl_Click(); };
-    ui_.cboGridRange.onClick = [this] { cboGridRange_Click(); };
-    ui_.cmdCenterCursor.onClick = [this] { cmdCenterCursor_Click(); };
     ui_.cmdClear.onClick = [this] { reported(L"cmdClear_Click", [this](Step&) { ClearDisplay(); }); };
     ui_.chkShowMouse.onClick = [this] { chkShowMouse_Click(); };
     ui_.cmdDrawTX.onClick = [this] { drawButton_Click(ChannelKind::TX); };
@@ -37,20 +35,6 @@ void Bandscope::connectHandlers() {
     ui_.fraControl.onMouseMove = [this](int, int, double x, double y) {
         reported(L"fraControl_MouseMove", [=, this](Step&) { panel_.showToolTipAt(x, y); });
     };
-}
-
-void Bandscope::connectKnobs() {
-    ui_.tdKnGrid.onValueChanged = [this](double d) { tdKnGrid_ValueChanged(d); };
-    ui_.tdKnGrid.onTurnEnd = [this] { tdKnGrid_TurnEnd(); };
-    ui_.tdKnGrid.onTurnBegin = [this] { range_.rememberForTurn(); };
-    ui_.tdKnGrid.onGivenUp = [this] { tdKnGrid_GivenUp(); };
-    ui_.tdKnCenter.onValueChanged = [this](double d) { applyNewCenter(d); };
-    ui_.tdKnCenter.onTurnEnd = [this] { tdKnCenter_TurnEnd(); };
-    ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
-    ui_.tdKnMovCenter.onTurnEnd = [this] { tdKnMovCenter_TurnEnd(); };
-    ui_.tdKnCursor.onValueChanged = [this](double d) { setShownCursor(d); };
-    ui_.tdKnMovCursor.onValueChanged = [this](double d) { tdKnMovCursor_ValueChanged(d); };
-    ui_.tdKnMovCursor.onTurnEnd = [this] { setShownCursor(ui_.tdKnMovCursor.dVal()); };
 }
 
 void Bandscope::connectPictures() {

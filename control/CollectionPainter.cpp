@@ -23,7 +23,7 @@ bool CollectionPainter::canPaint(const PictureBox& picture, const raster::Raster
     const raster::PixelMap& map = view.powers.pixels;
     const raster::PixelBuffer& pixels = canvas.pixels();
     const double span = view.maxFreq - view.minFreq;
-    return !snapshot.hasOddStyle() && picture.drawWidth() == 1 && !pixels.empty() &&
+    return !snapshot.hasUnknownFillStyle() && picture.drawWidth() == 1 && !pixels.empty() &&
            pixels.width <= StandingBoxes::kMost && pixels.height <= StandingBoxes::kMost && map.size.width > 0 &&
            map.size.height > 0 && span > 0.0 && std::isfinite(span) && map.scale.left == view.minFreq &&
            map.scale.width == span && map.scale.height < 0.0 && std::isfinite(view.powers.floor) &&
@@ -47,7 +47,7 @@ void CollectionPainter::paint(PictureBox& picture, raster::RasterCanvas& canvas,
 }
 
 bool CollectionPainter::isOut(const channels::ChannelSnapshot::Block& block) const noexcept {
-    return !block.hasOdd && (block.lowest > view_.maxFreq || block.highest < view_.minFreq);
+    return !block.hasIrregular && (block.lowest > view_.maxFreq || block.highest < view_.minFreq);
 }
 
 bool CollectionPainter::reaches(const channels::DrawRecord& record) const noexcept {

@@ -182,6 +182,22 @@ void DisplayRange::SetDisplayRange(double dMin, double dMax) {
     minFreq_ = minimum;
 }
 
+bool DisplayRange::showBetween(double dFMin, double dFMax) {
+    const channels::Extremes& e = store_.extremes();
+    const double minimum = dFMin > 0.0 ? dFMin : e.dFreqMin;
+    const double maximum = dFMax > 0.0 ? dFMax : e.dFreqMax;
+    // The range stays unset rather than far away from every channel.
+    if (channels::isEmptyStoreMinimum(minimum) || channels::isUnsetFrequency(maximum))
+        return false;
+    view_.setScaleLeft(e.dFreqMin);
+    const double span = checked(e.dFreqMax - e.dFreqMin);
+    if (span != 0.0)
+        view_.setScaleWidth(span);
+    SetDisplayRange(minimum, maximum);
+    unsetCenter();
+    return true;
+}
+
 bool DisplayRange::setExactly(double minimum, double maximum) {
     if (!(maximum - minimum >= kLeastSpan) || channels::isUnsetFrequency(maximum))
         return false;

@@ -78,6 +78,10 @@ class DisplayRange {
     /// `dMin` to `dMax` with the end buffer at both ends. The end buffer is halved until it is at most a third of
     /// the span.
     void SetDisplayRange(double dMin, double dMax);
+    /// The same for bounds of a host: one that is not above 0 is that of the channels. The center becomes unset, and
+    /// the picture gets the scale of the channels, which it keeps when the bounds give no range, as reversed ones do.
+    /// False, with nothing changed, when there are no channels to take a missing bound from.
+    bool showBetween(double dFMin, double dFMax);
     /// Exactly `minimum` to `maximum`. False, with nothing changed, for less than 1e-6 MHz and for a range that ends at
     /// 0 MHz or below, which would count as unset.
     bool setExactly(double minimum, double maximum);

@@ -1,6 +1,7 @@
 #include "control/SampleChannels.h"
 
 #include <string>
+#include <utility>
 
 namespace kv::control {
 
@@ -67,6 +68,21 @@ std::vector<SampleChannel> makeSampleChannels(const channels::FreqSlotFactory& n
         fields.sLabel = number == 1 ? L"sample freq" : L"sample freq " + std::to_wstring(number);
         fields.sKey = (isTX ? L"TXSample" : L"RXSample") + std::to_wstring(ofKind);
         made.push_back({sample.kind, channels::FreqSlotRef(channel.get())});
+    }
+    return made;
+}
+
+std::vector<SampleChannel> makeTestChannels(const channels::FreqSlotFactory& newFreqSlot) {
+    using channels::ChannelKind;
+    std::vector<SampleChannel> made;
+    for (const auto& [kind, frequency] : {std::pair{ChannelKind::TX, 100.0},
+                                          {ChannelKind::TX, 110.0},
+                                          {ChannelKind::TX, 150.0},
+                                          {ChannelKind::RX, 455.0},
+                                          {ChannelKind::RX, 460.0}}) {
+        const auto channel = newFreqSlot();
+        channel->setDFreq(frequency);
+        made.push_back({kind, channels::FreqSlotRef(channel.get())});
     }
     return made;
 }

@@ -1,4 +1,5 @@
-// What a click on an empty control shows.
+// The channels that the control makes by itself: what a click on an empty control shows, and those of a development
+// aid.
 #pragma once
 
 #include <vector>
@@ -19,5 +20,8 @@ inline constexpr double kSampleEndBuffer = 5.0;
 /// A band with repeater pairs, strong and weak carriers, wide and narrow ones, overlapping ones, and the third-order
 /// products that the two strongest make.
 [[nodiscard]] std::vector<SampleChannel> makeSampleChannels(const channels::FreqSlotFactory& newFreqSlot);
+
+/// Three transmit and two receive channels without keys, for the button Command3.
+[[nodiscard]] std::vector<SampleChannel> makeTestChannels(const channels::FreqSlotFactory& newFreqSlot);
 
 }  // namespace kv::control

@@ -1,5 +1,6 @@
 #include "forms/WorkArea.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -48,13 +49,9 @@ formenv::Place centeredIn(const formenv::Place& area, const formenv::Place& plac
 }
 
 std::int32_t toInt32(double value) noexcept {
-    constexpr auto kLeast = std::numeric_limits<std::int32_t>::min();
-    constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
-    if (std::isnan(value))
-        return 0;
-    if (value <= kLeast)
-        return kLeast;
-    return value >= kMost ? kMost : static_cast<std::int32_t>(std::nearbyint(value));
+    constexpr double kLeast = std::numeric_limits<std::int32_t>::min();
+    constexpr double kMost = std::numeric_limits<std::int32_t>::max();
+    return std::isnan(value) ? 0 : static_cast<std::int32_t>(std::nearbyint(std::clamp(value, kLeast, kMost)));
 }
 
 }  // namespace kv::forms

@@ -9,10 +9,6 @@ namespace kv::headless {
 
 namespace {
 
-constexpr unsigned kHighlight = 0x8000000D;
-constexpr unsigned kGrayText = 0x80000011;
-constexpr unsigned kLight = 0x80000014;
-
 class MemorySurface final : public formenv::Surface {
   public:
     MemorySurface(raster::PixelSize size, raster::TextPainter& letters, HeadlessBitmaps& bitmaps)
@@ -40,18 +36,21 @@ class MemorySurface final : public formenv::Surface {
 }  // namespace
 
 raster::Rgb HeadlessPlatform::systemColor(int index) const noexcept {
-    switch (0x80000000U | static_cast<unsigned>(index)) {
+    const raster::OleColor color = 0x80000000U | static_cast<unsigned>(index);
+    if (const auto own = systemColors.find(color); own != systemColors.end())
+        return own->second;
+    switch (color) {
         case raster::system_color::kWindowBackground:
             return 0xFFFFFF;
         case raster::system_color::kButtonFace:
             return 0xF0F0F0;
         case raster::system_color::kButtonShadow:
             return 0xA0A0A0;
-        case kHighlight:
+        case raster::system_color::kHighlight:
             return 0xD77800;
-        case kGrayText:
+        case raster::system_color::kGrayText:
             return 0x6D6D6D;
-        case kLight:
+        case raster::system_color::kButtonHighlight:
             return 0xE3E3E3;
         default:
             return 0x000000;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,8 @@ class HeadlessPlatform final : public formenv::Platform {
     }
 
     int dots = 96;
+    /// System colors by name that are not those of the usual theme.
+    std::map<raster::OleColor, raster::Rgb> systemColors;
     /// Texts have the size 0, as when the system cannot load any font.
     bool noFonts = false;
     HeadlessBitmaps bitmaps;

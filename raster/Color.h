@@ -14,7 +14,9 @@ inline constexpr OleColor kWindowText = 0x80000008;
 inline constexpr OleColor kHighlight = 0x8000000D;
 inline constexpr OleColor kButtonFace = 0x8000000F;
 inline constexpr OleColor kButtonShadow = 0x80000010;
+inline constexpr OleColor kGrayText = 0x80000011;
 inline constexpr OleColor kButtonText = 0x80000012;
+inline constexpr OleColor kButtonHighlight = 0x80000014;
 }  // namespace system_color
 
 [[nodiscard]] constexpr bool isSystemColor(OleColor color) noexcept {

@@ -10,11 +10,6 @@ namespace {
 using raster::mixed;
 using raster::Rgb;
 
-// The system's numbers of colors that have no name among the widgets' own.
-constexpr int kHighlightIndex = 13;
-constexpr int kGrayTextIndex = 17;
-constexpr int kLightIndex = 20;
-
 constexpr Rgb kWhite = 0xFFFFFF;
 constexpr Rgb kBlack = 0x000000;
 
@@ -39,9 +34,9 @@ KnobPalette systemPalette(const formenv::Platform& platform, const formenv::Widg
     palette.face = platform.resolve(widget.backColor());
     palette.text = platform.resolve(widget.foreColor());
     palette.shadow = platform.resolve(raster::system_color::kButtonShadow);
-    palette.highlight = platform.systemColor(kLightIndex);
-    palette.accent = platform.systemColor(kHighlightIndex);
-    palette.grayText = platform.systemColor(kGrayTextIndex);
+    palette.highlight = platform.resolve(raster::system_color::kButtonHighlight);
+    palette.accent = platform.resolve(raster::system_color::kHighlight);
+    palette.grayText = platform.resolve(raster::system_color::kGrayText);
     palette.highContrast = std::abs(raster::brightness(palette.face) - raster::brightness(palette.text)) > 0.99;
     return palette;
 }

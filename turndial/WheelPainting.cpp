@@ -46,7 +46,7 @@ void paintRibs(const KnobPicture& picture, const SmoothBox& wheel, double roll) 
     const double ribs = roll / kWheelDetents;
     const double turned = (ribs - std::floor(ribs)) * kAngle;
     const double width = std::max(1.0, std::min(radius * kAngle * 0.20, 3.0 * picture.unit));
-    for (int i = -kRibs / 4 - 1; i <= kRibs / 4 + 1; ++i) {
+    for (int i = -kRibs / 4; i < kRibs / 4; ++i) {
         const double angle = turned + i * kAngle;
         const double facing = std::cos(angle);
         if (std::abs(angle) > std::numbers::pi / 2.0 - 0.12)

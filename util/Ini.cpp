@@ -5,6 +5,8 @@
 #include "util/RuntimeError.h"
 #include "util/Text.h"
 
+using namespace std::string_view_literals;
+
 namespace kv::util {
 
 namespace {
@@ -36,7 +38,7 @@ void IniSource::write(std::wstring_view, std::wstring_view, std::wstring_view, s
 }
 
 void IniSource::demandWritable(std::wstring_view key, std::wstring_view section, std::wstring_view value) {
-    constexpr std::wstring_view kLineBreakers(L"\r\n\0\x1A", 4);
+    constexpr std::wstring_view kLineBreakers = L"\r\n\0\x1A"sv;
     const auto holds = [](std::wstring_view text, std::wstring_view characters) {
         return text.find_first_of(characters) != std::wstring_view::npos;
     };

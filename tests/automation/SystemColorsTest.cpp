@@ -25,7 +25,7 @@ class OtherColor {
     COLORREF before_;
 };
 
-constexpr COLORREF kOdd = RGB(190, 220, 170);
+constexpr COLORREF kTestColor = RGB(190, 220, 170);
 
 class SystemColors : public testing::Test {
   protected:
@@ -50,10 +50,10 @@ TEST_F(SystemColors, ADrawnSpectrumIsDrawnAgain) {
     const Picture before = spectrum();
     const COLORREF former = GetSysColor(COLOR_WINDOW);
     {
-        const OtherColor other(COLOR_WINDOW, kOdd);
+        const OtherColor other(COLOR_WINDOW, kTestColor);
         const Picture now = spectrum();
-        EXPECT_GT(share(now, kOdd), 10);
-        EXPECT_EQ(now.count(kOdd, now.all()), before.count(former, before.all()));
+        EXPECT_GT(share(now, kTestColor), 10);
+        EXPECT_EQ(now.count(kTestColor, now.all()), before.count(former, before.all()));
         EXPECT_GT(now.count(RGB(200, 30, 40), now.all()), 100) << "the channel is still there";
     }
     EXPECT_EQ(spectrum(), before);
@@ -63,37 +63,37 @@ TEST_F(SystemColors, TheStripOfLabelsFollows) {
     fill();
     const HWND strip = container.pictureBox(L"picUnits");
     const Picture before = windowPicture(strip);
-    const OtherColor other(COLOR_BTNFACE, kOdd);
+    const OtherColor other(COLOR_BTNFACE, kTestColor);
     const Picture now = windowPicture(strip);
     EXPECT_NE(now, before);
-    EXPECT_GT(now.count(kOdd, now.all()), 1000);
+    EXPECT_GT(now.count(kTestColor, now.all()), 1000);
 }
 
 TEST_F(SystemColors, AClearedSpectrumStaysClear) {
     fill();
     EXPECT_EQ(container.control->ClearDisplay(), S_OK);
     EXPECT_EQ(container.control->ClearDisplayLabels(), S_OK);
-    const OtherColor other(COLOR_WINDOW, kOdd);
-    EXPECT_EQ(share(spectrum(), kOdd), 100);
+    const OtherColor other(COLOR_WINDOW, kTestColor);
+    EXPECT_EQ(share(spectrum(), kTestColor), 100);
 }
 
 TEST_F(SystemColors, AColorSetByTheHostStays) {
     EXPECT_EQ(container.control->put_lColorSpecBack(RGB(250, 240, 230)), S_OK);
     fill();
     const Picture before = spectrum();
-    const OtherColor other(COLOR_WINDOW, kOdd);
+    const OtherColor other(COLOR_WINDOW, kTestColor);
     EXPECT_EQ(spectrum(), before);
 }
 
 TEST_F(SystemColors, ChangesWhileInactiveAreShownAfterwards) {
     fill();
     EXPECT_EQ(container.as<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
-    const OtherColor other(COLOR_WINDOW, kOdd);
+    const OtherColor other(COLOR_WINDOW, kTestColor);
     EXPECT_EQ(container.as<IOleObject>()->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, container.site.Get(), 0,
                                                  container.host.get(), &container.site->place),
               S_OK);
     pump();
-    EXPECT_GT(share(spectrum(), kOdd), 10);
+    EXPECT_GT(share(spectrum(), kTestColor), 10);
 }
 
 }  // namespace

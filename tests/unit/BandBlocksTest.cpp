@@ -31,7 +31,7 @@ TEST(BandBlocks, ABlockHoldsTheExtremesOfItsVisibleRecords) {
     EXPECT_EQ(block.lowest, 10.0);
     EXPECT_EQ(block.highest, 21.0);
     EXPECT_EQ(block.widest, 4.0);
-    EXPECT_FALSE(block.hasOdd);
+    EXPECT_FALSE(block.hasIrregular);
     EXPECT_FALSE(block.undrawn);
 }
 
@@ -39,7 +39,7 @@ TEST(BandBlocks, ABlockWithoutRegularRecordsIsEmpty) {
     BandBlocks blocks;
     blocks.derive({hidden(record(1.0, 2.0))}, 0);
     EXPECT_GT(blocks.blocks()[0].lowest, blocks.blocks()[0].highest);
-    EXPECT_FALSE(blocks.blocks()[0].hasOdd);
+    EXPECT_FALSE(blocks.blocks()[0].hasIrregular);
 }
 
 TEST(BandBlocks, ARecordThatIsNotRegularOnlySetsAFlag) {
@@ -48,11 +48,12 @@ TEST(BandBlocks, ARecordThatIsNotRegularOnlySetsAFlag) {
     below.dFreq = 9.0;
     DrawRecord above = record(10.0, 20.0);
     above.dFreq = 21.0;
-    for (const DrawRecord& odd : {record(-1.0, 0.0), record(kNaN, 5.0), record(-1.1e15, 5.0), record(5.0, 1.1e15),
-                                  record(9.0, 5.0), below, above}) {
+    for (const DrawRecord& irregular : {record(-1.0, 0.0), record(kNaN, 5.0), record(-1.1e15, 5.0), record(5.0, 1.1e15),
+                                        record(9.0, 5.0), below, above}) {
         BandBlocks blocks;
-        blocks.derive({odd, record(3.0, 4.0)}, 0);
-        EXPECT_TRUE(blocks.blocks()[0].hasOdd) << odd.dFreqLo << " to " << odd.dFreqHi << ", " << odd.dFreq;
+        blocks.derive({irregular, record(3.0, 4.0)}, 0);
+        EXPECT_TRUE(blocks.blocks()[0].hasIrregular)
+            << irregular.dFreqLo << " to " << irregular.dFreqHi << ", " << irregular.dFreq;
         EXPECT_EQ(blocks.blocks()[0].lowest, 3.0);
         EXPECT_EQ(blocks.blocks()[0].highest, 4.0);
         EXPECT_TRUE(blocks.blocks()[0].undrawn);
@@ -63,7 +64,7 @@ TEST(BandBlocks, EdgesAndFrequenciesAtTheirLimitsAreRegular) {
     for (const DrawRecord& record : {record(-1e15, 5.0), record(5.0, 1e15), record(0.0, 5e-324)}) {
         BandBlocks blocks;
         blocks.derive({record}, 0);
-        EXPECT_FALSE(blocks.blocks()[0].hasOdd) << record.dFreqLo << " to " << record.dFreqHi;
+        EXPECT_FALSE(blocks.blocks()[0].hasIrregular) << record.dFreqLo << " to " << record.dFreqHi;
     }
 }
 

@@ -151,7 +151,7 @@ class ChannelSnapshotTest : public ::testing::Test {
         map.floor = -130.0;
         map.markHeight = oneIn(2) ? 10.0 : 5.0;
         const std::vector<std::int16_t>& rows = snapshot.rows(map);
-        bool oddStyle = false;
+        bool unknownStyle = false;
         std::int32_t index = 0;
         ASSERT_EQ(rows.size(), snapshot.size());
         for (std::size_t position = 0; position < snapshot.size(); ++position) {
@@ -165,11 +165,11 @@ class ChannelSnapshotTest : public ::testing::Test {
             ASSERT_LT(index, store_.count(kind));
             const DrawRecord fresh = store_.at(kind, index)->drawRecord();
             ASSERT_NO_FATAL_FAILURE(compare(snapshot, position, fresh, rows[position], map)) << position;
-            oddStyle = oddStyle || fresh.iFillStyle < 0 || fresh.iFillStyle > 7;
+            unknownStyle = unknownStyle || fresh.iFillStyle < 0 || fresh.iFillStyle > 7;
             ++index;
         }
         ASSERT_EQ(index, store_.count(kind));
-        ASSERT_EQ(snapshot.hasOddStyle(), oddStyle);
+        ASSERT_EQ(snapshot.hasUnknownFillStyle(), unknownStyle);
     }
 
     static void compare(const ChannelSnapshot& snapshot, std::size_t position, const DrawRecord& fresh,
@@ -193,8 +193,8 @@ class ChannelSnapshotTest : public ::testing::Test {
         }
         ASSERT_TRUE(known.bDrawn || block.undrawn);
         if (!isRegular(fresh)) {
-            ASSERT_EQ(row, ChannelSnapshot::kOdd);
-            ASSERT_TRUE(block.hasOdd);
+            ASSERT_EQ(row, ChannelSnapshot::kIrregular);
+            ASSERT_TRUE(block.hasIrregular);
             return;
         }
         const double top = fresh.dPwrDBM > map.floor ? fresh.dPwrDBM : map.markHeight;

@@ -285,5 +285,24 @@ TEST_F(DisplayRangeTest, BothEndsOfTheRangeBelongToIt) {
     EXPECT_FALSE(range.contains(std::numeric_limits<double>::quiet_NaN()));
 }
 
+TEST_F(DisplayRangeTest, MissingBoundsAreThoseOfTheChannels) {
+    range.setFreqEndBuffer(0.0);
+    EXPECT_FALSE(range.showBetween(0.0, 0.0)) << "there is no channel";
+    EXPECT_FALSE(range.hasSpan());
+    EXPECT_EQ(view.left, std::nullopt);
+    add(450.0);
+    add(460.0);
+    range.setDisplayCenterFreq(1.0);
+    EXPECT_TRUE(range.showBetween(0.0, 0.0));
+    expectSpan(449.0, 461.0);
+    EXPECT_EQ(range.center(), 0.0);
+    EXPECT_TRUE(range.showBetween(400.0, 0.0));
+    expectSpan(400.0, 461.0);
+    EXPECT_EQ(view.left, 449.0) << "the scale of the channels";
+    EXPECT_EQ(view.width, 12.0);
+    EXPECT_TRUE(range.showBetween(0.25, 0.75));
+    expectSpan(0.25, 0.75);
+}
+
 }  // namespace
 }  // namespace kv::control

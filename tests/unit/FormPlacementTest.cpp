@@ -182,8 +182,8 @@ TEST_F(FormPlacementTest, WithNothingSavedTheFormIsInTheMiddleOfItsOwnersMonitor
     EXPECT_EQ(restored(), kMiddle);
     EXPECT_EQ(state, WindowState::Normal);
     arrange({{0, 0, 1920, 1080}, {-1280, 100, 0, 900}}, 40);
-    desktop.windows[9] = {-1000, 200, -100, 800};
-    EXPECT_EQ(restored(9), (Place{-19200.0 + 6600.0, 1500.0 + 3450.0, 6000.0, 4500.0}));
+    desktop.windows[1] = {-1000, 200, -100, 800};
+    EXPECT_EQ(restored(1), (Place{-19200.0 + 6600.0, 1500.0 + 3450.0, 6000.0, 4500.0}));
     EXPECT_EQ(restored(), kMiddle);
     EXPECT_EQ(restored(10), kMiddle);
 }

@@ -73,6 +73,20 @@ TEST(KnobLayout, LabelsNeverOverlapAtAnySize) {
     EXPECT_EQ(most, 11U);
 }
 
+TEST(KnobLayout, ALongFirstLabelIsApartFromTheOthers) {
+    tdKnob knob(nullptr, L"");
+    knob.bOption2 = true;
+    knob.AddStop(true, L"the lowest of all", 0.0);
+    for (int stop = 1; stop <= 4; ++stop)
+        knob.AddStop(false, std::to_wstring(stop), stop);
+    for (int width = 60; width <= 260; ++width) {
+        for (int height = 60; height <= 200; height += 4) {
+            const SmoothBox area{0.0, 0.0, double(width), double(height)};
+            expectTidy(layOutDial(area, knob.scale(), 1.0, measured), area);
+        }
+    }
+}
+
 TEST(KnobLayout, CrampedScalesKeepEverySecondLabel) {
     EXPECT_THAT(layOutDial({0, 0, 240, 200}, grid(), 1.0, measured).labels, SizeIs(11));
     const DialLayout usual = layOutDial({0, 0, 112, 76}, grid(), 1.0, measured);

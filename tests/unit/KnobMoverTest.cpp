@@ -90,6 +90,22 @@ TEST_F(KnobMover, NotchesAndKeysReportDetents) {
     EXPECT_THAT(taken(heard), ElementsAre("end"));
 }
 
+TEST_F(KnobMover, TheWheelShowsDetentsAndThePartOfOneThatAPushAdds) {
+    // Three quarters of a detent, pushed in one piece and as a whole one less a quarter.
+    take(50, 30);
+    mover.mouseMove(59, 30, kPlain);
+    const auto pushed = image.paint(mover);
+    tdKnMover other(nullptr, L"");
+    other.setDVal(437.5);
+    image.paint(other);
+    other.wheel(120, kPlain);
+    other.mouseDown(65, 30, kPlain);
+    other.mouseMove(62, 30, kPlain);
+    EXPECT_NE(image.paint(other), pushed);
+    other.mouseMove(59, 30, kPlain);
+    EXPECT_EQ(image.paint(other), pushed);
+}
+
 TEST_F(KnobMover, HomeAndEndAreNotUsed) {
     EXPECT_FALSE(mover.wantsKey(Key::Home));
     EXPECT_FALSE(mover.wantsKey(Key::End));

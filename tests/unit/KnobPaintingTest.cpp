@@ -255,6 +255,15 @@ TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
     EXPECT_EQ(palette.accent, 0xD77800U);
     EXPECT_EQ(palette.grayText, 0x6D6D6DU);
     EXPECT_FALSE(palette.highContrast);
+    platform.systemColors = {{kv::raster::system_color::kButtonShadow, 0x111111},
+                             {kv::raster::system_color::kButtonHighlight, 0x222222},
+                             {kv::raster::system_color::kHighlight, 0x333333},
+                             {kv::raster::system_color::kGrayText, 0x444444}};
+    palette = systemPalette(platform, knob);
+    EXPECT_EQ(palette.shadow, 0x111111U);
+    EXPECT_EQ(palette.highlight, 0x222222U);
+    EXPECT_EQ(palette.accent, 0x333333U);
+    EXPECT_EQ(palette.grayText, 0x444444U);
     knob.setBackColor(0x0000FF);
     knob.setForeColor(0x00FF00);
     palette = systemPalette(platform, knob);

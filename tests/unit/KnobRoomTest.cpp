@@ -94,10 +94,19 @@ TEST(KnobDistances, LabelsKeepThreePixelsBetweenThemAtAnyResolution) {
 }
 
 /// Paints a nudge wheel by itself, without a shadow.
-WheelPlace paintedWheel(KnobImage& image, int dpi) {
+WheelPlace paintedWheel(KnobImage& image, int dpi, const KnobLook& look = {}, int pointed = 0) {
     NotingLetters letters;
-    const KnobPicture picture(image.buffer, letters, dpi, inkFor(contrastPalette(), {}), {}, {});
-    return paintWheel(picture, {0.0, 0.0, double(image.buffer.width), double(image.buffer.height)}, 0.0, 0);
+    const KnobPicture picture(image.buffer, letters, dpi, inkFor(contrastPalette(), {}), look, {});
+    return paintWheel(picture, {0.0, 0.0, double(image.buffer.width), double(image.buffer.height)}, 0.0, pointed);
+}
+
+std::vector<std::uint32_t> wheelWith(const KnobLook& look, int pointed) {
+    KnobImage image(100, 40);
+    paintedWheel(image, 96, look, pointed);
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < image.buffer.height; ++y)
+        pixels.insert(pixels.end(), image.buffer.row(y), image.buffer.row(y) + image.buffer.width);
+    return pixels;
 }
 
 TEST(KnobWheel, CornersAreFourPixelsOrAQuarterOfTheHeight) {
@@ -125,6 +134,30 @@ TEST(KnobWheel, ArrowsNeedSixtyPixelsBesideTheMargins) {
         KnobImage narrow(66 * unit - 1, 40 * unit);
         EXPECT_EQ(paintedWheel(narrow, 96 * unit).left.width(), 0.0);
     }
+}
+
+TEST(KnobWheel, TheArrowUnderThePointerIsLitWhileTheKnobCanBeTurned) {
+    KnobLook look;
+    look.hover = true;
+    for (const int arrow : {-1, 1})
+        EXPECT_NE(wheelWith(look, arrow), wheelWith(look, 0));
+    look.hover = false;
+    EXPECT_EQ(wheelWith(look, 1), wheelWith(look, 0)) << "the pointer is elsewhere";
+    look = {};
+    look.enabled = false;
+    look.hover = true;
+    EXPECT_EQ(wheelWith(look, 1), wheelWith(look, 0)) << "disabled";
+}
+
+TEST(KnobWheel, TheMarkIsNoWiderThanHalfANarrowWheel) {
+    KnobImage image(12, 40);
+    const std::uint32_t guard = image.buffer.row(0)[0];
+    paintedWheel(image, 96);
+    // The wheel is 8 pixels wide and begins at row 8. The mark ends 2.5 pixels above it, is 2.2 high and 4 wide.
+    for (int x = 0; x < 12; ++x)
+        EXPECT_EQ(image.buffer.row(2)[x], guard) << x;
+    for (int x = 0; x < 12; ++x)
+        EXPECT_EQ(image.buffer.row(3)[x] != guard, x >= 4 && x < 8) << x;
 }
 
 TEST(KnobTicks, EveryStopOfACrowdedScaleHasOne) {

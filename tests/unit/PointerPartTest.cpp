@@ -144,6 +144,18 @@ TEST_F(PointerPartTest, TheReportIsHeadedByTheReadOut) {
     EXPECT_THAT(pointer.report().window()->text(), ::testing::HasSubstr(L"450.00000 MHz"));
 }
 
+TEST_F(PointerPartTest, WithoutAFrequencyTheReportIsEmptyEvenWithAChannelAtZero) {
+    const util::Ref<QuietSlot> low = add(ChannelKind::TX, 0.5);
+    ASSERT_LT(low->fields().dFreqLo, 0.0);
+    ReportWindow window({platform, files, errors}, store, picture, chkShowMouse);
+    chkShowMouse.setValue(1);
+    window.ShowMouseInfo(0.25, L"0.25 MHz");
+    ASSERT_NE(window.window(), nullptr);
+    EXPECT_NE(window.window()->text(), L"");
+    window.ShowMouseInfo(0.0, L"0 MHz");
+    EXPECT_EQ(window.window()->text(), L"");
+}
+
 TEST_F(PointerPartTest, AWindowThatCouldNotBeSetUpIsSetUpTheNextTime) {
     class FailingOnce final : public MemoryFiles {
       public:

@@ -31,14 +31,14 @@ DrawRecord record(double power) {
 TEST(PowerRows, ARowIsThatOfTheTopInsideThePicture) {
     DrawRecord hidden = record(0.0);
     hidden.bVisible = false;
-    DrawRecord odd = record(0.0);
-    odd.dFreqHi = 1.0;
+    DrawRecord irregular = record(0.0);
+    irregular.dFreqHi = 1.0;
     PowerMap map = powers();
     map.pixels.size.height = 1'000'000;
     map.floor = -1e6;
     PowerRows rows;
-    EXPECT_EQ(rows.rows({record(20.0), record(19.0), record(30.0), record(-1e5), hidden, odd}, map),
-              Rows({0, 10'000, 0, PowerRows::kNotShown - 1, PowerRows::kNotShown, PowerRows::kOdd}));
+    EXPECT_EQ(rows.rows({record(20.0), record(19.0), record(30.0), record(-1e5), hidden, irregular}, map),
+              Rows({0, 10'000, 0, PowerRows::kNotShown - 1, PowerRows::kNotShown, PowerRows::kIrregular}));
 }
 
 TEST(PowerRows, ARecordAtTheFloorHasTheHeightOfTheMark) {
