@@ -245,7 +245,7 @@ HRESULT BandscopeControl::get_lCursorColor(OLE_COLOR* value) {
 HRESULT BandscopeControl::DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName, BSTR* value) {
     if (!dHgt || !dWid)
         return E_POINTER;
-    return memberReturn(value, [&] {
+    const HRESULT result = memberReturn(value, [&] {
         std::wstring name = sFName ? com::toWide(*sFName) : std::wstring();
         const std::wstring written = scope_->DisplayToBMP(*dHgt, *dWid, name);
         *dHgt = toHostTwips(*dHgt);
@@ -256,6 +256,12 @@ HRESULT BandscopeControl::DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName,
         }
         return written;
     });
+    // A picture that cannot be saved, or whose name cannot be returned, is an answer and no error.
+    if (FAILED(result) && value) {
+        *dHgt = *dWid = 0.0;
+        return S_OK;
+    }
+    return result;
 }
 
 HRESULT BandscopeControl::CopyDisplayToClipboard() {

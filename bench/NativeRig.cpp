@@ -18,7 +18,7 @@ class NoEvents final : public control::HostEvents {
 };
 
 class NoErrors final : public util::ErrorReporter {
-    void ErrHand(std::int16_t, const std::wstring&, const std::wstring&, const util::RuntimeError&) noexcept override {
+    void ErrHand(std::int16_t, std::wstring_view, std::wstring_view, const util::RuntimeError&) noexcept override {
         std::abort();
     }
 };

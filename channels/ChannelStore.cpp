@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "raster/Canvas.h"
 #include "util/ConvertFreq.h"
@@ -103,6 +104,12 @@ void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_
             fillInEdges(record);
             widen(kind, record);
         }
+    } catch (const std::bad_alloc&) {
+        // Without memory for what belongs to it the channel is not added at all.
+        keys_.takeBack();
+        if (!list.empty() && list[list.size() - 1] == channel.get())
+            static_cast<void>(list.take(list.size() - 1));
+        throw;
     } catch (...) {
         keys_.unlink();
         noteAdded(kind, record);
@@ -234,9 +241,12 @@ std::exception_ptr ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t i
         // A key that cannot be moved does not end the loop: with the array half moved, one channel would be in it
         // twice and another one lost.
         try {
-            const std::wstring key = moved->sKey();
-            forgetKey(key);
-            addKey(key, kind, j);
+            // Reading a key of our own class takes no copy, for which there might be no memory.
+            if (const FreqSlotFields* const own = moved->peek()) {
+                renumberKey(own->sKey, kind, j);
+            } else {
+                renumberKey(moved->sKey(), kind, j);
+            }
         } catch (...) {
             if (!failed)
                 failed = std::current_exception();
@@ -247,6 +257,11 @@ std::exception_ptr ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t i
         removal.done(std::min(index, count(kind)));
     }
     return failed;
+}
+
+void ChannelStore::renumberKey(std::wstring_view key, ChannelKind kind, std::int32_t index) {
+    if (!keys_.renumber(key, kind, index))
+        throw RuntimeError(util::error_number::kInvalidProcedureCall);
 }
 
 void ChannelStore::forgetKey(std::wstring_view key) {

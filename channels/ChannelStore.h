@@ -95,6 +95,7 @@ class ChannelStore {
     };
 
     void addKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
+    void renumberKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
     void noteAdded(ChannelKind kind, FreqSlot& channel);
     void widen(ChannelKind kind, FreqSlot& channel);
     void widenByEdges(ChannelKind kind);

@@ -1,8 +1,27 @@
 #include "channels/KeyIndex.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "util/Text.h"
 
 namespace kv::channels {
+
+std::size_t KeyIndex::FoldedHash::operator()(std::wstring_view key) const noexcept {
+    std::size_t hash = 0;
+    for (const wchar_t character : key)
+        hash = hash * 31U + static_cast<std::size_t>(util::foldCase(character));
+    return hash * 0x9E3779B1U;
+}
+
+bool KeyIndex::FoldedEqual::operator()(std::wstring_view a, std::wstring_view b) const noexcept {
+    return std::ranges::equal(a, b, [](wchar_t x, wchar_t y) { return util::foldCase(x) == util::foldCase(y); });
+}
+
+// Without links no removed channel is counted, and the number is the index.
+std::int32_t KeyIndex::numberOf(ChannelKind kind, std::int32_t index) const noexcept {
+    return index + static_cast<std::int32_t>(gone_[kind].count());
+}
 
 std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
     if (!entry.linked)
@@ -11,26 +30,34 @@ std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
 }
 
 bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::int32_t index) {
+    added_ = nullptr;
     fixEmptied();
-    // Without links no removed channel is counted, and the number is the index.
-    const std::int32_t number = index + static_cast<std::int32_t>(gone_[kind].count());
-    return entries_.emplace(util::foldCase(key), Entry{number, kind, linked_}).second;
+    const auto [entry, isNew] = entries_.emplace(key, Entry{numberOf(kind, index), kind, linked_});
+    if (isNew)
+        added_ = &entry->first;
+    return isNew;
+}
+
+void KeyIndex::takeBack() noexcept {
+    if (added_)
+        entries_.erase(entries_.find(*std::exchange(added_, nullptr)));
 }
 
 std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const {
-    const auto found = entries_.find(util::foldCase(key));
+    const auto found = entries_.find(key);
     return found == entries_.end() ? std::nullopt : std::optional(indexOf(found->second));
 }
 
 bool KeyIndex::isLinked(std::wstring_view key, ChannelKind kind, std::int32_t index) const {
-    const auto found = entries_.find(util::foldCase(key));
+    const auto found = entries_.find(key);
     return found != entries_.end() && found->second.linked && found->second.kind == kind &&
            indexOf(found->second) == index;
 }
 
 bool KeyIndex::forget(std::wstring_view key) {
+    added_ = nullptr;
     fixEmptied();
-    const auto found = entries_.find(util::foldCase(key));
+    const auto found = entries_.find(key);
     if (found == entries_.end())
         return false;
     const bool bereaved = found->second.linked;
@@ -40,11 +67,23 @@ bool KeyIndex::forget(std::wstring_view key) {
     return true;
 }
 
+bool KeyIndex::renumber(std::wstring_view key, ChannelKind kind, std::int32_t index) {
+    added_ = nullptr;
+    fixEmptied();
+    const auto found = entries_.find(key);
+    if (found == entries_.end())
+        return false;
+    if (found->second.linked)
+        unlink();
+    found->second = {numberOf(kind, index), kind, linked_};
+    return true;
+}
+
 bool KeyIndex::closeGap(std::wstring_view key, ChannelKind kind, std::int32_t index) {
     fixEmptied();
     if (!linked_)
         return false;
-    const auto found = entries_.find(util::foldCase(key));
+    const auto found = entries_.find(key);
     if (found == entries_.end() || !found->second.linked || found->second.kind != kind ||
         indexOf(found->second) != index) {
         unlink();
@@ -60,6 +99,7 @@ void KeyIndex::emptied(ChannelKind kind) noexcept {
 }
 
 void KeyIndex::clear(bool listsAreEmpty) noexcept {
+    added_ = nullptr;
     entries_.clear();
     gone_ = {};
     emptied_ = {};

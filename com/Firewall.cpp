@@ -10,12 +10,12 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-void setErrorInfo(const ErrorOrigin& origin, const std::wstring& text) {
+void setErrorInfo(const ErrorOrigin& origin, std::wstring_view text) {
     ComPtr<ICreateErrorInfo> create;
     if (FAILED(CreateErrorInfo(create.GetAddressOf())))
         return;
     // The system copies the texts, but its parameters lack a const.
-    std::wstring description = text;
+    std::wstring description(text);
     create->SetGUID(origin.iid);
     if (origin.source) {
         std::wstring source = origin.source;
@@ -27,20 +27,25 @@ void setErrorInfo(const ErrorOrigin& origin, const std::wstring& text) {
         SetErrorInfo(0, info.Get());
 }
 
+HRESULT reportError(const ErrorOrigin& origin, const util::RuntimeError& error) noexcept {
+    try {
+        setErrorInfo(origin, error.text());
+    } catch (...) {
+        // Without memory for the text, the caller still gets the number.
+    }
+    return hresultOf(error.number());
+}
+
 }  // namespace
 
 HRESULT reportCurrentException(const ErrorOrigin& origin) noexcept {
     try {
         throw;
     } catch (const util::RuntimeError& error) {
-        try {
-            setErrorInfo(origin, error.text());
-        } catch (...) {
-            // Without memory for the text, the caller still gets the number.
-        }
-        return hresultOf(error.number());
+        return reportError(origin, error);
     } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
+        return origin.source ? reportError(origin, util::RuntimeError(util::error_number::kOutOfMemory))
+                             : E_OUTOFMEMORY;
     } catch (...) {
         return E_UNEXPECTED;
     }

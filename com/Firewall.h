@@ -26,7 +26,8 @@ struct ErrorOrigin {
 };
 
 /// Turns the exception being handled into an HRESULT, and a util::RuntimeError also into error information
-/// (description, source, interface). Call it inside a catch block only.
+/// (description, source, interface). Memory exhaustion is the run-time error 7 in the methods of a class of ours, where
+/// a host expects its numbers, and E_OUTOFMEMORY in the system's interfaces. Call it inside a catch block only.
 [[nodiscard]] HRESULT reportCurrentException(const ErrorOrigin& origin) noexcept;
 
 /// Runs the body of a COM method. The body returns nothing, which is S_OK, or an HRESULT.

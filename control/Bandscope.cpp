@@ -30,9 +30,22 @@ T quietly(T start, F&& body) {
 }  // namespace
 
 Bandscope::Bandscope(const Services& services) : services_(services) {
-    reported(L"UserControl_Initialize", [&](Step&) { UserControl_Initialize(); });
+    std::exception_ptr failed;
+    const auto kept = [&failed](auto&& body) {
+        try {
+            body();
+        } catch (...) {
+            failed = std::current_exception();
+            throw;
+        }
+    };
+    reported(L"UserControl_Initialize", [&](Step&) { kept([&] { UserControl_Initialize(); }); });
+    if (!failed)
+        noted(L"UserControl_Resize", [&](Step& step) { kept([&] { UserControl_Resize(step); }); });
+    // A host that gets no control can deal with that; one that was set up in part would fail it later.
+    if (failed)
+        std::rethrow_exception(failed);
     connectHandlers();
-    noted(L"UserControl_Resize", [&](Step& step) { UserControl_Resize(step); });
 }
 
 Bandscope::~Bandscope() = default;
@@ -55,10 +68,14 @@ std::int32_t Bandscope::addQuietly(ChannelKind kind, const FreqSlotRef& chnl) {
     std::int32_t index = 0;
     quietly(false, [&] {
         store_.add(kind, chnl, index);
-        if (kind == ChannelKind::TX) {
-            panel_.summary().ShowTXLabels(store_, sTXNoun().empty() ? chnl->sLabel() : std::wstring());
-        } else {
+        if (kind == ChannelKind::RX) {
             panel_.summary().ShowRXLabels(store_);
+        } else if (!sTXNoun().empty()) {
+            panel_.summary().ShowTXLabels(store_, {});
+        } else if (const channels::FreqSlotFields* const own = chnl->peek()) {
+            panel_.summary().ShowTXLabels(store_, own->sLabel);
+        } else {
+            panel_.summary().ShowTXLabels(store_, chnl->sLabel());
         }
         return true;
     });

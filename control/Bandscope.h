@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "channels/ChannelStore.h"
@@ -136,7 +137,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     /// no such member, and every control of theirs keeps the movers that it starts with.
     void setBUseMovers(bool value);
     /// The word for the transmit channels; empty before the first one. For tests: no caption shows it.
-    [[nodiscard]] const std::wstring& sTXNoun() const noexcept { return panel_.summary().sTXNoun(); }
+    [[nodiscard]] std::wstring_view sTXNoun() const noexcept { return panel_.summary().sTXNoun(); }
 
   private:
     using Step = util::Step;
@@ -207,7 +208,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void changeHeight(bool expand);
 
     template <class Body>
-    bool reported(const wchar_t* procedure, Body&& body, const std::wstring& detail = {}) {
+    bool reported(const wchar_t* procedure, Body&& body, std::wstring_view detail = {}) {
         return util::reported(services_.errors, procedure, std::forward<Body>(body), detail);
     }
     template <class Body>

@@ -1,6 +1,6 @@
 #include "control/PictureExport.h"
 
-#include <functional>
+#include <utility>
 
 #include "forms/modPicToBMP.h"
 #include "util/AtExit.h"
@@ -12,7 +12,7 @@ namespace kv::control {
 std::wstring PictureExport::DisplayToBMP(double& dHgt, double& dWid, std::wstring& sFName) {
     // A statement that fails is skipped: the next ones do what can still be done.
     util::Step step = 0;
-    const auto statement = [&](const std::function<void()>& body) {
+    const auto statement = [&](const auto& body) {
         step = static_cast<util::Step>(step + 100);
         util::noted(
             errors_, L"DisplayToBMP", [&body](util::Step&) { body(); }, step);
@@ -26,10 +26,14 @@ std::wstring PictureExport::DisplayToBMP(double& dHgt, double& dWid, std::wstrin
         dHgt = strip_.height();
         dWid = strip_.width();
     });
-    bool written = false;
-    statement([&] { written = forms::ExportToBMP2(strip_, picture_, sFName, {files_, errors_}); });
-    if (written)
-        return sFName;
+    std::wstring written;
+    statement([&] {
+        std::wstring name = sFName;
+        if (forms::ExportToBMP2(strip_, picture_, name, {files_, errors_}))
+            written = std::move(name);
+    });
+    if (!written.empty())
+        return written;
     dHgt = 0.0;
     dWid = 0.0;
     return {};

@@ -27,7 +27,7 @@ std::wstring SummaryLabels::Summary::rangeText() const {
                    : std::wstring();
 }
 
-void SummaryLabels::ShowTXLabels(const channels::ChannelStore& store, const std::wstring& sLabel) {
+void SummaryLabels::ShowTXLabels(const channels::ChannelStore& store, std::wstring_view sLabel) {
     if (store.count(ChannelKind::TX) > 0 && sTXNoun_.empty())
         sTXNoun_ = channels::isIntermodProduct(sLabel) ? L" IM Products" : L" TX Channels";
     const channels::Extremes& e = store.extremes();
@@ -57,7 +57,7 @@ void SummaryLabels::note(ChannelKind kind, const Summary& summary) {
 }
 
 void SummaryLabels::forgetTX() {
-    sTXNoun_.clear();
+    sTXNoun_ = {};
     ui_.lblNumTX.setCaption(L"");
     ui_.lblTXRange.setCaption(L"");
 }

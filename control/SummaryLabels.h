@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "channels/ChannelKind.h"
 #include "channels/ChannelStore.h"
@@ -18,13 +19,13 @@ class SummaryLabels {
 
     /// The transmit channels have changed; `sLabel` is the label of the one that was added, if one was. The first
     /// label after `forgetTX` decides whether they are called channels or products.
-    void ShowTXLabels(const channels::ChannelStore& store, const std::wstring& sLabel);
+    void ShowTXLabels(const channels::ChannelStore& store, std::wstring_view sLabel);
     void ShowRXLabels(const channels::ChannelStore& store);
     void forgetTX();
     void forgetRX();
 
     /// The word for the transmit channels; empty before the first one. No caption shows it.
-    [[nodiscard]] const std::wstring& sTXNoun() const noexcept { return sTXNoun_; }
+    [[nodiscard]] std::wstring_view sTXNoun() const noexcept { return sTXNoun_; }
 
   private:
     /// Nothing to tell when the minimum is above the maximum (MHz).
@@ -41,7 +42,7 @@ class SummaryLabels {
     Children& ui_;
     Summary tx_;
     Summary rx_;
-    std::wstring sTXNoun_;
+    std::wstring_view sTXNoun_;
 };
 
 }  // namespace kv::control

@@ -116,8 +116,12 @@ void PictureBox::setFontSize(double points) {
 
 Surface& PictureBox::surface() {
     if (!surface_) {
-        surface_ = platform_.createSurface(keptSize());
-        surface_->canvas().clear(platform_.resolve(backColor()));
+        std::unique_ptr<Surface> made = platform_.createSurface(keptSize());
+        made->canvas().clear(platform_.resolve(backColor()));
+        if (outgrown_)
+            copyOverlap(outgrown_->pixels(), made->pixels());
+        outgrown_.reset();
+        surface_ = std::move(made);
     }
     return *surface_;
 }
@@ -142,8 +146,13 @@ void PictureBox::placed() {
     const raster::PixelBuffer old = surface_->pixels();
     if (raster::PixelSize{old.width, old.height} == keptSize())
         return;
-    const std::unique_ptr<Surface> previous = std::move(surface_);
-    copyOverlap(old, surface().pixels());
+    outgrown_ = std::move(surface_);
+    try {
+        static_cast<void>(surface());
+    } catch (...) {
+        // The box has its new place all the same, and its window has to hear of it. The picture is made when it is
+        // next drawn on or shown; who needs it then, hears of the error.
+    }
     changed();
 }
 

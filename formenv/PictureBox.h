@@ -119,6 +119,7 @@ class PictureBox : public Widget {
 
     Platform& platform_;
     std::unique_ptr<Surface> surface_;
+    std::unique_ptr<Surface> outgrown_;  ///< of the earlier size, while there was no memory for one of the present size
     raster::Canvas* diverted_ = nullptr;
     bool dirty_ = false;
     bool blank_ = true;

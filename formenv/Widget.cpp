@@ -87,9 +87,16 @@ void Widget::describeLater(Handler describe) {
 
 // The window is not told: it was told when the description was deferred.
 void Widget::describe() const {
-    const Handler waiting = std::exchange(later_, nullptr);
+    Handler waiting = std::exchange(later_, nullptr);
     const util::AtExit restore([this, peer = std::exchange(peer_, nullptr)] { peer_ = peer; });
-    waiting();
+    try {
+        waiting();
+    } catch (...) {
+        // A text for which there was no memory is made at the next look.
+        if (!later_)
+            later_ = std::move(waiting);
+        throw;
+    }
 }
 
 void Widget::setToolTip(std::wstring toolTip) {

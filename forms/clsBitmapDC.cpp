@@ -23,7 +23,7 @@ bool clsBitmapDC::PasteBitmap(Handle& hBmp, std::int32_t xDest, std::int32_t yDe
                               std::int32_t ySrc, std::int32_t lWid, std::int32_t lHgt, double dRasterOp) {
     const Handle memory = calls_.CreateCompatibleDC(hDCSrc);
     const Handle previous = calls_.SelectObject(memory, hBmp);
-    calls_.BitBlt(memory, xDest, yDest, lWid, lHgt, hDCSrc, xSrc, ySrc, static_cast<std::int32_t>(dRasterOp));
+    pasted_ = calls_.BitBlt(memory, xDest, yDest, lWid, lHgt, hDCSrc, xSrc, ySrc, static_cast<std::int32_t>(dRasterOp));
     hBmp = calls_.SelectObject(memory, previous);
     calls_.DeleteDC(memory);
     return false;

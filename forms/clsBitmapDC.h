@@ -8,8 +8,8 @@
 
 namespace kv::forms {
 
-/// No state of its own; one for each export. No call is tested for success here: each leaves its error code with
-/// `calls`, and the caller tests the handles.
+/// One for each export. No failure ends a procedure: each call leaves its error code with `calls`, and the caller tests
+/// the handles and whether the pixels were copied.
 class clsBitmapDC {
   public:
     /// `calls` has to live longer.
@@ -25,12 +25,16 @@ class clsBitmapDC {
     [[nodiscard]] formenv::Handle CreateBitmapInMemory(std::int32_t lWid, std::int32_t lHgt, formenv::Handle hDCRef);
 
     /// Copies a rectangle of `hDCSrc` into the bitmap. `hBmp` becomes the handle that is returned when the bitmap is
-    /// deselected: the same one, or 0 when it could not be selected. Always false.
+    /// deselected: the same one, or 0 when it could not be selected. Always false; `pasted` is the answer.
     bool PasteBitmap(formenv::Handle& hBmp, std::int32_t xDest, std::int32_t yDest, formenv::Handle hDCSrc,
                      std::int32_t xSrc, std::int32_t ySrc, std::int32_t lWid, std::int32_t lHgt, double dRasterOp);
 
+    /// The last paste copied the pixels.
+    [[nodiscard]] bool pasted() const noexcept { return pasted_; }
+
   private:
     formenv::BitmapCalls& calls_;
+    bool pasted_ = false;
 };
 
 }  // namespace kv::forms

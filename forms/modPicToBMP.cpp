@@ -48,7 +48,7 @@ class Export {
     void run(const std::wstring& sFile, Step& step);
 
     /// The text of the present step.
-    std::wstring stepText;
+    const wchar_t* stepText = L"";
 
   private:
     void develop(const std::wstring& message) noexcept { services_.errors.wrtTechSupNoMak(message, false); }
@@ -66,7 +66,7 @@ class Export {
 void Export::paste(const OwnedBitmap& bitmap, PictureBox& source, int x, int y, PixelSize size) {
     Handle handle = bitmap.get();
     x_.PasteBitmap(handle, x, y, source.surface().deviceContext(), 0, 0, size.width, size.height, formenv::kSourceCopy);
-    if (handle != bitmap.get())
+    if (!x_.pasted() || handle != bitmap.get())
         throw RuntimeError(util::error_number::kInvalidPicture);
 }
 
@@ -122,7 +122,8 @@ void Export::run(const std::wstring& sFile, Step& step) {
 bool ExportToBMP2(PictureBox& P1, PictureBox& P2, const std::wstring& sFile, const ExportServices& services) {
     Export attempt(P1, P2, services);
     const auto run = [&](Step& step) { attempt.run(sFile, step); };
-    return util::noted(services.errors, L"ExportToBMP2", run, attempt.stepText, 0);
+    return util::noted(
+        services.errors, L"ExportToBMP2", run, [&](Step) { return std::wstring_view(attempt.stepText); }, 0);
 }
 
 }  // namespace kv::forms

@@ -55,8 +55,13 @@ void HeadlessBitmaps::forget(formenv::Handle context) noexcept {
     surfaces_.erase(context);
 }
 
-bool HeadlessBitmaps::begin(std::string_view call, const std::string& arguments) {
-    calls.push_back(std::string(call) + ' ' + arguments);
+template <class Arguments>
+bool HeadlessBitmaps::begin(std::string_view call, Arguments&& arguments) noexcept {
+    try {
+        calls.push_back(std::string(call) + ' ' + arguments());
+    } catch (...) {
+        // Some of the calls free what others took; they must do so without memory, too.
+    }
     const bool failing = fails && fails(call);
     record(failing ? kMadeToFail : 0);
     return !failing;
@@ -79,7 +84,7 @@ raster::PixelBuffer HeadlessBitmaps::pixelsOf(formenv::Handle context) {
 }
 
 formenv::Handle HeadlessBitmaps::CreateCompatibleDC(formenv::Handle reference) {
-    if (!begin("CreateCompatibleDC", std::to_string(reference)))
+    if (!begin("CreateCompatibleDC", [&] { return std::to_string(reference); }))
         return 0;
     memory_.emplace(++last_, kStockBitmap);
     return last_;
@@ -87,7 +92,7 @@ formenv::Handle HeadlessBitmaps::CreateCompatibleDC(formenv::Handle reference) {
 
 formenv::Handle HeadlessBitmaps::CreateCompatibleBitmap(formenv::Handle reference, std::int32_t width,
                                                         std::int32_t height) {
-    if (!begin("CreateCompatibleBitmap", std::to_string(reference) + ' ' + pair(width, height, 'x')))
+    if (!begin("CreateCompatibleBitmap", [&] { return std::to_string(reference) + ' ' + pair(width, height, 'x'); }))
         return 0;
     if (width < 1 || height < 1 || (!surfaces_.contains(reference) && !memory_.contains(reference))) {
         invalid();
@@ -99,11 +104,11 @@ formenv::Handle HeadlessBitmaps::CreateCompatibleBitmap(formenv::Handle referenc
 }
 
 bool HeadlessBitmaps::DeleteDC(formenv::Handle context) {
-    return begin("DeleteDC", std::to_string(context)) && (memory_.erase(context) != 0 || invalid());
+    return begin("DeleteDC", [&] { return std::to_string(context); }) && (memory_.erase(context) != 0 || invalid());
 }
 
 formenv::Handle HeadlessBitmaps::SelectObject(formenv::Handle context, formenv::Handle object) {
-    if (!begin("SelectObject", std::to_string(context) + ' ' + std::to_string(object)))
+    if (!begin("SelectObject", [&] { return std::to_string(context) + ' ' + std::to_string(object); }))
         return 0;
     const auto memory = memory_.find(context);
     if (memory == memory_.end() || (object != kStockBitmap && !bitmaps_.contains(object))) {
@@ -116,8 +121,11 @@ formenv::Handle HeadlessBitmaps::SelectObject(formenv::Handle context, formenv::
 bool HeadlessBitmaps::BitBlt(formenv::Handle to, std::int32_t x, std::int32_t y, std::int32_t width,
                              std::int32_t height, formenv::Handle from, std::int32_t fromX, std::int32_t fromY,
                              std::int32_t operation) {
-    if (!begin("BitBlt", std::to_string(to) + ' ' + pair(x, y) + ' ' + pair(width, height, 'x') + ' ' +
-                             std::to_string(from) + ' ' + pair(fromX, fromY) + ' ' + hex(operation)))
+    const auto arguments = [&] {
+        return std::to_string(to) + ' ' + pair(x, y) + ' ' + pair(width, height, 'x') + ' ' + std::to_string(from) +
+               ' ' + pair(fromX, fromY) + ' ' + hex(operation);
+    };
+    if (!begin("BitBlt", arguments))
         return false;
     const raster::PixelBuffer target = pixelsOf(to);
     const raster::PixelBuffer source = pixelsOf(from);
@@ -136,13 +144,15 @@ bool HeadlessBitmaps::BitBlt(formenv::Handle to, std::int32_t x, std::int32_t y,
 
 std::unique_ptr<formenv::PictureObject> HeadlessBitmaps::OleCreatePictureIndirect(
     const formenv::PictureDescription& description, formenv::InterfaceName name, bool own) {
-    std::string interfaceName;
-    for (const wchar_t* letter = name; *letter != L'\0'; ++letter)
-        interfaceName += static_cast<char>(*letter);
-    if (!begin("OleCreatePictureIndirect", std::to_string(description.size) + ' ' + std::to_string(description.type) +
-                                               ' ' + std::to_string(description.bitmap) + ' ' +
-                                               std::to_string(description.palette) + ' ' + interfaceName +
-                                               (own ? " own" : " lent")))
+    const auto arguments = [&] {
+        std::string interfaceName;
+        for (const wchar_t* letter = name; *letter != L'\0'; ++letter)
+            interfaceName += static_cast<char>(*letter);
+        return std::to_string(description.size) + ' ' + std::to_string(description.type) + ' ' +
+               std::to_string(description.bitmap) + ' ' + std::to_string(description.palette) + ' ' + interfaceName +
+               (own ? " own" : " lent");
+    };
+    if (!begin("OleCreatePictureIndirect", arguments))
         return nullptr;
     if (!bitmaps_.contains(description.bitmap)) {
         invalid();
@@ -152,12 +162,12 @@ std::unique_ptr<formenv::PictureObject> HeadlessBitmaps::OleCreatePictureIndirec
 }
 
 bool HeadlessBitmaps::DeleteObject(formenv::Handle object) {
-    return begin("DeleteObject", std::to_string(object)) && (bitmaps_.erase(object) != 0 || invalid());
+    return begin("DeleteObject", [&] { return std::to_string(object); }) && (bitmaps_.erase(object) != 0 || invalid());
 }
 
 formenv::BitmapImage HeadlessBitmaps::imageOf(formenv::Handle bitmap) {
     const auto found = bitmaps_.find(bitmap);
-    if (!begin("imageOf", std::to_string(bitmap)) || found == bitmaps_.end())
+    if (!begin("imageOf", [&] { return std::to_string(bitmap); }) || found == bitmaps_.end())
         throw util::RuntimeError(util::error_number::kInvalidPicture);
     return found->second;
 }

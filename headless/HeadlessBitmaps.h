@@ -47,8 +47,9 @@ class HeadlessBitmaps final : public formenv::BitmapCalls {
     static constexpr formenv::Handle kStockBitmap = 99;
 
   private:
-    /// Records the call; false when it has to fail.
-    bool begin(std::string_view call, const std::string& arguments);
+    /// Records the call, if there is memory for that; false when it has to fail.
+    template <class Arguments>
+    bool begin(std::string_view call, Arguments&& arguments) noexcept;
     bool invalid();
     [[nodiscard]] raster::PixelBuffer pixelsOf(formenv::Handle context);
 

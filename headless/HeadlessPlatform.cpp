@@ -58,14 +58,17 @@ raster::Rgb HeadlessPlatform::systemColor(int index) const noexcept {
 }
 
 std::unique_ptr<formenv::Surface> HeadlessPlatform::createSurface(raster::PixelSize size) {
+    begin("createSurface");
     return std::make_unique<MemorySurface>(size, letters_, bitmaps);
 }
 
 raster::PixelSize HeadlessPlatform::textSize(std::wstring_view text, const raster::Font& font) {
+    begin("textSize");
     return noFonts ? raster::PixelSize{} : letters_.textSize(text, font);
 }
 
 void HeadlessPlatform::pumpEvents() {
+    begin("pumpEvents");
     ++pumps;
     if (onPump)
         onPump();
@@ -79,6 +82,7 @@ formenv::MessageAnswer HeadlessPlatform::messageBox(const std::wstring& text, co
 formenv::MessageAnswer HeadlessPlatform::messageBoxBefore(std::intptr_t window, const std::wstring& text,
                                                           const std::wstring& title, formenv::MessageIcon icon,
                                                           formenv::MessageButtons buttons) {
+    begin("messageBox");
     messages.push_back({text, title, icon, buttons, window});
     if (const std::function<void()> during = onMessage)
         during();
@@ -92,11 +96,20 @@ class HeadlessPlatform::RecordedFormWindow final : public formenv::FormWindow, p
         : platform_(platform), form_(form), handle_(++platform.lastHandle_) {
         note("create");
         form_.setPeer(this);
-        tellSize();
+        try {
+            tellSize();
+        } catch (...) {
+            form_.setPeer(nullptr);
+            throw;
+        }
     }
     ~RecordedFormWindow() override {
         form_.setPeer(nullptr);
-        note("destroy");
+        try {
+            note("destroy");
+        } catch (...) {
+            // Without memory only the record is missing.
+        }
     }
     RecordedFormWindow(const RecordedFormWindow&) = delete;
     RecordedFormWindow& operator=(const RecordedFormWindow&) = delete;
@@ -125,12 +138,14 @@ class HeadlessPlatform::RecordedFormWindow final : public formenv::FormWindow, p
 };
 
 std::unique_ptr<formenv::FormWindow> HeadlessPlatform::createFormWindow(formenv::Form& form) {
+    begin("createFormWindow");
     if (formsFail)
         throw util::RuntimeError(util::error_number::kOutOfMemory);
     return std::make_unique<RecordedFormWindow>(*this, form);
 }
 
 void HeadlessPlatform::startProgram(const std::wstring& command) {
+    begin("startProgram");
     if (programsFail)
         throw util::RuntimeError(util::error_number::kFileNotFound);
     programs.push_back(command);

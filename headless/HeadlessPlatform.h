@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "formenv/Platform.h"
@@ -44,6 +45,9 @@ class HeadlessPlatform final : public formenv::Platform {
         return desktop_;
     }
 
+    /// Called with the name of each call that needs something of the system, before it is done. When it throws, the
+    /// call fails.
+    std::function<void(std::string_view call)> before;
     int dots = 96;
     /// System colors by name that are not those of the usual theme.
     std::map<raster::OleColor, raster::Rgb> systemColors;
@@ -65,6 +69,11 @@ class HeadlessPlatform final : public formenv::Platform {
 
   private:
     class RecordedFormWindow;
+
+    void begin(std::string_view call) const {
+        if (before)
+            before(call);
+    }
 
     std::intptr_t lastHandle_ = 0;
     BlockTextPainter letters_;

@@ -260,7 +260,8 @@ void Configuration::note(const std::wstring& text) noexcept {
 
 void Configuration::noteError(const wchar_t* procedure, const RuntimeError& error) noexcept {
     try {
-        note(std::wstring(L"Error in ") + procedure + L" " + std::to_wstring(error.number()) + L"  " + error.text());
+        note(std::wstring(L"Error in ") + procedure + L" " + std::to_wstring(error.number()) + L"  " +
+             std::wstring(error.text()));
     } catch (...) {
         // No memory for the text.
     }

@@ -41,17 +41,17 @@ class MessageTurn {
 }  // namespace
 
 struct ErrorHandler::Record {
-    Record(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail, const RuntimeError& error)
-        : head(L"Error " + std::to_wstring(error.number()) + L"  " + error.text()),
-          procedure(L"Procedure: " + sProc + L"; Flag " + std::to_wstring(flag)),
-          detail(getLenTrim(sDetail) < 1 ? std::wstring() : L"DETAIL: " + sDetail) {}
+    Record(std::int16_t flag, std::wstring_view sProc, std::wstring_view sDetail, const RuntimeError& error)
+        : head(L"Error " + std::to_wstring(error.number()) + L"  " + std::wstring(error.text())),
+          procedure(L"Procedure: " + std::wstring(sProc) + L"; Flag " + std::to_wstring(flag)),
+          detail(getLenTrim(sDetail) < 1 ? std::wstring() : L"DETAIL: " + std::wstring(sDetail)) {}
 
     std::wstring head;
     std::wstring procedure;
     std::wstring detail;  ///< empty: none
 };
 
-void ErrorHandler::ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+void ErrorHandler::ErrHand(std::int16_t flag, std::wstring_view sProc, std::wstring_view sDetail,
                            const RuntimeError& error) noexcept {
     try {
         const Record record(flag, sProc, sDetail, error);
@@ -66,7 +66,7 @@ void ErrorHandler::ErrHand(std::int16_t flag, const std::wstring& sProc, const s
     }
 }
 
-void ErrorHandler::ErrNote(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+void ErrorHandler::ErrNote(std::int16_t flag, std::wstring_view sProc, std::wstring_view sDetail,
                            const RuntimeError& error) noexcept {
     try {
         write(Record(flag, sProc, sDetail, error));

@@ -14,13 +14,11 @@ class ErrorHandler final : public ErrorReporter {
     /// Both must live longer.
     ErrorHandler(TechSupportLog& log, UserPrompt& user) : log_(log), user_(user) {}
 
-    void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+    void ErrHand(std::int16_t flag, std::wstring_view sProc, std::wstring_view sDetail,
                  const RuntimeError& error) noexcept override;
-    void ErrNote(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+    void ErrNote(std::int16_t flag, std::wstring_view sProc, std::wstring_view sDetail,
                  const RuntimeError& error) noexcept override;
-    void wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept override {
-        log_.wrtTechSupNoMak(sMsg, bStamp);
-    }
+    void wrtTechSupNoMak(std::wstring_view sMsg, bool bStamp) noexcept override { log_.wrtTechSupNoMak(sMsg, bStamp); }
 
   private:
     struct Record;

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <exception>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace kv::util {
@@ -29,22 +31,27 @@ inline constexpr int kCannotOpenClipboard = 521;
 /// for a number that has none.
 [[nodiscard]] const wchar_t* errorText(int number) noexcept;
 
+/// Copying one and reading it needs no memory, so that also the error of having none can be passed on.
 class RuntimeError : public std::exception {
   public:
-    explicit RuntimeError(int number) : RuntimeError(number, errorText(number)) {}
-    RuntimeError(int number, std::wstring text) : number_(number), text_(std::move(text)) {}
+    explicit RuntimeError(int number) noexcept : number_(number), usual_(errorText(number)) {}
+    /// With the text of its origin, such as the host's.
+    RuntimeError(int number, std::wstring text)
+        : number_(number), own_(std::make_shared<const std::wstring>(std::move(text))) {}
 
     [[nodiscard]] int number() const noexcept { return number_; }
-    [[nodiscard]] const std::wstring& text() const noexcept { return text_; }
+    /// Ends with a null character. Valid as long as the error or a copy of it.
+    [[nodiscard]] std::wstring_view text() const noexcept { return own_ ? std::wstring_view(*own_) : usual_; }
     [[nodiscard]] const char* what() const noexcept override { return "run-time error"; }
 
   private:
     int number_;
-    std::wstring text_;
+    std::wstring_view usual_;
+    std::shared_ptr<const std::wstring> own_;
 };
 
-/// The error in force, whatever was thrown: memory exhaustion becomes 7, any other foreign exception 51. Call it
-/// inside a catch block only.
+/// The error in force, whatever was thrown: memory exhaustion becomes 7, any other foreign exception 51. Needs no
+/// memory. Call it inside a catch block only.
 [[nodiscard]] RuntimeError currentError() noexcept;
 
 }  // namespace kv::util

@@ -5,10 +5,12 @@
 
 namespace kv::util {
 
-void TechSupportLog::wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept {
+void TechSupportLog::wrtTechSupNoMak(std::wstring_view sMsg, bool bStamp) noexcept {
     try {
-        const std::wstring host = L"  (" + system_.host.name + L" " + system_.host.version + L")";
-        system_.files.append(getTechSupPath(), logLine(system_.now(), bStamp ? sMsg + host : sMsg) + L" \r\n");
+        std::wstring message(sMsg);
+        if (bStamp)
+            message += L"  (" + system_.host.name + L" " + system_.host.version + L")";
+        system_.files.append(getTechSupPath(), logLine(system_.now(), message) + L" \r\n");
     } catch (...) {
         // If the log cannot be written, the failure is ignored.
     }

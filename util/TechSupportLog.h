@@ -3,6 +3,7 @@
 
 #include <mutex>
 #include <string>
+#include <string_view>
 
 #include "util/Configuration.h"
 #include "util/System.h"
@@ -19,7 +20,7 @@ class TechSupportLog {
 
     /// Adds a line with the time and `sMsg`, and with `bStamp` the host program's name and version, as in
     /// "2026-03-09 17:04:05:  Error 6  Overflow  (Host.exe 1.0.2)", and then a line of a single space.
-    void wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept;
+    void wrtTechSupNoMak(std::wstring_view sMsg, bool bStamp) noexcept;
 
     /// The file's path, computed at its first use and kept. Without a maker's folder it is the file's name alone, and
     /// the file is in the current folder.

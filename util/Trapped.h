@@ -4,6 +4,7 @@
 #include <concepts>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "util/ErrHand.h"
@@ -15,9 +16,9 @@ namespace kv::util {
 using Step = std::int16_t;
 
 /// Runs `body(step)`, where `step` starts at `first`; an error in it goes to the error reporter, which shows a message.
-/// False after an error. `detail` is read when the error happens, so that `body` can set it.
+/// False after an error. Needs no memory, so that running out of it can be reported as well.
 template <class Body>
-bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, const std::wstring& detail = {},
+bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, std::wstring_view detail = {},
               Step first = 100) {
     Step step = first;
     try {
@@ -29,8 +30,22 @@ bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, cons
     }
 }
 
-/// The same with a context text that is made only when there is an error, by `detail(step)`. Without memory for the
-/// text the error is reported without one.
+namespace detail_text {
+
+/// Passes `tell` the text that `detail` makes, or no text when there is no memory for it.
+template <class Detail, class Tell>
+void withText(Detail&& detail, Step step, Tell&& tell) {
+    try {
+        const auto text = std::forward<Detail>(detail)(step);
+        tell(std::wstring_view(text));
+    } catch (...) {
+        tell(std::wstring_view());
+    }
+}
+
+}  // namespace detail_text
+
+/// The same with a context text that is made only when there is an error, by `detail(step)`.
 template <class Body, std::invocable<Step> Detail>
 bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Detail&& detail, Step first = 100) {
     Step step = first;
@@ -39,33 +54,37 @@ bool reported(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Deta
         return true;
     } catch (...) {
         const RuntimeError error = currentError();
-        std::wstring text;
-        try {
-            text = detail(step);
-        } catch (...) {
-            text.clear();
-        }
-        errors.ErrHand(step, procedure, text, error);
+        detail_text::withText(std::forward<Detail>(detail), step,
+                              [&](std::wstring_view text) { errors.ErrHand(step, procedure, text, error); });
         return false;
     }
 }
 
 /// The same without a message to the user.
 template <class Body>
-bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, const std::wstring& detail, Step first = 100) {
+bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Step first = 100) {
     Step step = first;
     try {
         std::forward<Body>(body)(step);
         return true;
     } catch (...) {
-        errors.ErrNote(step, procedure, detail, currentError());
+        errors.ErrNote(step, procedure, {}, currentError());
         return false;
     }
 }
 
-template <class Body>
-bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Step first = 100) {
-    return noted(errors, procedure, std::forward<Body>(body), std::wstring(), first);
+template <class Body, std::invocable<Step> Detail>
+bool noted(ErrorReporter& errors, const wchar_t* procedure, Body&& body, Detail&& detail, Step first = 100) {
+    Step step = first;
+    try {
+        std::forward<Body>(body)(step);
+        return true;
+    } catch (...) {
+        const RuntimeError error = currentError();
+        detail_text::withText(std::forward<Detail>(detail), step,
+                              [&](std::wstring_view text) { errors.ErrNote(step, procedure, text, error); });
+        return false;
+    }
 }
 
 }  // namespace kv::util

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The built files need libraries of the system only, and of these nothing that an older system lacks. The module exports
-# what a control's module has to export.
+# what a control's module has to export. Every file may be loaded at any address, runs no data as code, and has no
+# section that is both writable and executable.
 # Prints "PASS name" or "FAIL name: why" lines.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
@@ -75,7 +76,31 @@ check_exports() {
     fi
 }
 
+# The marks that let the system protect a program against attacks. Without a table of relocations the first of them
+# would have no effect.
+check_marks() {
+    local name=marks-$1-$2 file=$ROOT/build/$1/$2 found wanted='DYNAMIC_BASE NX_COMPAT' mark missing='' both
+    [[ $1 == x86 ]] || wanted+=' HIGH_ENTROPY_VA'
+    found=$(dump "$file" 2>/dev/null | sed -n '/^DllCharacteristics/,/^SizeOfStackReserve/p')
+    for mark in $wanted; do
+        grep -qw "$mark" <<<"$found" || missing+=" $mark"
+    done
+    [[ $(x86_64-w64-mingw32-objdump -h "$file" 2>/dev/null) == *' .reloc '* ]] || missing+=' .reloc'
+    # The flags of a section are on the line after its name.
+    both=$(x86_64-w64-mingw32-objdump -h "$file" 2>/dev/null |
+        awk '$1 ~ /^[0-9]+$/ { name = $2; next } /CODE/ && !/READONLY/ { print name }')
+    if [[ -n $missing ]]; then
+        say "FAIL $name: not marked:$missing"
+    elif [[ -n $both ]]; then
+        say "FAIL $name: writable and executable:" $both
+    else
+        say "PASS $name"
+    fi
+}
+
 for arch in x64 x86; do
+    check_marks "$arch" kvBandscope.ocx
+    check_marks "$arch" BandscopeHost.exe
     check_imports "$arch" kvBandscope.ocx
     check_imports "$arch" BandscopeHost.exe
     check_names "$arch" kvBandscope.ocx

@@ -99,9 +99,11 @@ TEST_F(BitmapDCTest, ErrorCodesAreRecordedAndNoneIsTested) {
     Handle same = bitmap;
     x.PasteBitmap(same, 0, 0, context, 0, 0, 4, 3, formenv::kSourceCopy);
     EXPECT_EQ(calls.lastError(), 0U);
+    EXPECT_TRUE(x.pasted());
     calls.fails = [](std::string_view call) { return call == "BitBlt"; };
     EXPECT_FALSE(x.PasteBitmap(same, 0, 0, context, 0, 0, 4, 3, formenv::kSourceCopy));
     EXPECT_EQ(same, bitmap);
+    EXPECT_FALSE(x.pasted());
 }
 
 // The export of two picture boxes.
@@ -275,7 +277,9 @@ TEST_F(PicToBMPTest, FailedStepsAreReportedWithTheirTextAndLeaveNothingBehind) {
     for (const Case& c : {Case{"CreateCompatibleBitmap", 1, 200, L"Create Empty Bitmap", kOutOfMemory},
                           Case{"CreateCompatibleDC", 2, 300, L"P1 PasteBitmap", kInvalidPicture},
                           Case{"SelectObject", 1, 300, L"P1 PasteBitmap", kInvalidPicture},
+                          Case{"BitBlt", 1, 300, L"P1 PasteBitmap", kInvalidPicture},
                           Case{"CreateCompatibleDC", 3, 400, L"P2 PasteBitmap", kInvalidPicture},
+                          Case{"BitBlt", 2, 400, L"P2 PasteBitmap", kInvalidPicture},
                           Case{"OleCreatePictureIndirect", 1, 500, L"x.CreateBitMapPicture", kInvalidPicture},
                           Case{"imageOf", 1, 600, L"SavePicture", kInvalidPicture}}) {
         SCOPED_TRACE(std::string(c.call) + " " + std::to_string(c.nth));
@@ -303,7 +307,7 @@ TEST_F(PicToBMPTest, AnInnerPictureWithoutPixelsIsNotVisible) {
 
 TEST_F(PicToBMPTest, ItWorksWithoutADevelopmentLog) {
     class WithoutLog final : public util::ErrorReporter {
-        void ErrHand(std::int16_t, const std::wstring&, const std::wstring&,
+        void ErrHand(std::int16_t, std::wstring_view, std::wstring_view,
                      const util::RuntimeError&) noexcept override {}
     } withoutLog;
     EXPECT_TRUE(ExportToBMP2(outer, inner, L"D:\\a.bmp", {files, withoutLog}));

@@ -74,20 +74,19 @@ TEST_F(ChannelStoreReadsTest, RemovingAChannelAtAnEndReadsTheOthersOnce) {
     EXPECT_EQ(store.extremes().dTXFreqMax, 418.0);
 }
 
-TEST_F(ChannelStoreReadsTest, AKeyThatChangedInAnotherStoreCostsNoReadsOfKeys) {
+TEST_F(ChannelStoreReadsTest, AKeyThatChangedInAnotherStoreCostsNoReads) {
     const util::Ref<AskedSlot> elsewhere(new AskedSlot);
     ChannelStore other;
     std::int32_t index = 0;
     other.add(ChannelKind::RX, FreqSlotRef(elsewhere.get()), index);
     elsewhere->fields().sKey = L"RX renamed";
     store.RecalcTXFreqRange();
-    EXPECT_EQ(readsOfRemoval(10).keys, 0);
+    EXPECT_EQ(readsOfRemoval(10), (Reads{0, 0}));
 }
 
-TEST_F(ChannelStoreReadsTest, AKeyThatChangedInThisStoreIsReadAgain) {
+TEST_F(ChannelStoreReadsTest, AKeyThatChangedInThisStoreIsNoticed) {
     static_cast<AskedSlot&>(*store.at(ChannelKind::TX, 15)).fields().sKey = L"TX renamed";
     EXPECT_TRUE(store.closeGap(ChannelKind::TX, 10)) << "the old key is known, the new one is not";
-    EXPECT_GE(AskedSlot::keys, kCount - 11);
 }
 
 }  // namespace

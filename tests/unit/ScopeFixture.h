@@ -99,12 +99,12 @@ class RecordingErrors final : public util::ErrorReporter {
         std::wstring detail;
         int number;
     };
-    void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring& sDetail,
+    void ErrHand(std::int16_t flag, std::wstring_view sProc, std::wstring_view sDetail,
                  const util::RuntimeError& error) noexcept override {
-        reports.push_back({flag, sProc, sDetail, error.number()});
+        reports.push_back({flag, std::wstring(sProc), std::wstring(sDetail), error.number()});
     }
-    void wrtTechSupNoMak(const std::wstring& sMsg, bool bStamp) noexcept override {
-        lines.push_back(bStamp ? sMsg + L" (stamped)" : sMsg);
+    void wrtTechSupNoMak(std::wstring_view sMsg, bool bStamp) noexcept override {
+        lines.push_back(std::wstring(sMsg) + (bStamp ? L" (stamped)" : L""));
     }
     std::vector<Report> reports;
     std::vector<std::wstring> lines;

@@ -74,7 +74,7 @@ class EditorWindowFiles final : public formenv::FileServices {
 
 class EditorWindowErrors final : public util::ErrorReporter {
   public:
-    void ErrHand(std::int16_t flag, const std::wstring& sProc, const std::wstring&,
+    void ErrHand(std::int16_t flag, std::wstring_view sProc, std::wstring_view,
                  const util::RuntimeError& error) noexcept override {
         ADD_FAILURE() << "error " << error.number() << " in " << testing::PrintToString(sProc) << ", flag " << flag;
     }

@@ -9,6 +9,7 @@ namespace kv::test {
 namespace {
 
 constexpr HRESULT kError9 = static_cast<HRESULT>(0x800A0009);
+constexpr HRESULT kError7 = static_cast<HRESULT>(0x800A0007);
 
 class DispatchTest : public testing::Test {
   protected:
@@ -201,8 +202,8 @@ TEST_F(DispatchTest, RunTimeErrorsFillTheException) {
     probe->failure = -1;
     const Outcome memory = call(dispatch(), L"Fail");
     EXPECT_EQ(memory.hr, DISP_E_EXCEPTION);
-    EXPECT_EQ(memory.errorCode, E_OUTOFMEMORY);
-    EXPECT_EQ(memory.description, L"");
+    EXPECT_EQ(memory.errorCode, kError7);
+    EXPECT_EQ(memory.description, L"Out of memory");
     probe->failure = -2;
     EXPECT_EQ(call(dispatch(), L"Fail").errorCode, E_UNEXPECTED);
     DISPPARAMS none{};
@@ -219,7 +220,8 @@ TEST_F(DispatchTest, RunTimeErrorsOfVtableCallsSetErrorInformation) {
     EXPECT_EQ(takeErrorText(&iid), L"This key is already associated with an element of this collection");
     EXPECT_TRUE(iid == IID_IProbe);
     probe->failure = -1;
-    EXPECT_EQ(probe->Fail(), E_OUTOFMEMORY);
+    EXPECT_EQ(probe->Fail(), kError7);
+    EXPECT_EQ(takeErrorText(&iid), L"Out of memory");
     probe->failure = -2;
     EXPECT_EQ(probe->Fail(), E_UNEXPECTED);
     probe->failure = 0;

@@ -1,0 +1,122 @@
+#include "tests/fuzz/lives/Twin.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace kv::fuzz {
+
+using channels::ChannelKind;
+
+namespace {
+
+constexpr int kDeepest = 3;
+
+std::vector<std::uint32_t> pixelsOf(formenv::PictureBox& box) {
+    const raster::PixelBuffer buffer = box.surface().pixels();
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < buffer.height; ++y)
+        pixels.insert(pixels.end(), buffer.row(y), buffer.row(y) + buffer.width);
+    return pixels;
+}
+
+/// Equal as bits or both no numbers.
+void expectSame(double a, double b, const char* what) {
+    EXPECT_TRUE(a == b || (std::isnan(a) && std::isnan(b))) << what << ": " << a << " and " << b;
+}
+
+}  // namespace
+
+Life::Life(std::int32_t many)
+    : scope(
+          {platform, *this, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new control::QuietSlot); }}) {
+    scope.setMany(many);
+    platform.onPump = [this] { runNext(atPump); };
+}
+
+void Life::runNext(std::vector<Action>& waiting) {
+    if (waiting.empty() || depth_ >= kDeepest)
+        return;
+    const Action next = std::move(waiting.back());
+    waiting.pop_back();
+    ++depth_;
+    try {
+        next(*this);
+    } catch (...) {
+        --depth_;
+        throw;
+    }
+    --depth_;
+}
+
+void Life::event() {
+    runNext(atEvent);
+}
+
+void Life::add(ChannelKind kind, const channels::FreqSlotFields& fields) {
+    const util::Ref<control::QuietSlot> slot(new control::QuietSlot);
+    slot->fields() = fields;
+    records.push_back(slot);
+    if (kind == ChannelKind::TX)
+        scope.AddTXChnl(channels::FreqSlotRef(slot.get()));
+    else
+        scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
+}
+
+control::QuietSlot* Life::record(std::size_t number) const {
+    return records.empty() ? nullptr : records[number % records.size()].get();
+}
+
+void Life::act(const Action& action) {
+    try {
+        action(*this);
+    } catch (const util::RuntimeError& error) {
+        errors.numbers.push_back(error.number());
+        ++escaped;
+    }
+}
+
+Twin::Twin() : fast_(1), slow_(std::numeric_limits<std::int32_t>::max()) {}
+
+void Twin::act(const Action& action) {
+    fast_.act(action);
+    slow_.act(action);
+}
+
+void Twin::expectChannels(Life& life) {
+    for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
+        const bool tx = kind == ChannelKind::TX;
+        const std::vector<std::wstring>& expected = keys[kind];
+        ASSERT_EQ(tx ? life.scope.NumTX() : life.scope.NumRX(), static_cast<std::int32_t>(expected.size()));
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            const auto index = static_cast<std::int32_t>(i);
+            const channels::FreqSlotRef channel = tx ? life.scope.GetTXChnl(index) : life.scope.GetRXChnl(index);
+            ASSERT_TRUE(channel);
+            ASSERT_EQ(channel->sKey(), expected[i]);
+            ASSERT_EQ(life.scope.GetChnlByKey(expected[i]).get(), channel.get());
+        }
+    }
+}
+
+void Twin::expectAgreement() {
+    expectChannels(fast_);
+    expectChannels(slow_);
+    EXPECT_EQ(fast_.errors.numbers, slow_.errors.numbers);
+    for (const int number : fast_.errors.numbers)
+        EXPECT_NE(number, util::error_number::kInternal);
+    fast_.errors.numbers.clear();
+    slow_.errors.numbers.clear();
+    expectSame(fast_.scope.displaySpan().first, slow_.scope.displaySpan().first, "lowest frequency");
+    expectSame(fast_.scope.displaySpan().second, slow_.scope.displaySpan().second, "highest frequency");
+    expectSame(fast_.scope.CursorVal(), slow_.scope.CursorVal(), "cursor");
+    expectSame(fast_.scope.extremes().dFreqMin, slow_.scope.extremes().dFreqMin, "lowest edge");
+    expectSame(fast_.scope.extremes().dFreqMax, slow_.scope.extremes().dFreqMax, "highest edge");
+    for (std::size_t i = 0; i < fast_.records.size(); ++i)
+        ASSERT_EQ(fast_.records[i]->bDrawn(), slow_.records[i]->bDrawn()) << "record " << i;
+    EXPECT_EQ(fast_.ui().lblTXRange.caption(), slow_.ui().lblTXRange.caption());
+    EXPECT_EQ(fast_.ui().lblRXRange.caption(), slow_.ui().lblRXRange.caption());
+    ASSERT_EQ(pixelsOf(fast_.ui().picSpectrum), pixelsOf(slow_.ui().picSpectrum)) << "spectrum";
+    ASSERT_EQ(pixelsOf(fast_.ui().picUnits), pixelsOf(slow_.ui().picUnits)) << "labels";
+}
+
+}  // namespace kv::fuzz
