@@ -63,10 +63,12 @@ std::vector<Transmitter> numbersOf(const std::vector<const PlanChannel*>& channe
 
 }  // namespace
 
-Loading::Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options)
+Loading::Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options,
+                 const std::optional<RangeMhz>& range)
     : control_(control),
       freqSlot_(freqSlot),
       plan_(plan),
+      range_(range),
       transmitters_(transmittersOf(plan)),
       combinations_(allowedCombinations(transmitters_.size(), options)),
       generator_(combinations_ == 0 ? std::vector<Transmitter>() : numbersOf(transmitters_), options) {
@@ -74,19 +76,52 @@ Loading::Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& pla
     for (const PlanChannel* channel : transmitters_) {
         transmitterLabels_.emplace_back(channel->label);
     }
-    addChannels();
+}
+
+template <class Work>
+void Loading::change(Work work) {
+    try {
+        work();
+    } catch (...) {
+        earlier_->putBack();
+        throw;
+    }
+}
+
+void Loading::start() {
+    earlier_.emplace(control_);
+    change([this] {
+        addChannels();
+        draw();
+    });
+}
+
+bool Loading::step() {
+    bool done = false;
+    change([&] { done = addProducts(); });
+    return done;
+}
+
+void Loading::cancel() {
+    change([this] { addChannels(); });
+}
+
+void Loading::show() {
+    change([this] { draw(); });
 }
 
 void Loading::addChannels() {
     powers_.reset();
     products_ = 0;
+    transmit_ = 0;
+    receive_ = 0;
     check(control_.ClearAllChnls(), L"Clearing the channels");
     for (const PlanChannel& channel : plan_.channels) {
         add(channel);
     }
 }
 
-bool Loading::step() {
+bool Loading::addProducts() {
     const DWORD start = GetTickCount();
     Product product;
     do {
@@ -103,10 +138,6 @@ bool Loading::step() {
     return false;
 }
 
-void Loading::cancel() {
-    addChannels();
-}
-
 double Loading::fractionDone() const noexcept {
     return combinations_ == 0 ? 1.0 : static_cast<double>(generator_.tried()) / static_cast<double>(combinations_);
 }
@@ -119,9 +150,28 @@ void Loading::add(const PlanChannel& channel) {
     check(slot->put_sLabel(Bstr(channel.label).get()), L"Setting sLabel");
     check(slot->put_lColor(channel.boxColour.value_or(shades.box)), L"Setting lColor");
     check(slot->put_lColorLine(channel.lineColour.value_or(shades.line)), L"Setting lColorLine");
+    if (channel.transmits) {
+        addTransmit(*slot.Get());
+    } else {
+        addReceive(*slot.Get());
+    }
+}
+
+// The members report a channel that they cannot use by its index only.
+void Loading::addTransmit(_FreqSlot& slot) {
     LONG index = 0;
-    check(channel.transmits ? control_.AddTXChnl(slot.Get(), &index) : control_.AddRXChnl(slot.Get(), &index),
-          L"Adding a channel");
+    check(control_.AddTXChnl(&slot, &index), L"Adding a transmit channel");
+    if (index != transmit_++) {
+        throw Failure{kExitOther, L"The control has not added a transmit channel."};
+    }
+}
+
+void Loading::addReceive(_FreqSlot& slot) {
+    LONG index = 0;
+    check(control_.AddRXChnl(&slot, &index), L"Adding a receive channel");
+    if (index != receive_++) {
+        throw Failure{kExitOther, L"The control has not added a receive channel."};
+    }
 }
 
 void Loading::addProduct(const Product& product) {
@@ -134,8 +184,7 @@ void Loading::addProduct(const Product& product) {
     check(slot->put_lColor(shades.box), L"Setting lColor");
     check(slot->put_lColorLine(shades.line), L"Setting lColorLine");
     addTerms(*slot.Get(), product);
-    LONG index = 0;
-    check(control_.AddTXChnl(slot.Get(), &index), L"Adding a product");
+    addTransmit(*slot.Get());
 }
 
 void Loading::addTerms(_FreqSlot& slot, const Product& product) {
@@ -190,14 +239,14 @@ void Loading::setPowerScale() {
     check(control_.put_DisplayMinPwr(std::floor((powers_->lowest - kRoom) / kStep) * kStep), L"Setting DisplayMinPwr");
 }
 
-void Loading::show(const std::optional<RangeMhz>& range) {
+void Loading::draw() {
     if (!powers_) {
         return;
     }
     setPowerScale();
-    if (range) {
+    if (range_) {
         check(control_.put_FreqEndBuffer(0.0), L"Setting FreqEndBuffer");
-        check(control_.DrawByRange(range->lowest, range->highest), L"Drawing");
+        check(control_.DrawByRange(range_->lowest, range_->highest), L"Drawing");
         return;
     }
     double lowest = 0.0;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/Com.h"
+#include "host/EarlierContents.h"
 #include "host/plan/CommandLine.h"
 #include "host/plan/Plan.h"
 #include "host/plan/Products.h"
@@ -14,24 +15,26 @@ namespace kv::host {
 
 /// Replaces the contents of the control. Transmitters and receivers are added at once. Products, of which there may be
 /// half a million, are added in steps, so that the window can handle its messages between them. A call of the control
-/// that fails throws Failure.
+/// that fails throws Failure; then the control shows its earlier contents again.
 class Loading {
   public:
-    /// Throws Failure with kExitUsage when the selected orders would give more than two million products.
-    Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options);
+    /// Changes nothing in the control yet. Throws Failure with kExitUsage when the selected orders would give more than
+    /// two million products. The range is `range` if it is given. Otherwise it is that of all transmit channels,
+    /// including products, or of all channels if there is no transmit channel.
+    Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options,
+            const std::optional<RangeMhz>& range);
 
+    /// Replaces the channels, and draws the new ones.
+    void start();
     /// Works for a few hundredths of a second; true when all products have been added.
     [[nodiscard]] bool step();
     /// Removes the products that have been added so far.
     void cancel();
+    /// Sets the power scale for the loaded channels and draws them. Does nothing for a plan without channels.
+    void show();
 
     [[nodiscard]] double fractionDone() const noexcept;
     [[nodiscard]] std::size_t productCount() const noexcept { return products_; }
-
-    /// Sets the power scale for the loaded channels and draws them. The range is `range` if it is given. Otherwise it
-    /// is that of all transmit channels, including products, or of all channels if there is no transmit channel. Does
-    /// nothing for a plan without channels.
-    void show(const std::optional<RangeMhz>& range);
 
   private:
     struct Powers {
@@ -39,10 +42,17 @@ class Loading {
         double highest = 0.0;
     };
 
+    /// Does a part of the work. If it fails, the earlier contents are put back.
+    template <class Work>
+    void change(Work work);
     void addChannels();
+    bool addProducts();
+    void draw();
     void addProduct(const Product& product);
     void addTerms(_FreqSlot& slot, const Product& product);
     void add(const PlanChannel& channel);
+    void addTransmit(_FreqSlot& slot);
+    void addReceive(_FreqSlot& slot);
     void setCommon(_FreqSlot& slot, std::int64_t frequencyHz, std::int64_t bandwidthHz, double powerDbm);
     [[nodiscard]] ComPtr<_FreqSlot> newSlot();
     void note(double powerDbm);
@@ -51,6 +61,8 @@ class Loading {
     _kvBandscope& control_;
     IClassFactory& freqSlot_;
     const Plan& plan_;
+    std::optional<RangeMhz> range_;
+    std::optional<EarlierContents> earlier_;        // empty before the start
     std::vector<const PlanChannel*> transmitters_;  // products contain indexes into this list
     std::vector<Bstr> transmitterLabels_;
     Bstr megahertz_{L"MHz"};
@@ -58,6 +70,8 @@ class Loading {
     std::uint64_t combinations_;
     ProductGenerator generator_;
     std::size_t products_ = 0;
+    LONG transmit_ = 0;  // added so far, with the products
+    LONG receive_ = 0;
     std::optional<Powers> powers_;
 };
 

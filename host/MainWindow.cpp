@@ -23,18 +23,6 @@ constexpr COLORREF kLabelBack = RGB(0xF4, 0xF6, 0xF8);
 constexpr COLORREF kLabelFore = RGB(0x33, 0x3D, 0x4A);
 constexpr COLORREF kCursor = RGB(0xB0, 0x30, 0x30);
 
-std::wstring grouped(std::size_t number) {
-    std::wstring digits = std::to_wstring(number);
-    for (std::size_t at = digits.size(); at > 3; at -= 3) {
-        digits.insert(at - 3, 1, L',');
-    }
-    return digits;
-}
-
-std::wstring counted(std::size_t number, const wchar_t* noun) {
-    return grouped(number) + L" " + noun + (number == 1 ? L"" : L"s");
-}
-
 /// Sets the colors of the control.
 void dress(_kvBandscope& control) {
     check(control.put_GridColor(kGrid), L"Setting GridColor");
@@ -47,6 +35,7 @@ void dress(_kvBandscope& control) {
 }  // namespace
 
 MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_(findControlClasses()) {
+    shown_.products = options.products;
     create();
     try {
         status_.emplace(window_);
@@ -104,7 +93,7 @@ void MainWindow::close() noexcept {
     if (window_ != nullptr) {
         ShowWindow(window_, SW_HIDE);  // releasing half a million records takes a moment
     }
-    loading_.reset();
+    opening_.reset();
     spectrum_.reset();
     if (window_ != nullptr) {
         const HWND window = std::exchange(window_, nullptr);
@@ -114,22 +103,14 @@ void MainWindow::close() noexcept {
 }
 
 int MainWindow::run() {
-    try {
-        if (!options_.planFile.empty()) {
-            load(options_.planFile);
-        } else if (options_.quit || !options_.saveFile.empty()) {
-            loaded(L"");
-        }
-    } catch (const Failure& failure) {
-        report(failure);
-    }
+    openFirst();
     while (!ended_) {
         handleQueued();
         if (ended_) {
             break;
         }
-        if (loading_ != nullptr) {
-            continueLoading();
+        if (opening_ != nullptr) {
+            continueOpening();
         } else {
             WaitMessage();
         }
@@ -149,8 +130,8 @@ void MainWindow::handleQueued() {
 }
 
 void MainWindow::dispatch(MSG& message) {
-    if (loading_ != nullptr && message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
-        cancelLoading();
+    if (opening_ != nullptr && message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
+        cancelProducts();
         return;
     }
     // The active control gets a key first, then the accelerators of this window.
@@ -170,10 +151,8 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
     // No exception may leave a call from the system.
     try {
         return self->handle(message, first, second);
-    } catch (const Failure& failure) {
-        self->report(failure);
-    } catch (const std::exception&) {
-        self->report({kExitOther, L"There is not enough memory."});
+    } catch (...) {
+        self->reportCurrent();
     }
     return 0;
 }
@@ -221,13 +200,28 @@ void MainWindow::layOut() {
     spectrum_->place(client);
 }
 
+void MainWindow::reportCurrent() noexcept {
+    try {
+        try {
+            throw;
+        } catch (const Failure& failure) {
+            report(failure);
+        } catch (...) {
+            report({kExitOther, L"There is not enough memory."});
+        }
+    } catch (...) {
+        // There is not even enough memory for the message.
+        if (options_.quit) {
+            finish(kExitOther);
+        }
+    }
+}
+
 void MainWindow::report(const Failure& failure) {
-    loading_.reset();
     if (options_.quit) {
-        writeFailure(failure);
         finish(failure.code);
+        writeFailure(failure);
     } else {
-        status_->setProgress(-1.0);
         status_->setMessage(L"");
         showFailure(window_, failure);
     }
@@ -236,73 +230,6 @@ void MainWindow::report(const Failure& failure) {
 void MainWindow::finish(int exitCode) {
     exitCode_ = exitCode;
     ended_ = true;
-}
-
-void MainWindow::load(const std::wstring& file) {
-    try {
-        plan_ = loadPlan(file);
-    } catch (const PlanError& error) {
-        throw Failure{kExitBadPlan, error.text()};  // the previous plan stays
-    }
-    planName_ = file.substr(file.find_last_of(L"\\/") + 1);
-    SetWindowTextW(window_, (planName_ + L" - BandscopeHost").c_str());
-    startLoading();
-}
-
-void MainWindow::startLoading() {
-    loading_ = std::make_unique<Loading>(spectrum_->control(), *classes_.freqSlot.Get(), plan_, options_.products);
-    status_->setMessage(L"Computing products. Press Esc to stop.");
-    loading_->show(options_.range);  // transmitters and receivers have already been added
-}
-
-void MainWindow::continueLoading() try {
-    if (loading_->step()) {
-        loaded(L"");
-    } else {
-        status_->setProgress(loading_->fractionDone());
-        status_->setCounts(counted(loading_->productCount(), L"product"));
-    }
-} catch (const Failure& failure) {
-    report(failure);
-} catch (const std::exception&) {
-    report({kExitOther, L"There is not enough memory."});
-}
-
-void MainWindow::cancelLoading() try {
-    loading_->cancel();
-    options_.products.second = options_.products.third = options_.products.fifth =
-        false;  // because no product is shown any more
-    loaded(L"Stopped: the products are not shown.");
-} catch (const Failure& failure) {
-    report(failure);
-}
-
-void MainWindow::loaded(const std::wstring& message) {
-    if (loading_ != nullptr) {
-        // Drawing handles pending messages. While loading_ exists, their handlers start no other work.
-        loading_->show(options_.range);
-        status_->setCounts(counted(plan_.transmitterCount(), L"transmitter") + L", " +
-                           counted(plan_.receiverCount(), L"receiver") + L", " +
-                           counted(loading_->productCount(), L"product"));
-        updateRange();
-        loading_.reset();
-    }
-    status_->setProgress(-1.0);
-    status_->setMessage(message);
-    if (const std::wstring file = std::exchange(options_.saveFile, L""); !file.empty()) {
-        writePicture(file);
-    }
-    if (options_.quit) {
-        finish(kExitOk);
-    }
-}
-
-void MainWindow::updateRange() {
-    double lowest = 0.0;
-    double highest = 0.0;
-    check(spectrum_->control().get_DisplayMinFreq(&lowest), L"Reading DisplayMinFreq");
-    check(spectrum_->control().get_DisplayMaxFreq(&highest), L"Reading DisplayMaxFreq");
-    status_->setRange(lowest, highest);
 }
 
 void MainWindow::gridRangeChosen() {

@@ -3,6 +3,8 @@
 
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "host/Loading.h"
 #include "host/Spectrum.h"
@@ -30,7 +32,9 @@ class MainWindow final : public ControlEvents {
     void showWindow();
     void layOut();
     void close() noexcept;
-    /// Shows a failure in a message box. With --quit it writes the failure to standard error and ends the program.
+    /// Reports the exception that is being handled, in a message box. With --quit it is written to standard error and
+    /// the program ends.
+    void reportCurrent() noexcept;
     void report(const Failure& failure);
     void finish(int exitCode);
 
@@ -42,15 +46,41 @@ class MainWindow final : public ControlEvents {
     void showAll();
     void redraw();
     void openMouseReport();
-    void toggleOrder(bool& order);
+    void toggleOrder(bool ProductOptions::*order);
 
-    void load(const std::wstring& file);
-    void startLoading();
-    void continueLoading();
-    void cancelLoading();
-    void loaded(const std::wstring& message);
+    /// What the window shows, or is about to show.
+    struct Shown {
+        Plan plan;
+        std::wstring name;  ///< of the plan's file; empty without a plan
+        ProductOptions products;
+        std::optional<RangeMhz> range;
+        std::size_t productCount = 0;
+    };
+    /// A plan that is being opened. Until that has succeeded, `shown_` is the earlier one.
+    struct Opening {
+        Opening(_kvBandscope& control, IClassFactory& freqSlot, Shown wanted)
+            : next(std::move(wanted)), loading(control, freqSlot, next.plan, next.products, next.range) {}
+        Opening(const Opening&) = delete;
+        Opening& operator=(const Opening&) = delete;
+
+        Shown next;
+        Loading loading;
+    };
+
+    void openFirst();
+    void load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range);
+    void open(Shown next);
+    void continueOpening();
+    void cancelProducts();
+    void opened(const std::wstring& message);
+    /// After a failure: the window describes the earlier plan again, which the control already shows.
+    void abandonOpening();
+    void describe(const Shown& shown);
+    /// Runs a part of an opening. If it fails, the opening is abandoned and the failure reported.
+    template <class Work>
+    void guarded(Work work) noexcept;
     void writePicture(const std::wstring& file);
-    void updateRange();
+    void updateRange() noexcept;
     void handleQueued();
     void dispatch(MSG& message);
 
@@ -65,9 +95,8 @@ class MainWindow final : public ControlEvents {
     HACCEL keys_ = nullptr;
     std::optional<StatusBar> status_;
     std::unique_ptr<Spectrum> spectrum_;
-    Plan plan_;
-    std::wstring planName_;
-    std::unique_ptr<Loading> loading_;
+    Shown shown_;
+    std::unique_ptr<Opening> opening_;
     bool ended_ = false;
     int exitCode_ = kExitOk;
 };

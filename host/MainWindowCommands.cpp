@@ -17,7 +17,7 @@ std::wstring fullPath(const std::wstring& file) {
 }  // namespace
 
 void MainWindow::command(int id) {
-    if (loading_ != nullptr && id != IDC_EXIT) {
+    if (opening_ != nullptr && id != IDC_EXIT) {
         return;
     }
     switch (id) {
@@ -36,13 +36,13 @@ void MainWindow::command(int id) {
         case IDC_MOUSE_REPORT:
             return openMouseReport();
         case IDC_SECOND:
-            return toggleOrder(options_.products.second);
+            return toggleOrder(&ProductOptions::second);
         case IDC_THIRD:
-            return toggleOrder(options_.products.third);
+            return toggleOrder(&ProductOptions::third);
         case IDC_FIFTH:
-            return toggleOrder(options_.products.fifth);
+            return toggleOrder(&ProductOptions::fifth);
         case IDC_EVERY_FORM:
-            return toggleOrder(options_.products.everyFifthForm);
+            return toggleOrder(&ProductOptions::everyFifthForm);
         default:
             return;
     }
@@ -51,26 +51,28 @@ void MainWindow::command(int id) {
 void MainWindow::enableCommands(HMENU menu) const {
     const auto check = [menu](UINT id, bool on) { CheckMenuItem(menu, id, on ? MF_CHECKED : MF_UNCHECKED); };
     const auto enable = [menu](UINT id, bool on) { EnableMenuItem(menu, id, on ? MF_ENABLED : MF_GRAYED); };
-    const bool idle = loading_ == nullptr;
+    const bool idle = opening_ == nullptr;
+    const ProductOptions& products = idle ? shown_.products : opening_->next.products;
     for (const UINT id :
          {IDC_OPEN, IDC_SAVE, IDC_COPY, IDC_REDRAW, IDC_MOUSE_REPORT, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
         enable(id, idle);
     }
-    enable(IDC_SHOW_ALL, idle && !plan_.channels.empty());
-    enable(IDC_EVERY_FORM, idle && options_.products.fifth);
-    check(IDC_SECOND, options_.products.second);
-    check(IDC_THIRD, options_.products.third);
-    check(IDC_FIFTH, options_.products.fifth);
-    check(IDC_EVERY_FORM, options_.products.everyFifthForm);
+    enable(IDC_SHOW_ALL, idle && !shown_.plan.channels.empty());
+    enable(IDC_EVERY_FORM, idle && products.fifth);
+    check(IDC_SECOND, products.second);
+    check(IDC_THIRD, products.third);
+    check(IDC_FIFTH, products.fifth);
+    check(IDC_EVERY_FORM, products.everyFifthForm);
 }
 
 void MainWindow::openPlan() {
     const std::wstring file = askForPlan(window_);
     if (!file.empty()) {
-        options_.range.reset();  // the range of the command line was for the first plan
-        options_.products.lowestHz = ProductOptions().lowestHz;
-        options_.products.highestHz = ProductOptions().highestHz;
-        load(file);
+        // The range of the command line was for the first plan.
+        ProductOptions products = shown_.products;
+        products.lowestHz = ProductOptions().lowestHz;
+        products.highestHz = ProductOptions().highestHz;
+        load(file, products, std::nullopt);
     }
 }
 
@@ -103,7 +105,7 @@ void MainWindow::showAll() {
 
 void MainWindow::redraw() {
     // While channels are added, nothing is drawn; the picture is drawn once at the end.
-    if (loading_ == nullptr && !plan_.channels.empty()) {
+    if (opening_ == nullptr && !shown_.plan.channels.empty()) {
         check(spectrum_->control().JustDrawIt(), L"Drawing");
     }
 }
@@ -114,15 +116,13 @@ void MainWindow::openMouseReport() {
     status_->setMessage(L"The mouse report shows what is under the mouse.");
 }
 
-void MainWindow::toggleOrder(bool& order) {
-    order = !order;
-    if (!plan_.channels.empty()) {
-        try {
-            startLoading();
-        } catch (...) {
-            order = !order;
-            throw;
-        }
+void MainWindow::toggleOrder(bool ProductOptions::*order) {
+    ProductOptions products = shown_.products;
+    products.*order = !(products.*order);
+    if (shown_.plan.channels.empty()) {
+        shown_.products = products;
+    } else {
+        open({shown_.plan, shown_.name, products, shown_.range});
     }
 }
 

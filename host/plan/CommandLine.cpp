@@ -1,7 +1,12 @@
 #include "host/plan/CommandLine.h"
 
 #include <cmath>
-#include <cwchar>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "host/plan/Quoted.h"
+#include "util/NumberFormat.h"
 
 namespace kv::host {
 
@@ -19,22 +24,17 @@ const wchar_t* const kUsage =
 
 namespace {
 
-/// The number at the start of `text`. Moves `text` behind it; throws UsageError when there is none.
-double takeNumber(const wchar_t*& text, const std::wstring& problem) {
-    wchar_t* end = nullptr;
-    const double value = std::wcstod(text, &end);
-    if (end == text || !std::isfinite(value)) {
+/// The two numbers around the only `separator` in `text`. The user's locale does not matter. Throws UsageError with
+/// `problem` for any other text.
+std::pair<double, double> twoNumbers(std::wstring_view text, wchar_t separator, const std::wstring& problem) {
+    const std::size_t at = text.find(separator);
+    const std::optional<double> first = util::parseNumber(text.substr(0, at));
+    const std::optional<double> second =
+        util::parseNumber(at == std::wstring_view::npos ? std::wstring_view() : text.substr(at + 1));
+    if (!first || !second) {
         throw UsageError{problem};
     }
-    text = end;
-    return value;
-}
-
-void takeSeparator(const wchar_t*& text, wchar_t separator, const std::wstring& problem) {
-    if (*text != separator) {
-        throw UsageError{problem};
-    }
-    ++text;
+    return {*first, *second};
 }
 
 void readOrders(const std::wstring& text, ProductOptions& products) {
@@ -51,38 +51,28 @@ void readOrders(const std::wstring& text, ProductOptions& products) {
         products.fifth |= c == L'5';
     }
     if (separated) {
-        throw UsageError{
-            L"--orders expects one or more of 2, 3 and 5, separated by commas, or 0 for none, but found \"" + text +
-            L"\"."};
+        throw UsageError{L"--orders expects one or more of 2, 3 and 5, separated by commas, or 0 for none, but found " +
+                         inQuotes(text) + L"."};
     }
 }
 
 RangeMhz readRange(const std::wstring& argument) {
     const std::wstring problem =
-        L"--range expects two frequencies above 0 in MHz, the lower one first, such as 462.3,462.95, but found \"" +
-        argument + L"\".";
-    const wchar_t* text = argument.c_str();
-    RangeMhz range;
-    range.lowest = takeNumber(text, problem);
-    takeSeparator(text, L',', problem);
-    range.highest = takeNumber(text, problem);
-    takeSeparator(text, L'\0', problem);
+        L"--range expects two frequencies above 0 in MHz, the lower one first, such as 462.3,462.95, but found " +
+        inQuotes(argument) + L".";
+    const auto [lowest, highest] = twoNumbers(argument, L',', problem);
     constexpr double kHighestMhz = 3e6;
-    if (!(range.lowest > 0.0 && range.lowest < range.highest && range.highest <= kHighestMhz)) {
+    if (!(lowest > 0.0 && lowest < highest && highest <= kHighestMhz)) {
         throw UsageError{problem};
     }
-    return range;
+    return {lowest, highest};
 }
 
 PixelSize readSize(const std::wstring& argument) {
     const std::wstring problem =
-        L"--size expects a width and a height of 100 to 10000 pixels, such as 1100x760, but found \"" + argument +
-        L"\".";
-    const wchar_t* text = argument.c_str();
-    const double width = takeNumber(text, problem);
-    takeSeparator(text, L'x', problem);
-    const double height = takeNumber(text, problem);
-    takeSeparator(text, L'\0', problem);
+        L"--size expects a width and a height of 100 to 10000 pixels, such as 1100x760, but found " +
+        inQuotes(argument) + L".";
+    const auto [width, height] = twoNumbers(argument, L'x', problem);
     for (const double side : {width, height}) {
         if (!(side >= 100.0 && side <= 10000.0) || side != std::floor(side)) {
             throw UsageError{problem};
@@ -118,7 +108,7 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
         } else if (option == L"--quit") {
             result.quit = true;
         } else {
-            throw UsageError{L"\"" + option + L"\" is not an option of this program."};
+            throw UsageError{inQuotes(option) + L" is not an option of this program."};
         }
     }
     if (result.range) {

@@ -2,11 +2,16 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace kv::host {
+
+/// The limits keep a file that is no plan from taking much memory.
+constexpr std::size_t kMostFieldCharacters = 1000;
+constexpr std::size_t kMostFields = 100;  ///< of one line
 
 /// A field without its quotes and without blanks at its ends.
 struct CsvField {
@@ -26,7 +31,24 @@ struct CsvFault {
     std::wstring message;
 };
 
-/// Reads a whole file; throws CsvFault for text that is not UTF-8 and for quotes that do not match.
-[[nodiscard]] std::vector<CsvLine> readCsv(std::string_view bytes);
+/// Reads line by line, so that what is wrong with a line is found before the lines below it are read.
+class CsvReader {
+  public:
+    explicit CsvReader(std::string_view bytes);
+
+    /// The next line that is neither empty nor a comment; none at the end. Throws CsvFault for text that is not UTF-8,
+    /// for quotes that do not match, and for a line above the limits.
+    [[nodiscard]] std::optional<CsvLine> next();
+
+  private:
+    [[nodiscard]] std::string_view takeLine();
+
+    std::string_view bytes_;  // not read yet
+    std::size_t number_ = 0;
+};
+
+/// A message for the user if the text of a field contains a semicolon or a tab, which separate the fields in files of
+/// other programs; otherwise empty.
+[[nodiscard]] std::wstring wrongSeparator(std::wstring_view field);
 
 }  // namespace kv::host

@@ -4,12 +4,13 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cwctype>
 #include <fstream>
-#include <iterator>
 #include <unordered_map>
 
 #include "host/plan/Csv.h"
+#include "host/plan/Quoted.h"
+#include "util/NumberFormat.h"
+#include "util/Text.h"
 
 namespace kv::host {
 
@@ -52,17 +53,10 @@ constexpr double kHighestHz = 3e12;
 constexpr double kLowestDbm = -200.0;
 constexpr double kHighestDbm = 120.0;
 constexpr const wchar_t* kProductPrefix = L"txim";
-
-std::wstring lowered(std::wstring text) {
-    for (wchar_t& c : text) {
-        c = static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(c)));
-    }
-    return text;
-}
-
-std::wstring found(const std::wstring& text) {
-    return text.empty() ? L"nothing" : L"\"" + text + L"\"";
-}
+constexpr std::uintmax_t kMostMegabytes = 64;
+constexpr std::uintmax_t kMostBytes = kMostMegabytes * 1024 * 1024;
+// A site has far fewer. They are added to the control in one go, while the window handles no messages.
+constexpr std::size_t kMostChannels = 100'000;
 
 /// Reads one file: knows the columns and the line that is being read.
 class Reader {
@@ -70,19 +64,22 @@ class Reader {
     explicit Reader(std::wstring fileName) : fileName_(std::move(fileName)) { places_.fill(kAbsent); }
 
     Plan read(std::string_view bytes) {
-        const std::vector<CsvLine> lines = cut(bytes);
-        if (lines.empty()) {
-            throw PlanError(fileName_, 0, 0, {}, L"expected a line that names the columns, but the file has none");
+        CsvReader reader(bytes);
+        std::optional<CsvLine> line = next(reader);
+        if (!line) {
+            failFile(L"expected a line that names the columns, but the file has none");
         }
-        readHeader(lines.front());
+        readHeader(*line);
         Plan plan;
-        plan.channels.reserve(lines.size() - 1);
-        for (std::size_t i = 1; i < lines.size(); ++i) {
-            plan.channels.push_back(readChannel(lines[i]));
+        while ((line = next(reader))) {
+            if (plan.channels.size() == kMostChannels) {
+                throw PlanError(fileName_, line->number, 1, {},
+                                L"expected at most " + std::to_wstring(kMostChannels) + L" channels in a plan");
+            }
+            plan.channels.push_back(readChannel(*line));
         }
         if (plan.channels.empty()) {
-            throw PlanError(fileName_, 0, 0, {},
-                            L"expected at least one channel below the line that names the columns");
+            failFile(L"expected at least one channel below the line that names the columns");
         }
         return plan;
     }
@@ -90,9 +87,9 @@ class Reader {
   private:
     static constexpr std::size_t kAbsent = static_cast<std::size_t>(-1);
 
-    std::vector<CsvLine> cut(std::string_view bytes) const {
+    std::optional<CsvLine> next(CsvReader& reader) const {
         try {
-            return readCsv(bytes);
+            return reader.next();
         } catch (const CsvFault& fault) {
             throw PlanError(fileName_, fault.line, fault.column, {}, fault.message);
         }
@@ -101,15 +98,11 @@ class Reader {
     void readHeader(const CsvLine& line) {
         for (std::size_t i = 0; i < line.fields.size(); ++i) {
             const CsvField& field = line.fields[i];
-            const std::wstring name = lowered(field.text);
+            const std::wstring name = util::foldCase(field.text);
             const auto known = std::find_if(kColumns.begin(), kColumns.end(),
                                             [&](const ColumnName& column) { return name == column.name; });
             if (known == kColumns.end()) {
-                throw PlanError(
-                    fileName_, line.number, field.column, field.text,
-                    L"expected the name of a column (kind, key, label, frequency, bandwidth, frequency unit, "
-                    L"bandwidth unit, power, box colour or line colour), found " +
-                        found(field.text));
+                failColumnName(line, field);
             }
             std::size_t& place = places_[static_cast<std::size_t>(known - kColumns.begin())];
             if (place != kAbsent) {
@@ -127,15 +120,32 @@ class Reader {
         width_ = line.fields.size();
     }
 
+    [[noreturn]] void failColumnName(const CsvLine& line, const CsvField& field) const {
+        if (std::wstring hint = wrongSeparator(field.text); !hint.empty()) {
+            throw PlanError(fileName_, line.number, field.column, {}, std::move(hint));
+        }
+        throw PlanError(fileName_, line.number, field.column, field.text,
+                        L"expected the name of a column (kind, key, label, frequency, bandwidth, frequency unit, "
+                        L"bandwidth unit, power, box colour or line colour), found " +
+                            inQuotes(field.text));
+    }
+
+    void checkWidth(const CsvLine& line) const {
+        if (line.fields.size() == width_) {
+            return;
+        }
+        std::wstring message = wrongSeparator(line.fields.front().text);
+        if (message.empty()) {
+            message = L"expected " + std::to_wstring(width_) +
+                      L" fields, as in the line that names the columns, found " + std::to_wstring(line.fields.size());
+        }
+        const std::size_t column = line.fields[std::min(line.fields.size(), width_ + 1) - 1].column;
+        throw PlanError(fileName_, line.number, column, {}, std::move(message));
+    }
+
     PlanChannel readChannel(const CsvLine& line) {
         line_ = &line;
-        if (line.fields.size() != width_) {
-            const std::size_t column = line.fields[std::min(line.fields.size(), width_ + 1) - 1].column;
-            throw PlanError(fileName_, line.number, column, {},
-                            L"expected " + std::to_wstring(width_) +
-                                L" fields, as in the line that names the columns, found " +
-                                std::to_wstring(line.fields.size()));
-        }
+        checkWidth(line);
         PlanChannel channel;
         channel.transmits = kind();
         channel.key = key(channel.transmits);
@@ -149,28 +159,28 @@ class Reader {
     }
 
     bool kind() const {
-        const std::wstring name = lowered(text(kKind));
+        const std::wstring name = util::foldCase(text(kKind));
         if (name != L"tx" && name != L"rx") {
-            fail(kKind, L"expected TX or RX, found " + found(text(kKind)));
+            fail(kKind, L"expected TX or RX, found " + inQuotes(text(kKind)));
         }
         return name == L"tx";
     }
 
     std::wstring key(bool transmits) {
         const std::wstring& name = text(kKey);
-        const std::wstring folded = lowered(name);
+        const std::wstring folded = util::foldCase(name);
         const std::wstring prefix = transmits ? L"TX" : L"RX";
-        if (!folded.starts_with(lowered(prefix)) || folded.size() == prefix.size()) {
+        if (!folded.starts_with(util::foldCase(prefix)) || folded.size() == prefix.size()) {
             fail(kKey, L"expected a key that begins with " + prefix + L" and has more characters after it, found " +
-                           found(name));
+                           inQuotes(name));
         }
         if (folded.starts_with(kProductPrefix)) {
-            fail(kKey, L"expected another key than " + found(name) +
+            fail(kKey, L"expected another key than " + inQuotes(name) +
                            L": keys that begin with TXIM are reserved for intermodulation products");
         }
         const auto [other, fresh] = keys_.try_emplace(folded, line_->number);
         if (!fresh) {
-            fail(kKey, L"expected a unique key, found " + found(name) + L", which line " +
+            fail(kKey, L"expected a unique key, found " + inQuotes(name) + L", which line " +
                            std::to_wstring(other->second) + L" already uses");
         }
         return name;
@@ -179,7 +189,7 @@ class Reader {
     std::int64_t frequency() const {
         const double hertz = number(kFrequency) * unit(kFrequencyUnit, 1e6);
         if (!(hertz >= kLowestHz && hertz <= kHighestHz)) {
-            fail(kFrequency, L"expected a frequency between 1 kHz and 3000 GHz, found " + found(text(kFrequency)) +
+            fail(kFrequency, L"expected a frequency between 1 kHz and 3000 GHz, found " + inQuotes(text(kFrequency)) +
                                  L" " + unitName(kFrequencyUnit, L"MHz"));
         }
         return std::llround(hertz);
@@ -190,7 +200,7 @@ class Reader {
         // The lower edge of a channel must be above 0. A bandwidth below 1 Hz is a sign of a wrong unit.
         if (!(hertz >= 1.0 && hertz / 2.0 < static_cast<double>(frequencyHz))) {
             fail(kBandwidth, L"expected a bandwidth of at least 1 Hz and less than twice the frequency, found " +
-                                 found(text(kBandwidth)) + L" " + unitName(kBandwidthUnit, L"KHz"));
+                                 inQuotes(text(kBandwidth)) + L" " + unitName(kBandwidthUnit, L"KHz"));
         }
         return std::llround(hertz);
     }
@@ -201,7 +211,7 @@ class Reader {
         }
         const double dbm = number(kPower);
         if (!(dbm >= kLowestDbm && dbm <= kHighestDbm)) {
-            fail(kPower, L"expected a power between -200 and 120 dBm, found " + found(text(kPower)));
+            fail(kPower, L"expected a power between -200 and 120 dBm, found " + inQuotes(text(kPower)));
         }
         return dbm;
     }
@@ -220,33 +230,22 @@ class Reader {
             rgb = rgb * 16 + static_cast<std::uint32_t>(good ? digit : 0);
         }
         if (!good) {
-            fail(column, L"expected a color such as #1F5FA8, found " + found(value));
+            fail(column, L"expected a color such as #1F5FA8, found " + inQuotes(value));
         }
         return (rgb & 0x0000FF00U) | (rgb >> 16) | ((rgb & 0xFFU) << 16);
     }
 
     double number(Column column) const {
-        const std::wstring& value = text(column);
-        std::string ascii;
-        for (const wchar_t c : value) {
-            ascii.push_back(c < 0x80 ? static_cast<char>(c) : '?');
+        const std::optional<double> result = util::parseNumber(text(column));
+        if (!result) {
+            fail(column, L"expected a number such as 462.55, found " + inQuotes(text(column)));
         }
-        const char* begin = ascii.data();
-        const char* const end = begin + ascii.size();
-        if (ascii.size() > 1 && ascii[0] == '+' && ascii[1] != '-') {
-            ++begin;
-        }
-        double result = 0.0;
-        const auto [stop, error] = std::from_chars(begin, end, result);
-        if (error != std::errc() || stop != end || !std::isfinite(result)) {
-            fail(column, L"expected a number such as 462.55, found " + found(value));
-        }
-        return result;
+        return *result;
     }
 
     /// The number of hertz in the unit that the field names.
     double unit(Column column, double otherwise) const {
-        const std::wstring name = lowered(text(column));
+        const std::wstring name = util::foldCase(text(column));
         if (name.empty()) {
             return otherwise;
         }
@@ -262,7 +261,7 @@ class Reader {
         if (name == L"ghz") {
             return 1e9;
         }
-        fail(column, L"expected Hz, KHz, MHz or GHz, found " + found(text(column)));
+        fail(column, L"expected Hz, KHz, MHz or GHz, found " + inQuotes(text(column)));
     }
 
     std::wstring unitName(Column column, const wchar_t* otherwise) const {
@@ -278,6 +277,8 @@ class Reader {
         const std::size_t at = places_[column] == kAbsent ? 1 : line_->fields[places_[column]].column;
         throw PlanError(fileName_, line_->number, at, kColumns[column].name, std::move(message));
     }
+
+    [[noreturn]] void failFile(std::wstring message) const { throw PlanError(fileName_, 0, 0, {}, std::move(message)); }
 
     std::wstring fileName_;
     std::array<std::size_t, kColumnCount> places_{};
@@ -308,12 +309,12 @@ PlanError::PlanError(std::wstring file, std::size_t line, std::size_t column, st
     : file_(std::move(file)), line_(line), column_(column), field_(std::move(field)), message_(std::move(message)) {}
 
 std::wstring PlanError::text() const {
-    std::wstring result = file_;
+    std::wstring result = singleLine(file_);
     if (line_ != 0) {
         result += L", line " + std::to_wstring(line_) + L", column " + std::to_wstring(column_);
     }
     if (!field_.empty()) {
-        result += L" (" + field_ + L")";
+        result += L" (" + shortened(field_) + L")";
     }
     return result + L": " + message_ + L".";
 }
@@ -325,9 +326,21 @@ Plan parsePlan(std::string_view bytes, const std::wstring& fileName) {
 Plan loadPlan(const std::filesystem::path& file) {
     const std::wstring name = wideName(file);
     std::ifstream stream(file, std::ios::binary);
+    const auto checkSize = [&name](std::uintmax_t size) {
+        if (size > kMostBytes) {
+            throw PlanError(
+                name, 0, 0, {},
+                L"expected a file of at most " + std::to_wstring(kMostMegabytes) + L" MB, but the file is larger");
+        }
+    };
+    std::error_code unknown;  // not every file has a size that is known before it is read
+    if (const std::uintmax_t size = std::filesystem::file_size(file, unknown); !unknown) {
+        checkSize(size);
+    }
     std::string bytes;
     std::array<char, 65536> block;
     while (stream.read(block.data(), block.size()), stream.gcount() > 0) {
+        checkSize(bytes.size() + static_cast<std::size_t>(stream.gcount()));
         bytes.append(block.data(), static_cast<std::size_t>(stream.gcount()));
     }
     if (!stream.is_open() || stream.bad()) {

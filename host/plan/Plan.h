@@ -17,8 +17,8 @@ using Colour = std::uint32_t;
 
 struct PlanChannel {
     bool transmits = false;  ///< kind TX; otherwise RX
-    std::wstring key;        ///< begins with TX or RX, unique in the plan without regard to case
-    std::wstring label;      ///< the key when the plan gives no label
+    std::wstring key;    ///< begins with TX or RX, unique in the plan without regard to case, as the control's keys are
+    std::wstring label;  ///< the key when the plan gives no label
     std::int64_t frequencyHz = 0;
     std::int64_t bandwidthHz = 0;
     double powerDbm = 0.0;            ///< 0 when the plan gives no power
@@ -44,7 +44,7 @@ class PlanError : public std::exception {
     [[nodiscard]] std::size_t column() const noexcept { return column_; }
     /// The name of the column with the error; empty when the error concerns no column.
     [[nodiscard]] const std::wstring& field() const noexcept { return field_; }
-    /// What was expected and what was found, without the position.
+    /// What was expected and what was found, without the position. Text of the file is shortened and escaped in it.
     [[nodiscard]] const std::wstring& message() const noexcept { return message_; }
     /// The complete message for the user, in one line: "gmrs.csv, line 7, column 12 (frequency): ...".
     [[nodiscard]] std::wstring text() const;
@@ -62,10 +62,11 @@ class PlanError : public std::exception {
 /// other line names the columns. The columns kind, key, frequency and bandwidth are required. The columns label,
 /// "frequency unit" (otherwise MHz), "bandwidth unit" (otherwise KHz), power (dBm), "box colour" and "line colour"
 /// (#RRGGBB) may be left out. A field in double quotes can contain commas; a double quote in it is written twice.
-/// Throws PlanError for the first error; its text names the file as fileName.
+/// A field has at most 1,000 characters, a line 100 fields and a plan 100,000 channels. Throws PlanError for the first
+/// error; its text names the file as fileName.
 [[nodiscard]] Plan parsePlan(std::string_view bytes, const std::wstring& fileName);
 
-/// The plan in a file; throws PlanError also when the file cannot be read.
+/// The plan in a file of at most 64 MB; throws PlanError also when the file cannot be read or is larger.
 [[nodiscard]] Plan loadPlan(const std::filesystem::path& file);
 
 }  // namespace kv::host

@@ -67,6 +67,23 @@ BOOL CALLBACK compareName(HWND window, LPARAM parameter) {
     return FALSE;
 }
 
+BOOL CALLBACK compareClass(HWND window, LPARAM parameter) {
+    auto* const search = reinterpret_cast<Search*>(parameter);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != search->process || !IsWindowVisible(window) || windowClass(window) != search->title)
+        return TRUE;
+    search->found = window;
+    return FALSE;
+}
+
+std::wstring messageOf(HWND box) {
+    std::wstring text;
+    for (HWND label = nullptr; (label = FindWindowExW(box, label, L"Static", nullptr)) != nullptr;)
+        text += windowText(label);
+    return text;
+}
+
 class SampleHost : public testing::Test {
   protected:
     void SetUp() override {
@@ -94,6 +111,34 @@ class SampleHost : public testing::Test {
         text.resize(static_cast<std::size_t>(
             SendMessageW(edit, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
         return text;
+    }
+
+    /// The dialog or message box that the host shows; null without one.
+    [[nodiscard]] HWND dialog() const {
+        Search search{host.id(), L"#32770"};
+        EnumWindows(&compareClass, reinterpret_cast<LPARAM>(&search));
+        return search.found;
+    }
+    [[nodiscard]] HWND waitForDialog() const {
+        HWND found = nullptr;
+        EXPECT_TRUE(waitFor([&] { return (found = dialog()) != nullptr; }));
+        return found;
+    }
+    void closeDialog(HWND shown) const {
+        PostMessageW(shown, WM_COMMAND, IDOK, 0);
+        EXPECT_TRUE(waitFor([&] { return !IsWindow(shown); }));
+    }
+    /// Opens a plan by the menu and the file dialog.
+    void openPlan(const std::wstring& path) const {
+        PostMessageW(main, WM_COMMAND, IDC_OPEN, 0);
+        const HWND question = waitForDialog();
+        Search name{host.id(), L"Edit"};
+        EXPECT_TRUE(waitFor([&] {
+            EnumChildWindows(question, &compareClass, reinterpret_cast<LPARAM>(&name));
+            return name.found != nullptr;
+        }));
+        SendMessageW(name.found, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+        closeDialog(question);
     }
 
     TempFile file{L"sample host.bmp"};
@@ -144,6 +189,44 @@ TEST_F(SampleHost, ExitsNormallyWithTheReportOpen) {
     ASSERT_TRUE(waitForReport(true));
     PostMessageW(main, WM_CLOSE, 0, 0);
     EXPECT_EQ(host.wait(), 0U);
+}
+
+TEST_F(SampleHost, PlansThatCannotBeOpenedLeaveTheTitleAndThePicture) {
+    warmUpClipboard();
+    const Picture before = Picture::read(picture);
+    const std::wstring title = windowText(main);
+    ASSERT_EQ(title, L"gmrs.csv - BandscopeHost");
+    const std::string header = "kind,key,frequency,bandwidth\n";
+    std::string many = header;
+    for (int i = 0; i < 200; ++i)
+        many += "TX,TX" + std::to_string(i) + "," + std::to_string(100 + i) + ",10\n";
+    const std::pair<std::string, const wchar_t*> plans[] = {
+        {"kind;key;frequency;bandwidth\n", L"semicolons"},
+        {header + "TX,TX1,160,20\nTX,TX2,160.1,20\nTX,tx1,160.2,20\n", L"line 4, column 4 (key)"},
+        {many, L"at most 2000000"},
+    };
+    for (const auto& [text, problem] : plans) {
+        const TempFile plan(L"host plan.csv");
+        writeContent(plan.path(), text);
+        openPlan(plan.path());
+        const HWND box = waitForDialog();
+        EXPECT_THAT(messageOf(box), testing::HasSubstr(problem));
+        closeDialog(box);
+        EXPECT_EQ(windowText(main), title);
+        choose(IDC_COPY);
+        EXPECT_TRUE(readClipboardElsewhere().dib == before);
+    }
+}
+
+TEST_F(SampleHost, OpensAnotherPlanAfterOneThatCannotBeOpened) {
+    const TempFile bad(L"bad plan.csv");
+    writeContent(bad.path(), "kind,key\n");
+    openPlan(bad.path());
+    closeDialog(waitForDialog());
+    const TempFile good(L"good plan.csv");
+    writeContent(good.path(), "kind,key,frequency,bandwidth\nTX,TX1,160,20\nTX,TX2,160.1,20\n");
+    openPlan(good.path());
+    EXPECT_TRUE(waitFor([&] { return windowText(main).find(L"good plan.csv - BandscopeHost") != std::wstring::npos; }));
 }
 
 }  // namespace

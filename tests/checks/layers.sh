@@ -10,7 +10,7 @@ portable='util raster formenv headless turndial forms channels control host/plan
 declare -A allowed=(
     [util]='-' [raster]='util' [formenv]='raster util' [headless]='formenv raster util'
     [turndial]='formenv raster util' [forms]='formenv raster util' [channels]='raster util'
-    [control]='channels forms turndial formenv raster util' [host/plan]='-'
+    [control]='channels forms turndial formenv raster util' [host/plan]='util'
     [win32]='turndial formenv raster util' [com]='util'
     [automation]='com win32 control channels forms turndial formenv raster util' [host]='host/plan'
 )
@@ -108,7 +108,8 @@ fixture() {
     printf '#include "win32/Gdi.h"\n#include "formenv/Canvas.h"\n' >"$tree/control/Up.cpp"
     printf '#include <windows.h>\n#include "automation/Module.h"\nHWND window;\n' >"$tree/win32/Up.cpp"
     printf '#include "kvBandscope.h"\n#include "host/plan/Plan.h"\n#include "util/Good.h"\n' >"$tree/host/Up.cpp"
-    printf '#include "../control/Type.h"\n#include "util/Text.h"\n' >"$tree/host/plan/Up.cpp"
+    printf '#include "../control/Type.h"\n#include "util/Good.h"\n#include "raster/Canvas.h"\n' \
+        >"$tree/host/plan/Up.cpp"
     # Each room against the next one up, and the doubles of the tests in a product.
     printf '#include "formenv/Widget.h"\n#include "util/Good.h"\n' >"$tree/raster/Up.cpp"
     printf '#include "control/Type.h"\n#include "raster/Canvas.h"\n' >"$tree/channels/Up.cpp"
@@ -127,7 +128,7 @@ headless/Up.cpp:1: headless may not include channels/Store.h
 host/Up.cpp:3: host may not include util/Good.h
 host/plan/Guard.cpp:1:#ifdef _WIN32
 host/plan/Up.cpp:1: host/plan may not include ../control/Type.h
-host/plan/Up.cpp:2: host/plan may not include util/Text.h
+host/plan/Up.cpp:3: host/plan may not include raster/Canvas.h
 raster/Up.cpp:1: raster may not include formenv/Widget.h
 util/Header.h:2:#include <windows.h>
 win32/Up.cpp:2: win32 may not include automation/Module.h

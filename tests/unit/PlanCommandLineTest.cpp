@@ -3,6 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include <clocale>
+#include <string>
+#include <vector>
+
 namespace {
 
 using kv::host::CommandLine;
@@ -77,6 +81,45 @@ TEST(CommandLine, WhatIsWrongIsNamed) {
             ADD_FAILURE() << "accepted";
         } catch (const UsageError& error) {
             EXPECT_THAT(error.text, testing::HasSubstr(name));
+        }
+    }
+}
+
+bool hasDecimalComma() {
+    return std::string(std::localeconv()->decimal_point) == ",";
+}
+
+TEST(CommandLine, NumbersHaveADecimalPointInEveryLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    bool comma = false;
+    for (const char* name : {"German_Germany.1252", "German", "de_DE.UTF-8", "de_DE", ""}) {
+        SCOPED_TRACE(name);
+        std::setlocale(LC_ALL, name);  // The system may lack some of them.
+        comma = comma || hasDecimalComma();
+        const CommandLine line = parseCommandLine({L"--range", L"462.3,462.95", L"--size", L"1100x760"});
+        EXPECT_EQ(line.range.value().lowest, 462.3);
+        EXPECT_EQ(line.range.value().highest, 462.95);
+        EXPECT_THROW((void)parseCommandLine({L"--range", L"462,3,462,95"}), UsageError);
+    }
+    std::setlocale(LC_ALL, before.c_str());
+    constexpr bool kWindows = sizeof(wchar_t) == 2;  // Windows has the German locale, other systems may have only C.
+    EXPECT_TRUE(comma || !kWindows);
+}
+
+TEST(CommandLine, QuotedArgumentsAreShortAndInOneLine) {
+    const std::wstring argument = L"--x\ny" + std::wstring(5000, L'z');
+    const std::vector<std::vector<std::wstring>> cases = {
+        {argument}, {argument, L""}, {L"--orders", argument}, {L"--range", argument}, {L"--size", argument}};
+    for (const std::vector<std::wstring>& arguments : cases) {
+        SCOPED_TRACE(testing::PrintToString(arguments.size()));
+        try {
+            (void)parseCommandLine(arguments);
+            ADD_FAILURE() << "accepted";
+        } catch (const UsageError& error) {
+            EXPECT_THAT(error.text, testing::HasSubstr(L"--x\\nyzzz"));
+            EXPECT_THAT(error.text, testing::HasSubstr(L"zz\u2026\""));
+            EXPECT_EQ(error.text.find(L'\n'), std::wstring::npos);
+            EXPECT_LT(error.text.size(), 250U);
         }
     }
 }

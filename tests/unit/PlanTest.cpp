@@ -6,45 +6,18 @@
 #include <fstream>
 #include <random>
 
+#include "tests/unit/PlanTexts.h"
+
 namespace {
 
-using kv::host::parsePlan;
 using kv::host::Plan;
 using kv::host::PlanError;
-
-const std::string kHeader =
-    "kind,key,label,frequency,frequency unit,bandwidth,bandwidth unit,power,box colour,line colour\n";
-
-Plan parse(const std::string& text) {
-    return parsePlan(text, L"test.csv");
-}
-
-Plan parseRows(const std::string& rows) {
-    return parse(kHeader + rows);
-}
-
-/// The error that a text gives; a failed test when it gives none.
-PlanError errorOf(const std::string& text) {
-    try {
-        (void)parse(text);
-    } catch (const PlanError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "accepted: " << text;
-    return {L"", 0, 0, L"", L""};
-}
-
-PlanError errorOfRows(const std::string& rows) {
-    return errorOf(kHeader + rows);
-}
-
-void expectAt(const PlanError& error, std::size_t line, std::size_t column, const std::wstring& field) {
-    EXPECT_EQ(error.line(), line);
-    EXPECT_EQ(error.column(), column);
-    EXPECT_EQ(error.field(), field);
-    EXPECT_EQ(error.file(), L"test.csv");
-    EXPECT_THAT(error.message(), testing::StartsWith(L"expected"));
-}
+using kv::test::errorOf;
+using kv::test::errorOfRows;
+using kv::test::expectAt;
+using kv::test::kHeader;
+using kv::test::parse;
+using kv::test::parseRows;
 
 TEST(Plan, ReadsEveryColumn) {
     const Plan plan = parseRows("TX,TX01,Channel one,462.55,MHz,12.5,KHz,46.99,#1F5FA8,#010203\n");
@@ -188,6 +161,22 @@ TEST(PlanErrors, DuplicateKeyWhateverItsCase) {
     const PlanError error = errorOfRows("TX,TXa,,1,MHz,10,KHz,,,\nTX,TXb,,1,MHz,10,KHz,,,\nTX,txA,,1,MHz,10,KHz,,,\n");
     expectAt(error, 4, 4, L"key");
     EXPECT_THAT(error.message(), testing::HasSubstr(L"line 2"));
+}
+
+TEST(PlanErrors, DuplicateKeyByTheFoldingOfTheControl) {
+    const std::pair<const char*, const char*> equal[] = {{"\xC3\xA4", "\xC3\x84"},  // a and A with diaeresis
+                                                         {"\xCF\x82", "\xCE\xA3"},  // final and capital sigma
+                                                         {"\xD1\x8F", "\xD0\xAF"},  // Cyrillic ya
+                                                         {"\xC5\xBF", "S"}};        // long s
+    for (const auto& [one, other] : equal) {
+        SCOPED_TRACE(one);
+        const PlanError error =
+            errorOfRows("TX,TX" + std::string(one) + ",,1,MHz,10,KHz,,,\nTX,TX" + other + ",,1,MHz,10,KHz,,,\n");
+        expectAt(error, 3, 4, L"key");
+        EXPECT_THAT(error.message(), testing::HasSubstr(L"line 2"));
+    }
+    // Characters that the control keeps apart are different keys: the sharp s and its capital.
+    EXPECT_EQ(parseRows("TX,TX\xC3\x9F,,1,MHz,10,KHz,,,\nTX,TX\xE1\xBA\x9E,,1,MHz,10,KHz,,,\n").channels.size(), 2u);
 }
 
 TEST(PlanErrors, BadColour) {

@@ -4,8 +4,11 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <limits>
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -46,6 +49,75 @@ TEST(TidyRange, HoldsTheSpanInFewRoundSteps) {
         // The step is a difference, so that its error grows with the number of steps from 0.
         const double lines = range.lowest / step;
         ASSERT_NEAR(lines, std::round(lines), 1e-3 + lines * 1e-9);
+    }
+}
+
+/// A range that the control can show.
+void expectUsable(const TidyRange& range) {
+    EXPECT_GE(range.lowest, 0.0);
+    EXPECT_LT(range.lowest, range.highest);
+    EXPECT_LT(range.highest, 1.2e12);
+    EXPECT_GE(range.divisions, 8);
+    EXPECT_LE(range.divisions, 24);
+    EXPECT_EQ(range.divisions % 2, 0);
+    const double step = (range.highest - range.lowest) / range.divisions;
+    EXPECT_GT(range.lowest + step, range.lowest);
+    EXPECT_LT(range.highest - step, range.highest);
+}
+
+std::vector<double> unusualValues() {
+    using Limits = std::numeric_limits<double>;
+    std::vector<double> values = {0.0,
+                                  Limits::infinity(),
+                                  Limits::quiet_NaN(),
+                                  Limits::max(),
+                                  Limits::min(),
+                                  1e308,
+                                  8888888888888.0,
+                                  1e12,
+                                  1e-9,
+                                  462.55,
+                                  1.0,
+                                  Limits::denorm_min(),
+                                  std::nextafter(462.55, 1e3),
+                                  3e6};
+    for (std::size_t i = 0, count = values.size(); i < count; ++i) {
+        values.push_back(-values[i]);
+    }
+    return values;
+}
+
+TEST(TidyRange, IsUsableForEveryPairOfUnusualValues) {
+    for (const double a : unusualValues()) {
+        for (const double b : unusualValues()) {
+            SCOPED_TRACE(testing::Message() << a << " " << b);
+            expectUsable(tidyRange(a, b));
+        }
+    }
+}
+
+TEST(TidyRange, IsUsableForAnyBits) {
+    std::mt19937_64 random(11);
+    for (int i = 0; i < 20000; ++i) {
+        const auto a = std::bit_cast<double>(random());
+        const auto b = std::bit_cast<double>(random());
+        SCOPED_TRACE(testing::Message() << a << " " << b);
+        expectUsable(tidyRange(a, b));
+    }
+}
+
+TEST(TidyRange, TheOrderOfTheEndsDoesNotMatter) {
+    const TidyRange range = tidyRange(462.358125, 462.916875);
+    const TidyRange reversed = tidyRange(462.916875, 462.358125);
+    expectRange(reversed, range.lowest, range.highest, range.divisions);
+}
+
+TEST(TidyRange, HoldsAValueThatIsGivenTwice) {
+    for (const double value : {0.0, 1e-6, 462.55, 3e6}) {
+        const TidyRange range = tidyRange(value, value);
+        EXPECT_LE(range.lowest, value);
+        EXPECT_GT(range.highest, value);
+        EXPECT_LE(range.highest - range.lowest, std::max(value, 1.0) * 2e-9);
     }
 }
 
