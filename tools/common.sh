@@ -4,6 +4,8 @@ ROOT=$(cd -P "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 home=~ # when HOME is not set, bash takes it from the user database
 CACHE=${XDG_CACHE_HOME:-$home/.cache}/kvbandscope
 WINE32_TREE=$CACHE/wine32-tree
+NEWER_WINE_TREE=$CACHE/wine-newer-tree
+NEWER_WINE=/usr/lib/x86_64-linux-gnu/wine # the programs of the newer Wine, inside its tree
 BENCHMARK_SOURCE=$CACHE/benchmark-source # cmake/benchmark.cmake searches there
 PREFIXES=${KV_WINEPREFIX_ROOT:-$ROOT/build/wine}
 

@@ -1,5 +1,5 @@
 // RasterCanvas and GDI draw the same shapes into pixels of the same format; every pixel must be equal.
-// This proves equality with the GDI it runs on; so far that was Wine 8's, in 64 and in 32 bits.
+// This proves equality with the GDI it runs on; so far that was Wine 8's and Wine 10's, in 64 and in 32 bits.
 #include "raster/RasterCanvas.h"
 
 #include <gtest/gtest.h>

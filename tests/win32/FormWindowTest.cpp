@@ -67,7 +67,7 @@ TEST_F(FormWindow, TheControlsFollowTheWindowsSize) {
     open(L"text");
     RECT before{};
     GetWindowRect(edit(), &before);
-    SetWindowPos(window(), nullptr, 0, 0, 900, 700, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(window(), nullptr, 0, 0, 760, 560, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     pump();
     RECT client{};
     RECT text{};
@@ -83,8 +83,8 @@ TEST_F(FormWindow, TheControlsFollowTheWindowsSize) {
     EXPECT_EQ(save.top - text.bottom, 8);
     EXPECT_EQ(client.bottom - save.bottom, 8);
     EXPECT_GT(text.right, before.right - before.left);
-    EXPECT_EQ(form->form().width(), 900 * 15.0);
-    EXPECT_EQ(form->form().height(), 700 * 15.0);
+    EXPECT_EQ(form->form().width(), 760 * 15.0);
+    EXPECT_EQ(form->form().height(), 560 * 15.0);
 }
 
 TEST_F(FormWindow, CannotBeMadeSmallerThanItsControls) {
@@ -121,11 +121,15 @@ TEST_F(FormWindow, MinimizeMaximizeAndRestoreKeepThePosition) {
     open(L"text");
     form->form().move({1500.0, 1500.0, 9000.0, 6000.0});
     const formenv::Place place = form->form().place();
+    const double normalWidth = form->form().scaleWidth();
     ShowWindow(window(), SW_MAXIMIZE);
     pump();
     EXPECT_EQ(form->form().windowState(), formenv::WindowState::Maximized);
     EXPECT_EQ(form->form().place(), place);
-    EXPECT_GT(form->form().scaleWidth(), 20000.0);
+    RECT client{};
+    GetClientRect(window(), &client);
+    EXPECT_EQ(form->form().scaleWidth(), client.right * 15.0);
+    EXPECT_GT(form->form().scaleWidth(), normalWidth);
     ShowWindow(window(), SW_MINIMIZE);
     pump();
     EXPECT_EQ(form->form().windowState(), formenv::WindowState::Minimized);
