@@ -10,6 +10,7 @@
 
 #include "util/RuntimeError.h"
 #include "util/Utf8.h"
+#include "win32/AnsiText.h"
 #include "win32/FileHandle.h"
 
 namespace kv::win32 {
@@ -75,32 +76,15 @@ std::optional<std::wstring> defaultValueIn(const std::wstring& path, REGSAM view
     }
 }
 
-/// Nothing if the code page lacks a character of the text.
-std::optional<std::string> toAnsi(std::wstring_view text) {
-    if (text.empty())
-        return std::string();
-    const auto length = static_cast<int>(text.size());
-    BOOL lossy = FALSE;
-    const int size =
-        WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), length, nullptr, 0, nullptr, &lossy);
-    if (size <= 0 || lossy)
-        return std::nullopt;
-    std::string result(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), length, result.data(), size, nullptr, &lossy);
-    if (lossy)
-        return std::nullopt;
-    return result;
-}
-
 std::optional<std::string> pathToAnsi(std::wstring_view path) {
-    if (std::optional<std::string> plain = toAnsi(path))
+    if (std::optional<std::string> plain = toCodePage(path))
         return plain;
     const std::wstring full(path);
     std::wstring shortened(MAX_PATH + 1, L'\0');
     const DWORD length = GetShortPathNameW(full.c_str(), shortened.data(), static_cast<DWORD>(shortened.size()));
     if (length == 0 || length >= shortened.size())
         return std::nullopt;
-    return toAnsi(std::wstring_view(shortened).substr(0, length));
+    return toCodePage(std::wstring_view(shortened).substr(0, length));
 }
 
 /// True if the path begins with a drive's root or a server's name.
@@ -138,14 +122,6 @@ class WritableFile {
     bool fresh_ = false;
 };
 
-std::wstring fromAnsi(const std::string& text) {
-    const auto length = static_cast<int>(text.size());
-    std::wstring result(text.size(), L'\0');
-    result.resize(static_cast<std::size_t>(
-        MultiByteToWideChar(CP_ACP, 0, text.data(), length, result.data(), static_cast<int>(result.size()))));
-    return result;
-}
-
 struct Shared {
     WinRegistry registry;
     WinIni ini;
@@ -169,8 +145,8 @@ std::optional<std::wstring> WinRegistry::defaultValue(const std::wstring& key) {
 
 std::optional<std::wstring> WinIni::read(std::wstring_view key, std::wstring_view section, std::wstring_view file) {
     const std::optional<std::string> path = pathToAnsi(file);
-    const std::optional<std::string> inSection = toAnsi(section);
-    const std::optional<std::string> name = toAnsi(key);
+    const std::optional<std::string> inSection = toCodePage(section);
+    const std::optional<std::string> name = toCodePage(key);
     if (!path || !inSection || !name)
         return std::nullopt;
     for (DWORD size = kFirstLength;; size *= 2) {
@@ -183,7 +159,7 @@ std::optional<std::wstring> WinIni::read(std::wstring_view key, std::wstring_vie
         value.resize(length);
         if (value == kMissing)
             return std::nullopt;
-        return fromAnsi(value);
+        return fromCodePage(value);
     }
 }
 
@@ -194,9 +170,9 @@ void WinIni::write(std::wstring_view key, std::wstring_view section, std::wstrin
     WritableFile target{std::wstring(file)};
     // Only an existing file has a short name, with which a path outside the code page can be opened.
     const std::optional<std::string> path = pathToAnsi(file);
-    const std::optional<std::string> inSection = toAnsi(section);
-    const std::optional<std::string> name = toAnsi(key);
-    const std::optional<std::string> text = toAnsi(written(value));
+    const std::optional<std::string> inSection = toCodePage(section);
+    const std::optional<std::string> name = toCodePage(key);
+    const std::optional<std::string> text = toCodePage(written(value));
     if (!path || !inSection || !name || !text ||
         !WritePrivateProfileStringA(inSection->c_str(), name->c_str(), text->c_str(), path->c_str()))
         throw RuntimeError(kPathFileAccess);
