@@ -188,7 +188,7 @@ class Reader {
     std::int64_t bandwidth(std::int64_t frequencyHz) const {
         const double hertz = number(kBandwidth) * unit(kBandwidthUnit, 1e3);
         // The lower edge of a channel must be above 0. A bandwidth below 1 Hz is a sign of a wrong unit.
-        if (!(hertz >= 1.0 && hertz / 2.0 < static_cast<double>(frequencyHz))) {
+        if (!(hertz >= 1.0 && std::round(hertz) / 2.0 < static_cast<double>(frequencyHz))) {
             fail(kBandwidth, L"expected a bandwidth of at least 1 Hz and less than twice the frequency, found " +
                                  found(text(kBandwidth)) + L" " + unitName(kBandwidthUnit, L"KHz"));
         }

@@ -162,6 +162,11 @@ TEST(PlanErrors, BandwidthNotPositiveOrAbsurd) {
     EXPECT_EQ(parseRows("TX,TX1,,462.55,MHz,925099,KHz,,,\n").channels.size(), 1u);
 }
 
+TEST(PlanErrors, BandwidthThatIsRoundedToTwiceTheFrequency) {
+    expectAt(errorOfRows("TX,TX1,,1000,Hz,1999.5,Hz,,,\n"), 2, 17, L"bandwidth");
+    EXPECT_EQ(parseRows("TX,TX1,,1000,Hz,1999.4,Hz,,,\n").channels.at(0).bandwidthHz, 1999);
+}
+
 TEST(PlanErrors, PowerAbsurd) {
     expectAt(errorOfRows("TX,TX1,,462.55,MHz,10,KHz,120.1,,\n"), 2, 27, L"power");
     expectAt(errorOfRows("TX,TX1,,462.55,MHz,10,KHz,-201,,\n"), 2, 27, L"power");
