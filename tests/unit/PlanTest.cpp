@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 
@@ -227,6 +228,19 @@ TEST(PlanErrors, TextNotInUtf8) {
         expectAt(errorOfRows("TX,TX1,K" + std::string(bad) + "ln,462.55,MHz,10,KHz,,,\n"), 2, 9, L"");
     }
     expectAt(errorOf(std::string("k\0i\0n\0d\0", 8)), 1, 2, L"");
+}
+
+bool breaksLine(wchar_t c) {
+    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+}
+
+TEST(PlanErrors, TheTextIsOneLineWhateverTheFieldContains) {
+    for (const char* character : {"\r", "\x01", "\x1B", "\x7F", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+        const std::string field = std::string("T") + character + "X";
+        for (const PlanError& error : {errorOf(kHeader + field + ",TX1,,1,MHz,10,KHz,,,\n"), errorOf(field + "\n")}) {
+            EXPECT_TRUE(std::ranges::none_of(error.text(), breaksLine)) << testing::PrintToString(error.text());
+        }
+    }
 }
 
 TEST(PlanErrors, NothingInTheFile) {
