@@ -3,29 +3,10 @@
 
 #include <vector>
 
-#include "tests/automation/Container.h"
+#include "tests/automation/PersistFixture.h"
 
 namespace kv::test {
 namespace {
-
-using Bytes = std::vector<unsigned char>;
-
-const Bytes kImage = {'k', 'v', 'B', 'S', 1, 0, 0, 0, 0, 0, 0, 0};
-
-ComPtr<IStream> streamOf(const Bytes& bytes) {
-    ComPtr<IStream> stream;
-    EXPECT_EQ(CreateStreamOnHGlobal(nullptr, TRUE, &stream), S_OK);
-    ULONG written = 0;
-    EXPECT_EQ(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written), S_OK);
-    EXPECT_EQ(stream->Seek({}, STREAM_SEEK_SET, nullptr), S_OK);
-    return stream;
-}
-
-ULONGLONG position(IStream* stream) {
-    ULARGE_INTEGER at{};
-    EXPECT_EQ(stream->Seek({}, STREAM_SEEK_CUR, &at), S_OK);
-    return at.QuadPart;
-}
 
 ComPtr<IStorage> newStorage() {
     ComPtr<IStorage> storage;
@@ -172,29 +153,6 @@ TEST(Persist, IrregularStreamsAreHandled) {
     EXPECT_EQ(persist->Load(nullptr), E_POINTER);
     EXPECT_EQ(odd->references(), 1U);
 }
-
-class Bag final : public Counted<IPropertyBag, IErrorLog> {
-  public:
-    std::map<std::wstring, Var> values;
-    std::vector<std::wstring> errors;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
-        *object = nullptr;
-        return E_NOINTERFACE;
-    }
-    HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
-        const auto found = values.find(name);
-        return found == values.end() ? E_INVALIDARG : VariantCopy(value, &found->second);
-    }
-    HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) override {
-        return VariantCopy(&values[name], value);
-    }
-    HRESULT STDMETHODCALLTYPE AddError(LPCOLESTR name, EXCEPINFO* info) override {
-        EXPECT_TRUE(info->bstrDescription);
-        errors.emplace_back(name);
-        return S_OK;
-    }
-};
 
 TEST(Persist, AControlCanBeInitializedOrLoadedMoreThanOnce) {
     const auto stream = fresh<IPersistStreamInit>();

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 #include <random>
 
@@ -135,6 +136,11 @@ TEST(PlanErrors, BandwidthNotPositiveOrAbsurd) {
     EXPECT_EQ(parseRows("TX,TX1,,462.55,MHz,925099,KHz,,,\n").channels.size(), 1u);
 }
 
+TEST(PlanErrors, BandwidthThatIsRoundedToTwiceTheFrequency) {
+    expectAt(errorOfRows("TX,TX1,,1000,Hz,1999.5,Hz,,,\n"), 2, 17, L"bandwidth");
+    EXPECT_EQ(parseRows("TX,TX1,,1000,Hz,1999.4,Hz,,,\n").channels.at(0).bandwidthHz, 1999);
+}
+
 TEST(PlanErrors, PowerAbsurd) {
     expectAt(errorOfRows("TX,TX1,,462.55,MHz,10,KHz,120.1,,\n"), 2, 27, L"power");
     expectAt(errorOfRows("TX,TX1,,462.55,MHz,10,KHz,-201,,\n"), 2, 27, L"power");
@@ -211,6 +217,19 @@ TEST(PlanErrors, TextNotInUtf8) {
         expectAt(errorOfRows("TX,TX1,K" + std::string(bad) + "ln,462.55,MHz,10,KHz,,,\n"), 2, 9, L"");
     }
     expectAt(errorOf(std::string("k\0i\0n\0d\0", 8)), 1, 2, L"");
+}
+
+bool breaksLine(wchar_t c) {
+    return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+}
+
+TEST(PlanErrors, TheTextIsOneLineWhateverTheFieldContains) {
+    for (const char* character : {"\r", "\x01", "\x1B", "\x7F", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"}) {
+        const std::string field = std::string("T") + character + "X";
+        for (const PlanError& error : {errorOf(kHeader + field + ",TX1,,1,MHz,10,KHz,,,\n"), errorOf(field + "\n")}) {
+            EXPECT_TRUE(std::ranges::none_of(error.text(), breaksLine)) << testing::PrintToString(error.text());
+        }
+    }
 }
 
 TEST(PlanErrors, NothingInTheFile) {
