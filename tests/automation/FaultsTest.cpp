@@ -2,6 +2,7 @@
 // left, and the next control works.
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "tests/automation/Container.h"
 #include "tests/automation/MessageBoxes.h"
@@ -29,9 +30,6 @@ void* __cdecl failingMalloc(std::size_t size) {
 }
 void* WINAPI failingTaskMemory(SIZE_T size) {
     return failsNow() ? nullptr : real<void*(WINAPI*)(SIZE_T)>()(size);
-}
-BSTR WINAPI failingText(const OLECHAR* text) {
-    return failsNow() ? nullptr : real<BSTR(WINAPI*)(const OLECHAR*)>()(text);
 }
 BSTR WINAPI failingTextOfLength(const OLECHAR* text, UINT length) {
     return failsNow() ? nullptr : real<BSTR(WINAPI*)(const OLECHAR*, UINT)>()(text, length);
@@ -69,7 +67,6 @@ FARPROC address(Function* function) {
 const Import kImports[] = {
     {"malloc", address(&failingMalloc)},
     {"CoTaskMemAlloc", address(&failingTaskMemory)},
-    {"SysAllocString", address(&failingText)},
     {"SysAllocStringLen", address(&failingTextOfLength)},
     {"GlobalAlloc", address(&failingGlobal)},
     {"CreateWindowExW", address(&failingWindow)},
@@ -132,12 +129,19 @@ void show(IOleObject* object, ContainerSite* site, HWND host) {
     pump();
     MoveWindow(host, 0, 0, 700, 500, TRUE);
     pump();
+    LPOLESTR type = nullptr;
+    if (SUCCEEDED(object->GetUserType(USERCLASSTYPE_FULL, &type)))
+        CoTaskMemFree(type);
     ComPtr<IDataObject> data;
-    FORMATETC format{CF_METAFILEPICT, nullptr, DVASPECT_CONTENT, -1, TYMED_MFPICT};
-    STGMEDIUM medium{};
-    if (SUCCEEDED(object->QueryInterface(IID_PPV_ARGS(data.GetAddressOf()))) &&
-        SUCCEEDED(data->GetData(&format, &medium)))
-        ReleaseStgMedium(&medium);
+    if (FAILED(object->QueryInterface(IID_PPV_ARGS(data.GetAddressOf()))))
+        return;
+    for (const auto& [clip, kind] :
+         {std::pair<CLIPFORMAT, DWORD>{CF_METAFILEPICT, TYMED_MFPICT}, {CF_DIB, TYMED_HGLOBAL}}) {
+        FORMATETC format{clip, nullptr, DVASPECT_CONTENT, -1, kind};
+        STGMEDIUM medium{};
+        if (SUCCEEDED(data->GetData(&format, &medium)))
+            ReleaseStgMedium(&medium);
+    }
 }
 
 class Faults : public testing::TestWithParam<Import> {

@@ -6,7 +6,7 @@ namespace kv::test {
 
 namespace {
 
-MessageBoxes* watching = nullptr;
+thread_local MessageBoxes* watching = nullptr;
 
 BOOL CALLBACK collect(HWND child, LPARAM parameter) {
     auto& box = *reinterpret_cast<SeenBox*>(parameter);

@@ -16,7 +16,8 @@ struct SeenBox {
     HWND owner = nullptr;
 };
 
-/// During its lifetime every message box of the thread is closed with OK as soon as it is shown. One at a time.
+/// During its lifetime every message box of the thread is closed with OK as soon as it is shown. One at a time in a
+/// thread.
 class MessageBoxes {
   public:
     MessageBoxes();

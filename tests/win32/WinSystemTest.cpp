@@ -294,7 +294,7 @@ class SystemConfigurationTest : public ::testing::Test {
     util::System system{registry, ini, files, {host.path() + L"\\", L"Host.exe", L"1.0.2"}, &localTime};
     util::Configuration configuration{system};
     util::TechSupportLog log{configuration, system};
-    NoUser nobody;
+    NoUser absent;
 };
 
 TEST_F(SystemConfigurationTest, InstalledProgramLeadsToTheFolders) {
@@ -306,7 +306,7 @@ TEST_F(SystemConfigurationTest, InstalledProgramLeadsToTheFolders) {
     EXPECT_EQ(configuration.getProductINI(), maker.file(L"KVZEP32.INI"));
     EXPECT_EQ(configuration.getWorkFolder(), L"D:\\Jobs");
     EXPECT_EQ(configuration.getSystemFolder(), maker.file(L"SYSTEM"));
-    EXPECT_EQ(configuration.getTempFolder(nobody), maker.file(L"SYSTEM\\TEMP"));
+    EXPECT_EQ(configuration.getTempFolder(absent), maker.file(L"SYSTEM\\TEMP"));
     EXPECT_FALSE(fileExists(maker.file(L"SYSTEM")));
     EXPECT_EQ(configuration.getScratchFolder(), maker.file(L"TEMP"));
     EXPECT_TRUE(files.folderExists(maker.file(L"TEMP")));

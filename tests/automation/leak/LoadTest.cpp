@@ -161,10 +161,12 @@ struct Counts {
 
 /// A thread that makes controls, draws in them, lets them fire, calls those of the other thread and releases its own at
 /// any time.
-void liveBesideTheOther(std::size_t self, Exchange& exchange, Counts& counts,
+void liveBesideTheOther(std::size_t self, Exchange& exchange, Counts& counts, std::atomic<int>& ended,
                         std::chrono::steady_clock::time_point end) {
-    if (FAILED(OleInitialize(nullptr)))
+    if (FAILED(OleInitialize(nullptr))) {
+        ++ended;
         return;
+    }
     {
         const MessageBoxes boxes;
         std::mt19937 random(static_cast<unsigned>(self) + 1);
@@ -198,6 +200,9 @@ void liveBesideTheOther(std::size_t self, Exchange& exchange, Counts& counts,
             ++counts.lives;
         }
         Exchange::drop(exchange.take(self));
+        // A call that the other thread has sent is answered only while this one handles messages.
+        for (++ended; ended < 2; Sleep(1))
+            pump();
     }
     OleUninitialize();
 }
@@ -208,9 +213,10 @@ TEST(Load, ControlsOfTwoThreadsCallEachOther) {
     const auto end = std::chrono::steady_clock::now() + seconds;
     Exchange exchange;
     Counts counts[2];
+    std::atomic<int> ended{0};
     std::thread threads[2];
     for (std::size_t i = 0; i < 2; ++i)
-        threads[i] = std::thread([&, i] { liveBesideTheOther(i, exchange, counts[i], end); });
+        threads[i] = std::thread([&, i] { liveBesideTheOther(i, exchange, counts[i], ended, end); });
     for (std::thread& thread : threads)
         thread.join();
     for (const Counts& of : counts) {
