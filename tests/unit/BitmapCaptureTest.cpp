@@ -307,8 +307,7 @@ TEST_F(PicToBMPTest, AnInnerPictureWithoutPixelsIsNotVisible) {
 
 TEST_F(PicToBMPTest, ItWorksWithoutADevelopmentLog) {
     class WithoutLog final : public util::ErrorReporter {
-        void ErrHand(std::int16_t, std::wstring_view, std::wstring_view,
-                     const util::RuntimeError&) noexcept override {}
+        void ErrHand(std::int16_t, std::wstring_view, std::wstring_view, const util::RuntimeError&) noexcept override {}
     } withoutLog;
     EXPECT_TRUE(ExportToBMP2(outer, inner, L"D:\\a.bmp", {files, withoutLog}));
 }
