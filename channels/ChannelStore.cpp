@@ -36,8 +36,7 @@ double edgeOffset(FreqSlot& channel) {
     const std::wstring frequencyUnits = channel.sFreqUnits();
     if (!(bandwidth > 0.0) || bandwidthUnits.empty() || frequencyUnits.empty())
         return 0.0;
-    bool bErr = false;
-    return util::ConvertFreq(bandwidthUnits, frequencyUnits, bandwidth, bErr);
+    return util::ConvertFreq(bandwidthUnits, frequencyUnits, bandwidth);
 }
 
 void fillInEdges(FreqSlot& channel) {

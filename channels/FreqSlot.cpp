@@ -7,8 +7,8 @@ namespace kv::channels {
 namespace {
 
 // One for all stores and apartments of the process, because a record does not know which stores hold it.
-std::atomic<std::uint64_t> revision = 0;
-std::atomic<std::uint64_t> keys = 0;
+std::atomic<std::uint64_t> revision;
+std::atomic<std::uint64_t> keys;
 
 }  // namespace
 

@@ -171,8 +171,6 @@ void DisplayRange::unset() noexcept {
 
 void DisplayRange::SetDisplayRange(double dMin, double dMax) {
     if (dMax > dMin) {
-        checked(dMin);
-        checked(dMax);
         checked(endBuffer_);
         while ((dMax - dMin) / 3.0 < endBuffer_)
             endBuffer_ /= 2.0;

@@ -25,7 +25,6 @@ Panel::Panel(formenv::Platform& platform) : ui_(platform) {
 }
 
 void Panel::initialize() {
-    bUseMovers_ = true;
     ui_.Label1.setVisible(false);
     ui_.Label1.setCaption(L"");
     ui_.cmdDebug0.setVisible(false);

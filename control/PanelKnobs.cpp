@@ -90,7 +90,6 @@ void Panel::SetGridKnob() {
     const std::span<const GridStop> stops = gridStops(ui_.cboGridRange.text());
     knob.setSCaption(L"Grid (Hz)");
     knob.iKnobStyle = 0;
-    knob.bOption1 = false;
     knob.bShowValue = true;
     knob.textOffStops = stepText;
     knob.dMinVal = stops.front().step;

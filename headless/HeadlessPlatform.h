@@ -15,7 +15,7 @@
 
 namespace kv::headless {
 
-class HeadlessPlatform final : public formenv::Platform {
+class HeadlessPlatform : public formenv::Platform {
   public:
     struct Message {
         std::wstring text;

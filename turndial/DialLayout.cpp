@@ -84,7 +84,9 @@ PixelRect boxOf(const Measured& label, SmoothPoint middle, const SmoothBox& area
 }
 
 bool apart(const PixelRect& a, const PixelRect& b, double gap) {
-    return a.right + gap <= b.left || b.right + gap <= a.left || a.bottom <= b.top || b.bottom <= a.top;
+    const int across = std::max(a.left, b.left) - std::min(a.right, b.right);
+    const int down = std::max(a.top, b.top) - std::min(a.bottom, b.bottom);
+    return across >= gap || down >= 0;
 }
 
 bool allApart(const std::vector<DialLabel>& labels, double gap) {

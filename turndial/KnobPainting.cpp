@@ -65,8 +65,6 @@ SmoothBox paintPanel(const KnobPicture& picture, const std::wstring& caption, co
     const double unit = picture.unit;
     const double margin = std::round(kMargin * unit);
     const SmoothBox all = SmoothBox{0.0, 0.0, double(buffer.width), double(buffer.height)}.inset(margin);
-    if (buffer.empty() || !(all.width() > 0.0) || !(all.height() > 0.0))
-        return {};
     const double line = picture.text.textSize(L"X", picture.font).height;
     const double gap = std::round(kGap * unit);
     SmoothBox body = all;

@@ -112,16 +112,17 @@ std::optional<double> KnobScale::steppedStop(double value, int count) const noex
     if (endless)
         to -= std::floor(to / (last + 1.0)) * (last + 1.0);
     to = std::clamp(to, 0.0, last);
-    if (endless ? to == from : count > 0 ? to <= from : to >= from)
+    if (endless ? to == from : (to - from) * count <= 0.0)
         return std::nullopt;
     return stops[static_cast<std::size_t>(to)].dValue;
 }
 
 std::optional<double> KnobScale::steppedRange(double value, int count, bool fine) const noexcept {
-    const double end = count > 0 ? max : min;
-    const double otherEnd = count > 0 ? min : max;
+    const bool up = count > 0;
+    const double end = up ? max : min;
+    const double otherEnd = up ? min : max;
     if (!(value >= min && value <= max)) {
-        const bool towards = (value > max) == (count < 0);
+        const bool towards = (value > max) != up;
         return towards ? std::optional(otherEnd) : std::nullopt;
     }
     if (std::abs(value - end) <= kHair * (max - min))
@@ -130,7 +131,7 @@ std::optional<double> KnobScale::steppedRange(double value, int count, bool fine
     if (!smooth && !fine) {
         const double at = (value - min) / detent();
         const bool onDetent = std::abs(at - std::round(at)) <= kHair * std::max(1.0, at);
-        const double whole = onDetent ? std::round(at) : count > 0 ? std::floor(at) : std::ceil(at);
+        const double whole = onDetent ? std::round(at) : up ? std::floor(at) : std::ceil(at);
         to = min + (whole + count) * detent();
     }
     to = std::clamp(cleaned(to), min, max);

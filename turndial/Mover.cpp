@@ -54,7 +54,7 @@ void tdKnMover::turnBy(int detents, bool /*fine*/) {
 }
 
 void tdKnMover::roll(int detents) {
-    const int direction = detents < 0 ? -1 : 1;
+    const int direction = std::clamp(detents, -1, 1);
     for (int left = std::abs(detents); left > 0; --left) {
         net_ += direction;
         roll_ = (roll_ + direction) % kWheelDetents;

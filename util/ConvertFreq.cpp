@@ -54,9 +54,13 @@ double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, dou
     return result;
 }
 
-double toMHz(std::wstring_view sFromUnits, double dValue) {
+double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, double dValue) {
     bool unknown = false;
-    return ConvertFreq(sFromUnits, L"MHz", dValue, unknown);
+    return ConvertFreq(sFromUnits, sToUnits, dValue, unknown);
+}
+
+double toMHz(std::wstring_view sFromUnits, double dValue) {
+    return ConvertFreq(sFromUnits, L"MHz", dValue);
 }
 
 }  // namespace kv::util

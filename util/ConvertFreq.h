@@ -16,6 +16,9 @@ inline constexpr double kInvalidFreq = -88.0;
 /// Throws RuntimeError 6 (Overflow) when a finite value has no finite result; NaN and infinities pass through.
 [[nodiscard]] double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, double dValue, bool& bErr);
 
+/// The same for callers to whom an unknown unit is no error.
+[[nodiscard]] double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, double dValue);
+
 /// Converts to MHz; an unknown unit gives kInvalidFreq. Throws RuntimeError 6 as ConvertFreq does.
 [[nodiscard]] double toMHz(std::wstring_view sFromUnits, double dValue);
 

@@ -196,10 +196,10 @@ bool isUnsignedNumber(std::wstring_view text) {
 bool isBelowOne(std::string_view text) {
     const std::size_t e = std::min(text.find_first_of("eE"), text.size());
     const std::string_view mantissa = text.substr(0, e);
-    // 10^position is the value of the first digit that is not zero.
+    // The power of ten of the first digit that is not zero, or the next one: the number is so far from 1 that both are
+    // on the same side.
     const auto point = static_cast<std::int64_t>(std::min(mantissa.find('.'), mantissa.size()));
-    const auto first = static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
-    const std::int64_t position = first < point ? point - 1 - first : point - first;
+    const std::int64_t position = point - static_cast<std::int64_t>(mantissa.find_first_of("123456789"));
     if (e == text.size())
         return position < 0;
     const std::size_t start = text[e + 1] == '+' ? e + 2 : e + 1;

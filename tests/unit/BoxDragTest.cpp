@@ -44,6 +44,8 @@ TEST_F(BoxDragTest, ZoomsToExactlyTheDraggedSpan) {
     expectRange(400.0, 440.0);
     EXPECT_DOUBLE_EQ(scope.DisplayCenterFreq(), 420.0);
     EXPECT_DOUBLE_EQ(ui.tdKnGrid.dVal(), 2.0) << "the derived step, 40 MHz in 20 parts";
+    EXPECT_EQ(ui.tdKnCursor.dMinVal, 400.0);
+    EXPECT_EQ(ui.tdKnCursor.dMaxVal, 440.0);
     EXPECT_THAT(events.heard, ElementsAre("ChgFreqRange 400 440"));
     expectScale({400.0, 100.0, 40.0, -100.0});
 }

@@ -266,6 +266,29 @@ TEST_F(ChannelSnapshotTest, AForeignRecordLeavesNoCopyUntilItIsGone) {
     EXPECT_EQ(store_.snapshot(ChannelKind::TX).size(), 2U);
 }
 
+TEST_F(ChannelSnapshotTest, ARemovedRecordLeavesAHoleAndTheOthersTheirPositions) {
+    for (int i = 0; i < 10; ++i)
+        addQuiet(ChannelKind::TX);
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    remove(ChannelKind::TX, 3);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    EXPECT_EQ(snapshot.size(), 10U);
+    EXPECT_FALSE(snapshot.isLive(3));
+    EXPECT_EQ(snapshot.positionOf(3), 4U);
+}
+
+TEST_F(ChannelSnapshotTest, ACopyWithManyHolesIsMadeAnew) {
+    for (int i = 0; i < 300; ++i)
+        addQuiet(ChannelKind::TX);
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    for (int i = 0; i < 200; ++i)
+        remove(ChannelKind::TX, 0);
+    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    EXPECT_EQ(snapshot.size(), 100U);
+}
+
 TEST_F(ChannelSnapshotTest, AClearedStoreLeavesNothing) {
     for (int i = 0; i < 300; ++i)
         addQuiet(ChannelKind::TX);

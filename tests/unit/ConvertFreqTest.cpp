@@ -59,6 +59,12 @@ TEST(ConvertFreqTest, ToMHzNeedsNoSecondUnit) {
     EXPECT_THROW(static_cast<void>(toMHz(L"GHz", 1e308)), RuntimeError);
 }
 
+TEST(ConvertFreqTest, TheFlagForAnUnknownUnitCanBeOmitted) {
+    EXPECT_EQ(ConvertFreq(L"KHz", L"GHz", 2.5e6), 2.5);
+    EXPECT_EQ(ConvertFreq(L"KHz", L"furlongs", 2.5), -88.0);
+    EXPECT_THROW(static_cast<void>(ConvertFreq(L"GHz", L"Hz", 1e308)), RuntimeError);
+}
+
 TEST(ConvertFreqTest, TheNextConversionClearsTheError) {
     bool failed = false;
     EXPECT_EQ(ConvertFreq(L"x", L"y", 1.0, failed), -88.0);

@@ -65,6 +65,18 @@ TEST_F(DemonstrationSetTest, HasItsChannelsInTheirOrder) {
         expectChannel(scope.GetRXChnl(i), kReceive[i]);
 }
 
+TEST_F(DemonstrationSetTest, IsNotLoadedBesideASingleChannel) {
+    addTX(450.0);
+    scope.UserControl_Click();
+    EXPECT_EQ(scope.NumTX(), 1);
+    EXPECT_EQ(scope.NumRX(), 0);
+    scope.ClearAllChnls();
+    addRX(450.0);
+    scope.UserControl_Click();
+    EXPECT_EQ(scope.NumTX(), 0);
+    EXPECT_EQ(scope.NumRX(), 1);
+}
+
 TEST_F(DemonstrationSetTest, HasKeysByWhichEachChannelCanBeRemoved) {
     scope.UserControl_Click();
     EXPECT_EQ(scope.GetTXbyKey(L"TXSample1"), scope.GetTXChnl(0));

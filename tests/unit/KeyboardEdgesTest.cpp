@@ -76,6 +76,22 @@ TEST_F(KeyboardEdgesTest, WithoutACursorTheCenterIsWhereItStarts) {
     EXPECT_EQ(scope.CursorVal(), 350.0);
 }
 
+TEST_F(KeyboardEdgesTest, ACursorBelowAMegahertzIsACursor) {
+    scope.setFreqEndBuffer(0.0);
+    scope.DrawByRange(0.1, 0.9);
+    scope.setCursorVal(0.7);
+    press(kRight, kShift);
+    EXPECT_DOUBLE_EQ(scope.CursorVal(), 0.704);
+}
+
+TEST_F(KeyboardEdgesTest, NoKeyMovesTheCenterToZero) {
+    scope.DrawByRange(100.0, 100.0);
+    expectRange(0.0, 200.0);
+    press(kPageUp);
+    expectRange(0.0, 200.0);
+    EXPECT_THAT(events.heard, IsEmpty());
+}
+
 TEST_F(KeyboardEdgesTest, ChannelsInOtherUnitsAreFoundInMegahertz) {
     const SlotRef slot = addTX(0.46, 0.0, 60.0);
     slot->fields().sFreqUnits = L"GHz";

@@ -110,6 +110,29 @@ TEST(KnobLayout, ARangeShowsBothOfItsEndsOrNone) {
                 IsEmpty());
 }
 
+TEST(KnobLayout, LabelsOnOneLevelAreAtLeastThreePixelsApart) {
+    const KnobScale range{430.0, 450.0, 2.0, {}, true, false};
+    const auto broad = [](std::wstring_view) { return PixelSize{80, 11}; };
+    const DialLayout enough = layOutDial({0, 0, 163, 71}, range, 1.0, broad);
+    ASSERT_THAT(enough.labels, SizeIs(2));
+    EXPECT_EQ(enough.labels[1].box.left - enough.labels[0].box.right, 3);
+    EXPECT_THAT(layOutDial({0, 0, 162, 71}, range, 1.0, broad).labels, IsEmpty());
+}
+
+TEST(KnobLayout, LabelsOneAboveTheOtherMayTouch) {
+    int touching = 0;
+    for (int height = 40; height <= 120; ++height) {
+        const std::vector<DialLabel> labels = layOutDial({0, 0, 160, double(height)}, grid(), 1.0, measured).labels;
+        for (std::size_t i = 1; i < labels.size(); ++i) {
+            const PixelRect& a = labels[i - 1].box;
+            const PixelRect& b = labels[i].box;
+            const bool together = a.left < b.right && b.left < a.right;
+            touching += together && (a.top == b.bottom || b.top == a.bottom) ? 1 : 0;
+        }
+    }
+    EXPECT_GT(touching, 0);
+}
+
 TEST(KnobLayout, WithoutRoomThereIsNoDial) {
     EXPECT_EQ(layOutDial({}, grid(), 1.0, measured).radius, 0.0);
     EXPECT_EQ(layOutDial({5, 5, 3, 3}, grid(), 1.0, measured).radius, 0.0);

@@ -67,6 +67,18 @@ TEST_F(KnobMover, AClickOnAnArrowIsOneDetent) {
     EXPECT_THAT(taken(heard), ElementsAre("v 1", "end"));
 }
 
+TEST_F(KnobMover, TheArrowsAreAsHighAsTheWheel) {
+    const std::tuple<int, int, Heard> cases[] = {
+        {6, 13, {"v -1", "end"}}, {20, 52, {"v -1", "end"}}, {5, 13, {}},  {6, 12, {}},  {21, 52, {}},  {20, 53, {}},
+        {99, 13, {"v 1", "end"}}, {113, 52, {"v 1", "end"}}, {98, 13, {}}, {99, 12, {}}, {114, 52, {}}, {113, 53, {}},
+    };
+    for (const auto& [x, y, events] : cases) {
+        mover.mouseDown(x, y, kPlain);
+        mover.mouseUp(x, y, kPlain);
+        EXPECT_EQ(taken(heard), events) << x << ' ' << y;
+    }
+}
+
 TEST_F(KnobMover, AClickOnTheWheelRaisesNoEvent) {
     mover.mouseDown(60, 35, kPlain);
     mover.mouseUp(61, 35, kPlain);
@@ -104,6 +116,18 @@ TEST_F(KnobMover, TheWheelShowsDetentsAndThePartOfOneThatAPushAdds) {
     EXPECT_NE(image.paint(other), pushed);
     other.mouseMove(59, 30, kPlain);
     EXPECT_EQ(image.paint(other), pushed);
+}
+
+TEST_F(KnobMover, ThreeDetentsLeadToTheSamePicture) {
+    tdKnMover other(nullptr, L"");
+    other.setDVal(437.5);
+    const auto start = image.paint(mover);
+    mover.wheel(-120, kPlain);
+    other.wheel(240, kPlain);
+    EXPECT_NE(image.paint(mover), start);
+    EXPECT_EQ(image.paint(mover), image.paint(other));
+    other.wheel(120, kPlain);
+    EXPECT_EQ(image.paint(other), start);
 }
 
 TEST_F(KnobMover, HomeAndEndAreNotUsed) {

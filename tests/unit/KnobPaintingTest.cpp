@@ -183,6 +183,61 @@ TEST(KnobPaintingDial, EveryStyleShowsTheValueInItsWay) {
     EXPECT_FALSE(seen.insert(image.paint(knob)).second);
 }
 
+TEST(KnobPaintingDial, TheTicksAtBothEndsAreEquallyLong) {
+    class NoLetters final : public kv::headless::BlockTextPainter {
+      public:
+        void draw(const PixelBuffer&, kv::raster::PixelPoint, std::wstring_view, const kv::raster::Font&,
+                  kv::raster::Rgb) override {}
+    } letters;
+    // The last of 18 ticks is none of every fifth.
+    tdKnob knob(nullptr, L"");
+    knob.dMinVal = 100.0;
+    knob.dMaxVal = 270.0;
+    knob.dStep = 10.0;
+    knob.setDVal(185.0);
+    knob.iKnobStyle = 2;
+    KnobImage image(200, 160);
+    knob.paint(image.buffer, letters, 96, KnobPalette{});
+    // These rows contain the ticks at the ends; all others are above.
+    std::set<std::uint32_t> colors;
+    for (int y = 124; y < 160; ++y) {
+        for (int x = 0; x < 100; ++x) {
+            const std::uint32_t left = image.buffer.row(y)[x];
+            const std::uint32_t right = image.buffer.row(y)[199 - x];
+            colors.insert(left);
+            for (const unsigned shift : {0U, 8U, 16U})
+                ASSERT_NEAR(int(left >> shift & 0xFFU), int(right >> shift & 0xFFU), 2) << x << ' ' << y;
+        }
+    }
+    EXPECT_GT(colors.size(), 5U);
+}
+
+TEST(KnobPaintingDial, OnlyABodyOfMoreThan14PixelsHasGrooves) {
+    kv::headless::BlockTextPainter letters;
+    int with = 0;
+    int without = 0;
+    for (int size = 50; size < 80; ++size) {
+        KnobImage image(size, size);
+        const KnobLook look{true, false, false, false};
+        const KnobPicture picture(image.buffer, letters, 96, inkFor({}, look), look, {});
+        picture.shapes.clear(0xFFFFFF);
+        // Turned to the middle, so that the pointer is straight up.
+        const DialPlace place =
+            paintDial(picture, {0.0, 0.0, double(size), double(size)}, {0.0, 100.0, 10.0, {}, false, false}, 50.0, 2);
+        const double body = place.rimInside / 0.6;
+        // Grooves are darker than what is between them. Those beside the pointer are left out.
+        double darker = 0.0;
+        for (int i = 5; i < 43; ++i) {
+            const auto at = kv::raster::onCircle(place.center, body * 0.89, i * std::numbers::pi / 24.0);
+            const std::uint32_t pixel = image.buffer.row(static_cast<int>(at.y))[static_cast<int>(at.x)];
+            darker += static_cast<double>(pixel & 0xFFU) * (i % 2 == 0 ? 1.0 : -1.0) / 19.0;
+        }
+        EXPECT_EQ(darker > 3.0, body > 14.0) << size << ": " << body << ", " << darker;
+        ++(body > 14.0 ? with : without);
+    }
+    EXPECT_GT(std::min(with, without), 5);
+}
+
 TEST(KnobPaintingDial, ValuesOffTheScaleAndNoNumbersArePainted) {
     tdKnob knob(nullptr, L"");
     knob.bShowValue = true;
@@ -244,6 +299,31 @@ TEST_P(KnobPainting, ASmallKnobOmitsItsCaptionBeforeItsValue) {
     EXPECT_THAT(none.texts, testing::Not(testing::Contains(L"Name")));
 }
 
+TEST_P(KnobPainting, ALongReadOutKeepsItsDistanceFromTheEdges) {
+    knob->setSValText(std::wstring(200, L'8'));
+    for (int width = 100; width < 110; ++width) {
+        KnobImage image(width, 200);
+        NotingLetters letters;
+        knob->paint(image.buffer, letters, 192, KnobPalette{});
+        const auto readOut =
+            std::ranges::find_if(letters.texts, [](const auto& text) { return text.starts_with(L"888"); });
+        ASSERT_NE(readOut, letters.texts.end());
+        // Four pixels inside of the field, which is six inside of the knob.
+        const auto& box = letters.boxes[static_cast<std::size_t>(readOut - letters.texts.begin())];
+        EXPECT_GE(box.left, 10) << width;
+        EXPECT_LE(box.right, width - 10) << width;
+    }
+}
+
+TEST_P(KnobPainting, WithoutRoomBetweenTheMarginsOnlyTheFaceIsPainted) {
+    for (const auto& [width, height] : {std::pair{6, 100}, {5, 100}, {1, 100}, {100, 6}, {100, 5}, {6, 6}}) {
+        KnobImage image(width, height);
+        image.paint(*knob);
+        for (int y = 0; y < height; ++y)
+            EXPECT_EQ(std::count(image.buffer.row(y), image.buffer.row(y) + width, 0xF0F0F0U), width) << y;
+    }
+}
+
 TEST(KnobPalette, FollowsTheSystemAndTheWidget) {
     kv::headless::HeadlessPlatform platform;
     tdKnob knob(nullptr, L"");
@@ -287,7 +367,8 @@ TEST_P(KnobPainting, TheWindowIsToldToPaintAgain) {
     EXPECT_EQ(std::ranges::count(peer.changes, kv::formenv::Change::Value), 2);
     for (const std::function<void()>& action : std::initializer_list<std::function<void()>>{
              [&] { knob->Refresh(); }, [&] { knob->hover(true); }, [&] { knob->focus(true); },
-             [&] { knob->mouseDown(5, 5, kPlain); }, [&] { knob->cancel(); }, [&] { knob->wheel(120, kPlain); }}) {
+             [&] { knob->mouseDown(5, 5, kPlain); }, [&] { knob->cancel(); }, [&] { knob->wheel(120, kPlain); },
+             [&] { knob->keyDown(Key::Left, kPlain); }, [&] { knob->keyDown(Key::Left, kPlain); }}) {
         peer.changes.clear();
         action();
         EXPECT_THAT(peer.changes, testing::Not(testing::IsEmpty()));

@@ -78,6 +78,7 @@ TEST(KnobScale, PlacesRunFromZeroAtTheLowEndToOneAtTheHighEnd) {
         {kThree, 2.0 + 1e-12, 0.5},
         {kThree, 1.0000001, 0.0005},
         {kThree, 1.9999999, 0.4995},
+        {stops({1.0 / 1048576.0, 2.0 / 1048576.0}), 1.5 / 1048576.0, 0.5},
     };
     for (const auto& [scale, value, place] : cases)
         EXPECT_EQ(scale.placeOf(value), place) << value << " of " << scale.min << " or " << scale.stops.size();
@@ -116,6 +117,7 @@ TEST(KnobScale, ADragGivesTheNearestDetentStopOrTidyNumber) {
         // The ends are reached exactly, also from beyond them.
         {smooth(0.0, 100.3749, 1.0), 1.0, 100.3749},
         {smooth(0.0012, 100.0, 1.0), 0.0, 0.0012},
+        {smooth(0.0079, 100.0, 1.0), 0.0, 0.0079},
         {range(0.1, 0.7, 0.1), 1.0, 0.7},
         {range(2.0, 10.0, 1.0), 7.0, 10.0},
         {range(2.0, 10.0, 1.0), -7.0, 2.0},
@@ -175,6 +177,9 @@ TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
         {kTenths, 0.1 + 0.2, -1, 0.2},
         {kTenths, 0.3001, -1, 0.3},
         {range(0.0, 100.0, 10.0), 100.0 - 1e-8, 1, 100.0},
+        // Near the low end a hair is a billionth of a detent.
+        {range(0.0, 10.0, 1.0), 1.0 + 0.5e-9, -1, 0.0},
+        {range(0.0, 10.0, 1.0), 1.0 + 1.5e-9, -1, 1.0},
         // Smooth and fine steps start from the value.
         {smooth(430.0, 450.0, 2.0), 433.1, 1, 435.1},
         {smooth(430.0, 450.0, 2.0), 433.1, 1, 433.3, true},
@@ -265,8 +270,11 @@ TEST(KnobScale, AnInvalidRangeCannotBeTurned) {
 
 TEST(KnobScale, AnInvalidStepIsAHundredthOfTheRange) {
     for (const double step : {0.0, -4.0, kNan, kInfinity, 1e-300}) {
-        EXPECT_EQ(range(0.0, 50.0, step).detents(), 100.0) << step;
-        EXPECT_THAT(range(0.0, 50.0, step).stepped(10.0, 1, false), Optional(DoubleEq(10.5))) << step;
+        for (const double min : {0.0, 50.0}) {
+            const KnobScale scale = range(min, min + 50.0, step);
+            EXPECT_EQ(scale.detents(), 100.0) << step;
+            EXPECT_THAT(scale.stepped(min + 10.0, 1, false), Optional(DoubleEq(min + 10.5))) << step;
+        }
     }
 }
 

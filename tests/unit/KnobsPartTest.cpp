@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <sstream>
+#include <tuple>
 #include <utility>
 
 #include "tests/unit/PartsFixture.h"
@@ -15,23 +17,30 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Writes down what the knobs ask for.
+/// Writes down what the knobs ask for. With `failing`, everything but telling the host fails.
 class RecordingKnobActions final : public KnobActions {
   public:
     void showCursorAt(double frequency) override { note("cursor", frequency); }
     void drawCursorAt(double frequency) override { note("line", frequency); }
     void applyNewCenter(double center) override { note("center", center); }
     void panTo(double center) override { note("pan", center); }
-    void drawUnlessDrawing() override { heard.emplace_back("draw"); }
+    void drawUnlessDrawing() override { note("draw"); }
     void tellRangeChanged() override { heard.emplace_back("tell range"); }
     void tellGridRangeChanged() override { heard.emplace_back("tell unit"); }
     std::vector<std::string> take() { return std::exchange(heard, {}); }
 
+    bool failing = false;
+
   private:
+    void note(const std::string& what) {
+        if (failing)
+            throw util::RuntimeError(util::error_number::kOutOfMemory);
+        heard.push_back(what);
+    }
     void note(const char* what, double value) {
         std::ostringstream text;
         text << what << ' ' << value;
-        heard.push_back(text.str());
+        note(text.str());
     }
     std::vector<std::string> heard;
 };
@@ -111,6 +120,29 @@ TEST_F(KnobsPartTest, TheCenterAndTheDrawnStepAreShown) {
     range.setDisplayCenterFreq(460.0);
     knobs.showRange();
     EXPECT_EQ(ui.tdKnMovCenter.dVal(), 460.0);
+    panel.setBUseMovers(false);
+    knobs.showRange();
+    EXPECT_EQ(ui.tdKnCenter.dVal(), 460.0);
+}
+
+TEST_F(KnobsPartTest, AFailedActionIsReportedWithItsProcedureAndStep) {
+    actions.failing = true;
+    const std::tuple<const wchar_t*, int, std::function<void()>> cases[] = {
+        {L"cboGridRange_Click", 200, ui.cboGridRange.onClick},
+        {L"tdKnGrid_ValueChanged", 200, [this] { ui.tdKnGrid.onValueChanged(2.0); }},
+        {L"tdKnGrid_TurnEnd", 200, ui.tdKnGrid.onTurnEnd},
+        {L"tdKnGrid_GivenUp", 200, ui.tdKnGrid.onGivenUp},
+        {L"tdKnMovCenter_ValueChanged", 200, [this] { ui.tdKnMovCenter.onValueChanged(1.0); }},
+        {L"tdKnMovCursor_ValueChanged", 200, [this] { ui.tdKnMovCursor.onValueChanged(1.0); }},
+        {L"cmdCenterCursor_Click", 100, ui.cmdCenterCursor.onClick},
+    };
+    for (const auto& [procedure, step, action] : cases) {
+        errors.reports.clear();
+        action();
+        ASSERT_EQ(errors.reports.size(), 1U) << ::testing::PrintToString(procedure);
+        EXPECT_EQ(errors.reports[0].procedure, procedure);
+        EXPECT_EQ(errors.reports[0].flag, step) << ::testing::PrintToString(procedure);
+    }
 }
 
 TEST_F(KnobsPartTest, TheButtonPutsTheCursorOnTheCenter) {

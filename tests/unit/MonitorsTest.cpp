@@ -229,6 +229,13 @@ TEST_F(MonitorsTest, FailedCallsReturnNoMonitor) {
     EXPECT_NO_THROW(clsMonitors{desktop});
 }
 
+TEST_F(MonitorsTest, AnyHandleButZeroIsAMonitors) {
+    for (const auto& [handle, count] : {std::pair{std::intptr_t{1}, 1U}, {-1, 1U}, {0, 0U}}) {
+        desktop.monitors.front().handle = handle;
+        EXPECT_THAT(clsMonitors(desktop).Monitors(), SizeIs(count)) << handle;
+    }
+}
+
 TEST_F(MonitorsTest, AFailedProbeIsSkipped) {
     arrange({{0, 0, 640, 480}, {640, 0, 1280, 480}});
     desktop.onCall = [this](std::string_view) {

@@ -177,6 +177,18 @@ TEST_F(MouseInfoTest, TheWindowFollowsTheTick) {
     EXPECT_TRUE(isOpen());
 }
 
+TEST_F(MouseInfoTest, AClosedWindowIsSetUpAgain) {
+    addTX(450.0);
+    showTwoPixelsAUnit();
+    tick(true);
+    scope.closeMouseInfo();
+    EXPECT_EQ(scope.mouseInfoWindow(), nullptr);
+    pointAt(450.0);
+    ASSERT_TRUE(isOpen());
+    EXPECT_EQ(scope.mouseInfoWindow()->Mode(), L"Mouse Information");
+    EXPECT_THAT(shown(), HasSubstr(L"TX Channels:"));
+}
+
 TEST_F(MouseInfoTest, AnErrorInAChannelIsReportedAndTheReadOutsStay) {
     const SlotRef broken = addTX(450.0);
     showTwoPixelsAUnit();

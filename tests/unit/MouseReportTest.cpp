@@ -84,6 +84,12 @@ TEST_F(MouseReportTest, AProductListsItsComponentsInColumns) {
               L"\r\n     -12x     33.00000  Link");
 }
 
+TEST_F(MouseReportTest, AProductOfOneComponentHasTheHeading) {
+    add(channels::ChannelKind::TX, product({{2, 451.25, L"Base A"}}));
+    EXPECT_TRUE(report.text().ends_with(L"\r\n     INTERMOD COMPONENTS:\r\n      +2x    451.25000  Base A"))
+        << ::testing::PrintToString(report.text());
+}
+
 TEST_F(MouseReportTest, ComponentsAreThoseOfProductsOnly) {
     const SlotRef plain = product({{2, 451.25, L"Base A"}});
     plain->fields().sLabel = L"Base B";

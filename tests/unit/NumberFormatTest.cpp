@@ -133,9 +133,9 @@ TEST(ParseNumberTest, Numbers) {
 
 TEST(ParseNumberTest, OtherTexts) {
     for (const std::wstring_view text :
-         {L"",      L" ",    L"+",   L"-",   L".",        L"-.",     L"e5",    L".e5",    L"1e",     L"1e+",
-          L"1e5.0", L"1e 5", L"1 2", L"- 5", L"--5",      L"+-5",    L"1.2.3", L"1,5",    L"5-",     L"0x10",
-          L"&H10",  L"inf",  L"nan", L"NaN", L"Infinity", L"12 MHz", L"\t5",   L"\u0661", L"\u0131", L"\u0130"})
+         {L"",     L" ",     L"+",    L"-",   L".",        L"-.",     L"e5",  L".e5",    L"1e",     L"1e+",   L"e-5",
+          L"-E-5", L"1e5.0", L"1e 5", L"1 2", L"- 5",      L"--5",    L"+-5", L"1.2.3",  L"1,5",    L"5-",    L"0x10",
+          L"&H10", L"inf",   L"nan",  L"NaN", L"Infinity", L"12 MHz", L"\t5", L"\u0661", L"\u0131", L"\u0130"})
         EXPECT_EQ(parseNumber(text), std::nullopt) << testing::PrintToString(std::wstring(text));
 }
 

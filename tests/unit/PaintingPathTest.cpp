@@ -138,6 +138,40 @@ TEST_F(PaintingPathTest, ThePictureFollowsSizePowersAndRangeOneByOne) {
     }
 }
 
+TEST_F(PaintingPathTest, UntilThePowersAreKnownChannelsAreDrawnOneByOne) {
+    // The scale of this drawing is that of an empty store; the channels give another one.
+    scope.DrawByRange(390.0, 410.0);
+    scope.setMany(20);
+    add(channels::ChannelKind::TX, 20);
+    ui.cmdDrawTX.onClick();
+    EXPECT_EQ(asked(), 20);
+    ui.cmdDrawTX.onClick();
+    EXPECT_EQ(asked(), 0);
+}
+
+TEST_F(PaintingPathTest, ThePictureIsExactFarInsideTheBandsOfAllChannels) {
+    scope.setMany(20);
+    scope.setDisplayMaxPwr(60.0);
+    scope.setDisplayMinPwr(0.0);
+    add(channels::ChannelKind::TX, 600);
+    // The picture is a hundred thousandth of what the channels span, in its middle.
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        channels::FreqSlotFields& fields = slots[i]->fields();
+        fields.dFreq = i == 0 ? 3000.0 : i == 1 ? 9000.0 : 6000.0 + 0.0002 * static_cast<double>(i * 7919 % 300);
+        fields.dFreqLo = fields.dFreq - 0.00005;
+        fields.dFreqHi = fields.dFreq + 0.00005;
+        fields.dPwrDBM = 1.0 + static_cast<double>(i * 37 % 59);
+        fields.lColor = static_cast<std::uint32_t>(i);
+    }
+    scope.setFreqEndBuffer(0.0);
+    scope.DrawByRange(6000.0, 6000.06);
+    scope.DrawDisplay();
+    const std::vector<std::uint32_t> painted = pixelsOf(ui.picSpectrum);
+    scope.setMany(1'000'000);
+    scope.DrawDisplay();
+    EXPECT_EQ(pixelsOf(ui.picSpectrum), painted);
+}
+
 TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) {
     class CountedSlot final : public channels::FreqSlotBase {
       public:
@@ -161,6 +195,50 @@ TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) 
     scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
     EXPECT_EQ(scope.nFindMatchRX(channels::FreqSlotRef(slot.get())), 0);
     EXPECT_EQ(slot->asked, 0);
+}
+
+TEST(PaintingPath, HiddenChannelsAreNotPainted) {
+    /// Counts how often a color is looked up, which is done for each box and each line that is painted.
+    class ColorCounter final : public headless::HeadlessPlatform {
+      public:
+        raster::Rgb systemColor(int index) const noexcept override {
+            return (++asked, HeadlessPlatform::systemColor(index));
+        }
+        mutable int asked = 0;
+    } platform;
+    RecordingEvents events;
+    RecordingErrors errors;
+    MemoryFiles files;
+    Bandscope scope(
+        Services{platform, events, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new PlainSlot); }});
+    scope.setMany(20);
+    const auto add = [&](double frequency, double halfBand, double power, raster::OleColor color) {
+        const util::Ref<AskedSlot> slot(new AskedSlot);
+        channels::FreqSlotFields& fields = slot->fields();
+        fields.dFreq = frequency;
+        fields.dFreqLo = frequency - halfBand;
+        fields.dFreqHi = frequency + halfBand;
+        fields.dPwrDBM = power;
+        fields.lColor = fields.lColorLine = color;
+        fields.sKey = L"#" + std::to_wstring(scope.NumTX());
+        scope.AddTXChnl(channels::FreqSlotRef(slot.get()));
+        fields.iFillStyle = static_cast<std::int16_t>(raster::FillStyle::Solid);
+        return slot;
+    };
+    const int count = static_cast<int>(channels::ChannelSnapshot::kBlock);
+    for (int i = 0; i < count; ++i)
+        add(440.0 + 0.05 * i, 0.01, 10.0, raster::system_color::kButtonFace);
+    const util::Ref<AskedSlot> cover = add(450.0, 20.0, 30.0, 0x00FF00);
+    EXPECT_TRUE(scope.DrawDisplay());
+    const auto askedBy = [&platform](const std::function<void()>& draw) {
+        platform.asked = 0;
+        draw();
+        return platform.asked;
+    };
+    const std::function<void()>& draw = scope.children().cmdDrawTX.onClick;
+    EXPECT_EQ(askedBy(draw), 0);
+    cover->fields().bVisible = false;
+    EXPECT_GT(askedBy(draw), 0);
 }
 
 }  // namespace

@@ -165,6 +165,11 @@ TEST_F(StepFlagsTest, OfKnobsWhoseWindowsFail) {
     scope.setNGridX(4);
     scope.RescaleAll();
     expectReport(L"RescaleAll", 300, kOutOfMemory);
+    ui.tdKnMovCursor.setPeer(&window);
+    scope.setDisplayCenterFreq(440.0);
+    EXPECT_FALSE(scope.ReScaleChannels());
+    expectReport(L"ReScaleChannels", 200, kOutOfMemory);
+    ui.tdKnMovCursor.setPeer(nullptr);
     ui.cboGridRange.onClick();
     expectReport(L"cboGridRange_Click", 100, kOutOfMemory);
     ui.tdKnGrid.setPeer(nullptr);
@@ -185,6 +190,13 @@ TEST_F(StepFlagsTest, OfRemoval) {
     slot->onRead = failsAt("dFreqHi", kAutomation);
     scope.RemoveChnlByKey(L"TX2");
     expectReport(L"RemoveChnlByKey", 500, kAutomation);
+    slot->onRead = nullptr;
+    EXPECT_EQ(ui.lblNumTX.caption(), L"2 tx Channels");
+    FailingPeer window;
+    ui.lblNumTX.setPeer(&window);
+    scope.RemoveChnlByKey(L"TX1");
+    expectReport(L"RemoveChnlByKey", 600, kOutOfMemory);
+    ui.lblNumTX.setPeer(nullptr);
 }
 
 /// The folder of the settings is out of reach.

@@ -209,7 +209,8 @@ TEST_F(TextEditor, AHandlerMayDestroyTheForm) {
     form->Show();
     type(L"x");
     platform.onMessage = [this] { form.reset(); };
-    form->Unload();
+    platform.answer = MessageAnswer::No;
+    EXPECT_TRUE(form->Unload()) << "it is gone, whatever the answer";
     EXPECT_FALSE(form);
 }
 
