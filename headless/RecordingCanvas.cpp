@@ -5,7 +5,8 @@
 #include <charconv>
 #include <cstdint>
 #include <limits>
-#include <type_traits>
+
+#include "util/Utf8.h"
 
 namespace kv::headless {
 namespace {
@@ -13,9 +14,8 @@ namespace {
 std::string hex(std::uint32_t value, int digits) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::string text;
-    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4)
         text += kDigits[(value >> shift) & 0xFU];
-    }
     return text;
 }
 
@@ -42,59 +42,18 @@ std::string modeText(raster::DrawMode mode) {
     return "mode " + std::to_string(static_cast<int>(mode));
 }
 
-/// Appends a character; unpaired surrogates and numbers beyond Unicode become the replacement character.
-void appendUtf8(std::string& out, std::uint32_t code) {
-    const auto add = [&out](std::uint32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
-    if (code > 0x10FFFFU || (code >= 0xD800U && code <= 0xDFFFU)) {
-        code = 0xFFFDU;
-    }
-    if (code < 0x80U) {
-        add(code);
-        return;
-    }
-    if (code < 0x800U) {
-        add(0xC0U | (code >> 6));
-    } else {
-        if (code < 0x10000U) {
-            add(0xE0U | (code >> 12));
-        } else {
-            add(0xF0U | (code >> 18));
-            add(0x80U | ((code >> 12) & 0x3FU));
-        }
-        add(0x80U | ((code >> 6) & 0x3FU));
-    }
-    add(0x80U | (code & 0x3FU));
-}
-
-std::uint32_t codeOf(wchar_t unit) {
-    return static_cast<std::uint32_t>(static_cast<std::make_unsigned_t<wchar_t>>(unit));
-}
-
-/// The character at `at`, which moves past it; two units for a surrogate pair where wchar_t has 16 bits.
-std::uint32_t nextCharacter(std::wstring_view text, std::size_t& at) {
-    const std::uint32_t first = codeOf(text[at++]);
-    if (first >= 0xD800U && first <= 0xDBFFU && at < text.size()) {
-        const std::uint32_t second = codeOf(text[at]);
-        if (second >= 0xDC00U && second <= 0xDFFFU) {
-            ++at;
-            return 0x10000U + ((first - 0xD800U) << 10) + (second - 0xDC00U);
-        }
-    }
-    return first;
-}
-
+/// In quotes; control characters, quotes and backslashes are escaped.
 std::string quoted(std::wstring_view text) {
     std::string out = "\"";
-    for (std::size_t at = 0; at < text.size();) {
-        const std::uint32_t code = nextCharacter(text, at);
+    for (const char byte : util::toUtf8(text)) {
+        const auto code = static_cast<unsigned char>(byte);
         if (code < 0x20U || code == 0x7FU) {
             out += "\\x" + hex(code, 2);
             continue;
         }
-        if (code == '"' || code == '\\') {
+        if (byte == '"' || byte == '\\')
             out += '\\';
-        }
-        appendUtf8(out, code);
+        out += byte;
     }
     return out + '"';
 }
