@@ -92,6 +92,7 @@ void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_
     ChannelList& list = lists_[kind];
     list.append(channel);
     index = static_cast<std::int32_t>(list.size()) - 1;
+    std::uint64_t keyed = 0;
     try {
         // The array first, the key second: a channel whose key is taken is drawn and counted, but cannot be found.
         if (const FreqSlotFields* const own = record.peek()) {
@@ -99,15 +100,20 @@ void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_
         } else {
             addKey(record.sKey(), kind, index);
         }
+        keyed = keys_.version();
         if (record.dFreq() > 0.0) {
             fillInEdges(record);
             widen(kind, record);
         }
     } catch (const std::bad_alloc&) {
-        // Without memory for what belongs to it the channel is not added at all.
-        keys_.takeBack();
-        if (!list.empty() && list[list.size() - 1] == channel.get())
+        // Without memory for what belongs to it the channel is not added at all, unless the host's code has changed the
+        // store meanwhile.
+        if (!list.empty() && list[list.size() - 1] == channel.get() && keys_.takeBack(keyed)) {
             static_cast<void>(list.take(list.size() - 1));
+        } else {
+            keys_.unlink();
+            noteAdded(kind, record);
+        }
         throw;
     } catch (...) {
         keys_.unlink();

@@ -1,7 +1,6 @@
 #include "channels/KeyIndex.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "util/Text.h"
 
@@ -30,7 +29,7 @@ std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
 }
 
 bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::int32_t index) {
-    added_ = nullptr;
+    ++version_;
     fixEmptied();
     const auto [entry, isNew] = entries_.emplace(key, Entry{numberOf(kind, index), kind, linked_});
     if (isNew)
@@ -38,9 +37,14 @@ bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::int32_t index) 
     return isNew;
 }
 
-void KeyIndex::takeBack() noexcept {
-    if (added_)
-        entries_.erase(entries_.find(*std::exchange(added_, nullptr)));
+bool KeyIndex::takeBack(std::uint64_t version) noexcept {
+    if (version == 0)
+        return true;
+    if (version != version_)
+        return false;
+    ++version_;
+    entries_.erase(entries_.find(*added_));
+    return true;
 }
 
 std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const {
@@ -55,7 +59,7 @@ bool KeyIndex::isLinked(std::wstring_view key, ChannelKind kind, std::int32_t in
 }
 
 bool KeyIndex::forget(std::wstring_view key) {
-    added_ = nullptr;
+    ++version_;
     fixEmptied();
     const auto found = entries_.find(key);
     if (found == entries_.end())
@@ -68,7 +72,7 @@ bool KeyIndex::forget(std::wstring_view key) {
 }
 
 bool KeyIndex::renumber(std::wstring_view key, ChannelKind kind, std::int32_t index) {
-    added_ = nullptr;
+    ++version_;
     fixEmptied();
     const auto found = entries_.find(key);
     if (found == entries_.end())
@@ -99,7 +103,7 @@ void KeyIndex::emptied(ChannelKind kind) noexcept {
 }
 
 void KeyIndex::clear(bool listsAreEmpty) noexcept {
-    added_ = nullptr;
+    ++version_;
     entries_.clear();
     gone_ = {};
     emptied_ = {};

@@ -21,8 +21,11 @@ class KeyIndex {
   public:
     /// Adds the key of the channel at `index`, the last of its list; false when the key is taken.
     bool add(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    /// Undoes the last `add`, unless another member has changed the keys since.
-    void takeBack() noexcept;
+    /// Moves with each change of the keys.
+    [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
+    /// Undoes the `add` after which the keys had this version; false when they have changed since. 0 stands for an
+    /// `add` that has not happened.
+    bool takeBack(std::uint64_t version) noexcept;
     [[nodiscard]] std::optional<std::int32_t> find(std::wstring_view key) const;
     /// Whether `key` is linked to the channel at `index`.
     [[nodiscard]] bool isLinked(std::wstring_view key, ChannelKind kind, std::int32_t index) const;
@@ -64,7 +67,8 @@ class KeyIndex {
     std::unordered_map<std::wstring, Entry, FoldedHash, FoldedEqual> entries_;
     PerKind<RankedBits> gone_;             ///< by number, the linked channels that were removed
     PerKind<bool> emptied_;                ///< lists whose keys must be fixed before anything else happens
-    const std::wstring* added_ = nullptr;  ///< the key that `takeBack` removes
+    const std::wstring* added_ = nullptr;  ///< the last key, which `takeBack` removes
+    std::uint64_t version_ = 0;
     bool linked_ = true;
 };
 

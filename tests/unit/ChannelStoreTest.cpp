@@ -1,6 +1,8 @@
 // Adding and finding channels, and what the panel shows of them. StoreModelTest proves most of it for random sequences.
 #include <array>
 #include <limits>
+#include <new>
+#include <string_view>
 
 #include "tests/unit/ScopeFixture.h"
 
@@ -20,6 +22,37 @@ TEST_F(ChannelStoreTest, AnIndexOutsideTheStoreGivesNoChannel) {
         EXPECT_FALSE(scope.GetTXChnl(index)) << index;
         EXPECT_FALSE(scope.GetRXChnl(index)) << index;
     }
+}
+
+TEST_F(ChannelStoreTest, WithoutMemoryForWhatBelongsToItAChannelIsNotAdded) {
+    addTX(450.0, 0.0, 0.0, L"TX1");
+    // Before its key is known, and after.
+    for (const std::string_view member : {"sKey", "dFreqHi"}) {
+        const SlotRef slot = makeSlot(460.0, 0.0, 0.0, L"TX2");
+        slot->onRead = [member](std::string_view read) {
+            if (read == member)
+                throw std::bad_alloc();
+        };
+        scope.AddTXChnl(asChannel(slot));
+        slot->onRead = nullptr;
+        EXPECT_EQ(scope.NumTX(), 1) << member;
+        EXPECT_EQ(slot->references(), 1);
+    }
+    const SlotRef added = addTX(460.0, 0.0, 0.0, L"TX2");
+    EXPECT_EQ(scope.GetTXbyKey(L"TX2").get(), added.get());
+}
+
+TEST_F(ChannelStoreTest, WithoutMemoryOnlyTheChannelItselfIsTakenBack) {
+    const SlotRef other = makeSlot(470.0, 0.0, 0.0, L"TX3");
+    const SlotRef slot = makeSlot(460.0, 0.0, 0.0, L"TX2");
+    slot->onRead = [&](std::string_view read) {
+        if (read != "sKey" || scope.NumTX() > 1)
+            return;
+        scope.AddTXChnl(asChannel(other));
+        throw std::bad_alloc();
+    };
+    scope.AddTXChnl(asChannel(slot));
+    EXPECT_EQ(scope.GetTXbyKey(L"TX3").get(), other.get());
 }
 
 TEST_F(ChannelStoreTest, AddingGivesTheFillStyleOfTheKind) {
