@@ -256,7 +256,8 @@ HRESULT BandscopeControl::DisplayToBMP(double* dHgt, double* dWid, BSTR* sFName,
         }
         return written;
     });
-    // A picture that cannot be saved, or whose name cannot be returned, is an answer and no error.
+    // Hosts rely on this member to raise no error. If nothing was saved, or the name cannot be returned, the result is
+    // empty.
     if (FAILED(result) && value) {
         *dHgt = *dWid = 0.0;
         return S_OK;

@@ -21,7 +21,7 @@ class KeyIndex {
   public:
     /// Adds the key of the channel at `index`, the last of its list; false when the key is taken.
     bool add(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    /// Moves with each change of the keys.
+    /// Moves when a key is added, forgotten or renumbered.
     [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
     /// Undoes the `add` after which the keys had this version; false when they have changed since. 0 stands for an
     /// `add` that has not happened.

@@ -42,7 +42,7 @@ Bandscope::Bandscope(const Services& services) : services_(services) {
     reported(L"UserControl_Initialize", [&](Step&) { kept([&] { UserControl_Initialize(); }); });
     if (!failed)
         noted(L"UserControl_Resize", [&](Step& step) { kept([&] { UserControl_Resize(step); }); });
-    // A host that gets no control can deal with that; one that was set up in part would fail it later.
+    // A control that was set up in part would fail in later calls, so there is none.
     if (failed)
         std::rethrow_exception(failed);
     connectHandlers();

@@ -150,8 +150,8 @@ void PictureBox::placed() {
     try {
         static_cast<void>(surface());
     } catch (...) {
-        // The box has its new place all the same, and its window has to hear of it. The picture is made when it is
-        // next drawn on or shown; who needs it then, hears of the error.
+        // The box has its new place all the same, and its window has to be told. The picture is made when it is next
+        // drawn on or shown. If there is still no memory, that call fails.
     }
     changed();
 }

@@ -287,14 +287,6 @@ class Reader {
     std::unordered_map<std::wstring, std::size_t> keys_;
 };
 
-/// With blanks for control characters and line separators, which a field can contain.
-std::wstring oneLine(std::wstring text) {
-    std::replace_if(
-        text.begin(), text.end(),
-        [](wchar_t c) { return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029; }, L' ');
-    return text;
-}
-
 /// The file's name without its folder. Where wide characters are not the native ones, path::wstring() depends on the
 /// locale; UTF-32 does not.
 std::wstring wideName(const std::filesystem::path& file) {
@@ -324,7 +316,7 @@ std::wstring PlanError::text() const {
     if (!field_.empty()) {
         result += L" (" + shortened(field_) + L")";
     }
-    return oneLine(result + L": " + message_ + L".");
+    return result + L": " + message_ + L".";
 }
 
 Plan parsePlan(std::string_view bytes, const std::wstring& fileName) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "KnobFixture.h"
+#include "headless/Pixels.h"
 #include "turndial/DialLayout.h"
 
 namespace {
@@ -103,10 +104,7 @@ WheelPlace paintedWheel(KnobImage& image, int dpi, const KnobLook& look = {}, in
 std::vector<std::uint32_t> wheelWith(const KnobLook& look, int pointed) {
     KnobImage image(100, 40);
     paintedWheel(image, 96, look, pointed);
-    std::vector<std::uint32_t> pixels;
-    for (int y = 0; y < image.buffer.height; ++y)
-        pixels.insert(pixels.end(), image.buffer.row(y), image.buffer.row(y) + image.buffer.width);
-    return pixels;
+    return kv::headless::pixelsOf(image.buffer);
 }
 
 TEST(KnobWheel, CornersAreFourPixelsOrAQuarterOfTheHeight) {

@@ -12,6 +12,7 @@
 #include "control/Marks.h"
 #include "formenv/PictureBox.h"
 #include "headless/HeadlessPlatform.h"
+#include "headless/Pixels.h"
 #include "tests/unit/QuietSlot.h"
 
 namespace kv::control {
@@ -45,13 +46,7 @@ class PartsTest : public ::testing::Test, private RangeView {
         range.setDisplayMaxPwr(100.0);
         range.setDisplayMinPwr(0.0);
     }
-    std::vector<std::uint32_t> pixels() {
-        const raster::PixelBuffer buffer = picture.surface().pixels();
-        std::vector<std::uint32_t> all;
-        for (int y = 0; y < buffer.height; ++y)
-            all.insert(all.end(), buffer.row(y), buffer.row(y) + buffer.width);
-        return all;
-    }
+    std::vector<std::uint32_t> pixels() { return headless::pixelsOf(picture.surface().pixels()); }
     std::uint32_t pixelAt(int x, int y) { return picture.surface().pixels().row(y)[x] & 0xFFFFFFU; }
 
     headless::HeadlessPlatform platform;

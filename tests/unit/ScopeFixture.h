@@ -16,6 +16,7 @@
 #include "control/Bandscope.h"
 #include "headless/HeadlessPlatform.h"
 #include "headless/IniText.h"
+#include "headless/Pixels.h"
 #include "headless/RecordingCanvas.h"
 #include "util/Ini.h"
 #include "util/RuntimeError.h"
@@ -178,11 +179,7 @@ class ScopeTest : public ::testing::Test {
 
     /// The kept pixels of a picture box.
     static std::vector<std::uint32_t> pixelsOf(formenv::PictureBox& box) {
-        const raster::PixelBuffer buffer = box.surface().pixels();
-        std::vector<std::uint32_t> pixels;
-        for (int y = 0; y < buffer.height; ++y)
-            pixels.insert(pixels.end(), buffer.row(y), buffer.row(y) + buffer.width);
-        return pixels;
+        return headless::pixelsOf(box.surface().pixels());
     }
     static std::uint32_t pixelAt(formenv::PictureBox& box, int x, int y) {
         return box.surface().pixels().row(y)[x] & 0xFFFFFFU;

@@ -68,12 +68,8 @@ TEST(AllocationFaultsAtTheStart, MakeNoControlInsteadOfAHalfOne) {
             bool happened = false;
             const long before = liveBlocks();
             try {
-                const Faults* running = nullptr;
-                world = std::make_unique<World>([&] {
-                    faults = std::make_unique<Faults>(n, lasting);
-                    running = faults.get();
-                });
-                happened = running->happened();
+                world = std::make_unique<World>([&] { faults = std::make_unique<Faults>(n, lasting); });
+                happened = faults->happened();
             } catch (const std::exception&) {
                 happened = true;
             }

@@ -2,16 +2,14 @@
 
 #include <limits>
 
+#include "headless/Pixels.h"
+
 namespace kv::fuzz {
 
 using channels::ChannelKind;
 
 std::vector<std::uint32_t> pixelsOf(formenv::PictureBox& box) {
-    const raster::PixelBuffer buffer = box.surface().pixels();
-    std::vector<std::uint32_t> pixels;
-    for (int y = 0; y < buffer.height; ++y)
-        pixels.insert(pixels.end(), buffer.row(y), buffer.row(y) + buffer.width);
-    return pixels;
+    return headless::pixelsOf(box.surface().pixels());
 }
 
 World::World(const std::function<void()>& start) {

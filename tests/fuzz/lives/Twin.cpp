@@ -4,6 +4,8 @@
 #include <limits>
 #include <utility>
 
+#include "headless/Pixels.h"
+
 namespace kv::fuzz {
 
 using channels::ChannelKind;
@@ -13,11 +15,7 @@ namespace {
 constexpr int kDeepest = 3;
 
 std::vector<std::uint32_t> pixelsOf(formenv::PictureBox& box) {
-    const raster::PixelBuffer buffer = box.surface().pixels();
-    std::vector<std::uint32_t> pixels;
-    for (int y = 0; y < buffer.height; ++y)
-        pixels.insert(pixels.end(), buffer.row(y), buffer.row(y) + buffer.width);
-    return pixels;
+    return headless::pixelsOf(box.surface().pixels());
 }
 
 /// Equal as bits or both no numbers.
@@ -72,7 +70,6 @@ void Life::act(const Action& action) {
         action(*this);
     } catch (const util::RuntimeError& error) {
         errors.numbers.push_back(error.number());
-        ++escaped;
     }
 }
 

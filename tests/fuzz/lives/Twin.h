@@ -68,7 +68,6 @@ struct Life final : control::HostEvents {
     /// What the host does when the control lets events run, and in an event of the control; each once.
     std::vector<Action> atPump;
     std::vector<Action> atEvent;
-    int escaped = 0;  ///< errors that a member passed to the host
     control::Bandscope scope;
 
     control::Children& ui() { return scope.children(); }
@@ -87,7 +86,6 @@ class Twin {
     /// The same things are said and shown by both, and the channels are those of the model.
     void expectAgreement();
 
-    Life& first() noexcept { return fast_; }
     std::map<channels::ChannelKind, std::vector<std::wstring>> keys;
 
   private:
