@@ -2,18 +2,18 @@
 
 #include <algorithm>
 #include <limits>
-#include <span>
 
 namespace kv::channels {
 
-namespace {
-
-BandBlock blockOf(std::span<const DrawRecord> records) noexcept {
+void BandBlocks::derive(const std::vector<DrawRecord>& records, std::size_t block) noexcept {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    BandBlock known{kInfinity, -kInfinity, 0.0, false, false};
-    for (const DrawRecord& record : records) {
-        if (!record.bVisible)
+    BandBlock known{.lowest = kInfinity, .highest = -kInfinity};
+    for (const DrawRecord& record : blockOf(records, block)) {
+        known.hasUnknownStyle = known.hasUnknownStyle || hasUnknownFillStyle(record);
+        if (!record.bVisible) {
+            known.hasHiddenButDrawn = known.hasHiddenButDrawn || record.bDrawn;
             continue;
+        }
         known.undrawn = known.undrawn || !record.bDrawn;
         if (!isRegular(record)) {
             known.hasIrregular = true;
@@ -23,17 +23,7 @@ BandBlock blockOf(std::span<const DrawRecord> records) noexcept {
         known.highest = std::max(known.highest, record.dFreqHi);
         known.widest = std::max(known.widest, record.dFreqHi - record.dFreqLo);
     }
-    return known;
-}
-
-}  // namespace
-
-void BandBlocks::derive(const std::vector<DrawRecord>& records, std::size_t from) {
-    blocks_.resize((records.size() + kSize - 1) / kSize);
-    for (std::size_t block = from / kSize; block < blocks_.size(); ++block) {
-        const std::size_t first = block * kSize;
-        blocks_[block] = blockOf(std::span(records).subspan(first, std::min(kSize, records.size() - first)));
-    }
+    blocks_[block] = known;
 }
 
 }  // namespace kv::channels

@@ -17,15 +17,22 @@ bool ChannelSnapshot::update(const ChannelStore& store, ChannelKind kind) noexce
             return false;
         if (*from < copy_.size()) {
             ++version_;
-            rows_.forget(*from);
-            blocks_.derive(copy_.records(), *from);
-            grid_.derive(copy_.records(), blocks_.blocks(), *from);
+            blocks_.resize(copy_.size());
+            grid_.resize(copy_.size());
+            for (std::size_t block = *from / kBlock; block < blocks().size(); ++block)
+                derive(block);
         }
         return true;
     } catch (...) {
         drop();
         return false;
     }
+}
+
+void ChannelSnapshot::derive(std::size_t block) noexcept {
+    blocks_.derive(copy_.records(), block);
+    grid_.derive(copy_.records(), blocks()[block], block);
+    rows_.forget(block);
 }
 
 void ChannelSnapshot::removed(std::int32_t index) noexcept {

@@ -37,7 +37,7 @@ class ChannelSnapshot {
     [[nodiscard]] std::size_t size() const noexcept { return copy_.size(); }
     [[nodiscard]] const std::vector<DrawRecord>& records() const noexcept { return copy_.records(); }
     [[nodiscard]] const std::vector<Block>& blocks() const noexcept { return blocks_.blocks(); }
-    [[nodiscard]] const Grid& grid() const noexcept { return grid_.scale(); }
+    [[nodiscard]] const Grid& grid(std::size_t block) const noexcept { return grid_.scale(block); }
     [[nodiscard]] const std::vector<std::int32_t>& lowOnGrid() const noexcept { return grid_.low(); }
     [[nodiscard]] const std::vector<std::int16_t>& rows(const PowerMap& map) {
         return rows_.rows(copy_.records(), map);
@@ -79,6 +79,8 @@ class ChannelSnapshot {
     };
 
   private:
+    /// Everything that is derived from the records of a block.
+    void derive(std::size_t block) noexcept;
     void removed(std::int32_t index) noexcept;
 
     RecordCopy copy_;

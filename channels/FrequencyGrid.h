@@ -10,7 +10,8 @@
 
 namespace kv::channels {
 
-/// The grid spans the bands of all regular records in 2^30 steps. It is computed again when a band is outside.
+/// Each block of records has a grid of its own, which spans the bands of its regular records in 2^30 steps. A band that
+/// reaches unusually far therefore makes the grid coarse for its own block only.
 class FrequencyGrid {
   public:
     /// Step 0 is at `origin`, each step is `unit` MHz.
@@ -20,14 +21,16 @@ class FrequencyGrid {
     };
     static constexpr int kBits = 30;
 
-    /// The records from `from` on have changed; `blocks` describes all of them.
-    void derive(const std::vector<DrawRecord>& records, const std::vector<BandBlock>& blocks, std::size_t from);
-    [[nodiscard]] const Scale& scale() const noexcept { return scale_; }
+    /// There are this many records now. Callers must derive each block that is new or has another number of records.
+    void resize(std::size_t records);
+    /// A record of the block has changed; `known` describes the block.
+    void derive(const std::vector<DrawRecord>& records, const BandBlock& known, std::size_t block) noexcept;
+    [[nodiscard]] const Scale& scale(std::size_t block) const noexcept { return scales_[block]; }
     /// By position; undefined for a record that is not regular.
     [[nodiscard]] const std::vector<std::int32_t>& low() const noexcept { return low_; }
 
   private:
-    Scale scale_;
+    std::vector<Scale> scales_;  ///< by block
     std::vector<std::int32_t> low_;
 };
 

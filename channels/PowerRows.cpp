@@ -13,24 +13,43 @@ bool PowerMap::sameRows(const PowerMap& other) const noexcept {
 
 const std::vector<std::int16_t>& PowerRows::rows(const std::vector<DrawRecord>& records, const PowerMap& map) {
     if (!map.sameRows(map_))
-        rows_.clear();
+        known_.assign(known_.size(), 0);
     map_ = map;
-    makeRoom(rows_, records.size());
-    for (std::size_t position = rows_.size(); position < records.size(); ++position) {
-        const DrawRecord& record = records[position];
-        if (!record.bVisible) {
-            rows_.push_back(kNotShown);
-        } else if (!isRegular(record)) {
-            rows_.push_back(kIrregular);
-        } else {
-            rows_.push_back(static_cast<std::int16_t>(std::clamp(map.pixels.y(map.top(record)), 0, kNotShown - 1)));
-        }
+    resize(records.size());
+    for (std::size_t block = 0; block < known_.size(); ++block) {
+        if (known_[block] == 0)
+            compute(records, block);
     }
     return rows_;
 }
 
-void PowerRows::forget(std::size_t from) {
-    rows_.resize(std::min(rows_.size(), from));
+void PowerRows::resize(std::size_t records) {
+    if (records == rows_.size())
+        return;
+    makeRoom(rows_, records);
+    // The last of the blocks that were there may have been incomplete.
+    known_.resize(std::min(rows_.size(), records) / BandBlocks::kSize);
+    known_.resize(BandBlocks::countFor(records), 0);
+    rows_.resize(records);
+}
+
+void PowerRows::compute(const std::vector<DrawRecord>& records, std::size_t block) noexcept {
+    std::int16_t* row = rows_.data() + block * BandBlocks::kSize;
+    for (const DrawRecord& record : blockOf(records, block)) {
+        if (!record.bVisible) {
+            *row++ = kNotShown;
+        } else if (!isRegular(record)) {
+            *row++ = kIrregular;
+        } else {
+            *row++ = static_cast<std::int16_t>(std::clamp(map_.pixels.y(map_.top(record)), 0, kNotShown - 1));
+        }
+    }
+    known_[block] = 1;
+}
+
+void PowerRows::forget(std::size_t block) noexcept {
+    if (block < known_.size())
+        known_[block] = 0;
 }
 
 void PowerRows::hide(std::size_t position) noexcept {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "channels/BandBlocks.h"
 #include "channels/DrawRecord.h"
 #include "raster/PixelMap.h"
 
@@ -30,13 +31,17 @@ class PowerRows {
     /// By position: the row of the top, limited to 0 to `kNotShown` - 1; `kIrregular` for a record that is not regular
     /// and may be anywhere. Only rows that are not known yet are computed.
     [[nodiscard]] const std::vector<std::int16_t>& rows(const std::vector<DrawRecord>& records, const PowerMap& map);
-    /// The records from `from` on have changed.
-    void forget(std::size_t from);
+    /// A record of the block has changed. Rows of added records are not known, in any case.
+    void forget(std::size_t block) noexcept;
     /// The record at `position` is not visible any more.
     void hide(std::size_t position) noexcept;
 
   private:
-    std::vector<std::int16_t> rows_;  ///< of the first records, by `map_`
+    void resize(std::size_t records);
+    void compute(const std::vector<DrawRecord>& records, std::size_t block) noexcept;
+
+    std::vector<std::int16_t> rows_;   ///< by `map_`, in the blocks that are known
+    std::vector<std::uint8_t> known_;  ///< by block: not 0 when its rows are known
     PowerMap map_;
 };
 

@@ -16,6 +16,11 @@ constexpr double kCoarsest = 0.1;       // pixels a step of the grid
 constexpr double kFloatMargin = 0.005;  // pixels; columns are reckoned in single precision
 constexpr int kNoLevel = -1;
 
+/// By how many pixels a column may be off.
+constexpr double marginOf(double perStep) noexcept {
+    return perStep + kFloatMargin;
+}
+
 }  // namespace
 
 bool CollectionPainter::canPaint(const PictureBox& picture, const raster::RasterCanvas& canvas,
@@ -39,7 +44,8 @@ void CollectionPainter::paint(PictureBox& picture, raster::RasterCanvas& canvas,
     if (!moveToLast(picture, {first, last}))
         return;
     rows_ = snapshot.rows(view.powers).data();
-    setUpColumns(canvas.pixels().width);
+    perMHz_ = map_.size.width / map_.scale.width;
+    limit_ = static_cast<float>(canvas.pixels().width + StandingBoxes::kGuard);
     boxes_.begin(canvas.pixels(), canvas.tiles(), map_.y(view.powers.floor), highestLevel());
     for (std::size_t block = (last + kBlock - 1) / kBlock; block-- > first / kBlock;)
         paintBlock(block, {std::max(first, block * kBlock), std::min(last, (block + 1) * kBlock)});
@@ -73,66 +79,70 @@ bool CollectionPainter::moveToLast(PictureBox& picture, Places places) const {
     return false;
 }
 
-// Columns count from the grid's step next to the left edge, where single precision is at its best.
-void CollectionPainter::setUpColumns(int width) {
-    const channels::ChannelSnapshot::Grid& grid = snapshot_->grid();
-    const double perMHz = map_.size.width / map_.scale.width;
-    const double perStep = grid.unit * perMHz;
-    constexpr double kLast = 1 << channels::ChannelSnapshot::kGridBits;
-    const double base = std::floor(std::clamp((view_.minFreq - grid.origin) / grid.unit, 0.0, kLast));
-    const double baseColumn = (grid.origin - view_.minFreq + base * grid.unit) * perMHz;
-    margin_ = perStep + kFloatMargin;
-    columns_.exactEnough = perStep <= kCoarsest;
-    columns_.base = static_cast<std::int32_t>(base);
-    columns_.perStep = static_cast<float>(perStep);
-    columns_.offset = static_cast<float>(baseColumn + StandingBoxes::kGuard + 0.5 - margin_);
-    columns_.limit = static_cast<float>(width + StandingBoxes::kGuard);
-}
-
-/// Of the windows that hold every box of a bandwidth, wherever its first column begins.
-int CollectionPainter::levelOf(double bandwidth) const noexcept {
-    const double width = bandwidth * map_.size.width / map_.scale.width + 2.0 * margin_;
-    if (!columns_.exactEnough || !(width < (1 << StandingBoxes::kLevels) - 2))
+int CollectionPainter::levelOf(std::size_t block) const noexcept {
+    const double perStep = snapshot_->grid(block).unit * perMHz_;
+    const double width = snapshot_->blocks()[block].widest * perMHz_ + 2.0 * marginOf(perStep);
+    if (!(perStep <= kCoarsest) || !(width < (1 << StandingBoxes::kLevels) - 2))
         return kNoLevel;
     return static_cast<int>(std::bit_width(static_cast<unsigned>(width) + 1U));
 }
 
 int CollectionPainter::highestLevel() const noexcept {
     int highest = 0;
-    for (const channels::ChannelSnapshot::Block& block : snapshot_->blocks())
-        highest = std::max(highest, isOut(block) ? 0 : levelOf(block.widest));
+    for (std::size_t block = 0; block < snapshot_->blocks().size(); ++block)
+        highest = std::max(highest, isOut(snapshot_->blocks()[block]) ? 0 : levelOf(block));
     return highest;
+}
+
+// Columns count from the grid's step next to the left edge, where single precision is at its best.
+CollectionPainter::Columns CollectionPainter::columnsOf(std::size_t block) const noexcept {
+    const channels::ChannelSnapshot::Grid& grid = snapshot_->grid(block);
+    constexpr double kLast = 1 << channels::ChannelSnapshot::kGridBits;
+    const auto base = static_cast<std::int32_t>(std::clamp((view_.minFreq - grid.origin) / grid.unit, 0.0, kLast));
+    const double baseColumn = (grid.origin - view_.minFreq + base * grid.unit) * perMHz_;
+    const double perStep = grid.unit * perMHz_;
+    return {base, static_cast<float>(perStep),
+            static_cast<float>(baseColumn + StandingBoxes::kGuard + 0.5 - marginOf(perStep)), levelOf(block)};
 }
 
 void CollectionPainter::paintBlock(std::size_t block, Places places) {
     const channels::ChannelSnapshot::Block& known = snapshot_->blocks()[block];
     if (isOut(known))
         return;
-    const channels::DrawRecord* const records = snapshot_->records().data();
-    const int level = levelOf(known.widest);
-    if (level == kNoLevel) {
-        for (std::size_t place = places.last; place-- > places.first;) {
-            if (rows_[place] != channels::ChannelSnapshot::kNotShown)
-                paintRecord(records[place]);
-        }
+    const Columns to = columnsOf(block);
+    if (to.level == kNoLevel) {
+        paintAll(places);
     } else {
-        const std::int32_t* const low = snapshot_->lowOnGrid().data() + places.first;
-        const std::size_t count = places.last - places.first;
-        const Columns to = columns_;
-        std::array<std::int32_t, kBlock> columns;
-        for (std::size_t i = 0; i < count; ++i) {
-            const float column = static_cast<float>(low[i] - to.base) * to.perStep + to.offset;
-            const float least = column > 0.0F ? column : 0.0F;
-            columns[i] = static_cast<std::int32_t>(least < to.limit ? least : to.limit);
-        }
-        const std::int16_t* const cover = boxes_.cover(level) - StandingBoxes::kGuard;
-        for (std::size_t i = count; i-- > 0;) {
-            if (rows_[places.first + i] < cover[columns[i]])
-                paintRecord(records[places.first + i]);
-        }
+        paintUncovered(to, places);
     }
     if (known.undrawn)
         markDrawn(block, places);
+}
+
+void CollectionPainter::paintAll(Places places) {
+    const channels::DrawRecord* const records = snapshot_->records().data();
+    for (std::size_t place = places.last; place-- > places.first;) {
+        if (rows_[place] != channels::ChannelSnapshot::kNotShown)
+            paintRecord(records[place]);
+    }
+}
+
+void CollectionPainter::paintUncovered(const Columns& to, Places places) {
+    const std::int32_t* const low = snapshot_->lowOnGrid().data() + places.first;
+    const std::size_t count = places.last - places.first;
+    std::array<std::int32_t, kBlock> columns;
+    for (std::size_t i = 0; i < count; ++i) {
+        const float column = static_cast<float>(low[i] - to.base) * to.perStep + to.offset;
+        const float least = column > 0.0F ? column : 0.0F;
+        columns[i] = static_cast<std::int32_t>(least < limit_ ? least : limit_);
+    }
+    const channels::DrawRecord* const records = snapshot_->records().data() + places.first;
+    const std::int16_t* const rows = rows_ + places.first;
+    const std::int16_t* const cover = boxes_.cover(to.level) - StandingBoxes::kGuard;
+    for (std::size_t i = count; i-- > 0;) {
+        if (rows[i] < cover[columns[i]])
+            paintRecord(records[i]);
+    }
 }
 
 void CollectionPainter::paintRecord(const channels::DrawRecord& record) {

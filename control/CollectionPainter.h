@@ -38,23 +38,24 @@ class CollectionPainter {
         std::size_t first;
         std::size_t last;  ///< left out
     };
-    /// From lower edges on the snapshot's grid to columns, never too far to the right.
+    /// From lower edges on the grid of a block to columns, never too far to the right.
     struct Columns {
         std::int32_t base = 0;
         float perStep = 0.0F;
         float offset = 0.0F;
-        float limit = 0.0F;
-        bool exactEnough = false;
+        int level = 0;  ///< of the windows that hold every box of the block, wherever its first column begins
     };
 
     [[nodiscard]] bool isOut(const channels::ChannelSnapshot::Block& block) const noexcept;
     [[nodiscard]] bool reaches(const channels::DrawRecord& record) const noexcept;
     /// Places the current position; false when no record reaches the picture.
     bool moveToLast(formenv::PictureBox& picture, Places places) const;
-    void setUpColumns(int width);
-    [[nodiscard]] int levelOf(double bandwidth) const noexcept;
+    [[nodiscard]] int levelOf(std::size_t block) const noexcept;
     [[nodiscard]] int highestLevel() const noexcept;
+    [[nodiscard]] Columns columnsOf(std::size_t block) const noexcept;
     void paintBlock(std::size_t block, Places places);
+    void paintAll(Places places);
+    void paintUncovered(const Columns& to, Places places);
     void paintRecord(const channels::DrawRecord& record);
     void markDrawn(std::size_t block, Places places);
 
@@ -62,8 +63,8 @@ class CollectionPainter {
     channels::ChannelSnapshot* snapshot_ = nullptr;
     PaintedView view_;
     raster::PixelMap map_;
-    Columns columns_;
-    double margin_ = 0.0;  ///< pixels by which a column may be off
+    double perMHz_ = 0.0;  ///< pixels
+    float limit_ = 0.0F;   ///< the first column outside the picture, counted from the first one of the covers
     const std::int16_t* rows_ = nullptr;
     raster::StandingBoxes boxes_;
 };

@@ -23,9 +23,16 @@ DrawRecord hidden(DrawRecord made) {
     return made;
 }
 
-TEST(BandBlocks, ABlockHoldsTheExtremesOfItsVisibleRecords) {
+BandBlocks blocksOf(const std::vector<DrawRecord>& records) {
     BandBlocks blocks;
-    blocks.derive({record(10.0, 14.0, true), record(20.0, 21.0, true), hidden(record(1.0, 99.0))}, 0);
+    blocks.resize(records.size());
+    for (std::size_t block = 0; block < blocks.blocks().size(); ++block)
+        blocks.derive(records, block);
+    return blocks;
+}
+
+TEST(BandBlocks, ABlockHoldsTheExtremesOfItsVisibleRecords) {
+    const BandBlocks blocks = blocksOf({record(10.0, 14.0, true), record(20.0, 21.0, true), hidden(record(1.0, 99.0))});
     ASSERT_EQ(blocks.blocks().size(), 1U);
     const BandBlock& block = blocks.blocks()[0];
     EXPECT_EQ(block.lowest, 10.0);
@@ -36,8 +43,7 @@ TEST(BandBlocks, ABlockHoldsTheExtremesOfItsVisibleRecords) {
 }
 
 TEST(BandBlocks, ABlockWithoutRegularRecordsIsEmpty) {
-    BandBlocks blocks;
-    blocks.derive({hidden(record(1.0, 2.0))}, 0);
+    const BandBlocks blocks = blocksOf({hidden(record(1.0, 2.0))});
     EXPECT_GT(blocks.blocks()[0].lowest, blocks.blocks()[0].highest);
     EXPECT_FALSE(blocks.blocks()[0].hasIrregular);
 }
@@ -50,8 +56,7 @@ TEST(BandBlocks, ARecordThatIsNotRegularOnlySetsAFlag) {
     above.dFreq = 21.0;
     for (const DrawRecord& irregular : {record(-1.0, 0.0), record(kNaN, 5.0), record(-1.1e15, 5.0), record(5.0, 1.1e15),
                                         record(9.0, 5.0), below, above}) {
-        BandBlocks blocks;
-        blocks.derive({irregular, record(3.0, 4.0)}, 0);
+        const BandBlocks blocks = blocksOf({irregular, record(3.0, 4.0)});
         EXPECT_TRUE(blocks.blocks()[0].hasIrregular)
             << irregular.dFreqLo << " to " << irregular.dFreqHi << ", " << irregular.dFreq;
         EXPECT_EQ(blocks.blocks()[0].lowest, 3.0);
@@ -62,28 +67,46 @@ TEST(BandBlocks, ARecordThatIsNotRegularOnlySetsAFlag) {
 
 TEST(BandBlocks, EdgesAndFrequenciesAtTheirLimitsAreRegular) {
     for (const DrawRecord& record : {record(-1e15, 5.0), record(5.0, 1e15), record(0.0, 5e-324)}) {
-        BandBlocks blocks;
-        blocks.derive({record}, 0);
+        const BandBlocks blocks = blocksOf({record});
         EXPECT_FALSE(blocks.blocks()[0].hasIrregular) << record.dFreqLo << " to " << record.dFreqHi;
     }
 }
 
-TEST(BandBlocks, OnlyTheBlocksFromTheFirstChangeOnAreDerived) {
+TEST(BandBlocks, AFillStyleThatThereIsNotSetsAFlagWhetherTheRecordIsVisibleOrNot) {
+    for (const int style : {-32768, -1, 0, 7, 8, 32767}) {
+        DrawRecord styled = record(5.0, 6.0);
+        styled.iFillStyle = static_cast<std::int16_t>(style);
+        const bool unknown = style < 0 || style > 7;
+        EXPECT_EQ(blocksOf({record(3.0, 4.0), styled}).blocks()[0].hasUnknownStyle, unknown) << style;
+        EXPECT_EQ(blocksOf({hidden(styled), record(3.0, 4.0)}).blocks()[0].hasUnknownStyle, unknown) << style;
+    }
+}
+
+TEST(BandBlocks, ARecordThatIsHiddenAndMarkedAsDrawnSetsAFlag) {
+    EXPECT_TRUE(blocksOf({hidden(record(3.0, 4.0, true)), record(3.0, 4.0)}).blocks()[0].hasHiddenButDrawn);
+    EXPECT_FALSE(blocksOf({hidden(record(3.0, 4.0)), record(3.0, 4.0, true)}).blocks()[0].hasHiddenButDrawn);
+}
+
+TEST(BandBlocks, ABlockIsDerivedByItself) {
     std::vector<DrawRecord> records(2 * BandBlocks::kSize, record(10.0, 11.0));
-    BandBlocks blocks;
-    blocks.derive(records, 0);
+    BandBlocks blocks = blocksOf(records);
     ASSERT_EQ(blocks.blocks().size(), 2U);
     blocks.allDrawn(0);
     blocks.allDrawn(1);
     EXPECT_FALSE(blocks.blocks()[1].undrawn);
     records.push_back(record(12.0, 13.0));
-    blocks.derive(records, 2 * BandBlocks::kSize - 1);
+    records[0] = record(1.0, 2.0);
+    blocks.resize(records.size());
+    blocks.derive(records, 1);
+    blocks.derive(records, 2);
     ASSERT_EQ(blocks.blocks().size(), 3U);
     EXPECT_FALSE(blocks.blocks()[0].undrawn);
+    EXPECT_EQ(blocks.blocks()[0].lowest, 10.0);
     EXPECT_TRUE(blocks.blocks()[1].undrawn);
     EXPECT_EQ(blocks.blocks()[2].lowest, 12.0);
-    records.resize(BandBlocks::kSize);
     blocks.derive(records, 0);
+    EXPECT_EQ(blocks.blocks()[0].lowest, 1.0);
+    blocks.resize(BandBlocks::kSize);
     EXPECT_EQ(blocks.blocks().size(), 1U);
 }
 

@@ -187,8 +187,10 @@ class ChannelSnapshotTest : public ::testing::Test {
         // The copy may lack the drawn mark of a visible record, but it must not keep one that was taken off.
         ASSERT_TRUE(known.bDrawn == fresh.bDrawn || (fresh.bVisible && fresh.bDrawn));
         const ChannelSnapshot::Block& block = snapshot.blocks()[position / ChannelSnapshot::kBlock];
+        ASSERT_TRUE(block.hasUnknownStyle || (fresh.iFillStyle >= 0 && fresh.iFillStyle <= 7));
         if (!fresh.bVisible) {
             ASSERT_EQ(row, ChannelSnapshot::kNotShown);
+            ASSERT_TRUE(block.hasHiddenButDrawn || !fresh.bDrawn);
             return;
         }
         ASSERT_TRUE(known.bDrawn || block.undrawn);
@@ -203,7 +205,7 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_LE(block.lowest, fresh.dFreqLo);
         ASSERT_GE(block.highest, fresh.dFreqHi);
         ASSERT_GE(block.widest, fresh.dFreqHi - fresh.dFreqLo);
-        const ChannelSnapshot::Grid& grid = snapshot.grid();
+        const ChannelSnapshot::Grid& grid = snapshot.grid(position / ChannelSnapshot::kBlock);
         const double low = grid.origin + grid.unit * snapshot.lowOnGrid()[position];
         ASSERT_NEAR(low, fresh.dFreqLo, grid.unit * 1.01);
         ASSERT_LE(low, fresh.dFreqLo + grid.unit * 0.01);
@@ -303,7 +305,6 @@ TEST_F(ChannelSnapshotTest, AClearedStoreLeavesNothing) {
     EXPECT_TRUE(snapshot.blocks().empty());
     EXPECT_TRUE(snapshot.lowOnGrid().empty());
     EXPECT_TRUE(snapshot.rows({}).empty());
-    EXPECT_EQ(snapshot.grid().unit, ChannelSnapshot::Grid{}.unit);
 }
 
 TEST_F(ChannelSnapshotTest, ARecordMovesTheRevisionOnceItIsInAStore) {

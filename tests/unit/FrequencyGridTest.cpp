@@ -21,9 +21,11 @@ class FrequencyGridTest : public ::testing::Test {
         made.dFreqHi = high;
         records_.push_back(made);
     }
-    void derive(std::size_t from) {
-        blocks_.derive(records_, from);
-        grid_.derive(records_, blocks_.blocks(), from);
+    void derive(std::size_t block = 0) {
+        blocks_.resize(records_.size());
+        grid_.resize(records_.size());
+        blocks_.derive(records_, block);
+        grid_.derive(records_, blocks_.blocks()[block], block);
     }
 
     std::vector<DrawRecord> records_;
@@ -31,61 +33,61 @@ class FrequencyGridTest : public ::testing::Test {
     FrequencyGrid grid_;
 };
 
-TEST_F(FrequencyGridTest, SpansTheBandsOfAllRecords) {
+TEST_F(FrequencyGridTest, SpansTheBandsOfAllRecordsOfABlock) {
     append(100.0, 110.0);
     append(150.0, 200.0);
-    derive(0);
-    EXPECT_EQ(grid_.scale().origin, 100.0);
-    EXPECT_EQ(grid_.scale().unit, 100.0 / kSteps);
+    derive();
+    EXPECT_EQ(grid_.scale(0).origin, 100.0);
+    EXPECT_EQ(grid_.scale(0).unit, 100.0 / kSteps);
     EXPECT_EQ(grid_.low(), std::vector<std::int32_t>({0, kSteps / 2}));
-}
-
-TEST_F(FrequencyGridTest, StaysWhileNewBandsAreInside) {
-    append(100.0, 200.0);
-    derive(0);
-    append(100.0, 200.0);
-    append(125.0, 130.0);
-    derive(1);
-    EXPECT_EQ(grid_.scale().unit, 100.0 / kSteps);
-    EXPECT_EQ(grid_.low(), std::vector<std::int32_t>({0, 0, kSteps / 4}));
-}
-
-TEST_F(FrequencyGridTest, IsComputedAgainForABandOutside) {
-    append(100.0, 200.0);
-    derive(0);
-    append(150.0, 300.0);
-    derive(1);
-    EXPECT_EQ(grid_.scale().origin, 100.0);
-    EXPECT_EQ(grid_.low(), std::vector<std::int32_t>({0, kSteps / 4}));
     append(0.0, 100.0);
-    derive(2);
-    EXPECT_EQ(grid_.scale().origin, 0.0);
-    EXPECT_EQ(grid_.scale().unit, 300.0 / kSteps);
-    EXPECT_EQ(grid_.low()[2], 0);
-    EXPECT_NEAR(grid_.low()[0], kSteps / 3.0, 1.0);
+    derive();
+    EXPECT_EQ(grid_.scale(0).origin, 0.0);
+    EXPECT_EQ(grid_.scale(0).unit, 200.0 / kSteps);
+    EXPECT_EQ(grid_.low(), std::vector<std::int32_t>({kSteps / 2, kSteps / 4 * 3, 0}));
 }
 
-TEST_F(FrequencyGridTest, IsComputedAgainWhenAllRecordsHaveChanged) {
-    append(100.0, 200.0);
+TEST_F(FrequencyGridTest, ABandFarAwayMakesItsOwnBlockCoarseOnly) {
+    for (std::size_t i = 0; i < BandBlocks::kSize; ++i)
+        append(100.0, 200.0);
+    append(-1e9, 150.0);
+    append(199.9, 200.0);
     derive(0);
-    records_.clear();
-    append(140.0, 150.0);
+    derive(1);
+    EXPECT_EQ(grid_.scale(0).origin, 100.0);
+    EXPECT_EQ(grid_.scale(0).unit, 100.0 / kSteps);
+    EXPECT_EQ(grid_.low()[BandBlocks::kSize - 1], 0);
+    EXPECT_EQ(grid_.scale(1).origin, -1e9);
+    EXPECT_EQ(grid_.low()[BandBlocks::kSize], 0);
+    EXPECT_EQ(grid_.low()[BandBlocks::kSize + 1], kSteps - 1) << "a tenth of a MHz is less than a step";
+}
+
+TEST_F(FrequencyGridTest, ABlockThatIsNotDerivedKeepsItsGrid) {
+    for (std::size_t i = 0; i < BandBlocks::kSize; ++i)
+        append(100.0, 200.0);
+    append(300.0, 400.0);
     derive(0);
-    EXPECT_EQ(grid_.scale().origin, 140.0);
-    EXPECT_EQ(grid_.scale().unit, 10.0 / kSteps);
+    records_[0].dFreqLo = 50.0;
+    derive(1);
+    EXPECT_EQ(grid_.scale(0).origin, 100.0);
+    EXPECT_EQ(grid_.scale(1).origin, 300.0);
+    derive(0);
+    EXPECT_EQ(grid_.scale(0).origin, 50.0);
 }
 
 TEST_F(FrequencyGridTest, HasTheLeastUnitWithoutASpan) {
     append(-5.0, -4.0);
-    derive(0);
-    EXPECT_EQ(grid_.scale().origin, 0.0);
-    EXPECT_EQ(grid_.scale().unit, kLeastUnit);
-    records_.clear();
-    append(100.0, 100.0);
-    derive(0);
-    EXPECT_EQ(grid_.scale().origin, 100.0);
-    EXPECT_EQ(grid_.scale().unit, kLeastUnit);
-    EXPECT_EQ(grid_.low()[0], 0);
+    derive();
+    EXPECT_EQ(grid_.scale(0).origin, 0.0);
+    EXPECT_EQ(grid_.scale(0).unit, kLeastUnit);
+    for (const double low : {0.0, 1e-300}) {
+        records_.clear();
+        append(low, 1e-300);
+        derive();
+        EXPECT_EQ(grid_.scale(0).origin, low);
+        EXPECT_EQ(grid_.scale(0).unit, kLeastUnit) << "a unit must have a reciprocal";
+        EXPECT_EQ(grid_.low()[0], 0);
+    }
 }
 
 TEST_F(FrequencyGridTest, RecordsThatAreNotRegularKeepToItsEnds) {
@@ -93,7 +95,7 @@ TEST_F(FrequencyGridTest, RecordsThatAreNotRegularKeepToItsEnds) {
     append(std::numeric_limits<double>::quiet_NaN(), 150.0);
     append(-1e300, 150.0);
     append(1e300, 150.0);
-    derive(0);
+    derive();
     EXPECT_EQ(grid_.low(), std::vector<std::int32_t>({0, 0, 0, kSteps}));
 }
 

@@ -237,6 +237,11 @@ TEST(PaintingPath, HiddenChannelsAreNotPainted) {
     };
     const std::function<void()>& draw = scope.children().cmdDrawTX.onClick;
     EXPECT_EQ(askedBy(draw), 0);
+    // An edge that is far away concerns its own block only.
+    const util::Ref<AskedSlot> far = add(450.0, 1.0, 20.0, 0x0000FF);
+    far->fields().dFreqLo = -1e9;
+    EXPECT_EQ(askedBy(draw), 0);
+    far->fields().bVisible = false;
     cover->fields().bVisible = false;
     EXPECT_GT(askedBy(draw), 0);
 }

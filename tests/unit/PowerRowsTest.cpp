@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -47,17 +48,39 @@ TEST(PowerRows, ARecordAtTheFloorHasTheHeightOfTheMark) {
 }
 
 TEST(PowerRows, OnlyRowsThatAreNotKnownAreComputed) {
+    constexpr std::size_t kBlock = BandBlocks::kSize;
     PowerRows rows;
-    EXPECT_EQ(rows.rows({record(20.0), record(19.0), record(18.0)}, powers()).capacity(), 3U);
-    const std::vector<DrawRecord> changed(4, record(10.0));
-    EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 1, 2, 10}));
+    EXPECT_EQ(rows.rows(std::vector<DrawRecord>(kBlock + 2, record(20.0)), powers()).capacity(), kBlock + 2);
+    std::vector<DrawRecord> changed(kBlock + 2, record(10.0));
+    Rows known(kBlock + 2, 0);
+    EXPECT_EQ(rows.rows(changed, powers()), known);
     rows.forget(1);
-    EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 10, 10, 10}));
+    known[kBlock] = known[kBlock + 1] = 10;
+    EXPECT_EQ(rows.rows(changed, powers()), known);
     rows.forget(9);
-    EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 10, 10, 10}));
-    rows.hide(3);
+    rows.hide(kBlock);
     rows.hide(100'000'000);
-    EXPECT_EQ(rows.rows(changed, powers()), Rows({0, 10, 10, PowerRows::kNotShown}));
+    known[kBlock] = PowerRows::kNotShown;
+    EXPECT_EQ(rows.rows(changed, powers()), known);
+    rows.forget(0);
+    std::fill_n(known.begin(), kBlock, std::int16_t{10});
+    EXPECT_EQ(rows.rows(changed, powers()), known);
+}
+
+TEST(PowerRows, RowsOfAddedRecordsAreComputed) {
+    constexpr std::size_t kBlock = BandBlocks::kSize;
+    PowerRows rows;
+    std::vector<DrawRecord> records;
+    Rows expected;
+    for (const std::size_t count : {kBlock - 1, kBlock, kBlock + 1, 3 * kBlock}) {
+        const double power = 20.0 - static_cast<double>(count % 19);
+        records.resize(count, record(power));
+        expected.resize(count, static_cast<std::int16_t>(count % 19));
+        EXPECT_EQ(rows.rows(records, powers()), expected);
+    }
+    records.resize(kBlock + 5);
+    expected.resize(kBlock + 5);
+    EXPECT_EQ(rows.rows(records, powers()), expected);
 }
 
 TEST(PowerRows, AnotherVerticalScaleComputesAllRowsAgain) {
