@@ -22,6 +22,8 @@ inline benchmark::internal::Benchmark* enlist(const char* step, Function functio
 
 /// Drawing, panning, zooming, moving the mouse and the first picture of a set.
 void enlistDrawing(SetKind kind, std::size_t count);
+/// Unusual records and settings.
+void enlistCliffs(std::size_t count);
 /// Adding, finding, removing and clearing, as a host does it.
 void enlistHosting(SetKind kind, std::size_t count);
 /// The store by itself, without the drawing that follows a removal.

@@ -3,48 +3,14 @@
 #include <string>
 
 #include "bench/Rig.h"
-#include "bench/SimpleSlot.h"
-#include "control/Bandscope.h"
-#include "headless/HeadlessPlatform.h"
+#include "bench/TestScope.h"
 
 namespace kv::bench {
 
 namespace {
 
-class NoEvents final : public control::HostEvents {
-    void ChgGridRange() override {}
-    void ChgHeight(std::int16_t) override {}
-    void ChgFreqRange(double, double) override {}
-};
-
-class NoErrors final : public util::ErrorReporter {
-    void ErrHand(std::int16_t, std::wstring_view, std::wstring_view, const util::RuntimeError&) noexcept override {
-        std::abort();
-    }
-};
-
-class NoFiles final : public formenv::FileServices {
-    std::wstring scratchFolder() override { return {}; }
-    void writeFile(const std::wstring&, const std::string&) override {}
-    void deleteFile(const std::wstring&) noexcept override {}
-    void bitmapFileToClipboard(const std::wstring&) override {}
-    bool fileExists(const std::wstring&) override { return false; }
-    void clearClipboard() override {}
-    std::optional<std::wstring> readSetting(const std::wstring&, const std::wstring&, const std::wstring&) override {
-        return std::nullopt;
-    }
-    void writeSetting(const std::wstring&, const std::wstring&, const std::wstring&, const std::wstring&) override {}
-    std::wstring printFolder() override { return {}; }
-    std::wstring placementFile() override { return {}; }
-};
-
 class NativeRig final : public Rig {
   public:
-    NativeRig() {
-        constexpr double kTwips = 15.0;
-        scope_.children().picSpectrum.move({0.0, 0.0, kPictureWidth * kTwips, kPictureHeight * kTwips});
-    }
-
     void makeRecords(const ChannelSet& set) override {
         records_.clear();
         records_.reserve(set.channels.size());
@@ -87,12 +53,8 @@ class NativeRig final : public Rig {
     void remove(const std::wstring& key) override { scope_.RemoveChnlByKey(key); }
 
   private:
-    headless::HeadlessPlatform platform_;
-    NoEvents events_;
-    NoErrors errors_;
-    NoFiles files_;
-    control::Bandscope scope_{control::Services{platform_, events_, errors_, files_,
-                                                [] { return util::Ref<channels::FreqSlotBase>(new SimpleSlot); }}};
+    TestScope display_{true};
+    control::Bandscope& scope_ = display_.scope;
     std::vector<channels::FreqSlotRef> records_;
 };
 

@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
         for (const std::size_t count : {20U, 1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
             enlistDrawing(kind, count);
     }
+    enlistCliffs(495'000U);
     for (const SetKind kind : {SetKind::Narrow, SetKind::Site}) {
         for (const std::size_t count : {20U, 1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
             enlistHosting(kind, count);

@@ -10,10 +10,9 @@ void BandBlocks::derive(const std::vector<DrawRecord>& records, std::size_t bloc
     BandBlock known{.lowest = kInfinity, .highest = -kInfinity};
     for (const DrawRecord& record : blockOf(records, block)) {
         known.hasUnknownStyle = known.hasUnknownStyle || hasUnknownFillStyle(record);
-        if (!record.bVisible) {
-            known.hasHiddenButDrawn = known.hasHiddenButDrawn || record.bDrawn;
+        if (!isShown(record))
             continue;
-        }
+        known.hasHiddenButDrawn = known.hasHiddenButDrawn || !record.bVisible;
         known.undrawn = known.undrawn || !record.bDrawn;
         if (!isRegular(record)) {
             known.hasIrregular = true;

@@ -14,7 +14,7 @@ struct BandBlock {
     double lowest = 0.0;             ///< MHz, of the regular records; above `highest` without any
     double highest = 0.0;            ///< MHz
     double widest = 0.0;             ///< MHz
-    bool hasIrregular = false;       ///< a visible record is not regular and may be anywhere
+    bool hasIrregular = false;       ///< a shown record is not regular and may be anywhere
     bool undrawn = false;            ///< a record may be visible and not yet marked as drawn
     bool hasUnknownStyle = false;    ///< a record may have a fill style that the picture box does not have
     bool hasHiddenButDrawn = false;  ///< a record may be marked as drawn and not visible any more

@@ -55,6 +55,8 @@ class ChannelSnapshot {
     [[nodiscard]] std::size_t positionOf(std::int32_t index) const noexcept { return copy_.positionOf(index); }
 
     void markDrawn(std::size_t position) noexcept { copy_.markDrawn(position); }
+    /// The record was taken off the picture in the meantime: only the copy says that it is drawn.
+    void forgetDrawn(std::size_t position) noexcept { copy_.forgetDrawn(position); }
     void allDrawn(std::size_t block) noexcept { blocks_.allDrawn(block); }
 
     /// Discards the copy. The next update reads all records.

@@ -20,11 +20,16 @@ struct DrawRecord {
     bool bDrawn = false;
 };
 
-/// Visible, at a frequency above 0 and inside its band, whose edges are at most 1e15 MHz from 0. Differences of such
+/// Visible, or hidden since it was drawn, so that refreshing the picture takes it off.
+[[nodiscard]] constexpr bool isShown(const DrawRecord& record) noexcept {
+    return record.bVisible || record.bDrawn;
+}
+
+/// Shown, at a frequency above 0 and inside its band, whose edges are at most 1e15 MHz from 0. Differences of such
 /// edges are exact enough for the frequency grid, whichever two are taken.
 [[nodiscard]] constexpr bool isRegular(const DrawRecord& record) noexcept {
     constexpr double kFarthest = 1e15;  // MHz
-    return record.bVisible && record.dFreq > 0.0 && record.dFreqLo <= record.dFreq && record.dFreq <= record.dFreqHi &&
+    return isShown(record) && record.dFreq > 0.0 && record.dFreqLo <= record.dFreq && record.dFreq <= record.dFreqHi &&
            record.dFreqLo >= -kFarthest && record.dFreqHi <= kFarthest;
 }
 

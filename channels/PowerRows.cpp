@@ -36,7 +36,7 @@ void PowerRows::resize(std::size_t records) {
 void PowerRows::compute(const std::vector<DrawRecord>& records, std::size_t block) noexcept {
     std::int16_t* row = rows_.data() + block * BandBlocks::kSize;
     for (const DrawRecord& record : blockOf(records, block)) {
-        if (!record.bVisible) {
+        if (!isShown(record)) {
             *row++ = kNotShown;
         } else if (!isRegular(record)) {
             *row++ = kIrregular;

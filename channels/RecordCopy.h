@@ -51,6 +51,8 @@ class RecordCopy {
         records_[position].bDrawn = true;
         fields_[position]->bDrawn = true;
     }
+    /// Resets `bDrawn` in the copy alone.
+    void forgetDrawn(std::size_t position) noexcept { records_[position].bDrawn = false; }
 
   private:
     [[nodiscard]] std::size_t liveCount() const noexcept { return records_.size() - holes_.count(); }

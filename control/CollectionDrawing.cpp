@@ -1,6 +1,7 @@
 // The channels of a kind: many of our own at once, a few or foreign ones one by one.
 #include <algorithm>
 
+#include "control/HiddenChannels.h"
 #include "control/SpectrumPainter.h"
 #include "util/RuntimeError.h"
 
@@ -14,8 +15,8 @@ void SpectrumPainter::drawCollection(ChannelKind kind, util::Step& step, std::in
     const std::int32_t count = store_.count(kind);
     step = 200;
     if (count >= nMany_) {
-        if (const std::optional<PaintedView> view = paintable(kind, true)) {
-            paint(kind, *view, 0, store_.snapshot(kind).size());
+        if (const std::optional<PaintedView> view = paintable(kind, false)) {
+            paint(kind, *view, kChnl);
             step = 300;
             return;
         }
@@ -55,34 +56,18 @@ void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
 
 void SpectrumPainter::refreshCollection(ChannelKind kind) {
     const std::optional<PaintedView> view =
-        store_.count(kind) >= nMany_ ? paintable(kind, false) : std::optional<PaintedView>();
-    if (!view) {
-        for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i)
-            DrawChnl(*channel);
+        store_.count(kind) >= nMany_ ? paintable(kind, true) : std::optional<PaintedView>();
+    if (view) {
+        std::int32_t kChnl = 0;
+        paint(kind, *view, kChnl);
         return;
     }
-    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
-    const std::size_t size = snapshot.size();
-    // A channel that was hidden since it was drawn is inverted into what the channels before it have painted. It has
-    // to be drawn in its turn.
-    for (std::size_t first = 0; first < size;) {
-        std::size_t last = first;
-        while (last < size && !snapshot.isHiddenButDrawn(last))
-            ++last;
-        if (last - first >= static_cast<std::size_t>(nMany_)) {
-            paint(kind, *view, first, last);
-            first = last;
-        }
-        last = std::min(last + 1, size);
-        for (; first < last; ++first) {
-            if (snapshot.isLive(first))
-                DrawChnl(*store_.peek(kind, snapshot.indexOf(first)));
-        }
-    }
+    for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i)
+        DrawChnl(*channel);
 }
 
 /// What painting the channels of a kind all at once needs; nothing when they have to be drawn one by one.
-std::optional<PaintedView> SpectrumPainter::paintable(ChannelKind kind, bool onlyFrequencies) {
+std::optional<PaintedView> SpectrumPainter::paintable(ChannelKind kind, bool refreshes) {
     if (!range_.isComplete())
         return std::nullopt;
     channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
@@ -92,14 +77,27 @@ std::optional<PaintedView> SpectrumPainter::paintable(ChannelKind kind, bool onl
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();
     const PaintedView view{
-        minFreq, maxFreq, {picture_.pixelMap(), range_.DisplayMinPwr(), range_.DisplayMaxPwr() / 2.0}, onlyFrequencies};
-    if (!CollectionPainter::canPaint(picture_, *canvas, snapshot, view))
+        minFreq, maxFreq, {picture_.pixelMap(), range_.DisplayMinPwr(), range_.DisplayMaxPwr() / 2.0}, refreshes};
+    if (!CollectionPainter::canPaint(picture_, *canvas, view))
         return std::nullopt;
     return view;
 }
 
-void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::size_t first, std::size_t last) {
-    painter_.paint(picture_, *picture_.raster(), store_.snapshot(kind), view, first, last);
+/// `kChnl` becomes the number of the channel, from 1, whose drawing ends with an error.
+void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::int32_t& kChnl) {
+    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+    const std::size_t last = CollectionPainter::firstUnknownStyle(snapshot, view);
+    if (view.refreshes) {
+        HiddenChannels hidden(store_, kind, view, last);
+        painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
+        hidden.keep();
+    } else {
+        painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
+    }
+    if (last < snapshot.size()) {
+        kChnl = snapshot.indexOf(last) + 1;
+        DrawChnl(*store_.peek(kind, kChnl - 1));
+    }
 }
 
 }  // namespace kv::control

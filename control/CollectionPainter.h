@@ -11,51 +11,73 @@
 
 namespace kv::control {
 
-/// What the picture shows and which of the visible records are to be drawn.
+/// What the picture shows and which of the records are to be drawn.
 struct PaintedView {
     double minFreq = 0.0;  ///< MHz, the picture's left edge
     double maxFreq = 0.0;  ///< MHz, its right edge
     channels::ChannelSnapshot::PowerMap powers;
-    bool onlyFrequencies = true;  ///< those at a frequency above 0 alone
+    /// The visible records at any frequency, and those that were hidden since they were drawn, which are inverted.
+    /// Otherwise the visible ones at a frequency above 0 alone.
+    bool refreshes = false;
+
+    [[nodiscard]] bool takes(const channels::DrawRecord& record) const noexcept {
+        return refreshes ? isShown(record) : record.bVisible && record.dFreq > 0.0;
+    }
+    [[nodiscard]] bool reaches(const channels::DrawRecord& record) const noexcept {
+        return takes(record) && !(record.dFreqLo > maxFreq || record.dFreqHi < minFreq);
+    }
 };
 
-/// Leaves the picture, its current position and the marks `bDrawn` as drawing one record after the other does. Works
-/// from the last record to the first, so that nearly all of a large set is found hidden by two small numbers a record:
-/// its lower edge and the row of its top.
+/// Leaves the picture, its current position and the marks `bDrawn` of visible records as drawing one record after the
+/// other does. Works from the last record to the first, so that nearly all of a large set is found hidden by two small
+/// numbers a record: its lower edge and the row of its top.
 class CollectionPainter {
   public:
-    /// Can this be painted here? Needs fill styles that there are, one scale for frequencies and picture, and powers
-    /// that grow upwards.
+    /// Can this be painted here? Needs one scale for frequencies and picture, powers that grow upwards, and no box that
+    /// hangs from the floor into the picture.
     [[nodiscard]] static bool canPaint(const formenv::PictureBox& picture, const raster::RasterCanvas& canvas,
-                                       const channels::ChannelSnapshot& snapshot, const PaintedView& view);
+                                       const PaintedView& view);
+    /// The place of the first record whose drawing ends with an error, because it has a fill style that the picture box
+    /// does not have; the number of places without one.
+    [[nodiscard]] static std::size_t firstUnknownStyle(const channels::ChannelSnapshot& snapshot,
+                                                       const PaintedView& view);
 
-    /// Paints the visible records at places from `first` up to, without, `last`.
+    /// Paints the records at the places up to, without, `last`. None of them has an unknown fill style.
     void paint(formenv::PictureBox& picture, raster::RasterCanvas& canvas, channels::ChannelSnapshot& snapshot,
-               const PaintedView& view, std::size_t first, std::size_t last);
+               const PaintedView& view, std::size_t last);
 
   private:
     struct Places {
         std::size_t first;
         std::size_t last;  ///< left out
     };
+    /// The columns that hold every box of a block, wherever its first column begins: a window of 2 to the `level`
+    /// columns, or else segments of 2 to the `segments` columns from that of the first column up to that of the column
+    /// that is `reach` further right.
+    struct Span {
+        int level = 0;  ///< `kNoLevel` for segments
+        int segments = 0;
+        int reach = 0;
+    };
     /// From lower edges on the grid of a block to columns, never too far to the right.
     struct Columns {
         std::int32_t base = 0;
         float perStep = 0.0F;
         float offset = 0.0F;
-        int level = 0;  ///< of the windows that hold every box of the block, wherever its first column begins
     };
+    /// By record of a block, counted from the first column of the windows that are kept.
+    using BlockColumns = std::array<std::int32_t, channels::ChannelSnapshot::kBlock>;
+    static constexpr int kNoLevel = -1;
 
     [[nodiscard]] bool isOut(const channels::ChannelSnapshot::Block& block) const noexcept;
-    [[nodiscard]] bool reaches(const channels::DrawRecord& record) const noexcept;
     /// Places the current position; false when no record reaches the picture.
-    bool moveToLast(formenv::PictureBox& picture, Places places) const;
-    [[nodiscard]] int levelOf(std::size_t block) const noexcept;
-    [[nodiscard]] int highestLevel() const noexcept;
+    bool moveToLast(formenv::PictureBox& picture, std::size_t last) const;
+    [[nodiscard]] raster::StandingBoxes::Covers neededCovers() const noexcept;
+    [[nodiscard]] Span spanOf(std::size_t block) const noexcept;
     [[nodiscard]] Columns columnsOf(std::size_t block) const noexcept;
     void paintBlock(std::size_t block, Places places);
-    void paintAll(Places places);
-    void paintUncovered(const Columns& to, Places places);
+    void paintUncoveredByWindows(const BlockColumns& columns, int level, Places places);
+    void paintUncoveredBySegments(const BlockColumns& columns, const Span& span, Places places);
     void paintRecord(const channels::DrawRecord& record);
     void markDrawn(std::size_t block, Places places);
 
@@ -63,8 +85,9 @@ class CollectionPainter {
     channels::ChannelSnapshot* snapshot_ = nullptr;
     PaintedView view_;
     raster::PixelMap map_;
+    int floor_ = 0;        ///< row
+    int width_ = 0;        ///< pixels
     double perMHz_ = 0.0;  ///< pixels
-    float limit_ = 0.0F;   ///< the first column outside the picture, counted from the first one of the covers
     const std::int16_t* rows_ = nullptr;
     raster::StandingBoxes boxes_;
 };

@@ -17,6 +17,32 @@ constexpr double kLabelPoints = 8.0;
 constexpr double kLabelRoom = 300.0;  // twips under the spectrum
 constexpr int kMostDrawings = 8;
 
+/// Draws upright lines in one color. A line in the same pixels as the one before is left out, because most of them are
+/// when there are more divisions than columns. The current position moves all the same.
+class UprightLines {
+  public:
+    UprightLines(formenv::PictureBox& picture, raster::OleColor color) : picture_(picture), color_(color) {}
+
+    void draw(double x, double from, double to, int width) {
+        const int column = picture_.pixelX(x);
+        if (column == column_ && width == width_) {
+            picture_.currentX = x;
+            picture_.currentY = to;
+            return;
+        }
+        picture_.setDrawWidth(width);
+        picture_.line(x, from, x, to, color_);
+        column_ = column;
+        width_ = width;
+    }
+
+  private:
+    formenv::PictureBox& picture_;
+    raster::OleColor color_;
+    int column_ = 0;  ///< of the line before
+    int width_ = 0;   ///< of the line before, pixels; 0 without one
+};
+
 }  // namespace
 
 void SpectrumPainter::repeatWhileOutdated(const std::function<void()>& draw) {
@@ -50,13 +76,13 @@ bool SpectrumPainter::DrawGrid() {
 
 void SpectrumPainter::paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr) {
     const KeepDrawing keep(picture_);
+    UprightLines lines(picture_, GridColor_);
     const std::int16_t divisions = range_.nGridX();
     const double step = (maxFreq - minFreq) / divisions;
     for (int i = 0; i <= divisions; ++i) {
-        picture_.setDrawWidth(i == divisions / 2.0 ? kHeavy : 1);
         const double x = i * step + minFreq;
         if (x >= 0.0)
-            picture_.line(x, minPwr, x, maxPwr, GridColor_);
+            lines.draw(x, minPwr, maxPwr, i == divisions / 2.0 ? kHeavy : 1);
     }
     if (minFreq < 0.0) {
         picture_.setDrawWidth(1);
@@ -74,19 +100,21 @@ void SpectrumPainter::DrawFreqLbls() {
     if (!(maxFreq > minFreq))
         return;
     const KeepDrawing keep(picture_);
-    picture_.setDrawWidth(kHeavy);
+    UprightLines ticks(picture_, picture_.foreColor());
+    const double bottom = picture_.scaleTop() + picture_.scaleHeight();
+    const double top = bottom - picture_.scaleHeight() / 20.0;
     const std::int16_t divisions = range_.nGridX();
     const double step = (maxFreq - minFreq) / divisions;
     for (int i = 0; i <= divisions; i += 2) {
         const double x = i * step + minFreq;
-        if (x >= 0.0)
+        if (x >= 0.0) {
+            ticks.draw(x, bottom, top, kHeavy);
             drawFreqLabel(x);
+        }
     }
 }
 
 void SpectrumPainter::drawFreqLabel(double x) {
-    const double bottom = picture_.scaleTop() + picture_.scaleHeight();
-    picture_.line(x, bottom, x, bottom - picture_.scaleHeight() / 20.0, picture_.foreColor());
     const std::wstring text = util::formatNumber(x, FreqLblFormat());
     const double width = strip_.textWidth(text);
     const auto [minFreq, maxFreq] = range_.span();

@@ -66,8 +66,8 @@ class SpectrumPainter {
   private:
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
     void drawFreqLabel(double x);
-    std::optional<PaintedView> paintable(channels::ChannelKind kind, bool onlyFrequencies);
-    void paint(channels::ChannelKind kind, const PaintedView& view, std::size_t first, std::size_t last);
+    std::optional<PaintedView> paintable(channels::ChannelKind kind, bool refreshes);
+    void paint(channels::ChannelKind kind, const PaintedView& view, std::int32_t& kChnl);
 
     formenv::PictureBox& picture_;
     formenv::PictureBox& strip_;

@@ -27,23 +27,26 @@ void storeAround(std::uint32_t* pixels, const std::uint32_t* ink, unsigned marks
 
 }  // namespace
 
-void StandingBoxes::begin(const PixelBuffer& pixels, const HatchTiles& tiles, int floor, int levels) {
+void StandingBoxes::begin(const PixelBuffer& pixels, const HatchTiles& tiles, int floor, Covers covers) {
     pixels_ = pixels;
     tiles_ = tiles;
     floor_ = floor;
-    levels_ = levels;
+    kept_ = covers;
     const auto width = static_cast<std::size_t>(pixels.width);
     const auto below = static_cast<std::int16_t>(std::clamp(floor + 1, 0, pixels.height));
-    for (int level = 0; level <= levels; ++level) {
+    for (int level = 0; level <= kept_.levels; ++level) {
         auto& cover = covers_[static_cast<std::size_t>(level)];
         cover.assign(width + std::size_t{2} * kGuard, 0);
         std::fill(cover.begin() + kGuard + 1 - (1 << level), cover.begin() + kGuard + pixels.width, below);
     }
+    if (kept_.segments)
+        segments_.begin(cover(0), pixels.width);
     heads_.assign(static_cast<std::size_t>(pixels.height), -1);
     steps_.clear();
     ink_.assign(width, 0);
     inked_.assign(width / kGroup + 1, 0);
     hasLone_ = false;
+    hasInverted_ = false;
 }
 
 void StandingBoxes::box(int left, int right, int top, FillStyle style, Rgb color) {
@@ -65,8 +68,16 @@ void StandingBoxes::box(int left, int right, int top, FillStyle style, Rgb color
 
 void StandingBoxes::opaque(int left, int right, int top, std::uint32_t pixel) {
     const int last = std::min(right, pixels_.width - 1);
-    for (int x = std::max(left, 0); x <= last; ++x)
-        run(x, top, pixel);
+    constexpr int kSegment = 1 << ColumnMaxima::kLowest;
+    for (int x = std::max(left, 0); x <= last;) {
+        const int end = std::min(x / kSegment * kSegment + kSegment - 1, last);
+        if (kept_.segments && std::max(top, 0) >= segments_.segments(ColumnMaxima::kLowest)[x / kSegment]) {
+            x = end + 1;
+            continue;
+        }
+        for (; x <= end; ++x)
+            run(x, top, pixel);
+    }
 }
 
 void StandingBoxes::run(int x, int top, std::uint32_t pixel) {
@@ -76,15 +87,18 @@ void StandingBoxes::run(int x, int top, std::uint32_t pixel) {
     std::int16_t& painted = covers_[0][static_cast<std::size_t>(x) + kGuard];
     if (top >= painted)
         return;
+    const std::int16_t before = painted;
     painted = static_cast<std::int16_t>(top);
     std::int32_t& head = heads_[static_cast<std::size_t>(top)];
     steps_.push_back({pixel, static_cast<std::int16_t>(x), head});
     head = static_cast<std::int32_t>(steps_.size()) - 1;
-    raiseCover(x);
+    raiseCover(x, before);
 }
 
-void StandingBoxes::raiseCover(int x) noexcept {
-    for (int level = 1; level <= levels_; ++level) {
+void StandingBoxes::raiseCover(int x, std::int16_t before) noexcept {
+    if (kept_.segments)
+        segments_.fell(x, before);
+    for (int level = 1; level <= kept_.levels; ++level) {
         const int half = 1 << (level - 1);
         const std::int16_t* const smaller = cover(level - 1);
         std::int16_t* const larger = covers_[static_cast<std::size_t>(level)].data() + kGuard;
@@ -99,14 +113,25 @@ void StandingBoxes::raiseCover(int x) noexcept {
     }
 }
 
+// A pixel of a row is looked at once: it is painted afterwards, or it had been before.
 void StandingBoxes::row(int y, int left, int right, std::uint32_t pixel) {
-    if (y < 0 || y >= pixels_.height)
+    left = std::max(left, 0);
+    right = std::min(right, pixels_.width - 1);
+    if (y < 0 || y >= pixels_.height || left > right)
         return;
+    prepareLone();
     const std::int16_t* const painted = cover(0);
-    const int last = std::min(right, pixels_.width - 1);
-    for (int x = std::max(left, 0); x <= last; ++x) {
-        if (y < painted[x])
-            lone(x, y, pixel);
+    std::uint64_t* const seen = rowsSeen_.data() + static_cast<std::size_t>(y) * rowStride_;
+    for (int word = left / kWord; word <= right / kWord; ++word) {
+        const int first = std::max(left - word * kWord, 0);
+        const int last = std::min(right - word * kWord, kWord - 1);
+        const std::uint64_t columns = ~std::uint64_t{0} >> (kWord - 1 - last + first) << first;
+        for (std::uint64_t fresh = columns & ~seen[word]; fresh != 0; fresh &= fresh - 1) {
+            const int x = word * kWord + std::countr_zero(fresh);
+            if (y < painted[x])
+                lone(x, y, pixel);
+        }
+        seen[word] |= columns;
     }
 }
 
@@ -114,25 +139,110 @@ void StandingBoxes::row(int y, int left, int right, std::uint32_t pixel) {
 // paint.
 void StandingBoxes::hatch(int left, int right, int top, FillStyle style, std::uint32_t pixel) {
     const HatchTile* const tile = tiles_.of(style);
-    if (!tile)
+    left = std::max(left, 0);
+    right = std::min(right, pixels_.width - 1);
+    if (!tile || left > right)
         return;
     prepareLone();
-    auto& known = hatchTops_[static_cast<std::size_t>(style) - static_cast<std::size_t>(FillStyle::HorizontalLine)];
+    Hatched& hatched = hatched_[static_cast<std::size_t>(style) - static_cast<std::size_t>(FillStyle::HorizontalLine)];
     const std::int16_t* const painted = cover(0);
-    const auto first = static_cast<std::int16_t>(std::clamp(top, 0, pixels_.height));
+    const int first = std::clamp(top, 0, pixels_.height);
+    for (int word = left / kWord; word <= right / kWord; ++word) {
+        if (first >= hatched.open[static_cast<std::size_t>(word)])
+            continue;
+        const int last = std::min(right, word * kWord + kWord - 1);
+        for (int x = std::max(left, word * kWord); x <= last; ++x) {
+            std::int16_t& known = hatched.tops[static_cast<std::size_t>(x)];
+            const int bottom = std::min(painted[x], known);
+            if (first >= bottom)
+                continue;
+            known = static_cast<std::int16_t>(first);
+            hatchColumn(x, first, bottom, rowsOf(*tile, x), pixel);
+        }
+        updateOpen(hatched, static_cast<std::size_t>(word));
+    }
+}
+
+void StandingBoxes::hatchColumn(int x, int first, int bottom, unsigned rows, std::uint32_t pixel) {
+    for (unsigned turned = std::rotr(static_cast<std::uint8_t>(rows), first & 7); turned != 0; turned &= turned - 1) {
+        for (int y = first + std::countr_zero(turned); y < bottom; y += 8)
+            lone(x, y, pixel);
+    }
+}
+
+void StandingBoxes::updateOpen(Hatched& hatched, std::size_t word) noexcept {
+    const std::size_t last = std::min((word + 1) * kWord, hatched.tops.size());
+    const std::int16_t* const painted = cover(0);
+    std::int16_t open = 0;
+    for (std::size_t x = word * kWord; x < last; ++x)
+        open = std::max(open, std::min(painted[x], hatched.tops[x]));
+    hatched.open[word] = open;
+}
+
+std::uint32_t StandingBoxes::invertedBits(Rgb color) {
+    if (!hasInverted_)
+        inverted_.begin(pixels_.width, pixels_.height);
+    hasInverted_ = true;
+    return ~toPixel(color) & ~kInk;
+}
+
+void StandingBoxes::invertLine(int x, int top, Rgb color) {
+    invertRun(x, top + 1, invertedBits(color));
+}
+
+void StandingBoxes::invertBox(int left, int right, int top, FillStyle style, Rgb color) {
+    const std::uint32_t bits = invertedBits(color);
+    const int width = right - left + 1;
+    const int height = floor_ - top + 1;
+    if (width == 1 || height == 1) {
+        // The sides are drawn over each other. Only the end pixels remain, and of a single pixel nothing.
+        if (width != height) {
+            invertPixel(left, top, bits);
+            invertPixel(right, floor_, bits);
+        }
+        return;
+    }
+    if (width == 2 || height == 2 || style == FillStyle::Solid) {
+        const int last = std::min(right, pixels_.width - 1);
+        for (int x = std::max(left, 0); x <= last; ++x)
+            invertRun(x, top, bits);
+        return;
+    }
+    invertRun(left, top, bits);
+    invertRun(right, top, bits);
+    invertRow(top, left + 1, right - 1, bits);
+    invertRow(floor_, left + 1, right - 1, bits);
+    invertHatch(left + 1, right - 1, top + 1, style, bits);
+}
+
+void StandingBoxes::invertRun(int x, int top, std::uint32_t bits) noexcept {
+    if (x >= 0 && x < pixels_.width)
+        inverted_.run(x, std::max(top, 0), cover(0)[x], bits);
+}
+
+void StandingBoxes::invertPixel(int x, int y, std::uint32_t bits) noexcept {
+    if (x >= 0 && x < pixels_.width && y >= 0 && y < cover(0)[x])
+        inverted_.run(x, y, y + 1, bits);
+}
+
+void StandingBoxes::invertRow(int y, int left, int right, std::uint32_t bits) noexcept {
+    const int last = std::min(right, pixels_.width - 1);
+    for (int x = std::max(left, 0); x <= last; ++x)
+        invertPixel(x, y, bits);
+}
+
+void StandingBoxes::invertHatch(int left, int right, int top, FillStyle style, std::uint32_t bits) noexcept {
+    const HatchTile* const tile = tiles_.of(style);
+    if (!tile)
+        return;
+    const int first = std::max(top, 0);
     const int last = std::min(right, pixels_.width - 1);
     for (int x = std::max(left, 0); x <= last; ++x) {
-        std::int16_t& hatched = known[static_cast<std::size_t>(x)];
-        const int bottom = std::min(painted[x], hatched);
-        if (first >= bottom)
-            continue;
-        hatched = first;
-        const unsigned rows = rowsOf(*tile, x);
-        for (unsigned turned = std::rotr(static_cast<std::uint8_t>(rows), first & 7); turned != 0;
-             turned &= turned - 1) {
-            for (int y = first + std::countr_zero(turned); y < bottom; y += 8)
-                lone(x, y, pixel);
-        }
+        // The floor itself is an edge.
+        const int bottom = std::min<int>(cover(0)[x], floor_);
+        for (unsigned turned = std::rotr(static_cast<std::uint8_t>(rowsOf(*tile, x)), first & 7); turned != 0;
+             turned &= turned - 1)
+            inverted_.everyEighth(x, first + std::countr_zero(turned), bottom, bits);
     }
 }
 
@@ -143,7 +253,7 @@ void StandingBoxes::lone(int x, int y, std::uint32_t pixel) {
     if ((marks & mark) != 0)
         return;
     marks = static_cast<std::uint8_t>(marks | mark);
-    pixels_.row(y)[x] = pixel;
+    pixels_.row(y)[x] = hasInverted_ ? pixel ^ inverted_.at(x, y) : pixel;
 }
 
 void StandingBoxes::prepareLone() {
@@ -152,10 +262,14 @@ void StandingBoxes::prepareLone() {
     hasLone_ = true;
     loneStride_ = (static_cast<std::size_t>(pixels_.width) + kGroup - 1) / kGroup;
     lone_.assign(loneStride_ * static_cast<std::size_t>(pixels_.height), 0);
+    rowStride_ = (static_cast<std::size_t>(pixels_.width) + kWord - 1) / kWord;
+    rowsSeen_.assign(rowStride_ * static_cast<std::size_t>(pixels_.height), 0);
     // The floor itself is an edge.
     const auto below = static_cast<std::int16_t>(std::clamp(floor_, 0, pixels_.height));
-    for (auto& tops : hatchTops_)
-        tops.assign(static_cast<std::size_t>(pixels_.width), below);
+    for (Hatched& hatched : hatched_) {
+        hatched.tops.assign(static_cast<std::size_t>(pixels_.width), below);
+        hatched.open.assign(rowStride_, below);
+    }
 }
 
 void StandingBoxes::end() {
@@ -170,6 +284,8 @@ void StandingBoxes::end() {
         }
         storeRow(y);
     }
+    if (hasInverted_)
+        inverted_.exchangeIn(pixels_, hasLone_ ? lone_.data() : nullptr, loneStride_);
 }
 
 void StandingBoxes::storeRow(int y) {

@@ -188,11 +188,11 @@ class ChannelSnapshotTest : public ::testing::Test {
         ASSERT_TRUE(known.bDrawn == fresh.bDrawn || (fresh.bVisible && fresh.bDrawn));
         const ChannelSnapshot::Block& block = snapshot.blocks()[position / ChannelSnapshot::kBlock];
         ASSERT_TRUE(block.hasUnknownStyle || (fresh.iFillStyle >= 0 && fresh.iFillStyle <= 7));
-        if (!fresh.bVisible) {
+        if (!isShown(fresh)) {
             ASSERT_EQ(row, ChannelSnapshot::kNotShown);
-            ASSERT_TRUE(block.hasHiddenButDrawn || !fresh.bDrawn);
             return;
         }
+        ASSERT_TRUE(fresh.bVisible || block.hasHiddenButDrawn);
         ASSERT_TRUE(known.bDrawn || block.undrawn);
         if (!isRegular(fresh)) {
             ASSERT_EQ(row, ChannelSnapshot::kIrregular);

@@ -138,6 +138,67 @@ TEST_F(PaintingPathTest, ThePictureFollowsSizePowersAndRangeOneByOne) {
     }
 }
 
+TEST_F(PaintingPathTest, AFloorAboveHalfOfTheTopIsPaintedAllAtOnce) {
+    scope.setMany(20);
+    add(channels::ChannelKind::TX, 40);
+    // Some of the channels are below the floor, where their mark of 20 dBm is as well.
+    for (std::size_t i = 0; i < slots.size(); ++i)
+        slots[i]->fields().dPwrDBM = static_cast<double>(i);
+    scope.setDisplayMaxPwr(40.0);
+    scope.setDisplayMinPwr(25.0);
+    EXPECT_TRUE(scope.DrawDisplay());
+    EXPECT_EQ(asked(), 0);
+    expectPictureOfOneByOne();
+}
+
+TEST_F(PaintingPathTest, OnlyTheChannelWhoseFillStyleThereIsNotIsDrawnByItself) {
+    scope.setMany(20);
+    add(channels::ChannelKind::TX, 600);
+    slots[500]->fields().iFillStyle = 8;
+    for (std::size_t i = 0; i < slots.size(); ++i)
+        slots[i]->fields().bDrawn = false;
+    scope.DrawDisplay();
+    const RecordingErrors::Report report = takeReport();
+    EXPECT_EQ(report.number, 380);
+    EXPECT_THAT(report.detail, ::testing::HasSubstr(L" kChnl 501 of 600"));
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        EXPECT_EQ(slots[i]->asked, i == 500 ? 1 : 0) << i;
+        EXPECT_EQ(slots[i]->bDrawn(), i < 500) << i;
+    }
+    const std::vector<std::uint32_t> painted = pixelsOf(ui.picSpectrum);
+    scope.setMany(1'000'000);
+    scope.DrawDisplay();
+    EXPECT_EQ(takeReport().detail, report.detail);
+    EXPECT_EQ(pixelsOf(ui.picSpectrum), painted);
+}
+
+TEST_F(PaintingPathTest, RefreshingTakesHiddenChannelsOffWithoutAskingThem) {
+    scope.setMany(20);
+    add(channels::ChannelKind::TX, 600);
+    // The last one is in the list twice.
+    scope.AddTXChnl(channels::FreqSlotRef(slots.back().get()));
+    ASSERT_EQ(scope.NumTX(), 601);
+    scope.DrawDisplay();
+    asked();
+    const auto hideAndRefresh = [&] {
+        for (std::size_t i = 0; i < slots.size(); ++i) {
+            slots[i]->fields().bVisible = i % 3 == 0 && i + 1 != slots.size();
+            slots[i]->fields().bDrawn = true;
+        }
+        scope.ClearDisplay();
+        scope.Refresh();
+        for (std::size_t i = 0; i < slots.size(); ++i)
+            EXPECT_EQ(slots[i]->bDrawn(), slots[i]->bVisible()) << i;
+        return pixelsOf(ui.picSpectrum);
+    };
+    const std::vector<std::uint32_t> painted = hideAndRefresh();
+    for (const util::Ref<AskedSlot>& slot : slots)
+        EXPECT_EQ(std::exchange(slot->asked, 0), 0);
+    scope.setMany(1'000'000);
+    EXPECT_EQ(hideAndRefresh(), painted);
+    EXPECT_GT(slots.back()->asked, 0);
+}
+
 TEST_F(PaintingPathTest, UntilThePowersAreKnownChannelsAreDrawnOneByOne) {
     // The scale of this drawing is that of an empty store; the channels give another one.
     scope.DrawByRange(390.0, 410.0);

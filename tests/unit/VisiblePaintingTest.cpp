@@ -138,7 +138,12 @@ class VisiblePaintingTest : public ::testing::Test {
             return adding(kind);
         const std::size_t at = upTo(count);
         const auto slot = [kind, at](Twin& twin) -> channels::FreqSlotBase& { return *twin.list(kind)[at]; };
-        switch (upTo(9)) {
+        switch (upTo(10)) {
+            case 9:
+                // The channel is in the list a second time, without a key of its own.
+                if (!oneIn(10))
+                    return adding(kind);
+                return [kind, slot](Twin& twin) { twin.add(kind, util::Ref<channels::FreqSlotBase>(&slot(twin))); };
             case 0: {
                 if (oneIn(2))
                     return adding(kind);
@@ -190,10 +195,12 @@ class VisiblePaintingTest : public ::testing::Test {
         const double top = oneIn(3) ? between(-15.0, 80.0) : 60.0;
         const double zoom = oneIn(2) ? 1.0 : std::pow(10.0, between(-7.0, 1.0));
         const double shift = between(-0.6, 0.6) * span_;
+        // Above half of the top, the marks of channels without power are below the floor.
+        const double floor = oneIn(4) ? top - between(0.1, 0.6) * std::abs(top) : -20.0;
         const double half = span_ / 2.0 * zoom;
         both([&](Twin& twin) {
             twin.scope.setDisplayMaxPwr(top);
-            twin.scope.setDisplayMinPwr(-20.0);
+            twin.scope.setDisplayMinPwr(floor);
             twin.scope.setFreqEndBuffer(span_);
             twin.scope.DrawByRange(std::max(center_ + shift - half, 0.001), center_ + shift + half);
         });
