@@ -52,34 +52,33 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
 
     void retain() noexcept override { AddRef(); }
     void release() noexcept override { Release(); }
-    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
     [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
     const void* home() noexcept override { return channelHome(); }
     channels::FreqSlot* channel() noexcept override { return this; }
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override;
 
-    HRESULT STDMETHODCALLTYPE put_dFreq(double value) override { return put(&Fields::dFreq, value); }
+    HRESULT STDMETHODCALLTYPE put_dFreq(double value) override { return put<&Fields::dFreq>(value); }
     HRESULT STDMETHODCALLTYPE get_dFreq(double* value) override { return get(&Fields::dFreq, value); }
-    HRESULT STDMETHODCALLTYPE put_dFreqAlt(double value) override { return put(&Fields::dFreqAlt, value); }
+    HRESULT STDMETHODCALLTYPE put_dFreqAlt(double value) override { return put<&Fields::dFreqAlt>(value); }
     HRESULT STDMETHODCALLTYPE get_dFreqAlt(double* value) override { return get(&Fields::dFreqAlt, value); }
-    HRESULT STDMETHODCALLTYPE put_dBW(double value) override { return put(&Fields::dBW, value); }
+    HRESULT STDMETHODCALLTYPE put_dBW(double value) override { return put<&Fields::dBW>(value); }
     HRESULT STDMETHODCALLTYPE get_dBW(double* value) override { return get(&Fields::dBW, value); }
-    HRESULT STDMETHODCALLTYPE put_dFreqHi(double value) override { return put(&Fields::dFreqHi, value); }
+    HRESULT STDMETHODCALLTYPE put_dFreqHi(double value) override { return put<&Fields::dFreqHi>(value); }
     HRESULT STDMETHODCALLTYPE get_dFreqHi(double* value) override { return get(&Fields::dFreqHi, value); }
-    HRESULT STDMETHODCALLTYPE put_dFreqLo(double value) override { return put(&Fields::dFreqLo, value); }
+    HRESULT STDMETHODCALLTYPE put_dFreqLo(double value) override { return put<&Fields::dFreqLo>(value); }
     HRESULT STDMETHODCALLTYPE get_dFreqLo(double* value) override { return get(&Fields::dFreqLo, value); }
-    HRESULT STDMETHODCALLTYPE put_dPwrDBM(double value) override { return put(&Fields::dPwrDBM, value); }
+    HRESULT STDMETHODCALLTYPE put_dPwrDBM(double value) override { return put<&Fields::dPwrDBM>(value); }
     HRESULT STDMETHODCALLTYPE get_dPwrDBM(double* value) override { return get(&Fields::dPwrDBM, value); }
-    HRESULT STDMETHODCALLTYPE put_sLabel(BSTR value) override { return put(&Fields::sLabel, value); }
+    HRESULT STDMETHODCALLTYPE put_sLabel(BSTR value) override { return put<&Fields::sLabel>(value); }
     HRESULT STDMETHODCALLTYPE get_sLabel(BSTR* value) override { return get(&Fields::sLabel, value); }
-    HRESULT STDMETHODCALLTYPE put_sFreqUnits(BSTR value) override { return put(&Fields::sFreqUnits, value); }
+    HRESULT STDMETHODCALLTYPE put_sFreqUnits(BSTR value) override { return put<&Fields::sFreqUnits>(value); }
     HRESULT STDMETHODCALLTYPE get_sFreqUnits(BSTR* value) override { return get(&Fields::sFreqUnits, value); }
-    HRESULT STDMETHODCALLTYPE put_sBWUnits(BSTR value) override { return put(&Fields::sBWUnits, value); }
+    HRESULT STDMETHODCALLTYPE put_sBWUnits(BSTR value) override { return put<&Fields::sBWUnits>(value); }
     HRESULT STDMETHODCALLTYPE get_sBWUnits(BSTR* value) override { return get(&Fields::sBWUnits, value); }
-    HRESULT STDMETHODCALLTYPE put_lColorLine(OLE_COLOR value) override { return put(&Fields::lColorLine, value); }
+    HRESULT STDMETHODCALLTYPE put_lColorLine(OLE_COLOR value) override { return put<&Fields::lColorLine>(value); }
     HRESULT STDMETHODCALLTYPE get_lColorLine(OLE_COLOR* value) override { return get(&Fields::lColorLine, value); }
-    HRESULT STDMETHODCALLTYPE put_lColor(OLE_COLOR value) override { return put(&Fields::lColor, value); }
+    HRESULT STDMETHODCALLTYPE put_lColor(OLE_COLOR value) override { return put<&Fields::lColor>(value); }
     HRESULT STDMETHODCALLTYPE get_lColor(OLE_COLOR* value) override { return get(&Fields::lColor, value); }
     HRESULT STDMETHODCALLTYPE put_nIMComps(short value) override;
     HRESULT STDMETHODCALLTYPE get_nIMComps(short* value) override;
@@ -99,15 +98,15 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
     HRESULT STDMETHODCALLTYPE get_sIMCompLabel(long i, BSTR* value) override {
         return get(i, &Component::label, value);
     }
-    HRESULT STDMETHODCALLTYPE put_sKey(BSTR value) override {
-        return com::firewall(kFreqSlotErrors, [&] { store(fields().sKey, value); });
-    }
+    HRESULT STDMETHODCALLTYPE put_sKey(BSTR value) override { return put<&Fields::sKey>(value); }
     HRESULT STDMETHODCALLTYPE get_sKey(BSTR* value) override { return get(&Fields::sKey, value); }
-    HRESULT STDMETHODCALLTYPE put_bVisible(VARIANT_BOOL value) override { return put(&Fields::bVisible, value); }
+    HRESULT STDMETHODCALLTYPE put_bVisible(VARIANT_BOOL value) override { return put<&Fields::bVisible>(value); }
     HRESULT STDMETHODCALLTYPE get_bVisible(VARIANT_BOOL* value) override { return get(&Fields::bVisible, value); }
-    HRESULT STDMETHODCALLTYPE put_bDrawn(VARIANT_BOOL value) override { return put(&Fields::bDrawn, value); }
+    HRESULT STDMETHODCALLTYPE put_bDrawn(VARIANT_BOOL value) override {
+        return com::firewall(kFreqSlotErrors, [&] { setBDrawn(com::boolFromIn(value)); });
+    }
     HRESULT STDMETHODCALLTYPE get_bDrawn(VARIANT_BOOL* value) override { return get(&Fields::bDrawn, value); }
-    HRESULT STDMETHODCALLTYPE put_iFillStyle(short value) override { return put(&Fields::iFillStyle, value); }
+    HRESULT STDMETHODCALLTYPE put_iFillStyle(short value) override { return put<&Fields::iFillStyle>(value); }
     HRESULT STDMETHODCALLTYPE get_iFillStyle(short* value) override { return get(&Fields::iFillStyle, value); }
 
   private:
@@ -122,9 +121,13 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
         else
             field = static_cast<Field>(value);
     }
-    template <class Field, class Value>
-    HRESULT put(Field Fields::*field, Value value) noexcept {
-        return com::firewall(kFreqSlotErrors, [&] { store(fieldsButKey().*field, value); });
+    template <auto Member, class Value>
+    HRESULT put(Value value) noexcept {
+        return com::firewall(kFreqSlotErrors, [&] {
+            std::remove_cvref_t<decltype(std::declval<Fields&>().*Member)> converted{};
+            store(converted, value);
+            set<Member>(std::move(converted));
+        });
     }
     template <class Field, class Out>
     HRESULT get(Field Fields::*field, Out* out) noexcept {

@@ -12,11 +12,36 @@ class HostChannel : public channels::FreqSlot {
     virtual _FreqSlot* shareWithHost() noexcept = 0;
 
     channels::DrawRecord drawRecord() override {
-        return {dFreq(), dFreqLo(), dFreqHi(), dPwrDBM(), lColor(), lColorLine(), iFillStyle(), bVisible(), bDrawn()};
+        channels::DrawRecord record;
+        record.dFreq = dFreq();
+        readRest(record);
+        record.bVisible = bVisible();
+        record.bDrawn = bDrawn();
+        return record;
+    }
+    channels::DrawRecord visibleRecord() override {
+        channels::DrawRecord record;
+        record.bVisible = bVisible();
+        if (!record.bVisible)
+            return record;
+        record.dFreq = dFreq();
+        if (record.dFreq > 0.0)
+            readRest(record);
+        return record;
     }
 
   protected:
     ~HostChannel() = default;
+
+  private:
+    void readRest(channels::DrawRecord& record) {
+        record.dFreqLo = dFreqLo();
+        record.dFreqHi = dFreqHi();
+        record.dPwrDBM = dPwrDBM();
+        record.lColor = lColor();
+        record.lColorLine = lColorLine();
+        record.iFillStyle = iFillStyle();
+    }
 };
 
 }  // namespace kv::automation

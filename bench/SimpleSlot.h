@@ -13,7 +13,6 @@ class SimpleSlot final : public channels::FreqSlotBase {
         if (--references_ == 0)
             delete this;
     }
-    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
     [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
 
   private:

@@ -47,8 +47,11 @@ void removals(benchmark::State& state) {
     const auto count = static_cast<std::size_t>(state.range(0));
     const ChannelSet& set = channelSet(SetKind::Narrow, count);
     std::vector<channels::FreqSlotRef> records;
-    for (std::size_t i = 0; i < count; ++i)
+    std::vector<std::wstring> keys;
+    for (std::size_t i = 0; i < count; ++i) {
         records.push_back(makeSimpleSlot(set.channels[i], i + 1));
+        keys.push_back(Channel::key(i + 1));
+    }
     Times times;
     for (auto _ : state) {
         ChannelStore store;
@@ -57,9 +60,9 @@ void removals(benchmark::State& state) {
             store.add(ChannelKind::TX, record, index);
         state.SetIterationTime(times.measure([&] {
             for (std::size_t i = 0; i < kRemovals; ++i) {
-                const std::wstring key = Channel::key(nth(i, count) + 1);
+                const std::wstring& key = keys[nth(i, count)];
                 if (store.findByKey(ChannelKind::TX, key)) {
-                    if (store.closeGap(ChannelKind::TX, *store.indexOfKey(key)))
+                    if (store.closeGap(ChannelKind::TX, key))
                         state.SkipWithError("a key was not known");
                     store.forgetKey(key);
                     store.RecalcTXFreqRange();

@@ -1,7 +1,9 @@
 #include "channels/ChannelIndex.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "util/ConvertFreq.h"
@@ -12,39 +14,70 @@ namespace {
 
 using Found = std::function<bool(std::int32_t index)>;
 
-constexpr std::int32_t kMany = 256;  // fewer channels are not worth an index
+constexpr std::size_t kNone = PlaceSet::kNone;
+
+bool meets(FreqSlot& channel, double x, double tolerance) {
+    const std::wstring units = channel.sFreqUnits();
+    const double low = util::toMHz(units, channel.dFreqLo());
+    const double high = util::toMHz(units, channel.dFreqHi());
+    return low <= x + tolerance && high >= x - tolerance;
+}
 
 void scan(const ChannelStore& store, ChannelKind kind, double x, double tolerance, const Found& found) {
     for (std::int32_t i = 0; const FreqSlotRef channel = store.at(kind, i); ++i) {
-        const std::wstring units = channel->sFreqUnits();
-        const double low = util::toMHz(units, channel->dFreqLo());
-        const double high = util::toMHz(units, channel->dFreqHi());
-        if (low <= x + tolerance && high >= x - tolerance && !found(i))
+        if (meets(*channel, x, tolerance) && !found(i))
             return;
     }
 }
+
+/// The places of channels of our own class, in rising order. Often only the first few of thousands are wanted, so that
+/// they are not sorted.
+class Rising {
+  public:
+    explicit Rising(std::vector<std::int32_t> places) : places_(std::move(places)) {
+        std::ranges::make_heap(places_, std::greater());
+    }
+    [[nodiscard]] std::size_t first() const noexcept {
+        return places_.empty() ? kNone : static_cast<std::size_t>(places_.front());
+    }
+    void dropFirst() {
+        std::ranges::pop_heap(places_, std::greater());
+        places_.pop_back();
+    }
+
+  private:
+    std::vector<std::int32_t> places_;
+};
 
 }  // namespace
 
 void forEachChannelAt(const ChannelStore& store, ChannelKind kind, double x, double tolerance, const Found& found) {
     ChannelSnapshot& snapshot = store.snapshot(kind);
-    const EdgeIndex* const index =
-        store.count(kind) >= kMany && snapshot.update(store, kind) ? snapshot.edges() : nullptr;
-    if (!index) {
+    if (snapshot.hasTooLargeEdges()) {
         scan(store, kind, x, tolerance, found);
         return;
     }
-    std::vector<std::int32_t> positions;
-    index->meet(x - tolerance, x + tolerance, positions);
-    // Positions have the order of indexes. Often only the first few of thousands are wanted.
-    const auto later = [](std::int32_t a, std::int32_t b) { return a > b; };
-    std::make_heap(positions.begin(), positions.end(), later);
-    // The positions are no longer valid once `found` has removed a channel.
-    const std::uint64_t version = snapshot.version();
-    for (auto end = positions.end(); end != positions.begin() && snapshot.version() == version; --end) {
-        std::pop_heap(positions.begin(), end, later);
-        if (!found(snapshot.indexOf(static_cast<std::size_t>(*(end - 1)))))
+    Rising own(snapshot.placesAt(x - tolerance, x + tolerance));
+    const ChannelList& list = store.list(kind);
+    const std::uint64_t arrangement = store.arrangement(kind);
+    std::size_t foreign = snapshot.foreign().next(0);
+    while (own.first() != kNone || foreign != kNone) {
+        const std::size_t place = std::min(own.first(), foreign);
+        bool isMet = true;
+        if (place == own.first()) {
+            own.dropFirst();
+        } else {
+            isMet = meets(*FreqSlotRef(list.at(place)), x, tolerance);
+        }
+        // The host's code may have changed the list.
+        if (store.arrangement(kind) != arrangement)
             return;
+        if (isMet && list.at(place) && !found(list.indexOf(place)))
+            return;
+        if (store.arrangement(kind) != arrangement)
+            return;
+        if (place == foreign)
+            foreign = snapshot.foreign().next(place + 1);
     }
 }
 

@@ -2,46 +2,85 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
 #include "channels/FreqSlot.h"
+#include "channels/RankedBits.h"
 
 namespace kv::channels {
 
-/// Like a vector of references, but closing a gap moves plain pointers. A member that removes a channel returns the
-/// reference: releasing it may run the host's code, so the caller releases it when the list is in order.
+/// A channel keeps its place for as long as it is in the list, whatever is removed before it; a removed one leaves a
+/// hole. Its index is its place without the holes before it. What is derived from the channels is kept by place, so
+/// that a removal moves nothing.
+///
+/// A member that removes a channel returns the reference: releasing it may run the host's code, so the caller releases
+/// it when everything is in order.
 class ChannelList {
   public:
     ChannelList() = default;
     ChannelList(const ChannelList&) = delete;
     ChannelList& operator=(const ChannelList&) = delete;
-    ~ChannelList() {
-        for (FreqSlot* const channel : channels_)
-            channel->release();
-    }
+    ~ChannelList();
 
-    [[nodiscard]] std::size_t size() const noexcept { return channels_.size(); }
-    [[nodiscard]] bool empty() const noexcept { return channels_.empty(); }
-    [[nodiscard]] FreqSlot* operator[](std::size_t index) const noexcept { return channels_[index]; }
+    /// Without the holes.
+    [[nodiscard]] std::size_t size() const noexcept { return slots_.size() - holes_.count(); }
+    [[nodiscard]] bool empty() const noexcept { return size() == 0; }
+    /// By index, from 0 to size - 1.
+    [[nodiscard]] FreqSlot* operator[](std::size_t index) const noexcept { return slots_[placeOf(index)]; }
 
-    void append(const FreqSlotRef& channel) {
-        channels_.push_back(channel.get());
-        channel->retain();
+    /// With the holes.
+    [[nodiscard]] std::size_t places() const noexcept { return slots_.size(); }
+    /// Null in a hole.
+    [[nodiscard]] FreqSlot* at(std::size_t place) const noexcept { return slots_[place]; }
+    [[nodiscard]] std::size_t placeOf(std::size_t index) const noexcept { return holes_.positionOfClear(index); }
+    [[nodiscard]] std::int32_t indexOf(std::size_t place) const noexcept {
+        return static_cast<std::int32_t>(holes_.clearBefore(place));
     }
-    [[nodiscard]] FreqSlotRef replace(std::size_t index, const FreqSlotRef& channel) noexcept {
-        channel->retain();
-        return FreqSlotRef::adopt(std::exchange(channels_[index], channel.get()));
+    [[nodiscard]] const RankedBits& holes() const noexcept { return holes_; }
+
+    void append(const FreqSlotRef& channel);
+    /// Undoes the last `append`.
+    [[nodiscard]] FreqSlotRef takeBack() noexcept;
+    /// Leaves a hole. Throws std::bad_alloc and changes nothing.
+    [[nodiscard]] FreqSlotRef remove(std::size_t place);
+    /// So many holes that it is better to close them.
+    [[nodiscard]] bool hasManyHoles() const noexcept;
+    /// Gives all channels new places, in the same order: `moved(from, to)` is called for each that moves.
+    template <class Moved>
+    void closeHoles(Moved&& moved) noexcept {
+        std::size_t to = 0;
+        for (std::size_t from = 0; from < slots_.size(); ++from) {
+            if (!slots_[from])
+                continue;
+            if (from != to) {
+                slots_[to] = slots_[from];
+                moved(from, to);
+            }
+            ++to;
+        }
+        slots_.resize(to);
+        holes_ = {};
     }
-    [[nodiscard]] FreqSlotRef take(std::size_t index) noexcept {
-        FreqSlotRef channel = FreqSlotRef::adopt(channels_[index]);
-        channels_.erase(channels_.begin() + static_cast<std::ptrdiff_t>(index));
-        return channel;
+    /// Releases all channels; `leaving(channel, place)` is called before for each.
+    template <class Leaving>
+    void clear(Leaving&& leaving) noexcept {
+        for (std::size_t place = 0; place < slots_.size(); ++place) {
+            if (FreqSlot* const channel = std::exchange(slots_[place], nullptr)) {
+                leaving(*channel, place);
+                channel->release();
+            }
+        }
     }
-    void swap(ChannelList& other) noexcept { channels_.swap(other.channels_); }
+    void swap(ChannelList& other) noexcept {
+        slots_.swap(other.slots_);
+        std::swap(holes_, other.holes_);
+    }
 
   private:
-    std::vector<FreqSlot*> channels_;
+    std::vector<FreqSlot*> slots_;  ///< by place
+    RankedBits holes_;
 };
 
 }  // namespace kv::channels

@@ -1,74 +1,143 @@
 #include "channels/ChannelSnapshot.h"
 
-#include <optional>
-
-#include "channels/ChannelStore.h"
+#include <algorithm>
+#include <new>
 
 namespace kv::channels {
 
-bool ChannelSnapshot::update(const ChannelStore& store, ChannelKind kind) noexcept {
-    if (removing_)
-        return false;
-    try {
-        if (copy_.hasManyHoles())
-            drop();
-        const std::optional<std::size_t> from = copy_.update(store.list(kind));
-        if (!from)
-            return false;
-        if (*from < copy_.size()) {
-            ++version_;
-            blocks_.resize(copy_.size());
-            grid_.resize(copy_.size());
-            for (std::size_t block = *from / kBlock; block < blocks().size(); ++block)
-                derive(block);
-        }
-        return true;
-    } catch (...) {
-        drop();
-        return false;
-    }
+namespace {
+
+constexpr std::size_t kMany = 256;  // fewer channels are not worth an index
+
+bool haveSameBand(const DrawRecord& a, const DrawRecord& b) {
+    return a.dFreqLo == b.dFreqLo && a.dFreqHi == b.dFreqHi && a.unit == b.unit;
 }
 
-void ChannelSnapshot::derive(std::size_t block) noexcept {
-    blocks_.derive(copy_.records(), block);
-    grid_.derive(copy_.records(), blocks()[block], block);
-    rows_.forget(block);
+}  // namespace
+
+void ChannelSnapshot::append(bool isForeign) {
+    const std::size_t size = copy_.size() + 1;
+    stale_.grow(BandBlocks::countFor(size));
+    ranges_.grow(size);
+    copy_.append(isForeign);
+    if (!isForeign)
+        edges_.changed(size - 1);
+    stale_.insert((size - 1) / kBlock);
 }
 
-void ChannelSnapshot::removed(std::int32_t index) noexcept {
-    if (copy_.hasForeign()) {
-        drop();
+void ChannelSnapshot::takeBack() noexcept {
+    ranges_.changed(copy_.size() - 1);
+    copy_.takeBack();
+    edges_.forget();
+    stale_.insert(copy_.size() / kBlock);
+}
+
+void ChannelSnapshot::readLast() noexcept {
+    read(copy_.size() - 1);
+}
+
+void ChannelSnapshot::read(std::size_t place) noexcept {
+    const DrawRecord before = copy_.records()[place];
+    if (!copy_.read(list_, place))
         return;
-    }
-    try {
-        if (const std::optional<std::size_t> position = copy_.remove(index)) {
-            rows_.hide(*position);
-            ++version_;
-        }
-    } catch (...) {
-        drop();
-    }
+    stale_.insert(place / kBlock);
+    ranges_.changed(place);
+    if (!haveSameBand(before, copy_.records()[place]))
+        edges_.changed(place);
 }
 
-void ChannelSnapshot::drop() noexcept {
+void ChannelSnapshot::readChanges() noexcept {
+    for (std::size_t place = copy_.nextChanged(0); place != PlaceSet::kNone; place = copy_.nextChanged(place + 1))
+        read(place);
+}
+
+void ChannelSnapshot::remove(std::size_t place) noexcept {
+    ranges_.removed(place, copy_.records()[place]);
+    copy_.remove(place);
+    rows_.hide(place);
+}
+
+void ChannelSnapshot::closed(std::size_t places) noexcept {
+    copy_.shorten(places);
+    ranges_.shorten(places);
+    edges_.forget();
+    stale_.clear();
+    for (std::size_t block = 0; block < BandBlocks::countFor(places); ++block)
+        stale_.insert(block);
+}
+
+void ChannelSnapshot::clear() noexcept {
     copy_ = {};
+    stale_ = {};
     blocks_ = {};
     grid_ = {};
     rows_ = {};
-    edges_ = {};
-    ++version_;
+    ranges_ = {};
+    edges_.forget();
+    searched_ = false;
 }
 
-void ChannelSnapshot::Removal::done(std::int32_t index) noexcept {
-    // Removing a record may run the host's code, which may remove another one. The order is then unknown.
-    done_ = snapshot_.version_ == before_;
-    if (done_)
-        snapshot_.removed(index);
+bool ChannelSnapshot::update() noexcept {
+    readChanges();
+    try {
+        derive();
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
-ChannelSnapshot::Removal::~Removal() {
-    if (!done_)
-        snapshot_.drop();
+void ChannelSnapshot::derive() {
+    blocks_.resize(copy_.size());
+    grid_.resize(copy_.size());
+    for (std::size_t block = stale_.next(0); block != PlaceSet::kNone; block = stale_.next(block + 1)) {
+        if (block >= blocks_.blocks().size())
+            break;
+        blocks_.derive(copy_.records(), block);
+        grid_.derive(copy_.records(), blocks_.blocks()[block], block);
+        rows_.forget(block);
+        derived_ += kBlock;
+    }
+    stale_.clear();
+}
+
+void ChannelSnapshot::putForeign(std::size_t place, const DrawRecord& record) noexcept {
+    copy_.put(place, record);
+    stale_.insert(place / kBlock);
+}
+
+void ChannelSnapshot::markDrawn(std::size_t place) {
+    copy_.markDrawn(place);
+    list_.at(place)->setBDrawn(true);
+}
+
+const CountedRange& ChannelSnapshot::range() noexcept {
+    readChanges();
+    return ranges_.range(copy_.records(), copy_.foreign());
+}
+
+bool ChannelSnapshot::hasTooLargeEdges() noexcept {
+    readChanges();
+    return copy_.hasTooLargeEdges();
+}
+
+std::vector<std::int32_t> ChannelSnapshot::placesAt(double lowest, double highest) {
+    readChanges();
+    std::vector<std::int32_t> places;
+    const std::vector<DrawRecord>& records = copy_.records();
+    if (edges_.isBuilt() || (searched_ && records.size() >= kMany)) {
+        edges_.arrange(records, copy_.foreign());
+        searchSteps_ = edges_.meet(records, lowest, highest, places);
+        std::erase_if(places, [this](std::int32_t place) { return !isLive(static_cast<std::size_t>(place)); });
+        return places;
+    }
+    searched_ = true;
+    searchSteps_ = records.size();
+    for (std::size_t place = 0; place < records.size(); ++place) {
+        if (meets(records[place], lowest, highest) && isLive(place) && !copy_.foreign().contains(place))
+            places.push_back(static_cast<std::int32_t>(place));
+    }
+    return places;
 }
 
 }  // namespace kv::channels

@@ -6,19 +6,19 @@
 #include <vector>
 
 #include "channels/BandBlocks.h"
-#include "channels/ChannelKind.h"
+#include "channels/ChannelList.h"
 #include "channels/DrawRecord.h"
-#include "channels/EdgeIndexCache.h"
+#include "channels/EdgeIndex.h"
 #include "channels/FrequencyGrid.h"
+#include "channels/PlaceSet.h"
 #include "channels/PowerRows.h"
+#include "channels/RangeBlocks.h"
 #include "channels/RecordCopy.h"
-#include "util/Raised.h"
 
 namespace kv::channels {
 
-class ChannelStore;
-
-/// Keeps the copy of the records and what is derived from it up to date together, and follows removals.
+/// Keeps the copy of the records and what is derived from it up to date together, so that a change costs what its block
+/// of records costs.
 class ChannelSnapshot {
   public:
     using Block = BandBlock;
@@ -29,11 +29,26 @@ class ChannelSnapshot {
     static constexpr std::int16_t kIrregular = PowerRows::kIrregular;
     static constexpr std::int16_t kNotShown = PowerRows::kNotShown;
 
-    /// Brings the copy up to date. False when there is none: a record is foreign, a record is being removed, or the
-    /// memory is short.
-    [[nodiscard]] bool update(const ChannelStore& store, ChannelKind kind) noexcept;
+    explicit ChannelSnapshot(const ChannelList& list) noexcept : list_(list) {}
 
-    /// What follows is valid after `update` until the store or a record changes. Positions are those of RecordCopy.
+    // What happens to the list. `append` throws std::bad_alloc and changes nothing.
+    void append(bool isForeign);
+    void takeBack() noexcept;
+    /// Reads the record that was appended last, while it is at hand.
+    void readLast() noexcept;
+    void recordChanges(std::size_t place) noexcept { copy_.changes(place); }
+    void remove(std::size_t place) noexcept;
+    void move(std::size_t from, std::size_t to) noexcept { copy_.move(from, to); }
+    /// After all moves: the places left.
+    void closed(std::size_t places) noexcept;
+    void clear() noexcept;
+
+    /// Brings everything up to date for drawing. False when the memory is short: then channels have to be drawn one by
+    /// one. Foreign records are what `putForeign` has given.
+    [[nodiscard]] bool update() noexcept;
+    void putForeign(std::size_t place, const DrawRecord& record) noexcept;
+
+    /// What follows is valid after `update` until the list or a record changes. By place, as in the list.
     [[nodiscard]] std::size_t size() const noexcept { return copy_.size(); }
     [[nodiscard]] const std::vector<DrawRecord>& records() const noexcept { return copy_.records(); }
     [[nodiscard]] const std::vector<Block>& blocks() const noexcept { return blocks_.blocks(); }
@@ -42,56 +57,52 @@ class ChannelSnapshot {
     [[nodiscard]] const std::vector<std::int16_t>& rows(const PowerMap& map) {
         return rows_.rows(copy_.records(), map);
     }
-    /// As EdgeIndexCache::find.
-    [[nodiscard]] const EdgeIndex* edges() { return edges_.find(version_, copy_.fields()); }
-    [[nodiscard]] bool hasUnknownFillStyle() const noexcept { return copy_.hasUnknownFillStyle(); }
-    /// Changes with every change of the copy except marks as drawn.
-    [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
-    [[nodiscard]] bool isLive(std::size_t position) const noexcept { return !copy_.isHole(position); }
-    [[nodiscard]] bool isHiddenButDrawn(std::size_t position) const noexcept {
-        return records()[position].bDrawn && !records()[position].bVisible;
+    [[nodiscard]] const PlaceSet& foreign() const noexcept { return copy_.foreign(); }
+    [[nodiscard]] bool isHiddenButDrawn(std::size_t place) const noexcept {
+        return records()[place].bDrawn && !records()[place].bVisible;
     }
-    [[nodiscard]] std::int32_t indexOf(std::size_t position) const noexcept { return copy_.indexOf(position); }
-    [[nodiscard]] std::size_t positionOf(std::int32_t index) const noexcept { return copy_.positionOf(index); }
+    [[nodiscard]] bool isLive(std::size_t place) const noexcept { return list_.at(place) != nullptr; }
+    [[nodiscard]] std::int32_t indexOf(std::size_t place) const noexcept { return list_.indexOf(place); }
+    [[nodiscard]] std::size_t positionOf(std::int32_t index) const noexcept {
+        return list_.placeOf(static_cast<std::size_t>(index));
+    }
 
-    void markDrawn(std::size_t position) noexcept { copy_.markDrawn(position); }
+    /// Sets `bDrawn` in a record of our own class and in the copy.
+    void markDrawn(std::size_t place);
     /// The record was taken off the picture in the meantime: only the copy says that it is drawn.
-    void forgetDrawn(std::size_t position) noexcept { copy_.forgetDrawn(position); }
+    void forgetDrawn(std::size_t place) noexcept { copy_.forgetDrawn(place); }
     void allDrawn(std::size_t block) noexcept { blocks_.allDrawn(block); }
 
-    /// Discards the copy. The next update reads all records.
-    void drop() noexcept;
+    /// The extremes of the records of our own class.
+    [[nodiscard]] const CountedRange& range() noexcept;
+    /// The places, in no order, of the records of our own class whose band meets [lowest, highest], MHz. The first
+    /// search of many records goes through the copy, which is faster than building an index for it. Throws
+    /// std::bad_alloc.
+    [[nodiscard]] std::vector<std::int32_t> placesAt(double lowest, double highest);
+    /// A record of our own class has an edge that is finite in its unit, but not in MHz.
+    [[nodiscard]] bool hasTooLargeEdges() noexcept;
 
-    /// Lasts while a record is removed from the store: there is no copy meanwhile, and none after an error.
-    class Removal {
-      public:
-        explicit Removal(ChannelSnapshot& snapshot) noexcept
-            : snapshot_(snapshot), removing_(snapshot.removing_), before_(snapshot.version_) {}
-        ~Removal();
-        Removal(const Removal&) = delete;
-        Removal& operator=(const Removal&) = delete;
-        /// The record at `index` was removed; the later ones have moved down by one.
-        void done(std::int32_t index) noexcept;
-
-      private:
-        ChannelSnapshot& snapshot_;
-        util::Raised removing_;
-        std::uint64_t before_;
-        bool done_ = false;
-    };
+    /// Of what has been derived for drawing since the start, in records: what a change costs.
+    [[nodiscard]] std::uint64_t derivedRecords() const noexcept { return derived_; }
+    /// Of what the last `placesAt` compared.
+    [[nodiscard]] std::size_t searchSteps() const noexcept { return searchSteps_; }
 
   private:
-    /// Everything that is derived from the records of a block.
-    void derive(std::size_t block) noexcept;
-    void removed(std::int32_t index) noexcept;
+    void readChanges() noexcept;
+    void read(std::size_t place) noexcept;
+    void derive();
 
+    const ChannelList& list_;
     RecordCopy copy_;
+    PlaceSet stale_;  ///< blocks to be derived again
     BandBlocks blocks_;
     FrequencyGrid grid_;
     PowerRows rows_;
-    EdgeIndexCache edges_;
-    std::uint64_t version_ = 1;
-    bool removing_ = false;
+    RangeBlocks ranges_;
+    EdgeIndex edges_;
+    bool searched_ = false;
+    std::uint64_t derived_ = 0;
+    std::size_t searchSteps_ = 0;
 };
 
 }  // namespace kv::channels

@@ -6,6 +6,7 @@
 
 #include "raster/Canvas.h"
 #include "util/ConvertFreq.h"
+#include "util/Raised.h"
 #include "util/RuntimeError.h"
 #include "util/Text.h"
 
@@ -22,53 +23,78 @@ FreqSlot& demand(const FreqSlotRef& channel) {
     return *channel;
 }
 
-void defaultUnits(FreqSlot& channel) {
-    if (util::getLenTrim(channel.sFreqUnits()) < 1)
+// Members of a foreign object are read once: each is a call of the host's code. A member that was set is read back,
+// because the object may have kept its own value.
+
+struct Units {
+    std::wstring frequency;
+    std::wstring bandwidth;
+};
+
+Units defaultUnits(FreqSlot& channel) {
+    Units units;
+    units.frequency = channel.sFreqUnits();
+    if (util::getLenTrim(units.frequency) < 1) {
         channel.setSFreqUnits(L"MHz");
-    if (util::getLenTrim(channel.sBWUnits()) < 1)
+        units.frequency = channel.sFreqUnits();
+    }
+    units.bandwidth = channel.sBWUnits();
+    if (util::getLenTrim(units.bandwidth) < 1) {
         channel.setSBWUnits(L"KHz");
+        units.bandwidth = channel.sBWUnits();
+    }
+    return units;
 }
 
 /// The distance of a band edge from the center: the whole bandwidth, in the frequency's unit.
-double edgeOffset(FreqSlot& channel) {
-    const double bandwidth = channel.dBW();
-    const std::wstring bandwidthUnits = channel.sBWUnits();
-    const std::wstring frequencyUnits = channel.sFreqUnits();
-    if (!(bandwidth > 0.0) || bandwidthUnits.empty() || frequencyUnits.empty())
+double edgeOffset(double bandwidth, const Units& units) {
+    if (!(bandwidth > 0.0) || units.bandwidth.empty() || units.frequency.empty())
         return 0.0;
-    return util::ConvertFreq(bandwidthUnits, frequencyUnits, bandwidth);
+    return util::ConvertFreq(units.bandwidth, units.frequency, bandwidth);
 }
 
-void fillInEdges(FreqSlot& channel) {
-    const FreqSlotFields* const own = channel.peek();
-    if (own && own->dFreqHi > 0.0 && own->dFreqLo > 0.0)
-        return;
-    const double center = channel.dFreq();
-    const double offset = edgeOffset(channel);
-    if (channel.dFreqHi() <= 0.0)
-        channel.setDFreqHi(center + offset);
-    if (channel.dFreqLo() <= 0.0)
-        channel.setDFreqLo(center - offset);
-}
-
-/// The band edges of a channel as far as they count for the extremes, MHz: a channel without a frequency, and an edge
-/// that is not above 0, widen nothing.
-struct CountedEdges {
-    double low = FREQ_UNSET;
-    double high = -FREQ_UNSET;
+/// In the frequency's unit.
+struct Edges {
+    double low;
+    double high;
 };
 
-CountedEdges countedEdges(double frequency, double low, double high) {
-    CountedEdges counted;
-    if (frequency > 0.0) {
-        counted.low = low > 0.0 ? low : FREQ_UNSET;
-        counted.high = high > 0.0 ? high : -FREQ_UNSET;
+/// The edges of a channel whose center is at `center`, after filling in those that are missing.
+Edges fillInEdges(FreqSlot& channel, double center, const Units& units) {
+    Edges edges{0.0, channel.dFreqHi()};
+    edges.low = channel.dFreqLo();
+    if (!(edges.high <= 0.0) && !(edges.low <= 0.0))
+        return edges;
+    const double offset = edgeOffset(channel.dBW(), units);
+    if (edges.high <= 0.0) {
+        channel.setDFreqHi(center + offset);
+        edges.high = channel.dFreqHi();
     }
-    return counted;
+    if (edges.low <= 0.0) {
+        channel.setDFreqLo(center - offset);
+        edges.low = channel.dFreqLo();
+    }
+    return edges;
 }
 
-CountedEdges countedEdges(const FreqSlotFields& fields) {
-    return countedEdges(fields.dFreq, fields.dFreqLo, fields.dFreqHi);
+FreqSlotFields comparedMembers(FreqSlot& channel) {
+    FreqSlotFields fields;
+    fields.dFreqAlt = channel.dFreqAlt();
+    fields.dFreq = channel.dFreq();
+    fields.dFreqHi = channel.dFreqHi();
+    fields.dFreqLo = channel.dFreqLo();
+    fields.dBW = channel.dBW();
+    fields.sBWUnits = channel.sBWUnits();
+    fields.sLabel = channel.sLabel();
+    fields.sFreqUnits = channel.sFreqUnits();
+    return fields;
+}
+
+/// As isEqualChannel; reads no further than to the first difference.
+bool isEqualForeign(FreqSlot& rx, const FreqSlotFields& f) {
+    return rx.dFreqAlt() == f.dFreqAlt && rx.dFreq() == f.dFreq && rx.dFreqHi() == f.dFreqHi &&
+           rx.dFreqLo() == f.dFreqLo && rx.dBW() == f.dBW && rx.sBWUnits() == f.sBWUnits && rx.sLabel() == f.sLabel &&
+           rx.sFreqUnits() == f.sFreqUnits;
 }
 
 /// A value that is no number changes nothing.
@@ -82,88 +108,125 @@ void lower(double& minimum, double value) {
 
 }  // namespace
 
+ChannelStore::~ChannelStore() {
+    clear(ChannelKind::TX);
+    clear(ChannelKind::RX);
+}
+
+void ChannelStore::Watcher::recordChanges(std::int32_t place, Changes what) noexcept {
+    const auto at = static_cast<std::size_t>(place);
+    if ((what & change::kDrawing) != 0)
+        store_.snapshots_[kind_].recordChanges(at);
+    if ((what & change::kMatching) != 0 && kind_ == ChannelKind::RX)
+        store_.matches_.changed(at);
+    if ((what & change::kKey) != 0)
+        store_.keys_.keyChanges(kind_, at);
+}
+
 void ChannelStore::add(ChannelKind kind, const FreqSlotRef& channel, std::int32_t& index) {
     FreqSlot& record = demand(channel);
     record.setIFillStyle(
         static_cast<std::int16_t>(kind == ChannelKind::TX ? FillStyle::DownwardDiagonal : FillStyle::UpwardDiagonal));
-    defaultUnits(record);
-    if (empty())
-        keyRevision_ = keyRevision();
-    ChannelList& list = lists_[kind];
-    list.append(channel);
+    const Units units = defaultUnits(record);
+    const util::Raised busy(busy_);
+    append(kind, channel);
+    const ChannelList& list = lists_[kind];
+    const std::size_t place = list.places() - 1;
     index = static_cast<std::int32_t>(list.size()) - 1;
+    const auto isThere = [&] { return list.places() == place + 1 && list.at(place) == channel.get(); };
     std::uint64_t keyed = 0;
     try {
         // The array first, the key second: a channel whose key is taken is drawn and counted, but cannot be found.
-        if (const FreqSlotFields* const own = record.peek()) {
-            addKey(own->sKey, kind, index);
-        } else {
-            addKey(record.sKey(), kind, index);
-        }
+        addKey(kind, record, place, index);
         keyed = keys_.version();
-        if (record.dFreq() > 0.0) {
-            fillInEdges(record);
-            widen(kind, record);
+        if (const double center = record.dFreq(); center > 0.0) {
+            const Edges edges = fillInEdges(record, center, units);
+            widen(kind, record, edges.low, edges.high);
         }
     } catch (const std::bad_alloc&) {
         // Without memory for what belongs to it the channel is not added at all, unless the host's code has changed the
         // store meanwhile.
-        if (!list.empty() && list[list.size() - 1] == channel.get() && keys_.takeBack(keyed)) {
-            static_cast<void>(list.take(list.size() - 1));
-        } else {
-            keys_.unlink();
-            noteAdded(kind, record);
-        }
+        if (isThere() && keys_.takeBack(keyed))
+            takeBack(kind);
         throw;
     } catch (...) {
-        keys_.unlink();
-        noteAdded(kind, record);
+        if (isThere())
+            snapshots_[kind].readLast();
         throw;
     }
-    noteAdded(kind, record);
+    if (isThere())
+        snapshots_[kind].readLast();
 }
 
-void ChannelStore::addKey(std::wstring_view key, ChannelKind kind, std::int32_t index) {
-    if (!keys_.add(key, kind, index))
+void ChannelStore::append(ChannelKind kind, const FreqSlotRef& channel) {
+    ChannelList& list = lists_[kind];
+    const bool isForeign = !channel->peek();
+    list.append(channel);
+    ++listChanges_[kind];
+    int done = 0;
+    try {
+        keys_.appended(kind, isForeign);
+        ++done;
+        snapshots_[kind].append(isForeign);
+        ++done;
+        if (kind == ChannelKind::RX)
+            matches_.append(!isForeign);
+        ++done;
+        if (!isForeign)
+            static_cast<void>(channel->watch(watcher(kind), static_cast<std::int32_t>(list.places()) - 1));
+    } catch (...) {
+        if (done > 2 && kind == ChannelKind::RX)
+            matches_.takeBack();
+        if (done > 1)
+            snapshots_[kind].takeBack();
+        if (done > 0)
+            keys_.takenBack(kind);
+        static_cast<void>(list.takeBack());
+        throw;
+    }
+}
+
+/// Undoes the last `append`.
+void ChannelStore::takeBack(ChannelKind kind) noexcept {
+    ChannelList& list = lists_[kind];
+    const FreqSlotRef gone = list.takeBack();
+    gone->unwatch(watcher(kind), static_cast<std::int32_t>(list.places()));
+    keys_.takenBack(kind);
+    snapshots_[kind].takeBack();
+    if (kind == ChannelKind::RX)
+        matches_.takeBack();
+}
+
+void ChannelStore::addKey(ChannelKind kind, FreqSlot& record, std::size_t place, std::int32_t index) {
+    const FreqSlotFields* const own = record.peek();
+    if (!(own ? keys_.add(own->sKey, kind, place) : keys_.addForeign(record.sKey(), index)))
         throw RuntimeError(util::error_number::kKeyInUse);
 }
 
-// Last of all, so that what adding has changed of the record does not count as a change.
-void ChannelStore::noteAdded(ChannelKind kind, FreqSlot& channel) {
-    EdgeRange& range = edges_[kind];
-    if (const FreqSlotFields* const own = channel.watch()) {
-        const CountedEdges counted = countedEdges(*own);
-        raise(range.maximum, counted.high);
-        lower(range.minimum, counted.low);
+void ChannelStore::widen(ChannelKind kind, FreqSlot& channel, double low, double high) {
+    CountedRange range;
+    range.widenByEdges(1.0, low, high);
+    widenFrequencies(kind, range);
+    if (kind != ChannelKind::TX)
         return;
-    }
-    hasForeign_ = true;
-    keys_.unlink();
+    range.widenByPower(channel.dPwrDBM());
+    widenPowers(range);
 }
 
-void ChannelStore::widen(ChannelKind kind, FreqSlot& channel) {
+void ChannelStore::widenFrequencies(ChannelKind kind, const CountedRange& range) noexcept {
     const bool tx = kind == ChannelKind::TX;
     Extremes& e = extremes_;
-    const double high = channel.dFreqHi();
-    if (high > 0.0) {
-        raise(tx ? e.dTXFreqMax : e.dRXFreqMax, high);
-        raise(e.dFreqMax, high);
-    }
-    const double low = channel.dFreqLo();
-    if (low > 0.0) {
-        lower(tx ? e.dTXFreqMin : e.dRXFreqMin, low);
-        lower(e.dFreqMin, low);
-    }
-    if (!tx)
-        return;
-    const double power = channel.dPwrDBM();
-    // Minus infinity is the power of 0 W. As an extreme it would leave the picture without a scale.
-    if (!std::isfinite(power))
-        return;
-    raise(e.dTXPwrDBMMax, power);
-    lower(e.dTXPwrDBMMin, power);
-    lower(e.dPwrMin, power);
-    raise(e.dPwrMax, power);
+    raise(tx ? e.dTXFreqMax : e.dRXFreqMax, range.high);
+    raise(e.dFreqMax, range.high);
+    lower(tx ? e.dTXFreqMin : e.dRXFreqMin, range.low);
+    lower(e.dFreqMin, range.low);
+}
+
+void ChannelStore::widenPowers(const CountedRange& range) noexcept {
+    raise(extremes_.dTXPwrDBMMax, range.maxPower);
+    lower(extremes_.dTXPwrDBMMin, range.minPower);
+    lower(extremes_.dPwrMin, range.minPower);
+    raise(extremes_.dPwrMax, range.maxPower);
 }
 
 std::int32_t ChannelStore::count(ChannelKind kind) const noexcept {
@@ -178,11 +241,12 @@ FreqSlotRef ChannelStore::at(ChannelKind kind, std::int32_t index) const noexcep
 }
 
 FreqSlotRef ChannelStore::findByKey(ChannelKind kind, std::wstring_view key) const {
-    const std::optional<std::int32_t> index = indexOfKey(key);
-    if (!index)
+    const std::optional<std::size_t> place = keys_.findPlace(key, kind);
+    if (!place)
         return nullptr;
-    FreqSlotRef channel = at(kind, *index);
-    if (!channel || channel->sKey() != key)
+    FreqSlotRef channel(lists_[kind].at(*place));
+    const FreqSlotFields* const own = channel->peek();
+    if (own ? own->sKey != key : channel->sKey() != key)
         return nullptr;
     return channel;
 }
@@ -193,80 +257,48 @@ FreqSlotRef ChannelStore::findByKey(std::wstring_view key) const {
 }
 
 std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::int32_t index) {
-    return removeAtOnce(kind, index) ? nullptr : removeWithKeys(kind, index);
+    const ChannelList& list = lists_[kind];
+    if (list.empty())
+        return nullptr;
+    return closeGapAt(kind, list.placeOf(std::min(static_cast<std::size_t>(index), list.size() - 1)));
 }
 
-// Has the result of removeWithKeys when each channel has a key of its own that was not changed.
-bool ChannelStore::removeAtOnce(ChannelKind kind, std::int32_t index) {
+std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::wstring_view key) {
+    const std::optional<std::size_t> place = keys_.findPlace(key, kind);
+    return place ? closeGapAt(kind, *place) : closeGap(kind, indexOfKey(key).value_or(0));
+}
+
+std::exception_ptr ChannelStore::closeGapAt(ChannelKind kind, std::size_t place) {
     ChannelList& list = lists_[kind];
-    if (index < 0 || static_cast<std::size_t>(index) >= list.size() || !keysAreAsTheyCame())
-        return false;
-    const FreqSlotFields& fields = *list[static_cast<std::size_t>(index)]->watch();
-    if (!keys_.closeGap(fields.sKey, kind, index))
-        return false;
-    ChannelSnapshot::Removal removal(snapshot(kind));
-    EdgeRange& range = edges_[kind];
-    const CountedEdges counted = countedEdges(fields);
-    const bool inside = (counted.low > range.minimum || counted.low == FREQ_UNSET) &&
-                        (counted.high < range.maximum || counted.high == -FREQ_UNSET);
-    range.known = range.known && inside;
-    matches_.drop();
-    const FreqSlotRef gone = list.take(static_cast<std::size_t>(index));
-    removal.done(index);
-    return true;
-}
-
-bool ChannelStore::keysAreAsTheyCame() {
-    if (!keys_.linked())
-        return false;
-    const std::uint64_t now = keyRevision();
-    if (keyRevision_ == now)
-        return true;
-    for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
-        for (std::int32_t i = 0; i < count(kind); ++i) {
-            if (!keys_.isLinked(lists_[kind][static_cast<std::size_t>(i)]->peek()->sKey, kind, i))
-                return false;
-        }
-    }
-    keyRevision_ = now;
-    return true;
-}
-
-std::exception_ptr ChannelStore::removeWithKeys(ChannelKind kind, std::int32_t index) {
-    keys_.unlink();
-    edges_[kind].known = false;
-    matches_.drop();
-    ChannelList& list = lists_[kind];
-    ChannelSnapshot::Removal removal(snapshot(kind));
+    const FreqSlotRef gone = list.remove(place);
+    ++listChanges_[kind];
+    gone->unwatch(watcher(kind), static_cast<std::int32_t>(place));
+    keys_.leaves(kind, place);
+    snapshots_[kind].remove(place);
+    if (kind == ChannelKind::RX)
+        matches_.remove(place);
     std::exception_ptr failed;
-    // Reading a key may run the host's code, which may change the list: its length is read again each time.
-    for (std::int32_t j = index; j < count(kind) - 1; ++j) {
-        const FreqSlotRef moved = at(kind, j + 1);
-        static_cast<void>(list.replace(static_cast<std::size_t>(j), moved));
-        // A key that cannot be moved does not end the loop: with the array half moved, one channel would be in it
-        // twice and another one lost.
-        try {
-            // Reading a key of our own class takes no copy, for which there might be no memory.
-            if (const FreqSlotFields* const own = moved->peek()) {
-                renumberKey(own->sKey, kind, j);
-            } else {
-                renumberKey(moved->sKey(), kind, j);
-            }
-        } catch (...) {
-            if (!failed)
-                failed = std::current_exception();
-        }
+    {
+        const util::Raised busy(busy_);
+        failed = keys_.moveKeysBehind(kind, place);
     }
-    if (!list.empty()) {
-        static_cast<void>(list.take(list.size() - 1));
-        removal.done(std::min(index, count(kind)));
-    }
+    if (!busy_ && list.hasManyHoles())
+        closeHoles(kind);
     return failed;
 }
 
-void ChannelStore::renumberKey(std::wstring_view key, ChannelKind kind, std::int32_t index) {
-    if (!keys_.renumber(key, kind, index))
-        throw RuntimeError(util::error_number::kInvalidProcedureCall);
+void ChannelStore::closeHoles(ChannelKind kind) noexcept {
+    ChannelList& list = lists_[kind];
+    list.closeHoles([&](std::size_t from, std::size_t to) {
+        list.at(to)->moveWatch(watcher(kind), static_cast<std::int32_t>(from), static_cast<std::int32_t>(to));
+        keys_.moved(kind, from, to);
+        snapshots_[kind].move(from, to);
+    });
+    keys_.closed(kind, list.places());
+    snapshots_[kind].closed(list.places());
+    if (kind == ChannelKind::RX)
+        matches_.closed(list.places(), list);
+    ++arrangements_[kind];
 }
 
 void ChannelStore::forgetKey(std::wstring_view key) {
@@ -276,18 +308,21 @@ void ChannelStore::forgetKey(std::wstring_view key) {
 
 void ChannelStore::clear(ChannelKind kind) noexcept {
     // Dropping a reference may run the host's code, which must find the store already empty.
+    keys_.empties(kind);
     ChannelList dropped;
-    snapshot(kind).drop();
     dropped.swap(lists_[kind]);
-    keys_.emptied(kind);
-    edges_[kind] = {};
-    matches_.drop();
-    if (empty())
-        hasForeign_ = false;
+    ++listChanges_[kind];
+    snapshots_[kind].clear();
+    if (kind == ChannelKind::RX)
+        matches_ = {};
+    ++arrangements_[kind];
+    dropped.clear([&](FreqSlot& channel, std::size_t place) {
+        channel.unwatch(watcher(kind), static_cast<std::int32_t>(place));
+    });
 }
 
 void ChannelStore::forgetAllKeys() noexcept {
-    keys_.clear(empty());
+    keys_.clear();
 }
 
 void ChannelStore::resetFrequencyExtremes() noexcept {
@@ -297,27 +332,22 @@ void ChannelStore::resetFrequencyExtremes() noexcept {
 }
 
 void ChannelStore::widenByEdges(ChannelKind kind) {
-    EdgeRange& range = edges_[kind];
-    const std::uint64_t revision = recordRevision();
-    if (hasForeign_ || !range.known || range.revision != revision) {
-        EdgeRange fresh{FREQ_UNSET, -FREQ_UNSET, revision, true};
-        for (std::int32_t i = 0; const FreqSlotRef channel = at(kind, i); ++i) {
-            const CountedEdges counted = countedEdges(channel->dFreq(), channel->dFreqLo(), channel->dFreqHi());
-            raise(fresh.maximum, counted.high);
-            lower(fresh.minimum, counted.low);
-        }
-        range = fresh;
-    }
-    (kind == ChannelKind::TX ? extremes_.dTXFreqMin : extremes_.dRXFreqMin) = range.minimum;
-    (kind == ChannelKind::TX ? extremes_.dTXFreqMax : extremes_.dRXFreqMax) = range.maximum;
+    CountedRange range = snapshots_[kind].range();
+    forEachForeign(kind, [&range](FreqSlot& channel) {
+        const double frequency = channel.dFreq();
+        const double low = channel.dFreqLo();
+        range.widenByEdges(frequency, low, channel.dFreqHi());
+    });
+    (kind == ChannelKind::TX ? extremes_.dTXFreqMin : extremes_.dRXFreqMin) = range.low;
+    (kind == ChannelKind::TX ? extremes_.dTXFreqMax : extremes_.dRXFreqMax) = range.high;
 }
 
-void ChannelStore::RecalcTXFreqRange() {
-    widenByEdges(ChannelKind::TX);
-}
-
-void ChannelStore::RecalcRXFreqRange() {
-    widenByEdges(ChannelKind::RX);
+/// Reading a foreign channel may run the host's code, which may change the list.
+template <class Body>
+void ChannelStore::forEachForeign(ChannelKind kind, Body&& body) const {
+    const PlaceSet& foreign = snapshots_[kind].foreign();
+    for (std::size_t place = foreign.next(0); place != PlaceSet::kNone; place = foreign.next(place + 1))
+        body(*FreqSlotRef(lists_[kind].at(place)));
 }
 
 void ChannelStore::RecalcFreqRange() noexcept {
@@ -330,25 +360,40 @@ void ChannelStore::rederiveExtremes() {
     extremes_.dTXPwrDBMMin = FREQ_UNSET;
     extremes_.dTXPwrDBMMax = -FREQ_UNSET;
     for (const ChannelKind kind : {ChannelKind::RX, ChannelKind::TX}) {
-        for (std::int32_t i = 0; const FreqSlotRef channel = at(kind, i); ++i) {
-            if (channel->dFreq() > 0.0)
-                widen(kind, *channel);
-        }
+        const CountedRange range = snapshots_[kind].range();
+        widenFrequencies(kind, range);
+        if (kind == ChannelKind::TX)
+            widenPowers(range);
+        forEachForeign(kind, [&](FreqSlot& channel) {
+            if (!(channel.dFreq() > 0.0))
+                return;
+            const double low = channel.dFreqLo();
+            widen(kind, channel, low, channel.dFreqHi());
+        });
     }
 }
 
 std::int32_t ChannelStore::findMatchRX(FreqSlot& channel) const {
-    const FreqSlotFields* const own = channel.peek();
-    if (own && !hasForeign_)
-        return matches_.find(lists_[ChannelKind::RX], *own);
-    for (std::int32_t i = 0; const FreqSlotRef candidate = at(ChannelKind::RX, i); ++i) {
-        FreqSlot& rx = *candidate;
-        if (rx.dFreqAlt() == channel.dFreqAlt() && rx.dFreq() == channel.dFreq() && rx.dFreqHi() == channel.dFreqHi() &&
-            rx.dFreqLo() == channel.dFreqLo() && rx.dBW() == channel.dBW() && rx.sBWUnits() == channel.sBWUnits() &&
-            rx.sLabel() == channel.sLabel() && rx.sFreqUnits() == channel.sFreqUnits())
-            return i;
+    const ChannelList& list = lists_[ChannelKind::RX];
+    if (list.empty())
+        return kInvalid;
+    const FreqSlotFields* wanted = channel.peek();
+    FreqSlotFields read;
+    if (!wanted) {
+        read = comparedMembers(channel);
+        wanted = &read;
     }
-    return kInvalid;
+    std::size_t place = matches_.find(list, *wanted);
+    const PlaceSet& foreign = snapshots_[ChannelKind::RX].foreign();
+    if (!foreign.empty()) {
+        for (std::size_t other = foreign.next(0); other < place; other = foreign.next(other + 1)) {
+            if (isEqualForeign(*FreqSlotRef(list.at(other)), *wanted) && other < list.places())
+                return list.indexOf(other);
+        }
+        // The host's code may have changed the list.
+        place = matches_.find(list, *wanted);
+    }
+    return place == MatchIndex::kNone ? kInvalid : list.indexOf(place);
 }
 
 }  // namespace kv::channels

@@ -34,6 +34,11 @@ struct Extremes {
 
 class ChannelStore {
   public:
+    ChannelStore() = default;
+    ~ChannelStore();
+    ChannelStore(const ChannelStore&) = delete;
+    ChannelStore& operator=(const ChannelStore&) = delete;
+
     /// Appends the channel, then adds its key, then widens the extremes; `index` is set as soon as the channel is
     /// appended. Throws RuntimeError 457 when the key is taken (the channel stays in the store) and 91 for no channel.
     void add(ChannelKind kind, const FreqSlotRef& channel, std::int32_t& index);
@@ -45,13 +50,13 @@ class ChannelStore {
     }
     /// Null outside 0 to count - 1.
     [[nodiscard]] FreqSlotRef at(ChannelKind kind, std::int32_t index) const noexcept;
-    /// The same without a reference, for an index from 0 to count - 1.
-    [[nodiscard]] FreqSlot* peek(ChannelKind kind, std::int32_t index) const noexcept {
-        return lists_[kind][static_cast<std::size_t>(index)];
-    }
     [[nodiscard]] const ChannelList& list(ChannelKind kind) const noexcept { return lists_[kind]; }
     /// The copy of a kind's records. Callers must call its `update` before reading it.
     [[nodiscard]] ChannelSnapshot& snapshot(ChannelKind kind) const noexcept { return snapshots_[kind]; }
+    /// Moves when the channels of a kind get other places.
+    [[nodiscard]] std::uint64_t arrangement(ChannelKind kind) const noexcept { return arrangements_[kind]; }
+    /// Moves with each channel of a kind that comes or goes.
+    [[nodiscard]] std::uint64_t listChanges(ChannelKind kind) const noexcept { return listChanges_[kind]; }
 
     /// The channel at the key's index in this kind's array, if its own key equals `key` exactly; otherwise null.
     [[nodiscard]] FreqSlotRef findByKey(ChannelKind kind, std::wstring_view key) const;
@@ -60,10 +65,13 @@ class ChannelStore {
     /// The index stored for the key (case-insensitive), of either kind.
     [[nodiscard]] std::optional<std::int32_t> indexOfKey(std::wstring_view key) const { return keys_.find(key); }
 
-    /// Closes the gap at `index`, moving the later channels down by one, each with its key. A channel whose key is not
-    /// known (its key was changed after adding, or it has the key of another channel) is moved without one. Returns the
-    /// first error of that kind, a RuntimeError 5 or what reading a key threw, and null when there was none.
+    /// Removes the channel at `index`, beyond the end the last one: the later channels move down by one, each with its
+    /// key. A channel whose key is not known (its key was changed after adding, or it has the key of another channel)
+    /// is moved without one. Returns the first error of that kind, a RuntimeError 5 or what reading a key threw, and
+    /// null when there was none. Throws std::bad_alloc and changes nothing.
     [[nodiscard]] std::exception_ptr closeGap(ChannelKind kind, std::int32_t index);
+    /// The same at the index that the key leads to, of whatever kind the key is; at 0 for an unknown key.
+    [[nodiscard]] std::exception_ptr closeGap(ChannelKind kind, std::wstring_view key);
     /// Throws RuntimeError 5 when the key is not known.
     void forgetKey(std::wstring_view key);
 
@@ -73,8 +81,8 @@ class ChannelStore {
     void resetFrequencyExtremes() noexcept;
 
     /// After removals: the band edges of all channels of one kind, then of both.
-    void RecalcTXFreqRange();
-    void RecalcRXFreqRange();
+    void RecalcTXFreqRange() { widenByEdges(ChannelKind::TX); }
+    void RecalcRXFreqRange() { widenByEdges(ChannelKind::RX); }
     void RecalcFreqRange() noexcept;
 
     /// Derives all extremes except the overall power range from the channels, by the rules of adding.
@@ -86,31 +94,40 @@ class ChannelStore {
     [[nodiscard]] const Extremes& extremes() const noexcept { return extremes_; }
 
   private:
-    /// The band edges of all channels of a kind, valid as long as no record changes.
-    struct EdgeRange {
-        double minimum = FREQ_UNSET;
-        double maximum = -FREQ_UNSET;
-        std::uint64_t revision = 0;
-        bool known = false;
-    };
+    class Watcher final : public RecordWatcher {
+      public:
+        Watcher(ChannelStore& store, ChannelKind kind) noexcept : store_(store), kind_(kind) {}
+        void recordChanges(std::int32_t place, Changes what) noexcept override;
 
-    void addKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    void renumberKey(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    void noteAdded(ChannelKind kind, FreqSlot& channel);
-    void widen(ChannelKind kind, FreqSlot& channel);
+      private:
+        ChannelStore& store_;
+        ChannelKind kind_;
+    };
+    [[nodiscard]] Watcher& watcher(ChannelKind kind) noexcept { return kind == ChannelKind::TX ? watchTX_ : watchRX_; }
+
+    void append(ChannelKind kind, const FreqSlotRef& channel);
+    void takeBack(ChannelKind kind) noexcept;
+    void addKey(ChannelKind kind, FreqSlot& record, std::size_t place, std::int32_t index);
+    void widen(ChannelKind kind, FreqSlot& channel, double low, double high);
+    void widenFrequencies(ChannelKind kind, const CountedRange& range) noexcept;
+    void widenPowers(const CountedRange& range) noexcept;
     void widenByEdges(ChannelKind kind);
-    std::exception_ptr removeWithKeys(ChannelKind kind, std::int32_t index);
-    bool removeAtOnce(ChannelKind kind, std::int32_t index);
-    [[nodiscard]] bool keysAreAsTheyCame();
+    std::exception_ptr closeGapAt(ChannelKind kind, std::size_t place);
+    void closeHoles(ChannelKind kind) noexcept;
+    template <class Body>
+    void forEachForeign(ChannelKind kind, Body&& body) const;
 
     PerKind<ChannelList> lists_;
-    KeyIndex keys_;
-    std::uint64_t keyRevision_ = 0;  ///< at which each key led to its channel
-    bool hasForeign_ = false;        ///< added since both lists were empty
-    PerKind<EdgeRange> edges_;
-    mutable MatchIndex matches_;
+    KeyIndex keys_{lists_};
+    Watcher watchTX_{*this, ChannelKind::TX};
+    Watcher watchRX_{*this, ChannelKind::RX};
+    mutable MatchIndex matches_;  ///< of the RX channels
     Extremes extremes_;
-    mutable PerKind<ChannelSnapshot> snapshots_;
+    mutable PerKind<ChannelSnapshot> snapshots_{ChannelSnapshot(lists_[ChannelKind::TX]),
+                                                ChannelSnapshot(lists_[ChannelKind::RX])};
+    PerKind<std::uint64_t> arrangements_;
+    PerKind<std::uint64_t> listChanges_;
+    bool busy_ = false;  ///< places must not change, because code of the host may run meanwhile
 };
 
 }  // namespace kv::channels

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "raster/Canvas.h"
+#include "util/ConvertFreq.h"
 
 namespace kv::channels {
 
@@ -18,6 +19,7 @@ struct DrawRecord {
     std::int16_t iFillStyle = 0;
     bool bVisible = true;
     bool bDrawn = false;
+    util::FreqUnit unit = util::FreqUnit::MHz;  ///< of the three frequencies, which drawing takes for MHz
 };
 
 /// Visible, or hidden since it was drawn, so that refreshing the picture takes it off.

@@ -4,22 +4,6 @@
 
 namespace kv::channels {
 
-namespace {
-
-// One for all stores and apartments of the process, because a record does not know which stores hold it.
-std::atomic<std::uint64_t> revision;
-std::atomic<std::uint64_t> keys;
-
-}  // namespace
-
-std::uint64_t recordRevision() noexcept {
-    return revision.load(std::memory_order_relaxed);
-}
-
-std::uint64_t keyRevision() noexcept {
-    return keys.load(std::memory_order_relaxed);
-}
-
 ImComponent FreqSlotBase::imComponent(std::int32_t i) {
     return component(i);
 }
@@ -41,16 +25,14 @@ void FreqSlotBase::setBDrawn(bool value) {
     const bool matters = fields_.bDrawn != value && !(value && fields_.bVisible);
     fields_.bDrawn = value;
     if (matters)
-        changed();
+        watches_.tell(change::kDrawing);
 }
 
-void FreqSlotBase::moveRevision() noexcept {
-    revision.fetch_add(1, std::memory_order_relaxed);
-}
-
-void FreqSlotBase::moveKeyRevision() noexcept {
-    keys.fetch_add(1, std::memory_order_relaxed);
-    moveRevision();
+bool FreqSlotBase::watch(RecordWatcher& watcher, std::int32_t place) {
+    if (!peek())
+        return false;
+    watches_.add(watcher, place);
+    return true;
 }
 
 }  // namespace kv::channels

@@ -1,13 +1,17 @@
 // The channel record as the control sees it: the host's object, reached through its properties only.
 #pragma once
 
-#include <atomic>
+#include <bit>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "channels/DrawRecord.h"
+#include "channels/RecordWatch.h"
+#include "util/ConvertFreq.h"
 #include "util/Ref.h"
 
 namespace kv::channels {
@@ -47,12 +51,26 @@ class FreqSlot {
     virtual std::int16_t iFillStyle() = 0;
     /// All that drawing needs; one virtual call for our own class, one a member for a foreign one.
     virtual DrawRecord drawRecord() = 0;
+    /// The same of a visible record at a frequency above 0. Of any other one only that is read which says so. A member
+    /// of a foreign object is read once at most, and `bDrawn` not at all.
+    virtual DrawRecord visibleRecord() {
+        DrawRecord record;
+        record.bVisible = bVisible();
+        if (!record.bVisible)
+            return record;
+        record.dFreq = dFreq();
+        return record.dFreq > 0.0 ? drawRecord() : record;
+    }
     /// The members themselves, valid as long as the record lives: for our own class, because reading it runs no code of
-    /// the host. Each change of a watched record moves `recordRevision`. Null for a foreign class, whose members must
-    /// be read each time.
-    virtual FreqSlotFields* watch() noexcept { return nullptr; }
-    /// The same for reading now, without watching.
+    /// the host. Null for a foreign class, whose members must be read each time.
     [[nodiscard]] virtual const FreqSlotFields* peek() const noexcept { return nullptr; }
+    /// From now on `watcher` hears of each change of this record, which it knows by `place`. False for a foreign class,
+    /// which reports nothing. Throws std::bad_alloc.
+    [[nodiscard]] virtual bool watch(RecordWatcher&, std::int32_t) { return false; }
+    /// Ends one such watch.
+    virtual void unwatch(RecordWatcher&, std::int32_t) noexcept {}
+    /// The watcher knows the record by another place now.
+    virtual void moveWatch(RecordWatcher&, std::int32_t, std::int32_t) noexcept {}
 
     virtual void setDFreq(double value) = 0;
     virtual void setDFreqHi(double value) = 0;
@@ -89,17 +107,36 @@ struct FreqSlotFields {
     std::vector<ImComponent> components;  ///< nIMComps is their number
 
     [[nodiscard]] DrawRecord drawRecord() const noexcept {
-        return {dFreq, dFreqLo, dFreqHi, dPwrDBM, lColor, lColorLine, iFillStyle, bVisible, bDrawn};
+        return {dFreq,      dFreqLo,    dFreqHi,  dPwrDBM, lColor,
+                lColorLine, iFillStyle, bVisible, bDrawn,  util::freqUnitOf(sFreqUnits)};
     }
 };
 
-/// Moves with each change of a watched record, in any apartment. What was read of watched records after this returned
-/// a number is current as long as it returns the same number.
-[[nodiscard]] std::uint64_t recordRevision() noexcept;
-/// The same for keys alone, which change much less often.
-[[nodiscard]] std::uint64_t keyRevision() noexcept;
+namespace change {
 
-/// Our own class of record, all but its life.
+template <auto Member, auto... Others>
+inline constexpr bool isOneOf = false;
+template <auto Member, auto First, auto... Others>
+inline constexpr bool isOneOf<Member, First, Others...> =
+    std::is_same_v<std::integral_constant<decltype(Member), Member>, std::integral_constant<decltype(First), First>> ||
+    isOneOf<Member, Others...>;
+
+}  // namespace change
+
+/// What reads a member.
+template <auto Member, class F = FreqSlotFields>
+inline constexpr Changes kReadBy =
+    (change::isOneOf<Member, &F::dFreq, &F::dFreqLo, &F::dFreqHi, &F::dPwrDBM, &F::lColor, &F::lColorLine,
+                     &F::iFillStyle, &F::bVisible, &F::bDrawn, &F::sFreqUnits>
+         ? change::kDrawing
+         : change::kNone) |
+    (change::isOneOf<Member, &F::dFreq, &F::dFreqLo, &F::dFreqHi, &F::dFreqAlt, &F::dBW, &F::sLabel, &F::sFreqUnits,
+                     &F::sBWUnits>
+         ? change::kMatching
+         : change::kNone) |
+    (change::isOneOf<Member, &F::sKey> ? change::kKey : change::kNone);
+
+/// Our own class of record, all but its life. A derived class whose `peek` gives the members can be watched.
 class FreqSlotBase : public FreqSlot {
   public:
     double dFreq() override { return fields_.dFreq; }
@@ -121,22 +158,33 @@ class FreqSlotBase : public FreqSlot {
     std::int16_t iFillStyle() override { return fields_.iFillStyle; }
     DrawRecord drawRecord() override { return fields_.drawRecord(); }
 
-    void setDFreq(double value) override { change(fields_.dFreq, value); }
-    void setDFreqHi(double value) override { change(fields_.dFreqHi, value); }
-    void setDFreqLo(double value) override { change(fields_.dFreqLo, value); }
-    void setSFreqUnits(const std::wstring& value) override { change(fields_.sFreqUnits, value); }
-    void setSBWUnits(const std::wstring& value) override { change(fields_.sBWUnits, value); }
+    void setDFreq(double value) override { set<&FreqSlotFields::dFreq>(value); }
+    void setDFreqHi(double value) override { set<&FreqSlotFields::dFreqHi>(value); }
+    void setDFreqLo(double value) override { set<&FreqSlotFields::dFreqLo>(value); }
+    void setSFreqUnits(const std::wstring& value) override { set<&FreqSlotFields::sFreqUnits>(value); }
+    void setSBWUnits(const std::wstring& value) override { set<&FreqSlotFields::sBWUnits>(value); }
     void setBDrawn(bool value) override;
-    void setIFillStyle(std::int16_t value) override { change(fields_.iFillStyle, value); }
+    void setIFillStyle(std::int16_t value) override { set<&FreqSlotFields::iFillStyle>(value); }
 
-    /// Direct access for filling the record. Counts as a change, which must be made before the next drawing.
-    [[nodiscard]] FreqSlotFields& fields() noexcept {
-        keyChanged();
-        return fields_;
+    [[nodiscard]] bool watch(RecordWatcher& watcher, std::int32_t place) override;
+    void unwatch(RecordWatcher& watcher, std::int32_t place) noexcept override { watches_.remove(watcher, place); }
+    void moveWatch(RecordWatcher& watcher, std::int32_t from, std::int32_t to) noexcept override {
+        watches_.move(watcher, from, to);
     }
-    /// The same for callers that do not change the key.
-    [[nodiscard]] FreqSlotFields& fieldsButKey() noexcept {
-        changed();
+
+    /// Gives a member a value. Watchers hear only of another value, and only those that read the member.
+    template <auto Member, class Value>
+    void set(Value&& value) {
+        auto& field = fields_.*Member;
+        if (isSame(field, value))
+            return;
+        field = std::forward<Value>(value);
+        watches_.tell(kReadBy<Member>);
+    }
+    /// Direct access for filling the record. Counts as a change of all members, which must be made before the control
+    /// is used again.
+    [[nodiscard]] FreqSlotFields& fields() noexcept {
+        watches_.tell(change::kAll);
         return fields_;
     }
     [[nodiscard]] const FreqSlotFields& fields() const noexcept { return fields_; }
@@ -149,31 +197,18 @@ class FreqSlotBase : public FreqSlot {
   protected:
     ~FreqSlotBase() = default;
 
-    /// For `watch` of a class whose members run no code of the host.
-    [[nodiscard]] FreqSlotFields* watchFields() noexcept {
-        watched_.store(true, std::memory_order_relaxed);
-        return &fields_;
+  private:
+    /// Also for numbers that are none, which compare as different.
+    static bool isSame(double a, double b) noexcept {
+        return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
     }
     template <class Field, class Value>
-    void change(Field& field, const Value& value) {
-        field = value;
-        changed();
+    static bool isSame(const Field& a, const Value& b) noexcept {
+        return a == b;
     }
-    void changed() const noexcept {
-        if (watched_.load(std::memory_order_relaxed))
-            moveRevision();
-    }
-    void keyChanged() const noexcept {
-        if (watched_.load(std::memory_order_relaxed))
-            moveKeyRevision();
-    }
-
-  private:
-    static void moveRevision() noexcept;
-    static void moveKeyRevision() noexcept;
 
     FreqSlotFields fields_;
-    std::atomic<bool> watched_ = false;  ///< never reset, because a record that has left its store is rarely changed
+    RecordWatches watches_;
 };
 
 /// Makes the records that the control creates itself (sample and test channels).

@@ -2,39 +2,104 @@
 
 #include <algorithm>
 
-#include "util/Text.h"
+#include "util/RuntimeError.h"
 
 namespace kv::channels {
 
-std::size_t KeyIndex::FoldedHash::operator()(std::wstring_view key) const noexcept {
-    std::size_t hash = 0;
-    for (const wchar_t character : key)
-        hash = hash * 31U + static_cast<std::size_t>(util::foldCase(character));
-    return hash * 0x9E3779B1U;
+namespace {
+
+// Instead of the number of a key.
+constexpr std::int32_t kUnknown = KeyTable::kNone;  // to be looked up
+constexpr std::int32_t kForeign = -2;               // to be read from the host's object each time
+
+}  // namespace
+
+void KeyIndex::appended(ChannelKind kind, bool isForeign) {
+    Places& places = places_[kind];
+    const std::size_t place = places.numbers.size();
+    places.odd.grow(place + 1);
+    places.numbers.push_back(isForeign ? kForeign : kUnknown);
+    places.odd.insert(place);
 }
 
-bool KeyIndex::FoldedEqual::operator()(std::wstring_view a, std::wstring_view b) const noexcept {
-    return std::ranges::equal(a, b, [](wchar_t x, wchar_t y) { return util::foldCase(x) == util::foldCase(y); });
+void KeyIndex::takenBack(ChannelKind kind) noexcept {
+    Places& places = places_[kind];
+    places.numbers.pop_back();
+    places.odd.erase(places.numbers.size());
 }
 
-// Without links no removed channel is counted, and the number is the index.
-std::int32_t KeyIndex::numberOf(ChannelKind kind, std::int32_t index) const noexcept {
-    return index + static_cast<std::int32_t>(gone_[kind].count());
+bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::size_t place) {
+    const std::int32_t number = numberOf(key);
+    places_[kind].numbers[place] = number;
+    if (!lead(number, {static_cast<std::int32_t>(place), linkTo(kind)}))
+        return false;
+    places_[kind].odd.erase(place);
+    return true;
 }
 
-std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
-    if (!entry.linked)
-        return entry.number;
-    return static_cast<std::int32_t>(gone_[entry.kind].clearBefore(static_cast<std::size_t>(entry.number)));
+bool KeyIndex::addForeign(std::wstring_view key, std::int32_t index) {
+    return lead(numberOf(key), {index, Leads::ToNumber});
 }
 
-bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::int32_t index) {
+/// False when it leads somewhere already.
+bool KeyIndex::lead(std::int32_t number, const Entry& to) noexcept {
     ++version_;
-    fixEmptied();
-    const auto [entry, isNew] = entries_.emplace(key, Entry{numberOf(kind, index), kind, linked_});
-    if (isNew)
-        added_ = &entry->first;
-    return isNew;
+    if (entry(number).leads != Leads::Nowhere)
+        return false;
+    entry(number) = to;
+    --forgotten_;
+    added_ = number;
+    return true;
+}
+
+/// The number of the key, which leads nowhere when it is new.
+std::int32_t KeyIndex::numberOf(std::wstring_view key) {
+    if (const std::int32_t known = texts_.find(key); known != KeyTable::kNone)
+        return known;
+    if (forgotten_ > dropFrom_)
+        dropForgotten();
+    entries_.push_back({});
+    try {
+        const std::int32_t number = texts_.add(key);
+        ++forgotten_;
+        return number;
+    } catch (...) {
+        entries_.pop_back();
+        throw;
+    }
+}
+
+/// A text that leads nowhere stays while a channel has its number, which is then found without looking it up.
+void KeyIndex::dropForgotten() {
+    std::vector<std::int32_t> kept(entries_.size(), kUnknown);
+    for (const ChannelKind kind : kBothKinds) {
+        for (const std::int32_t number : places_[kind].numbers) {
+            if (number >= 0)
+                kept[static_cast<std::size_t>(number)] = 0;
+        }
+    }
+    KeyTable texts;
+    std::vector<Entry> entries;
+    std::size_t forgotten = 0;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        const bool leadsNowhere = entries_[i].leads == Leads::Nowhere;
+        if (leadsNowhere && kept[i] == kUnknown)
+            continue;
+        kept[i] = texts.add(texts_.text(static_cast<std::int32_t>(i)));
+        entries.push_back(entries_[i]);
+        forgotten += leadsNowhere ? 1 : 0;
+    }
+    for (const ChannelKind kind : kBothKinds) {
+        for (std::int32_t& number : places_[kind].numbers) {
+            if (number >= 0)
+                number = kept[static_cast<std::size_t>(number)];
+        }
+    }
+    std::swap(texts_, texts);
+    entries_.swap(entries);
+    forgotten_ = forgotten;
+    dropFrom_ = kFewForgotten + forgotten + entries_.size() / 2;
+    added_ = KeyTable::kNone;
 }
 
 bool KeyIndex::takeBack(std::uint64_t version) noexcept {
@@ -43,93 +108,176 @@ bool KeyIndex::takeBack(std::uint64_t version) noexcept {
     if (version != version_)
         return false;
     ++version_;
-    entries_.erase(entries_.find(*added_));
+    entry(added_) = {};
+    ++forgotten_;
     return true;
 }
 
-std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const {
-    const auto found = entries_.find(key);
-    return found == entries_.end() ? std::nullopt : std::optional(indexOf(found->second));
+std::optional<KeyIndex::Entry> KeyIndex::entryOf(std::wstring_view key) const noexcept {
+    const std::int32_t number = texts_.find(key);
+    if (number == KeyTable::kNone || entries_[static_cast<std::size_t>(number)].leads == Leads::Nowhere)
+        return std::nullopt;
+    return entries_[static_cast<std::size_t>(number)];
 }
 
-bool KeyIndex::isLinked(std::wstring_view key, ChannelKind kind, std::int32_t index) const {
-    const auto found = entries_.find(key);
-    return found != entries_.end() && found->second.linked && found->second.kind == kind &&
-           indexOf(found->second) == index;
+std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
+    return entry.isLinked() ? lists_[entry.kind()].indexOf(static_cast<std::size_t>(entry.value)) : entry.value;
 }
 
-bool KeyIndex::forget(std::wstring_view key) {
+std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const noexcept {
+    const std::optional<Entry> found = entryOf(key);
+    return found ? std::optional(indexOf(*found)) : std::nullopt;
+}
+
+std::optional<std::size_t> KeyIndex::findPlace(std::wstring_view key, ChannelKind kind) const noexcept {
+    const std::optional<Entry> found = entryOf(key);
+    if (!found)
+        return std::nullopt;
+    if (found->isLinked() && found->kind() == kind)
+        return static_cast<std::size_t>(found->value);
+    const auto index = static_cast<std::size_t>(indexOf(*found));
+    return index < lists_[kind].size() ? std::optional(lists_[kind].placeOf(index)) : std::nullopt;
+}
+
+bool KeyIndex::forget(std::wstring_view key) noexcept {
+    const std::int32_t number = texts_.find(key);
+    if (number == KeyTable::kNone || entry(number).leads == Leads::Nowhere)
+        return false;
     ++version_;
-    fixEmptied();
-    const auto found = entries_.find(key);
-    if (found == entries_.end())
-        return false;
-    const bool bereaved = found->second.linked;
-    entries_.erase(found);
-    if (bereaved)
-        unlink();
+    unlink(entry(number));
+    entry(number) = {};
+    ++forgotten_;
     return true;
 }
 
-bool KeyIndex::renumber(std::wstring_view key, ChannelKind kind, std::int32_t index) {
+/// From now on the key leads to the index that it has now.
+void KeyIndex::unlink(Entry& entry) noexcept {
+    if (!entry.isLinked())
+        return;
+    const auto place = static_cast<std::size_t>(entry.value);
+    const ChannelKind kind = entry.kind();
+    places_[kind].odd.insert(place);
+    entry = {lists_[kind].indexOf(place), Leads::ToNumber};
+}
+
+void KeyIndex::unlinkPlace(ChannelKind kind, std::size_t place) noexcept {
+    if (!places_[kind].odd.contains(place))
+        unlink(entry(places_[kind].numbers[place]));
+}
+
+void KeyIndex::keyChanges(ChannelKind kind, std::size_t place) noexcept {
+    Places& places = places_[kind];
+    if (place >= places.numbers.size() || places.numbers[place] == kForeign)
+        return;
     ++version_;
-    fixEmptied();
-    const auto found = entries_.find(key);
-    if (found == entries_.end())
-        return false;
-    if (found->second.linked)
-        unlink();
-    found->second = {numberOf(kind, index), kind, linked_};
-    return true;
+    unlinkPlace(kind, place);
+    places.numbers[place] = kUnknown;
 }
 
-bool KeyIndex::closeGap(std::wstring_view key, ChannelKind kind, std::int32_t index) {
-    fixEmptied();
-    if (!linked_)
-        return false;
-    const auto found = entries_.find(key);
-    if (found == entries_.end() || !found->second.linked || found->second.kind != kind ||
-        indexOf(found->second) != index) {
-        unlink();
-        return false;
+void KeyIndex::leaves(ChannelKind kind, std::size_t place) noexcept {
+    ++version_;
+    unlinkPlace(kind, place);
+    places_[kind].numbers[place] = kUnknown;
+    places_[kind].odd.erase(place);
+}
+
+std::exception_ptr KeyIndex::moveKeysBehind(ChannelKind kind, std::size_t place) {
+    std::exception_ptr failed;
+    const PlaceSet& odd = places_[kind].odd;
+    while ((place = odd.next(place + 1)) != PlaceSet::kNone) {
+        try {
+            const FreqSlotRef channel(lists_[kind].at(place));
+            if (!moveKeyOf(*channel, kind, place) && !failed)
+                throw util::RuntimeError(util::error_number::kInvalidProcedureCall);
+        } catch (...) {
+            // A key that cannot be moved does not keep the later ones from moving.
+            if (!failed)
+                failed = std::current_exception();
+        }
     }
-    gone_[kind].set(static_cast<std::size_t>(found->second.number));
-    found->second = {index, kind, false};
+    return failed;
+}
+
+bool KeyIndex::moveKeyOf(FreqSlot& channel, ChannelKind kind, std::size_t place) {
+    Places& places = places_[kind];
+    if (places.numbers[place] == kForeign) {
+        const std::int32_t number = texts_.find(channel.sKey());
+        // Its code may have removed it.
+        if (place >= places.numbers.size() || lists_[kind].at(place) != &channel)
+            return true;
+        return moveKey(number, kind, place, false);
+    }
+    if (places.numbers[place] == kUnknown)
+        return moveKey(texts_.find(channel.peek()->sKey), kind, place, true);
+    return moveKey(places.numbers[place], kind, place, true);
+}
+
+/// False when the key is not known.
+bool KeyIndex::moveKey(std::int32_t number, ChannelKind kind, std::size_t place, bool isOwn) noexcept {
+    if (number == KeyTable::kNone || entry(number).leads == Leads::Nowhere)
+        return false;
+    Entry& moved = entry(number);
+    // A later channel that has the key takes it in its turn.
+    if (moved.isLinked() && moved.kind() == kind && static_cast<std::size_t>(moved.value) > place)
+        return true;
+    ++version_;
+    unlink(moved);
+    if (isOwn) {
+        moved = {static_cast<std::int32_t>(place), linkTo(kind)};
+        places_[kind].numbers[place] = number;
+        places_[kind].odd.erase(place);
+    } else {
+        moved = {lists_[kind].indexOf(place), Leads::ToNumber};
+    }
     return true;
 }
 
-void KeyIndex::emptied(ChannelKind kind) noexcept {
-    emptied_[kind] = true;
+void KeyIndex::empties(ChannelKind kind) noexcept {
+    ++version_;
+    Places& places = places_[kind];
+    const ChannelList& list = lists_[kind];
+    std::int32_t index = 0;
+    for (std::size_t place = 0; place < places.numbers.size(); ++place) {
+        if (!list.at(place))
+            continue;
+        if (!places.odd.contains(place))
+            entry(places.numbers[place]) = {index, Leads::ToNumber};
+        ++index;
+    }
+    places = {};
 }
 
-void KeyIndex::clear(bool listsAreEmpty) noexcept {
+void KeyIndex::clear() noexcept {
     ++version_;
+    texts_ = {};
     entries_.clear();
-    gone_ = {};
-    emptied_ = {};
-    linked_ = listsAreEmpty;
-}
-
-void KeyIndex::unlink() {
-    fix(ChannelKind::TX);
-    fix(ChannelKind::RX);
-    linked_ = false;
-}
-
-void KeyIndex::fix(ChannelKind kind) noexcept {
-    for (auto& [key, entry] : entries_) {
-        if (entry.linked && entry.kind == kind)
-            entry = {indexOf(entry), kind, false};
+    forgotten_ = 0;
+    for (const ChannelKind kind : kBothKinds) {
+        Places& places = places_[kind];
+        for (std::size_t place = 0; place < places.numbers.size(); ++place) {
+            if (!lists_[kind].at(place))
+                continue;
+            if (places.numbers[place] != kForeign)
+                places.numbers[place] = kUnknown;
+            places.odd.insert(place);
+        }
     }
-    gone_[kind] = {};
-    emptied_[kind] = false;
 }
 
-void KeyIndex::fixEmptied() noexcept {
-    if (emptied_[ChannelKind::TX])
-        fix(ChannelKind::TX);
-    if (emptied_[ChannelKind::RX])
-        fix(ChannelKind::RX);
+void KeyIndex::moved(ChannelKind kind, std::size_t from, std::size_t to) noexcept {
+    Places& places = places_[kind];
+    const bool isOdd = places.odd.contains(from);
+    places.odd.erase(from);
+    places.numbers[to] = places.numbers[from];
+    if (isOdd) {
+        places.odd.insert(to);
+    } else {
+        entry(places.numbers[to]).value = static_cast<std::int32_t>(to);
+    }
+}
+
+void KeyIndex::closed(ChannelKind kind, std::size_t places) noexcept {
+    places_[kind].numbers.resize(places);
 }
 
 }  // namespace kv::channels

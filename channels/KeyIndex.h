@@ -3,73 +3,108 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <optional>
-#include <string>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 #include "channels/ChannelKind.h"
-#include "channels/RankedBits.h"
+#include "channels/ChannelList.h"
+#include "channels/KeyTable.h"
+#include "channels/PlaceSet.h"
 
 namespace kv::channels {
 
-/// Keys are case-insensitive. Only adding one needs memory, so that a removal that has begun can be completed. A key is
-/// linked when it moves with its channel. As long as every channel of both lists has a linked key of its own, closing a
-/// gap changes no entry, because an index is computed from the number of channels removed before it. After `unlink`,
-/// indexes are plain numbers that are changed one by one, until all keys are removed.
+/// One collection for both lists: each key, without regard to case, leads to an index, which belongs to the list of the
+/// channel that brought the key.
+///
+/// When a gap is closed, each channel behind it removes its key and adds it again with its new index. Done one by one,
+/// a removal would cost as much as the list is long. So a key leads to the place of its channel and not to an index as
+/// long as that channel, of our own class, still has the key: the channel and its key are *linked*. The others are
+/// *odd*: their key is taken, unknown, changed, or must be read from an object of the host. A removal goes through the
+/// odd ones behind the gap alone. A key whose channel is not linked with it leads to a plain number.
 class KeyIndex {
   public:
-    /// Adds the key of the channel at `index`, the last of its list; false when the key is taken.
-    bool add(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    /// Moves when a key is added, forgotten or renumbered.
+    explicit KeyIndex(const PerKind<ChannelList>& lists) noexcept : lists_(lists) {}
+
+    /// A channel was appended to its list; it is odd until its key is added. Throws std::bad_alloc and changes nothing.
+    void appended(ChannelKind kind, bool isForeign);
+    /// Undoes the last `appended`.
+    void takenBack(ChannelKind kind) noexcept;
+    /// Adds the key of the channel of our own class at `place`; false when the key is taken. Throws std::bad_alloc and
+    /// changes nothing.
+    bool add(std::wstring_view key, ChannelKind kind, std::size_t place);
+    /// The same for a foreign channel at `index`.
+    bool addForeign(std::wstring_view key, std::int32_t index);
+    /// Moves when a key is added or forgotten or leads elsewhere.
     [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
     /// Undoes the `add` after which the keys had this version; false when they have changed since. 0 stands for an
     /// `add` that has not happened.
     bool takeBack(std::uint64_t version) noexcept;
-    [[nodiscard]] std::optional<std::int32_t> find(std::wstring_view key) const;
-    /// Whether `key` is linked to the channel at `index`.
-    [[nodiscard]] bool isLinked(std::wstring_view key, ChannelKind kind, std::int32_t index) const;
+
+    /// The index that the key leads to.
+    [[nodiscard]] std::optional<std::int32_t> find(std::wstring_view key) const noexcept;
+    /// The place of the channel of this kind that has the index which the key leads to; nothing when the key is not
+    /// known or the index is beyond the end.
+    [[nodiscard]] std::optional<std::size_t> findPlace(std::wstring_view key, ChannelKind kind) const noexcept;
     /// Removes the key; false when it is not known.
-    bool forget(std::wstring_view key);
-    /// Gives a known key another index, as `forget` and `add` would; false when it is not known.
-    bool renumber(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    /// The channel at `index`, whose key is `key`, is being removed from its list; the key keeps the index. False when
-    /// the keys of the later channels must be changed one by one: then only `unlink` has happened.
-    bool closeGap(std::wstring_view key, ChannelKind kind, std::int32_t index);
-    /// A list has been emptied; its keys keep the indexes that they had.
-    void emptied(ChannelKind kind) noexcept;
-    /// Removes all keys. New keys are linked if both lists are empty.
-    void clear(bool listsAreEmpty) noexcept;
-    void unlink();
-    [[nodiscard]] bool linked() const noexcept { return linked_; }
+    bool forget(std::wstring_view key) noexcept;
+    /// The key of the channel at `place` may be another one now.
+    void keyChanges(ChannelKind kind, std::size_t place) noexcept;
+
+    /// The channel at `place` is about to leave its list. Its key keeps its index.
+    void leaves(ChannelKind kind, std::size_t place) noexcept;
+    /// Gives the keys of the channels behind `place`, which has been removed, their new indexes. A channel whose key is
+    /// not known is left out. Returns the first error of that kind, a RuntimeError 5 or what reading a key threw, and
+    /// null when there was none.
+    [[nodiscard]] std::exception_ptr moveKeysBehind(ChannelKind kind, std::size_t place);
+    /// The list is about to be emptied; its keys keep the indexes that they have.
+    void empties(ChannelKind kind) noexcept;
+    /// Removes all keys.
+    void clear() noexcept;
+    /// As ChannelList::closeHoles, which calls `moved` and then needs `closed` with the number of places left.
+    void moved(ChannelKind kind, std::size_t from, std::size_t to) noexcept;
+    void closed(ChannelKind kind, std::size_t places) noexcept;
 
   private:
-    /// Compare keys as they are, without folded copies.
-    struct FoldedHash {
-        using is_transparent = void;
-        std::size_t operator()(std::wstring_view key) const noexcept;
-    };
-    struct FoldedEqual {
-        using is_transparent = void;
-        bool operator()(std::wstring_view a, std::wstring_view b) const noexcept;
-    };
+    enum class Leads : std::uint8_t { Nowhere, ToNumber, ToTX, ToRX };
     struct Entry {
-        std::int32_t number = 0;  ///< the position in `gone_` when linked, otherwise the index
-        ChannelKind kind = ChannelKind::TX;
-        bool linked = false;
+        std::int32_t value = 0;  ///< the index or the place
+        Leads leads = Leads::Nowhere;
+        [[nodiscard]] bool isLinked() const noexcept { return leads >= Leads::ToTX; }
+        [[nodiscard]] ChannelKind kind() const noexcept {
+            return leads == Leads::ToTX ? ChannelKind::TX : ChannelKind::RX;
+        }
     };
+    struct Places {
+        std::vector<std::int32_t> numbers;  ///< by place: the number of the key in `texts_`
+        PlaceSet odd;
+    };
+
+    [[nodiscard]] static Leads linkTo(ChannelKind kind) noexcept {
+        return kind == ChannelKind::TX ? Leads::ToTX : Leads::ToRX;
+    }
+    [[nodiscard]] std::optional<Entry> entryOf(std::wstring_view key) const noexcept;
     [[nodiscard]] std::int32_t indexOf(const Entry& entry) const noexcept;
-    void fix(ChannelKind kind) noexcept;
-    void fixEmptied() noexcept;
+    [[nodiscard]] Entry& entry(std::int32_t number) noexcept { return entries_[static_cast<std::size_t>(number)]; }
+    std::int32_t numberOf(std::wstring_view key);
+    bool lead(std::int32_t number, const Entry& to) noexcept;
+    void unlink(Entry& entry) noexcept;
+    void unlinkPlace(ChannelKind kind, std::size_t place) noexcept;
+    bool moveKey(std::int32_t number, ChannelKind kind, std::size_t place, bool isOwn) noexcept;
+    bool moveKeyOf(FreqSlot& channel, ChannelKind kind, std::size_t place);
+    void dropForgotten();
 
-    [[nodiscard]] std::int32_t numberOf(ChannelKind kind, std::int32_t index) const noexcept;
+    static constexpr std::size_t kFewForgotten = 1024;
 
-    std::unordered_map<std::wstring, Entry, FoldedHash, FoldedEqual> entries_;
-    PerKind<RankedBits> gone_;             ///< by number, the linked channels that were removed
-    PerKind<bool> emptied_;                ///< lists whose keys must be fixed before anything else happens
-    const std::wstring* added_ = nullptr;  ///< the last key, which `takeBack` removes
+    const PerKind<ChannelList>& lists_;
+    KeyTable texts_;
+    std::vector<Entry> entries_;  ///< by the number of the text
+    PerKind<Places> places_;
+    std::size_t forgotten_ = 0;  ///< entries that lead nowhere
+    std::size_t dropFrom_ = kFewForgotten;
+    std::int32_t added_ = KeyTable::kNone;
     std::uint64_t version_ = 0;
-    bool linked_ = true;
 };
 
 }  // namespace kv::channels

@@ -108,15 +108,13 @@ void Bandscope::removeByKey(const std::wstring& sID, Step& step) {
     const FreqSlotRef channel = GetChnlByKey(sID);
     if (!channel)
         return;
-    step = 200;
-    const std::int32_t index = store_.indexOfKey(sID).value_or(0);
     step = 300;
     const std::wstring prefix = util::upperCase(sID.substr(0, 2));
     std::exception_ptr failed;
     if (prefix == L"TX") {
-        failed = store_.closeGap(ChannelKind::TX, index);
+        failed = store_.closeGap(ChannelKind::TX, sID);
     } else if (prefix == L"RX") {
-        failed = store_.closeGap(ChannelKind::RX, index);
+        failed = store_.closeGap(ChannelKind::RX, sID);
     }
     step = 400;
     store_.forgetKey(sID);

@@ -1,6 +1,7 @@
 // The channels of a kind: many of our own at once, a few or foreign ones one by one.
 #include <algorithm>
 
+#include "control/ForeignChannels.h"
 #include "control/HiddenChannels.h"
 #include "control/SpectrumPainter.h"
 #include "util/RuntimeError.h"
@@ -14,25 +15,24 @@ void SpectrumPainter::drawCollection(ChannelKind kind, util::Step& step, std::in
     const KeepDrawing keep(picture_);
     const std::int32_t count = store_.count(kind);
     step = 200;
-    if (count >= nMany_) {
-        if (const std::optional<PaintedView> view = paintable(kind, false)) {
-            paint(kind, *view, kChnl);
-            step = 300;
-            return;
-        }
-    }
-    for (kChnl = 1; kChnl <= count; ++kChnl) {
+    if (count >= nMany_)
+        paintAtOnce(kind, false, kChnl);
+    while (++kChnl <= count) {
         const channels::FreqSlotRef channel = store_.at(kind, kChnl - 1);
         if (!channel)
             throw util::RuntimeError(util::error_number::kSubscriptOutOfRange);
-        if (channel->bVisible() && channel->dFreq() > 0.0)
-            DrawChnl(*channel);
+        const channels::DrawRecord record = channel->visibleRecord();
+        if (record.bVisible && record.dFreq > 0.0)
+            DrawChnl(*channel, record);
     }
     step = 300;
 }
 
 void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
-    const channels::DrawRecord record = channel.drawRecord();
+    DrawChnl(channel, channel.drawRecord());
+}
+
+void SpectrumPainter::DrawChnl(channels::FreqSlot& channel, const channels::DrawRecord& record) {
     const double floor = range_.DisplayMinPwr();
     // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
     const double top = record.dPwrDBM > floor ? record.dPwrDBM : range_.DisplayMaxPwr() / 2.0;
@@ -55,24 +55,46 @@ void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
 }
 
 void SpectrumPainter::refreshCollection(ChannelKind kind) {
-    const std::optional<PaintedView> view =
-        store_.count(kind) >= nMany_ ? paintable(kind, true) : std::optional<PaintedView>();
-    if (view) {
-        std::int32_t kChnl = 0;
-        paint(kind, *view, kChnl);
-        return;
-    }
-    for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i)
+    std::int32_t done = 0;
+    if (store_.count(kind) >= nMany_)
+        paintAtOnce(kind, true, done);
+    for (; const channels::FreqSlotRef channel = store_.at(kind, done); ++done)
         DrawChnl(*channel);
+}
+
+/// Paints the channels of a kind all at once, as far as that goes. `done` becomes the number of those that have been
+/// dealt with; the others have to be drawn one by one. When one of them ends the drawing with an error, `done` is its
+/// number, from 1.
+void SpectrumPainter::paintAtOnce(ChannelKind kind, bool refreshes, std::int32_t& done) {
+    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+    hideForeignChannels(snapshot);
+    std::optional<PaintedView> view = paintable(kind, refreshes);
+    if (!view)
+        return;
+    const std::uint64_t arrangement = store_.arrangement(kind);
+    const ForeignRead read =
+        readForeignChannels(store_, kind, *view, CollectionPainter::firstUnknownStyle(snapshot, *view));
+    const bool isAsBefore = store_.arrangement(kind) == arrangement;
+    // The host's code may have changed the range, too.
+    if (!snapshot.foreign().empty())
+        view = paintable(kind, refreshes);
+    if (isAsBefore && view) {
+        const std::size_t last = std::min(read.last, CollectionPainter::firstUnknownStyle(snapshot, *view));
+        paint(kind, *view, last);
+        done = snapshot.indexOf(last);
+    }
+    if (read.failed) {
+        done = isAsBefore ? snapshot.indexOf(read.stoppedAt) + 1 : 0;
+        std::rethrow_exception(read.failed);
+    }
 }
 
 /// What painting the channels of a kind all at once needs; nothing when they have to be drawn one by one.
 std::optional<PaintedView> SpectrumPainter::paintable(ChannelKind kind, bool refreshes) {
     if (!range_.isComplete())
         return std::nullopt;
-    channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
     const raster::RasterCanvas* const canvas = picture_.raster();
-    if (!canvas || !snapshot.update(store_, kind))
+    if (!canvas || !store_.snapshot(kind).update())
         return std::nullopt;
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();
@@ -83,21 +105,15 @@ std::optional<PaintedView> SpectrumPainter::paintable(ChannelKind kind, bool ref
     return view;
 }
 
-/// `kChnl` becomes the number of the channel, from 1, whose drawing ends with an error.
-void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::int32_t& kChnl) {
+void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::size_t last) {
     channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
-    const std::size_t last = CollectionPainter::firstUnknownStyle(snapshot, view);
-    if (view.refreshes) {
-        HiddenChannels hidden(store_, kind, view, last);
+    if (!view.refreshes) {
         painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
-        hidden.keep();
-    } else {
-        painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
+        return;
     }
-    if (last < snapshot.size()) {
-        kChnl = snapshot.indexOf(last) + 1;
-        DrawChnl(*store_.peek(kind, kChnl - 1));
-    }
+    HiddenChannels hidden(store_, kind, view, last);
+    painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
+    hidden.keep();
 }
 
 }  // namespace kv::control

@@ -26,7 +26,10 @@ void HiddenChannels::addBlock(std::size_t first, std::size_t last) {
     for (std::size_t place = first; place < last; ++place) {
         if (!snapshot.isHiddenButDrawn(place) || !view_.reaches(snapshot.records()[place]))
             continue;
-        channels::FreqSlot* const channel = store_.peek(kind_, snapshot.indexOf(place));
+        // A foreign one has been told when it was read.
+        if (snapshot.foreign().contains(place))
+            continue;
+        channels::FreqSlot* const channel = store_.list(kind_).at(place);
         if (channel->bDrawn()) {
             channel->setBDrawn(false);
             channels_.push_back(channel);

@@ -67,7 +67,9 @@ class SpectrumPainter {
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
     void drawFreqLabel(double x);
     std::optional<PaintedView> paintable(channels::ChannelKind kind, bool refreshes);
-    void paint(channels::ChannelKind kind, const PaintedView& view, std::int32_t& kChnl);
+    void paintAtOnce(channels::ChannelKind kind, bool refreshes, std::int32_t& done);
+    void paint(channels::ChannelKind kind, const PaintedView& view, std::size_t last);
+    void DrawChnl(channels::FreqSlot& channel, const channels::DrawRecord& record);
 
     formenv::PictureBox& picture_;
     formenv::PictureBox& strip_;

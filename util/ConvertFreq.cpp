@@ -17,6 +17,8 @@ struct Unit {
 
 constexpr std::array<Unit, 4> kUnits{{{L"Hz", 2}, {L"KHz", 1}, {L"MHz", 0}, {L"GHz", -1}}};
 
+constexpr int kNoUnit = 9;
+
 std::optional<int> stepsToMHz(std::wstring_view name) {
     for (const Unit& unit : kUnits) {
         if (unit.name == name)
@@ -57,6 +59,37 @@ double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, dou
 double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, double dValue) {
     bool unknown = false;
     return ConvertFreq(sFromUnits, sToUnits, dValue, unknown);
+}
+
+FreqUnit freqUnitOf(std::wstring_view name) noexcept {
+    switch (stepsToMHz(name).value_or(kNoUnit)) {
+        case 0:
+            return FreqUnit::MHz;
+        case 1:
+            return FreqUnit::KHz;
+        case 2:
+            return FreqUnit::Hz;
+        case -1:
+            return FreqUnit::GHz;
+        default:
+            return FreqUnit::Other;
+    }
+}
+
+double toMHz(FreqUnit from, double dValue) noexcept {
+    switch (from) {
+        case FreqUnit::MHz:
+            return dValue;
+        case FreqUnit::KHz:
+            return scale(dValue, 1);
+        case FreqUnit::Hz:
+            return scale(dValue, 2);
+        case FreqUnit::GHz:
+            return scale(dValue, -1);
+        case FreqUnit::Other:
+            break;
+    }
+    return kInvalidFreq;
 }
 
 double toMHz(std::wstring_view sFromUnits, double dValue) {

@@ -1,6 +1,7 @@
 // Conversion of frequencies and bandwidths between the four units that channels are given in.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 namespace kv::util {
@@ -18,6 +19,12 @@ inline constexpr double kInvalidFreq = -88.0;
 
 /// The same for callers to whom an unknown unit is no error.
 [[nodiscard]] double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, double dValue);
+
+/// The units by number, for lists of many frequencies. `Other` is any text that names no unit.
+enum class FreqUnit : std::uint8_t { MHz, Hz, KHz, GHz, Other };
+[[nodiscard]] FreqUnit freqUnitOf(std::wstring_view name) noexcept;
+/// As for the unit's name, but a finite value without a finite result gives an infinity.
+[[nodiscard]] double toMHz(FreqUnit from, double dValue) noexcept;
 
 /// Converts to MHz; an unknown unit gives kInvalidFreq. Throws RuntimeError 6 as ConvertFreq does.
 [[nodiscard]] double toMHz(std::wstring_view sFromUnits, double dValue);

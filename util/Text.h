@@ -23,6 +23,12 @@ namespace kv::util {
 /// Folds one character so that letters which differ only in case become equal: Unicode's simple case folding for Basic
 /// Latin, Latin-1, Latin Extended-A, Greek and Cyrillic. Any other character is returned unchanged.
 [[nodiscard]] wchar_t foldCase(wchar_t character) noexcept;
+/// The same where most characters are ASCII, as in keys, of which a host may add half a million.
+[[nodiscard]] inline wchar_t foldAsciiFast(wchar_t character) noexcept {
+    if (character >= L'A' && character <= L'Z')
+        return static_cast<wchar_t>(character + (L'a' - L'A'));
+    return character < 0x80 ? character : foldCase(character);
+}
 
 /// `text` with each character folded, for comparing keys without regard to case. The length does not change.
 [[nodiscard]] std::wstring foldCase(std::wstring_view text);

@@ -111,7 +111,7 @@ class ChannelSnapshotTest : public ::testing::Test {
                 break;
             case 6:
                 // A drawing marks what it has drawn.
-                if (count != 0 && store_.snapshot(kind).update(store_, kind)) {
+                if (count != 0 && store_.snapshot(kind).update()) {
                     ChannelSnapshot& snapshot = store_.snapshot(kind);
                     const std::size_t position = snapshot.positionOf(static_cast<std::int32_t>(upTo(count)));
                     if (snapshot.records()[position].bVisible)
@@ -127,31 +127,21 @@ class ChannelSnapshotTest : public ::testing::Test {
         }
     }
 
-    bool anyForeign(ChannelKind kind) const {
-        for (std::int32_t i = 0; const FreqSlotRef channel = store_.at(kind, i); ++i) {
-            if (!channel->watch())
-                return true;
-        }
-        return false;
-    }
+    bool isForeign(ChannelKind kind, std::size_t place) const { return !store_.list(kind).at(place)->peek(); }
 
     void compare(ChannelKind kind) {
         ChannelSnapshot& snapshot = store_.snapshot(kind);
-        const bool current = snapshot.update(store_, kind);
-        ASSERT_EQ(current, !anyForeign(kind));
-        if (!current)
-            return;
-        ASSERT_LE(snapshot.size() - static_cast<std::size_t>(store_.count(kind)), 64 + snapshot.size() / 8);
-        const std::uint64_t version = snapshot.version();
-        ASSERT_TRUE(snapshot.update(store_, kind));
-        ASSERT_EQ(snapshot.version(), version) << "derived again without a change";
+        ASSERT_TRUE(snapshot.update());
+        ASSERT_LE(snapshot.size() - static_cast<std::size_t>(store_.count(kind)), 256 + snapshot.size() / 8);
+        const std::uint64_t derived = snapshot.derivedRecords();
+        ASSERT_TRUE(snapshot.update());
+        ASSERT_EQ(snapshot.derivedRecords(), derived) << "derived again without a change";
         ChannelSnapshot::PowerMap map;
         map.pixels.scale = {0.0, 20.0, 1.0, -150.0};
         map.pixels.size = {100, static_cast<int>(90 + upTo(2))};
         map.floor = -130.0;
         map.markHeight = oneIn(2) ? 10.0 : 5.0;
         const std::vector<std::int16_t>& rows = snapshot.rows(map);
-        bool unknownStyle = false;
         std::int32_t index = 0;
         ASSERT_EQ(rows.size(), snapshot.size());
         for (std::size_t position = 0; position < snapshot.size(); ++position) {
@@ -163,13 +153,16 @@ class ChannelSnapshotTest : public ::testing::Test {
             ASSERT_EQ(snapshot.indexOf(position), index);
             ASSERT_EQ(snapshot.positionOf(index), position);
             ASSERT_LT(index, store_.count(kind));
+            ASSERT_EQ(snapshot.foreign().contains(position), isForeign(kind, position));
+            if (isForeign(kind, position)) {
+                ++index;
+                continue;
+            }
             const DrawRecord fresh = store_.at(kind, index)->drawRecord();
             ASSERT_NO_FATAL_FAILURE(compare(snapshot, position, fresh, rows[position], map)) << position;
-            unknownStyle = unknownStyle || fresh.iFillStyle < 0 || fresh.iFillStyle > 7;
             ++index;
         }
         ASSERT_EQ(index, store_.count(kind));
-        ASSERT_EQ(snapshot.hasUnknownFillStyle(), unknownStyle);
     }
 
     static void compare(const ChannelSnapshot& snapshot, std::size_t position, const DrawRecord& fresh,
@@ -243,7 +236,7 @@ TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanWhenTheHostsCodeRunsDuringARemov
             if (member != "sKey" || left-- <= 0)
                 return;
             act(ChannelKind::TX, true);
-            EXPECT_FALSE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
+            EXPECT_TRUE(store_.snapshot(ChannelKind::TX).update());
             act(ChannelKind::TX, true);
         };
         for (std::size_t steps = 1 + upTo(3); steps > 0; --steps) {
@@ -256,65 +249,116 @@ TEST_F(ChannelSnapshotTest, AgreesWithAFreshScanWhenTheHostsCodeRunsDuringARemov
     }
 }
 
-TEST_F(ChannelSnapshotTest, AForeignRecordLeavesNoCopyUntilItIsGone) {
+TEST_F(ChannelSnapshotTest, AForeignRecordIsWhatADrawingHasPut) {
     addQuiet(ChannelKind::TX);
     add(ChannelKind::TX, new PlainSlot);
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update());
+    EXPECT_FALSE(snapshot.records()[1].bVisible);
+    DrawRecord record;
+    record.dFreq = record.dFreqLo = 10.0;
+    record.dFreqHi = 1000.0;
+    snapshot.putForeign(1, record);
+    ASSERT_TRUE(snapshot.update());
+    EXPECT_EQ(snapshot.records()[1].dFreq, 10.0);
+    EXPECT_EQ(snapshot.blocks()[0].lowest, 10.0);
+    EXPECT_EQ(snapshot.blocks()[0].highest, 1000.0);
+    EXPECT_NE(snapshot.range().low, 10.0) << "its extremes are asked for, not remembered";
+}
+
+TEST_F(ChannelSnapshotTest, AChangeDerivesTheBlockAroundItAgain) {
+    std::vector<util::Ref<FreqSlotBase>> slots;
+    for (int i = 0; i < 1000; ++i)
+        slots.push_back(add(ChannelKind::TX, new QuietSlot));
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    ASSERT_TRUE(snapshot.update());
+    const std::uint64_t before = snapshot.derivedRecords();
+    slots[300]->setDFreq(5.0);
+    slots[310]->set<&FreqSlotFields::dPwrDBM>(5.0);
+    slots[999]->set<&FreqSlotFields::sLabel>(std::wstring(L"another"));
+    ASSERT_TRUE(snapshot.update());
+    EXPECT_EQ(snapshot.derivedRecords() - before, ChannelSnapshot::kBlock);
+    remove(ChannelKind::TX, 600);
+    ASSERT_TRUE(snapshot.update());
+    EXPECT_EQ(snapshot.derivedRecords() - before, ChannelSnapshot::kBlock) << "a hole hides, and needs nothing else";
+}
+
+TEST_F(ChannelSnapshotTest, AllBandsAtAFrequencyAreFoundAfterAnySequenceOfChanges) {
+    for (int round = 0; round < 3000; ++round) {
+        for (std::size_t steps = upTo(6); steps > 0; --steps)
+            act(ChannelKind::RX, oneIn(50));
+        ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::RX);
+        const double lowest = between(90.0, 210.0);
+        std::vector<std::int32_t> expected;
+        const ChannelList& list = store_.list(ChannelKind::RX);
+        for (std::size_t place = 0; place < list.places(); ++place) {
+            const FreqSlotFields* const own = list.at(place) ? list.at(place)->peek() : nullptr;
+            if (own && own->dFreqLo <= lowest + 1.0 && own->dFreqHi >= lowest)
+                expected.push_back(static_cast<std::int32_t>(place));
+        }
+        std::vector<std::int32_t> found = snapshot.placesAt(lowest, lowest + 1.0);
+        std::ranges::sort(found);
+        ASSERT_EQ(found, expected) << "round " << round;
+    }
+}
+
+TEST_F(ChannelSnapshotTest, TheSecondSearchOfManyRecordsTakesFewSteps) {
+    for (int i = 0; i < 3000; ++i) {
+        FreqSlotFields& fields = add(ChannelKind::TX, new QuietSlot)->fields();
+        fields.dFreqLo = i;
+        fields.dFreqHi = i + 0.5;
+    }
+    ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
+    EXPECT_EQ(snapshot.placesAt(1500.1, 1500.2), std::vector<std::int32_t>({1500}));
+    EXPECT_EQ(snapshot.searchSteps(), 3000U) << "an index for a single search is not worth it";
+    EXPECT_EQ(snapshot.placesAt(1500.1, 1500.2), std::vector<std::int32_t>({1500}));
+    EXPECT_LT(snapshot.searchSteps(), 100U);
     addQuiet(ChannelKind::TX);
-    addQuiet(ChannelKind::RX);
-    EXPECT_FALSE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
-    EXPECT_TRUE(store_.snapshot(ChannelKind::RX).update(store_, ChannelKind::RX));
-    remove(ChannelKind::TX, 1);
-    ASSERT_TRUE(store_.snapshot(ChannelKind::TX).update(store_, ChannelKind::TX));
-    EXPECT_EQ(store_.snapshot(ChannelKind::TX).size(), 2U);
+    remove(ChannelKind::TX, 7);
+    static_cast<FreqSlotBase&>(*store_.at(ChannelKind::TX, 9)).setDFreqHi(2000.0);
+    EXPECT_EQ(snapshot.placesAt(1500.1, 1500.2).size(), 2U);
+    EXPECT_LT(snapshot.searchSteps(), 100U) << "the index is kept";
 }
 
 TEST_F(ChannelSnapshotTest, ARemovedRecordLeavesAHoleAndTheOthersTheirPositions) {
     for (int i = 0; i < 10; ++i)
         addQuiet(ChannelKind::TX);
     ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
-    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    ASSERT_TRUE(snapshot.update());
     remove(ChannelKind::TX, 3);
-    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    ASSERT_TRUE(snapshot.update());
     EXPECT_EQ(snapshot.size(), 10U);
     EXPECT_FALSE(snapshot.isLive(3));
     EXPECT_EQ(snapshot.positionOf(3), 4U);
 }
 
-TEST_F(ChannelSnapshotTest, ACopyWithManyHolesIsMadeAnew) {
-    for (int i = 0; i < 300; ++i)
+TEST_F(ChannelSnapshotTest, ManyHolesAreClosed) {
+    for (int i = 0; i < 500; ++i)
         addQuiet(ChannelKind::TX);
     ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
-    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
-    for (int i = 0; i < 200; ++i)
+    ASSERT_TRUE(snapshot.update());
+    for (int i = 0; i < 400; ++i)
         remove(ChannelKind::TX, 0);
-    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
-    EXPECT_EQ(snapshot.size(), 100U);
+    ASSERT_TRUE(snapshot.update());
+    EXPECT_LT(snapshot.size(), 500U);
+    EXPECT_EQ(snapshot.size(), store_.list(ChannelKind::TX).places());
+    static_cast<FreqSlotBase&>(*store_.at(ChannelKind::TX, 50)).setDFreq(7.0);
+    ASSERT_TRUE(snapshot.update());
+    EXPECT_EQ(snapshot.records()[snapshot.positionOf(50)].dFreq, 7.0) << "the record knows its new place";
 }
 
 TEST_F(ChannelSnapshotTest, AClearedStoreLeavesNothing) {
     for (int i = 0; i < 300; ++i)
         addQuiet(ChannelKind::TX);
     ChannelSnapshot& snapshot = store_.snapshot(ChannelKind::TX);
-    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
+    ASSERT_TRUE(snapshot.update());
     EXPECT_EQ(snapshot.rows({}).size(), 300U);
-    const std::uint64_t version = snapshot.version();
     store_.clear(ChannelKind::TX);
-    ASSERT_TRUE(snapshot.update(store_, ChannelKind::TX));
-    EXPECT_NE(snapshot.version(), version);
+    ASSERT_TRUE(snapshot.update());
     EXPECT_EQ(snapshot.size(), 0U);
     EXPECT_TRUE(snapshot.blocks().empty());
     EXPECT_TRUE(snapshot.lowOnGrid().empty());
     EXPECT_TRUE(snapshot.rows({}).empty());
-}
-
-TEST_F(ChannelSnapshotTest, ARecordMovesTheRevisionOnceItIsInAStore) {
-    const std::uint64_t before = recordRevision();
-    auto* const fresh = new QuietSlot;
-    fresh->setDFreq(5.0);
-    const util::Ref<FreqSlotBase> slot = add(ChannelKind::TX, fresh);
-    EXPECT_EQ(recordRevision(), before);
-    slot->setDFreq(6.0);
-    EXPECT_NE(recordRevision(), before);
 }
 
 }  // namespace

@@ -17,7 +17,6 @@ class AskedSlot final : public channels::FreqSlotBase {
         if (--references_ == 0)
             delete this;
     }
-    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
     [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
     channels::DrawRecord drawRecord() override { return (++asked, channels::FreqSlotBase::drawRecord()); }
 
@@ -242,7 +241,6 @@ TEST_F(PaintingPathTest, OnceTheForeignRecordsAreGoneRecordsAreNotAskedAnyMore) 
             if (--references_ == 0)
                 delete this;
         }
-        channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
         [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
         double dFreqAlt() override { return (++asked, channels::FreqSlotBase::dFreqAlt()); }
         int asked = 0;
@@ -283,7 +281,7 @@ TEST(PaintingPath, HiddenChannelsAreNotPainted) {
         fields.lColor = fields.lColorLine = color;
         fields.sKey = L"#" + std::to_wstring(scope.NumTX());
         scope.AddTXChnl(channels::FreqSlotRef(slot.get()));
-        fields.iFillStyle = static_cast<std::int16_t>(raster::FillStyle::Solid);
+        slot->setIFillStyle(static_cast<std::int16_t>(raster::FillStyle::Solid));
         return slot;
     };
     const int count = static_cast<int>(channels::ChannelSnapshot::kBlock);

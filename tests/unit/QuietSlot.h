@@ -25,7 +25,6 @@ class CountedSlot : public channels::FreqSlotBase {
 /// Reports its changes, like the control's own class: reading it runs no code of a host.
 class QuietSlot : public CountedSlot {
   public:
-    channels::FreqSlotFields* watch() noexcept override { return watchFields(); }
     [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return &fields(); }
 };
 

@@ -1,9 +1,9 @@
-// What the copy of the records reads again and when.
+// What the copy of the records holds, and what it reads again.
 #include "channels/RecordCopy.h"
 
 #include <gtest/gtest.h>
 
-#include <optional>
+#include <limits>
 #include <vector>
 
 #include "tests/unit/QuietSlot.h"
@@ -13,15 +13,20 @@ namespace {
 
 class RecordCopyTest : public ::testing::Test {
   protected:
-    FreqSlotBase& append(FreqSlotBase* slot, double frequency) {
+    FreqSlotBase& append(double frequency) {
+        auto* const slot = new control::QuietSlot;
         slot->fields().dFreq = frequency;
         list_.append(FreqSlotRef(slot));
+        copy_.append(false);
         return *slot;
     }
-    FreqSlotBase& append(double frequency) { return append(new control::QuietSlot, frequency); }
-    std::optional<std::size_t> remove(std::int32_t index) {
-        static_cast<void>(list_.take(static_cast<std::size_t>(index)));
-        return copy_.remove(index);
+    std::vector<std::size_t> readChanged() {
+        std::vector<std::size_t> read;
+        for (std::size_t place = copy_.nextChanged(0); place != PlaceSet::kNone; place = copy_.nextChanged(place + 1)) {
+            EXPECT_TRUE(copy_.read(list_, place));
+            read.push_back(place);
+        }
+        return read;
     }
     std::vector<double> frequencies() const {
         std::vector<double> found;
@@ -29,113 +34,90 @@ class RecordCopyTest : public ::testing::Test {
             found.push_back(record.bVisible ? record.dFreq : -1.0);
         return found;
     }
+    using Places = std::vector<std::size_t>;
     using Frequencies = std::vector<double>;
 
     ChannelList list_;
     RecordCopy copy_;
 };
 
-TEST_F(RecordCopyTest, OnlyAppendedRecordsAreRead) {
-    EXPECT_EQ(copy_.update(list_), 0U);
+TEST_F(RecordCopyTest, OnlyAppendedAndChangedRecordsAreRead) {
     append(100.0);
-    append(200.0);
-    EXPECT_EQ(copy_.update(list_), 0U);
-    EXPECT_EQ(copy_.update(list_), 2U);
+    FreqSlotBase& second = append(200.0);
+    EXPECT_EQ(frequencies(), Frequencies({-1.0, -1.0})) << "hidden until they are read";
+    EXPECT_EQ(readChanged(), Places({0, 1}));
+    EXPECT_EQ(readChanged(), Places());
+    EXPECT_FALSE(copy_.read(list_, 0));
     append(300.0);
-    EXPECT_EQ(copy_.update(list_), 2U);
-    EXPECT_EQ(frequencies(), Frequencies({100.0, 200.0, 300.0}));
-}
-
-TEST_F(RecordCopyTest, AChangeReadsAllRecordsAgainOnce) {
-    append(100.0);
-    FreqSlotBase& changed = append(200.0);
-    EXPECT_EQ(copy_.update(list_), 0U);
-    changed.setDFreq(250.0);
-    append(300.0);
-    EXPECT_EQ(copy_.update(list_), 0U);
+    second.setDFreq(250.0);
+    copy_.changes(1);
+    copy_.changes(1);
+    copy_.changes(1000);
+    EXPECT_EQ(readChanged(), Places({1, 2}));
     EXPECT_EQ(frequencies(), Frequencies({100.0, 250.0, 300.0}));
-    EXPECT_EQ(copy_.update(list_), 3U);
 }
 
-TEST_F(RecordCopyTest, WhenAllRecordsWereRemovedOlderChangesDoNotCount) {
-    const FreqSlotRef removed(&append(100.0));
-    EXPECT_EQ(copy_.update(list_), 0U);
-    remove(0);
-    static_cast<FreqSlotBase*>(removed.get())->setDFreq(150.0);
-    append(200.0);
-    EXPECT_EQ(copy_.update(list_), 1U);
-    EXPECT_EQ(copy_.update(list_), 2U);
-}
-
-TEST_F(RecordCopyTest, MemoryForManyRecordsIsReservedExactly) {
+TEST_F(RecordCopyTest, WhatIsTakenBackOrRemovedIsNotRead) {
     append(100.0);
-    EXPECT_EQ(copy_.update(list_), 0U);
-    for (int i = 0; i < 99; ++i)
-        append(200.0);
-    EXPECT_EQ(copy_.update(list_), 1U);
-    EXPECT_EQ(copy_.records().capacity(), 100U);
-    EXPECT_EQ(copy_.fields().capacity(), 100U);
+    append(200.0);
+    copy_.takeBack();
+    EXPECT_EQ(copy_.size(), 1U);
+    EXPECT_EQ(readChanged(), Places({0}));
+    copy_.append(false);
+    copy_.changes(0);
+    copy_.remove(0);
+    EXPECT_EQ(readChanged(), Places({1}));
+    EXPECT_EQ(frequencies(), Frequencies({-1.0, 200.0}));
 }
 
-TEST_F(RecordCopyTest, ARemovalLeavesAHole) {
+TEST_F(RecordCopyTest, AForeignRecordIsWhatWasPut) {
+    append(100.0);
+    copy_.append(true);
+    EXPECT_EQ(readChanged(), Places({0}));
+    EXPECT_TRUE(copy_.foreign().contains(1));
+    EXPECT_FALSE(copy_.foreign().contains(0));
+    DrawRecord record;
+    record.dFreq = 7.0;
+    copy_.put(1, record);
+    EXPECT_EQ(frequencies(), Frequencies({100.0, 7.0}));
+    copy_.remove(1);
+    EXPECT_TRUE(copy_.foreign().empty());
+}
+
+TEST_F(RecordCopyTest, MovesKeepWhatIsKnown) {
     for (const double frequency : {100.0, 200.0, 300.0})
         append(frequency);
-    EXPECT_EQ(copy_.update(list_), 0U);
-    EXPECT_EQ(remove(1), 1U);
-    EXPECT_EQ(copy_.update(list_), 3U);
-    EXPECT_EQ(frequencies(), Frequencies({100.0, -1.0, 300.0}));
-    EXPECT_TRUE(copy_.isHole(1));
-    EXPECT_FALSE(copy_.isHole(2));
-    EXPECT_EQ(copy_.fields()[1], nullptr);
-    EXPECT_EQ(copy_.indexOf(2), 1);
-    EXPECT_EQ(copy_.positionOf(1), 2U);
-    append(400.0);
-    EXPECT_EQ(remove(2), std::nullopt) << "not read yet";
-    EXPECT_EQ(copy_.update(list_), 3U);
-    EXPECT_EQ(copy_.size(), 3U);
+    copy_.append(true);
+    readChanged();
+    copy_.changes(2);
+    copy_.remove(0);
+    for (const std::size_t from : {1U, 2U, 3U})
+        copy_.move(from, from - 1);
+    copy_.shorten(3);
+    EXPECT_EQ(copy_.nextChanged(0), 1U);
+    EXPECT_EQ(copy_.nextChanged(2), PlaceSet::kNone);
+    EXPECT_TRUE(copy_.foreign().contains(2));
+    EXPECT_EQ(frequencies(), Frequencies({200.0, 300.0, -1.0}));
 }
 
-TEST_F(RecordCopyTest, ManyHolesAreMoreThan64AndAnEighthOfThePlaces) {
-    for (int i = 0; i < 200; ++i)
-        append(100.0);
-    EXPECT_EQ(copy_.update(list_), 0U);
-    for (int i = 0; i < 64 + 200 / 8; ++i) {
-        remove(0);
-        EXPECT_FALSE(copy_.hasManyHoles());
-    }
-    remove(0);
-    EXPECT_TRUE(copy_.hasManyHoles());
-}
-
-TEST_F(RecordCopyTest, AForeignRecordLeavesNoCopy) {
-    append(100.0);
-    append(new control::CountedSlot, 200.0);
-    EXPECT_EQ(copy_.update(list_), std::nullopt);
-    EXPECT_TRUE(copy_.hasForeign());
-    EXPECT_EQ(copy_.update(list_), std::nullopt);
-}
-
-TEST_F(RecordCopyTest, UnknownFillStylesAreThoseOutsideZeroToSeven) {
+TEST_F(RecordCopyTest, EdgesThatAreFiniteOnlyInTheirUnitAreTooLarge) {
     FreqSlotBase& slot = append(100.0);
-    for (const auto& [style, unknown] : {std::pair<std::int16_t, bool>{0, false}, {7, false}, {-1, true}, {8, true}}) {
-        slot.setIFillStyle(style);
-        EXPECT_EQ(copy_.update(list_), 0U);
-        EXPECT_EQ(copy_.hasUnknownFillStyle(), unknown) << style;
-    }
-    remove(0);
-    EXPECT_FALSE(copy_.hasUnknownFillStyle());
-    append(200.0).setIFillStyle(8);
-    EXPECT_EQ(copy_.update(list_), 1U);
-    EXPECT_TRUE(copy_.hasUnknownFillStyle());
-}
-
-TEST_F(RecordCopyTest, MarkingAsDrawnReachesTheRecord) {
-    FreqSlotBase& slot = append(100.0);
-    EXPECT_EQ(copy_.update(list_), 0U);
-    copy_.markDrawn(0);
-    EXPECT_TRUE(slot.bDrawn());
-    EXPECT_TRUE(copy_.records()[0].bDrawn);
-    EXPECT_EQ(copy_.update(list_), 1U);
+    const auto isTooLarge = [&](double low, double high, const wchar_t* units) {
+        slot.fields().dFreqLo = low;
+        slot.fields().dFreqHi = high;
+        slot.fields().sFreqUnits = units;
+        copy_.changes(0);
+        readChanged();
+        return copy_.hasTooLargeEdges();
+    };
+    constexpr double kHuge = 1e307;
+    EXPECT_FALSE(isTooLarge(kHuge, kHuge, L"MHz"));
+    EXPECT_TRUE(isTooLarge(kHuge, 1.0, L"GHz"));
+    EXPECT_TRUE(isTooLarge(1.0, -kHuge, L"GHz"));
+    EXPECT_FALSE(isTooLarge(kHuge / 1e4, std::numeric_limits<double>::infinity(), L"GHz"));
+    EXPECT_TRUE(isTooLarge(kHuge, kHuge, L"GHz"));
+    copy_.remove(0);
+    EXPECT_FALSE(copy_.hasTooLargeEdges());
 }
 
 }  // namespace

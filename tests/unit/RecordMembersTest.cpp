@@ -1,4 +1,10 @@
 // A record of our own class: its components, and which changes of it count.
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <utility>
+#include <vector>
+
 #include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
@@ -15,13 +21,25 @@ int errorOf(const std::function<void()>& body) {
     return 0;
 }
 
+class Listener final : public channels::RecordWatcher {
+  public:
+    void recordChanges(std::int32_t place, channels::Changes what) noexcept override {
+        heard = static_cast<channels::Changes>(heard | what);
+        places.push_back(place);
+    }
+    channels::Changes heard = channels::change::kNone;
+    std::vector<std::int32_t> places;
+};
+
 class RecordMembersTest : public ::testing::Test {
   protected:
-    bool movesRevision(const std::function<void()>& change) {
-        const std::uint64_t before = channels::recordRevision();
+    /// What the watcher hears of a change.
+    channels::Changes changesOf(const std::function<void()>& change) {
+        listener.heard = channels::change::kNone;
         change();
-        return channels::recordRevision() != before;
+        return listener.heard;
     }
+    Listener listener;
     util::Ref<QuietSlot> slot{new QuietSlot};
 };
 
@@ -50,26 +68,87 @@ TEST_F(RecordMembersTest, SizingKeepsTheComponentsThatStay) {
     EXPECT_EQ(errorOf([&] { static_cast<void>(slot->component(0)); }), util::error_number::kSubscriptOutOfRange);
 }
 
-TEST_F(RecordMembersTest, ChangesCountOnceTheRecordIsWatched) {
-    EXPECT_FALSE(movesRevision([&] { slot->setDFreq(450.0); }));
-    ASSERT_NE(slot->watch(), nullptr);
-    EXPECT_TRUE(movesRevision([&] { slot->setDFreq(460.0); }));
-    const std::uint64_t keys = channels::keyRevision();
-    EXPECT_TRUE(movesRevision([&] { slot->fieldsButKey().dBW = 1.0; }));
-    EXPECT_EQ(channels::keyRevision(), keys);
-    EXPECT_TRUE(movesRevision([&] { slot->fields().sKey = L"TX1"; }));
-    EXPECT_NE(channels::keyRevision(), keys);
+using Fields = channels::FreqSlotFields;
+using channels::change::kDrawing;
+using channels::change::kKey;
+using channels::change::kMatching;
+using channels::change::kNone;
+
+TEST_F(RecordMembersTest, ChangesAreHeardOnceTheRecordIsWatched) {
+    EXPECT_EQ(changesOf([&] { slot->setDFreq(450.0); }), kNone);
+    ASSERT_TRUE(slot->watch(listener, 7));
+    EXPECT_EQ(changesOf([&] { slot->setDFreq(460.0); }), kDrawing | kMatching);
+    EXPECT_EQ(listener.places, std::vector<std::int32_t>({7}));
+    EXPECT_EQ(changesOf([&] { slot->fields().sKey = L"TX1"; }), channels::change::kAll);
+    slot->unwatch(listener, 7);
+    EXPECT_EQ(changesOf([&] { slot->setDFreq(470.0); }), kNone);
+}
+
+TEST_F(RecordMembersTest, AForeignRecordCannotBeWatched) {
+    const util::Ref<CountedSlot> foreign(new CountedSlot);
+    EXPECT_FALSE(foreign->watch(listener, 0));
+}
+
+TEST_F(RecordMembersTest, OnlyThoseWhoReadAMemberHearOfIt) {
+    ASSERT_TRUE(slot->watch(listener, 0));
+    for (const auto& [expected, change] : std::initializer_list<std::pair<int, std::function<void()>>>{
+             {kDrawing | kMatching, [&] { slot->set<&Fields::dFreqLo>(1.0); }},
+             {kDrawing | kMatching, [&] { slot->set<&Fields::dFreqHi>(1.0); }},
+             {kDrawing | kMatching, [&] { slot->set<&Fields::sFreqUnits>(std::wstring(L"GHz")); }},
+             {kDrawing, [&] { slot->set<&Fields::dPwrDBM>(1.0); }},
+             {kDrawing, [&] { slot->set<&Fields::lColor>(1U); }},
+             {kDrawing, [&] { slot->set<&Fields::lColorLine>(1U); }},
+             {kDrawing, [&] { slot->set<&Fields::iFillStyle>(std::int16_t{1}); }},
+             {kDrawing, [&] { slot->set<&Fields::bVisible>(false); }},
+             {kMatching, [&] { slot->set<&Fields::dFreqAlt>(1.0); }},
+             {kMatching, [&] { slot->set<&Fields::dBW>(1.0); }},
+             {kMatching, [&] { slot->set<&Fields::sBWUnits>(std::wstring(L"Hz")); }},
+             {kMatching, [&] { slot->set<&Fields::sLabel>(std::wstring(L"A")); }},
+             {kKey, [&] { slot->set<&Fields::sKey>(std::wstring(L"TX2")); }},
+             {kNone, [&] { slot->setNIMComps(3); }}}) {
+        EXPECT_EQ(changesOf(change), expected);
+        EXPECT_EQ(changesOf(change), kNone) << "the same value again";
+    }
+}
+
+TEST_F(RecordMembersTest, AValueThatIsNoNumberIsTheSameValue) {
+    ASSERT_TRUE(slot->watch(listener, 0));
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(changesOf([&] { slot->setDFreq(nan); }), kDrawing | kMatching);
+    EXPECT_EQ(changesOf([&] { slot->setDFreq(nan); }), kNone);
+    slot->setDFreq(0.0);
+    EXPECT_EQ(changesOf([&] { slot->setDFreq(-0.0); }), kDrawing | kMatching) << "the reciprocal differs";
+}
+
+TEST_F(RecordMembersTest, EachWatchIsHeardMovedAndEndedByItself) {
+    Listener other;
+    for (const std::int32_t place : {1, 2, 3})
+        ASSERT_TRUE(slot->watch(listener, place));
+    ASSERT_TRUE(slot->watch(other, 1));
+    slot->moveWatch(listener, 2, 20);
+    slot->unwatch(listener, 1);
+    slot->unwatch(listener, 99);
+    slot->setDFreq(1.0);
+    std::ranges::sort(listener.places);
+    EXPECT_EQ(listener.places, std::vector<std::int32_t>({3, 20}));
+    EXPECT_EQ(other.places, std::vector<std::int32_t>({1}));
+    slot->unwatch(listener, 3);
+    slot->unwatch(listener, 20);
+    slot->unwatch(other, 1);
+    slot->setDFreq(2.0);
+    EXPECT_EQ(listener.places.size(), 2U);
+    EXPECT_EQ(other.places.size(), 1U);
 }
 
 TEST_F(RecordMembersTest, MarkingAVisibleRecordAsDrawnIsNoChangeButUnmarkingIsOne) {
-    ASSERT_NE(slot->watch(), nullptr);
-    EXPECT_FALSE(movesRevision([&] { slot->setBDrawn(true); }));
+    ASSERT_TRUE(slot->watch(listener, 0));
+    EXPECT_EQ(changesOf([&] { slot->setBDrawn(true); }), kNone);
     EXPECT_TRUE(slot->bDrawn());
-    EXPECT_FALSE(movesRevision([&] { slot->setBDrawn(true); }));
-    EXPECT_TRUE(movesRevision([&] { slot->setBDrawn(false); }));
+    EXPECT_EQ(changesOf([&] { slot->setBDrawn(true); }), kNone);
+    EXPECT_EQ(changesOf([&] { slot->setBDrawn(false); }), kDrawing);
     slot->fields().bVisible = false;
-    EXPECT_TRUE(movesRevision([&] { slot->setBDrawn(true); }));
-    EXPECT_FALSE(movesRevision([&] { slot->setBDrawn(true); }));
+    EXPECT_EQ(changesOf([&] { slot->setBDrawn(true); }), kDrawing);
+    EXPECT_EQ(changesOf([&] { slot->setBDrawn(true); }), kNone);
 }
 
 class MatchAfterChangesTest : public ScopeTest {
@@ -94,11 +173,11 @@ TEST_F(MatchAfterChangesTest, AChangedRecordMatchesWhatItIsNow) {
     EXPECT_EQ(match(460.0), 1);
     EXPECT_EQ(match(460.0), 1);
     EXPECT_EQ(match(470.0), -88);
-    channels::FreqSlotFields& first = slots[0]->fieldsButKey();
+    channels::FreqSlotFields& first = slots[0]->fields();
     first.dFreq = first.dFreqLo = first.dFreqHi = 470.0;
     EXPECT_EQ(match(470.0), 0);
     EXPECT_EQ(match(450.0), -88);
-    channels::FreqSlotFields& last = slots[2]->fieldsButKey();
+    channels::FreqSlotFields& last = slots[2]->fields();
     last.dFreq = last.dFreqLo = last.dFreqHi = 450.0;
     EXPECT_EQ(match(450.0), 2);
     EXPECT_EQ(match(460.0), 1);

@@ -1,0 +1,79 @@
+#include "channels/KeyTable.h"
+
+#include <algorithm>
+
+#include "util/KeyedHash.h"
+#include "util/Text.h"
+
+namespace kv::channels {
+
+namespace {
+
+constexpr std::size_t kFewSlots = 32;
+
+bool equal(std::wstring_view a, std::wstring_view b) noexcept {
+    return std::ranges::equal(
+        a, b, [](wchar_t x, wchar_t y) { return x == y || util::foldAsciiFast(x) == util::foldAsciiFast(y); });
+}
+
+}  // namespace
+
+std::uint32_t KeyTable::hashOf(std::wstring_view text) noexcept {
+    return static_cast<std::uint32_t>(util::foldedHash(text));
+}
+
+std::wstring_view KeyTable::text(std::int32_t number) const noexcept {
+    const auto at = static_cast<std::size_t>(number);
+    const std::size_t begin = entries_[at].begin;
+    const std::size_t end = at + 1 < entries_.size() ? entries_[at + 1].begin : characters_.size();
+    return std::wstring_view(characters_).substr(begin, end - begin);
+}
+
+std::int32_t KeyTable::find(std::wstring_view key) const noexcept {
+    if (slots_.empty())
+        return kNone;
+    if (last_ != kNone && text(last_) == key)
+        return last_;
+    const std::uint32_t hash = hashOf(key);
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t slot = hash & mask; slots_[slot] != kNone; slot = (slot + 1) & mask) {
+        const std::int32_t number = slots_[slot];
+        if (entries_[static_cast<std::size_t>(number)].hash == hash && equal(text(number), key))
+            return last_ = number;
+    }
+    return kNone;
+}
+
+std::int32_t KeyTable::add(std::wstring_view key) {
+    if (isFull())
+        growSlots();
+    const std::uint32_t hash = hashOf(key);
+    const std::size_t begin = characters_.size();
+    characters_.append(key);
+    try {
+        entries_.push_back({static_cast<std::uint32_t>(begin), hash});
+    } catch (...) {
+        characters_.resize(begin);
+        throw;
+    }
+    const auto number = static_cast<std::int32_t>(entries_.size() - 1);
+    enter(slots_, hash, number);
+    return number;
+}
+
+void KeyTable::enter(std::vector<std::int32_t>& slots, std::uint32_t hash, std::int32_t number) noexcept {
+    const std::size_t mask = slots.size() - 1;
+    std::size_t slot = hash & mask;
+    while (slots[slot] != kNone)
+        slot = (slot + 1) & mask;
+    slots[slot] = number;
+}
+
+void KeyTable::growSlots() {
+    std::vector<std::int32_t> larger(std::max(kFewSlots, slots_.size() * 2), kNone);
+    for (std::size_t number = 0; number < entries_.size(); ++number)
+        enter(larger, entries_[number].hash, static_cast<std::int32_t>(number));
+    slots_.swap(larger);
+}
+
+}  // namespace kv::channels

@@ -1,0 +1,41 @@
+// Texts by number, found without regard to letter case.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kv::channels {
+
+/// Numbers count from 0 in the order of adding. The texts lie one behind the other in one block of memory, because a
+/// host may add half a million short keys.
+class KeyTable {
+  public:
+    static constexpr std::int32_t kNone = -1;
+
+    /// `kNone` when the text was not added.
+    [[nodiscard]] std::int32_t find(std::wstring_view text) const noexcept;
+    /// The number of a text that is not in the table yet. Throws std::bad_alloc and changes nothing.
+    std::int32_t add(std::wstring_view text);
+    [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+    [[nodiscard]] std::wstring_view text(std::int32_t number) const noexcept;
+
+  private:
+    struct Entry {
+        std::uint32_t begin;  ///< in `characters_`; the text ends where the next one begins
+        std::uint32_t hash;
+    };
+    [[nodiscard]] bool isFull() const noexcept { return entries_.size() * 4 >= slots_.size() * 3; }
+    [[nodiscard]] static std::uint32_t hashOf(std::wstring_view text) noexcept;
+    static void enter(std::vector<std::int32_t>& slots, std::uint32_t hash, std::int32_t number) noexcept;
+    void growSlots();
+
+    std::wstring characters_;
+    std::vector<Entry> entries_;
+    mutable std::int32_t last_ = kNone;  ///< the text that was found last: a key is often looked up several times
+    std::vector<std::int32_t> slots_;    ///< numbers, at the first free slot from the hash on; a power of 2 of them
+};
+
+}  // namespace kv::channels

@@ -1,0 +1,71 @@
+#include "channels/RecordWatch.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace kv::channels {
+
+/// Passes on what it hears.
+class RecordWatches::Several final : public RecordWatcher {
+  public:
+    void recordChanges(std::int32_t, Changes what) noexcept override {
+        for (const Watch& watch : watches)
+            watch.watcher->recordChanges(watch.place, what);
+    }
+    std::vector<Watch> watches;
+};
+
+RecordWatches::Several* RecordWatches::several() const noexcept {
+    return only_.watcher && only_.place == kSeveral ? static_cast<Several*>(only_.watcher) : nullptr;
+}
+
+RecordWatches::~RecordWatches() {
+    delete several();
+}
+
+void RecordWatches::add(RecordWatcher& watcher, std::int32_t place) {
+    const Watch added{&watcher, place};
+    if (!only_.watcher) {
+        only_ = added;
+    } else if (Several* const known = several()) {
+        known->watches.push_back(added);
+    } else {
+        auto made = std::make_unique<Several>();
+        made->watches = {only_, added};
+        only_ = {made.release(), kSeveral};
+    }
+}
+
+void RecordWatches::remove(RecordWatcher& watcher, std::int32_t place) noexcept {
+    const Watch removed{&watcher, place};
+    if (only_ == removed) {
+        only_ = {};
+        return;
+    }
+    Several* const known = several();
+    if (!known)
+        return;
+    const auto found = std::ranges::find(known->watches, removed);
+    if (found == known->watches.end())
+        return;
+    *found = known->watches.back();
+    known->watches.pop_back();
+    if (known->watches.size() == 1) {
+        const std::unique_ptr<Several> ended(known);
+        only_ = ended->watches.front();
+    }
+}
+
+void RecordWatches::move(RecordWatcher& watcher, std::int32_t from, std::int32_t to) noexcept {
+    const Watch moved{&watcher, from};
+    if (only_ == moved) {
+        only_.place = to;
+    } else if (Several* const known = several()) {
+        const auto found = std::ranges::find(known->watches, moved);
+        if (found != known->watches.end())
+            found->place = to;
+    }
+}
+
+}  // namespace kv::channels
