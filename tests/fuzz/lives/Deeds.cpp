@@ -65,25 +65,15 @@ Deeds::Deed Deeds::ofTheStore(Twin& twin) {
                 return {"remove an unknown key", [](Life& life) { life.scope.RemoveChnlByKey(L"TX unknown"); }};
             twin.keys.clear();
             return {"clear", [](Life& life) { life.scope.ClearAllChnls(); }};
-        case 2: {
-            const std::size_t number = upTo(1000);
-            const channels::FreqSlotFields changed = fields();
-            return {"change a record", [number, changed](Life& life) {
-                        if (control::QuietSlot* const record = life.record(number)) {
-                            channels::FreqSlotFields& fields = record->fieldsButKey();
-                            fields.dFreq = changed.dFreq;
-                            fields.dFreqLo = changed.dFreqLo;
-                            fields.dFreqHi = changed.dFreqHi;
-                            fields.dPwrDBM = changed.dPwrDBM;
-                            fields.bVisible = changed.bVisible;
-                        }
-                    }};
-        }
+        case 2:
+            return hasOther_ && oneIn(2) ? ofTheOther() : ofTheRecords();
         default: {
             channels::FreqSlotFields made = fields();
             made.sKey = (kind == ChannelKind::TX ? L"TX" : L"RX") + std::to_wstring(++lastKey_);
             keys.push_back(made.sKey);
-            return {"add", [kind, made](Life& life) { life.add(kind, made); }};
+            const bool foreign = foreign_ != 0 && oneIn(foreign_);
+            return {foreign ? "add a foreign record" : "add",
+                    [kind, made, foreign](Life& life) { life.add(kind, made, foreign); }};
         }
     }
 }
@@ -93,6 +83,10 @@ Deeds::Deed Deeds::ofTheHost() {
     const double b = frequency();
     const double dbm = power();
     const std::size_t number = upTo(1000);
+    const double top = between(-60.0, 60.0);
+    const double floor = oneIn(2) ? between(top / 2.0, top) : between(-130.0, top);
+    constexpr std::array<std::int16_t, 4> kDivisions{401, 0, -1, -32768};
+    const std::int16_t divisions = kDivisions[upTo(kDivisions.size())];
     const Deed all[] = {
         {"DrawDisplay", [](Life& life) { life.scope.DrawDisplay(); }},
         {"DrawInitialDisplay", [](Life& life) { life.scope.DrawInitialDisplay(); }},
@@ -110,6 +104,19 @@ Deeds::Deed Deeds::ofTheHost() {
          }},
         {"DisplayMinPwr", [dbm](Life& life) { life.scope.setDisplayMinPwr(dbm); }},
         {"DisplayMaxPwr", [dbm](Life& life) { life.scope.setDisplayMaxPwr(dbm); }},
+        {"both powers",
+         [top, floor](Life& life) {
+             life.scope.setDisplayMaxPwr(top);
+             life.scope.setDisplayMinPwr(floor);
+         }},
+        {"unusual nGridX", [divisions](Life& life) { life.scope.setNGridX(divisions); }},
+        {"drawing with many divisions",
+         [number](Life& life) {
+             const std::int16_t before = life.scope.nGridX();
+             life.scope.setNGridX(number % 8 == 0 ? 32767 : 4000);
+             life.scope.DrawDisplay();
+             life.scope.setNGridX(before);
+         }},
         {"FreqEndBuffer", [a](Life& life) { life.scope.setFreqEndBuffer(a / 50.0); }},
         {"nGridX", [number](Life& life) { life.scope.setNGridX(static_cast<std::int16_t>(number % 40)); }},
         {"CursorVal", [a](Life& life) { life.scope.setCursorVal(a); }},
@@ -118,7 +125,7 @@ Deeds::Deed Deeds::ofTheHost() {
          [number](Life& life) { life.scope.setLColorSpecBack(static_cast<raster::OleColor>(number * 16411)); }},
         {"ReDrawChnl",
          [number](Life& life) {
-             if (control::QuietSlot* const record = life.record(number))
+             if (control::CountedSlot* const record = life.record(number))
                  life.scope.ReDrawChnl(channels::FreqSlotRef(record));
          }},
         {"resize",

@@ -12,7 +12,7 @@ namespace kv::fuzz {
 /// Chooses what happens next; the same seed chooses the same.
 class Deeds {
   public:
-    explicit Deeds(std::uint64_t seed) : random_(seed) {}
+    explicit Deeds(std::uint64_t seed) : random_(seed), foreign_(oneIn(3) ? 2 + upTo(40) : 0), hasOther_(oneIn(3)) {}
 
     /// Something to do, with its name. Keeps the twin's model of the channels up to date.
     struct Deed {
@@ -23,6 +23,10 @@ class Deeds {
 
   private:
     [[nodiscard]] Deed ofTheStore(Twin& twin);
+    [[nodiscard]] Deed ofTheRecords();
+    [[nodiscard]] Deed ofOneRecord();
+    [[nodiscard]] Deed ofManyRecords();
+    [[nodiscard]] Deed ofTheOther();
     [[nodiscard]] Deed ofTheHost();
     [[nodiscard]] Deed ofTheMouse();
     [[nodiscard]] Deed ofTheHands();
@@ -42,6 +46,8 @@ class Deeds {
     [[nodiscard]] channels::FreqSlotFields fields();
 
     std::mt19937_64 random_;
+    std::size_t foreign_;  ///< in this life one of so many records is foreign; 0 for none
+    bool hasOther_;        ///< in this life the host has a second control
     int lastKey_ = 0;
 };
 

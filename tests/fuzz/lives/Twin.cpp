@@ -25,9 +25,11 @@ void expectSame(double a, double b, const char* what) {
 
 }  // namespace
 
-Life::Life(std::int32_t many)
-    : scope(
-          {platform, *this, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new control::QuietSlot); }}) {
+control::Services Life::services(headless::HeadlessPlatform& on) {
+    return {on, *this, errors, files, [] { return util::Ref<channels::FreqSlotBase>(new control::QuietSlot); }};
+}
+
+Life::Life(std::int32_t many) : scope(services(platform)), many_(many) {
     scope.setMany(many);
     platform.onPump = [this] { runNext(atPump); };
 }
@@ -51,8 +53,17 @@ void Life::event() {
     runNext(atEvent);
 }
 
-void Life::add(ChannelKind kind, const channels::FreqSlotFields& fields) {
-    const util::Ref<control::QuietSlot> slot(new control::QuietSlot);
+control::Bandscope& Life::other() {
+    if (!other_) {
+        other_ = std::make_unique<control::Bandscope>(services(otherPlatform_));
+        other_->setMany(many_);
+    }
+    return *other_;
+}
+
+void Life::add(ChannelKind kind, const channels::FreqSlotFields& fields, bool foreign) {
+    const util::Ref<control::CountedSlot> slot(foreign ? static_cast<control::CountedSlot*>(new ForeignSlot)
+                                                       : new control::QuietSlot);
     slot->fields() = fields;
     records.push_back(slot);
     if (kind == ChannelKind::TX)
@@ -61,7 +72,7 @@ void Life::add(ChannelKind kind, const channels::FreqSlotFields& fields) {
         scope.AddRXChnl(channels::FreqSlotRef(slot.get()));
 }
 
-control::QuietSlot* Life::record(std::size_t number) const {
+control::CountedSlot* Life::record(std::size_t number) const {
     return records.empty() ? nullptr : records[number % records.size()].get();
 }
 
@@ -95,6 +106,19 @@ void Twin::expectChannels(Life& life) {
     }
 }
 
+void Twin::expectOthersAgree() {
+    ASSERT_EQ(fast_.hasOther(), slow_.hasOther());
+    if (!fast_.hasOther())
+        return;
+    control::Bandscope& fast = fast_.other();
+    control::Bandscope& slow = slow_.other();
+    EXPECT_EQ(fast.NumTX(), slow.NumTX());
+    EXPECT_EQ(fast.NumRX(), slow.NumRX());
+    expectSame(fast.extremes().dFreqMin, slow.extremes().dFreqMin, "lowest edge of the other control");
+    expectSame(fast.extremes().dFreqMax, slow.extremes().dFreqMax, "highest edge of the other control");
+    ASSERT_EQ(pixelsOf(fast.children().picSpectrum), pixelsOf(slow.children().picSpectrum)) << "the other spectrum";
+}
+
 void Twin::expectAgreement() {
     expectChannels(fast_);
     expectChannels(slow_);
@@ -114,6 +138,7 @@ void Twin::expectAgreement() {
     EXPECT_EQ(fast_.ui().lblRXRange.caption(), slow_.ui().lblRXRange.caption());
     ASSERT_EQ(pixelsOf(fast_.ui().picSpectrum), pixelsOf(slow_.ui().picSpectrum)) << "spectrum";
     ASSERT_EQ(pixelsOf(fast_.ui().picUnits), pixelsOf(slow_.ui().picUnits)) << "labels";
+    expectOthersAgree();
 }
 
 }  // namespace kv::fuzz

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -48,6 +49,9 @@ class MemoryOfFiles final : public formenv::FileServices {
     std::map<std::wstring, std::string> files;
 };
 
+/// A record of a class of the host's: it reports no changes and must be read each time.
+class ForeignSlot final : public control::CountedSlot {};
+
 /// One of the twins, with the host around it.
 struct Life final : control::HostEvents {
     explicit Life(std::int32_t many);
@@ -56,15 +60,19 @@ struct Life final : control::HostEvents {
     void ChgHeight(std::int16_t) override { event(); }
     void ChgFreqRange(double, double) override { event(); }
 
-    void add(channels::ChannelKind kind, const channels::FreqSlotFields& fields);
-    [[nodiscard]] control::QuietSlot* record(std::size_t number) const;
+    void add(channels::ChannelKind kind, const channels::FreqSlotFields& fields, bool foreign);
+    /// Null when there is no record yet.
+    [[nodiscard]] control::CountedSlot* record(std::size_t number) const;
+    /// A second control of the same host, for records that are in both; made at the first call.
+    [[nodiscard]] control::Bandscope& other();
+    [[nodiscard]] bool hasOther() const noexcept { return other_ != nullptr; }
     /// Runs an action as the host of the control: its errors end it.
     void act(const Action& action);
 
     headless::HeadlessPlatform platform;
     NumberedErrors errors;
     MemoryOfFiles files;
-    std::vector<util::Ref<control::QuietSlot>> records;
+    std::vector<util::Ref<control::CountedSlot>> records;
     /// What the host does when the control lets events run, and in an event of the control; each once.
     std::vector<Action> atPump;
     std::vector<Action> atEvent;
@@ -73,9 +81,14 @@ struct Life final : control::HostEvents {
     control::Children& ui() { return scope.children(); }
 
   private:
+    [[nodiscard]] control::Services services(headless::HeadlessPlatform& on);
     void event();
     void runNext(std::vector<Action>& waiting);
+
     int depth_ = 0;
+    std::int32_t many_;
+    headless::HeadlessPlatform otherPlatform_;
+    std::unique_ptr<control::Bandscope> other_;
 };
 
 /// The twins, and the keys of the channels that a simple model says there are.
@@ -90,6 +103,7 @@ class Twin {
 
   private:
     void expectChannels(Life& life);
+    void expectOthersAgree();
     Life fast_;
     Life slow_;
 };
