@@ -151,10 +151,10 @@ Cost matchAfterForeignLeft(std::size_t count) {
 
 // Refresh of the whole control.
 
-Cost refreshes(std::size_t count, bool hidden) {
-    const ChannelSet& set = channelSet(SetKind::Narrow, count);
+Cost refreshes(std::size_t count, bool hidden, SetKind kind) {
+    const ChannelSet& set = channelSet(kind, count);
     HeadlessControl control;
-    std::vector<AnySlot> records = makeRecords(ChannelKind::TX, count);
+    const std::vector<AnySlot> records = makeRecords(ChannelKind::TX, count, kind);
     for (const AnySlot& record : records)
         control.scope.AddTXChnl(reference(record));
     control.showRange(set);
@@ -173,10 +173,16 @@ Cost refreshes(std::size_t count, bool hidden) {
         [&](std::size_t) { control.scope.Refresh(); });
 }
 Cost refreshUsual(std::size_t count) {
-    return refreshes(count, false);
+    return refreshes(count, false, SetKind::Narrow);
 }
 Cost refreshHidden(std::size_t count) {
-    return refreshes(count, true);
+    return refreshes(count, true, SetKind::Narrow);
+}
+Cost refreshWideUsual(std::size_t count) {
+    return refreshes(count, false, SetKind::Wide);
+}
+Cost refreshWideHidden(std::size_t count) {
+    return refreshes(count, true, SetKind::Wide);
 }
 
 struct Row {
@@ -215,6 +221,7 @@ constexpr Row kRows[] = {
     {"MatchRXAmongOneForeign", matchAmongForeign, matchUsual},
     {"MatchRXAfterForeignLeft", matchAfterForeignLeft, matchUsual},
     {"RefreshEvery2ndHidden", refreshHidden, refreshUsual},
+    {"RefreshEvery2ndWideHidden", refreshWideHidden, refreshWideUsual},
     {"AddAllUsual", addOwn, addOwn},
     {"RemoveUsual", removeUsual, removeUsual},
     {"MatchRXUsual", matchUsual, matchUsual},

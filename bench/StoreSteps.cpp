@@ -13,8 +13,8 @@ std::wstring keyOf(ChannelKind kind, std::size_t number) {
     return kind == ChannelKind::TX ? Channel::key(number) : L"RX" + std::to_wstring(number);
 }
 
-std::vector<AnySlot> makeRecords(ChannelKind kind, std::size_t count) {
-    const ChannelSet& set = channelSet(SetKind::Narrow, count);
+std::vector<AnySlot> makeRecords(ChannelKind kind, std::size_t count, SetKind setKind) {
+    const ChannelSet& set = channelSet(setKind, count);
     std::vector<AnySlot> records;
     records.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {

@@ -10,8 +10,9 @@
 
 namespace kv::bench {
 
-/// Own records of the narrow set with a key of their own each, not in any store.
-[[nodiscard]] std::vector<AnySlot> makeRecords(channels::ChannelKind kind, std::size_t count);
+/// Own records of a set with a key of their own each, not in any store.
+[[nodiscard]] std::vector<AnySlot> makeRecords(channels::ChannelKind kind, std::size_t count,
+                                               SetKind setKind = SetKind::Narrow);
 /// The key of the record of a number from 1.
 [[nodiscard]] std::wstring keyOf(channels::ChannelKind kind, std::size_t number);
 /// Spreads consecutive numbers over 0 to `count` - 1, each once if `count` is not a multiple of 7919.
