@@ -68,6 +68,8 @@ void move(Bandscope& scope) {
 const Row kRows[] = {
     {"Drawing", false, draw},
     {"MouseMove", false, move},
+    {"DrawingWithOneForeign", true, draw},
+    {"MouseMoveWithOneForeign", true, move},
 };
 
 INSTANTIATE_TEST_SUITE_P(Steps, DisplayGrowthTest, ::testing::ValuesIn(kRows),

@@ -124,6 +124,72 @@ const Row kRows[] = {
          filled.store.clear(ChannelKind::RX);
          filled.add(ChannelKind::RX, named(Slot(new TouchedOwnSlot), i % 2 == 0 ? L"RX1" : L"RX2", 450.0));
      }},
+    {"RemovalAfterOneKeyChanged", ChannelKind::TX,
+     [](Filled& filled) { filled.record(200).fields().sKey = L"TXchanged"; }, removal},
+    {"RemovalAfterAKeyChangedEachTime", ChannelKind::TX, nullptr,
+     [](Filled& filled, int i) {
+         filled.record(200 + i).fields().sKey = L"TXchanged" + std::to_wstring(i);
+         removal(filled, i);
+     }},
+    {"RemovalAfterAKeySetAgain", ChannelKind::TX, nullptr,
+     [](Filled& filled, int i) {
+         filled.record(200 + i).fields().sKey = filled.keyOf(200 + i);
+         removal(filled, i);
+     }},
+    {"RemovalAfterDuplicate", ChannelKind::TX, [](Filled& filled) { filled.add(Slot(new TouchedOwnSlot), L"TX20"); },
+     removal},
+    {"RemovalAmongForeign", ChannelKind::TX,
+     [](Filled& filled) { filled.add(Slot(new TouchedForeignSlot), L"TXforeign"); }, removal},
+    {"RemovalAfterForeignLeft", ChannelKind::TX,
+     [](Filled& filled) {
+         filled.add(Slot(new TouchedForeignSlot), L"TXforeign");
+         filled.remove(L"TXforeign");
+     },
+     removal},
+    {"RemovalAfterUnprefixedKey", ChannelKind::TX,
+     [](Filled& filled) {
+         filled.add(Slot(new TouchedOwnSlot), L"IM1");
+         filled.store.forgetKey(L"IM1");
+     },
+     removal},
+    {"RemovalAfterPowerChanged", ChannelKind::TX, nullptr,
+     [](Filled& filled, int i) {
+         filled.record(200 + i).fieldsButKey().dPwrDBM = 30.0 + i;
+         removal(filled, i);
+     }},
+    {"RemovalAfterEdgeChanged", ChannelKind::TX, nullptr,
+     [](Filled& filled, int i) {
+         filled.record(200 + i).setDFreqHi(402.1);
+         removal(filled, i);
+     }},
+    {"RemovalAtTheLowEnd", ChannelKind::TX, [](Filled& filled) { filled.removeAt(0); },
+     [](Filled& filled, int i) { filled.removeAt(i - 3); }},
+    {"RemovalAtTheHighEnd", ChannelKind::TX, nullptr,
+     [](Filled& filled, int i) { filled.removeAt(filled.count + 4 - i); }},
+    {"MatchRXAfterRemoval", ChannelKind::RX, nullptr,
+     [](Filled& filled, int i) {
+         removal(filled, i);
+         filled.match();
+     }},
+    {"MatchRXAfterPowerChanged", ChannelKind::RX, nullptr,
+     [](Filled& filled, int i) {
+         filled.record(200 + i).fieldsButKey().dPwrDBM = 30.0 + i;
+         filled.match();
+     }},
+    {"MatchRXAfterLabelChanged", ChannelKind::RX, nullptr,
+     [](Filled& filled, int i) {
+         filled.record(200 + i).fieldsButKey().sLabel = L"changed";
+         filled.match();
+     }},
+    {"MatchRXAmongForeign", ChannelKind::RX,
+     [](Filled& filled) { filled.add(Slot(new TouchedForeignSlot), L"RXforeign"); },
+     [](Filled& filled, int) { EXPECT_GE(filled.store.findMatchRX(filled.record(filled.count - 1)), 0); }},
+    {"MatchRXAfterForeignLeft", ChannelKind::RX,
+     [](Filled& filled) {
+         filled.add(Slot(new TouchedForeignSlot), L"RXforeign");
+         filled.remove(L"RXforeign");
+     },
+     match},
 };
 
 INSTANTIATE_TEST_SUITE_P(Steps, StoreGrowthTest, ::testing::ValuesIn(kRows),
