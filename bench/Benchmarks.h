@@ -26,6 +26,12 @@ void enlistDrawing(SetKind kind, std::size_t count);
 void enlistCliffs(std::size_t count);
 /// Adding, finding, removing and clearing, as a host does it.
 void enlistHosting(SetKind kind, std::size_t count);
+/// Steps that must not become slow with unusual channels.
+void enlistGrowth();
+/// Times and memory by the number of channels.
+void enlistSizes();
+/// Drawing and moving the mouse after some records have changed.
+void enlistLive();
 /// The store by itself, without the drawing that follows a removal.
 void enlistStore(std::size_t count);
 

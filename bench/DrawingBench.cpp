@@ -114,7 +114,7 @@ std::vector<channels::FreqSlotRef> recordsAround(const ChannelSet& set, const Vi
     for (std::size_t i = 0; i < set.channels.size() && records.size() < kMost; ++i) {
         const Channel& channel = set.channels[i];
         if (channel.dFreqLo - reach <= frequency && frequency <= channel.dFreqHi + reach)
-            records.push_back(makeSimpleSlot(channel, i + 1));
+            records.push_back(reference(makeSimpleSlot(channel, i + 1)));
     }
     return records;
 }

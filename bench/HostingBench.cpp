@@ -3,45 +3,16 @@
 
 #include <functional>
 #include <initializer_list>
-#include <unordered_map>
 #include <utility>
 
 #include "bench/Benchmarks.h"
 #include "bench/Median.h"
+#include "bench/PlainLoops.h"
 #include "bench/Rig.h"
 
 namespace kv::bench {
 
 namespace {
-
-/// What adding is compared with: a struct with its string in an array, its index in a hash map.
-double plainAddSeconds(const ChannelSet& set) {
-    struct Plain {
-        double dFreq = 0.0;
-        double dBW = 0.0;
-        double dFreqLo = 0.0;
-        double dFreqHi = 0.0;
-        double dPwrDBM = 0.0;
-        std::wstring sKey;
-    };
-    std::vector<std::wstring> keys;
-    for (std::size_t i = 0; i < set.channels.size(); ++i)
-        keys.push_back(Channel::key(i + 1));
-    Times times;
-    for (int round = 0; round < 5; ++round) {
-        std::vector<Plain> plain;
-        std::unordered_map<std::wstring, std::int32_t> index;
-        times.measure([&] {
-            for (std::size_t i = 0; i < set.channels.size(); ++i) {
-                const Channel& c = set.channels[i];
-                plain.push_back({c.dFreq, c.dBW, c.dFreqLo, c.dFreqHi, c.dPwrDBM, keys[i]});
-                index.emplace(keys[i], static_cast<std::int32_t>(i));
-            }
-        });
-        benchmark::DoNotOptimize(index.size());
-    }
-    return times.median();
-}
 
 void add(benchmark::State& state, SetKind kind, void (Rig::*adding)(), double extra) {
     const ChannelSet& set = channelSet(kind, static_cast<std::size_t>(state.range(0)));

@@ -1,9 +1,11 @@
 // The display itself on a platform without a screen.
-#include <fstream>
-#include <string>
+#include <malloc.h>
 
+#include <string>
+#include <vector>
+
+#include "bench/HeadlessControl.h"
 #include "bench/Rig.h"
-#include "bench/TestScope.h"
 
 namespace kv::bench {
 
@@ -18,24 +20,16 @@ class NativeRig final : public Rig {
             records_.push_back(makeSimpleSlot(set.channels[i], i + 1));
     }
     void addAll() override {
-        for (const channels::FreqSlotRef& record : records_)
-            scope_.AddTXChnl(record);
+        for (const AnySlot& record : records_)
+            scope_.AddTXChnl(reference(record));
     }
     void addAllByName() override { addAll(); }
     void callEmptyByName() override {}
     void clear() override { scope_.ClearAllChnls(); }
 
-    void showRange(const ChannelSet& set) override {
-        scope_.setDisplayMaxPwr(set.top);
-        scope_.setDisplayMinPwr(set.floor);
-        scope_.setFreqEndBuffer(0.0);
-        scope_.DrawByRange(set.lowest, set.highest);
-    }
+    void showRange(const ChannelSet& set) override { control_.showRange(set); }
     void drawDisplay() override { scope_.DrawDisplay(); }
-    void panTo(double center) override {
-        scope_.setDisplayCenterFreq(center);
-        scope_.DrawNewCenterFreq();
-    }
+    void panTo(double center) override { control_.panTo(center); }
     void turnGridKnob(bool up) override {
         turndial::tdKnob& knob = scope_.children().tdKnGrid;
         knob.setDVal(knob.dVal() * (up ? 2.0 : 0.5));
@@ -43,7 +37,11 @@ class NativeRig final : public Rig {
         knob.onTurnEnd();
     }
     void showMouseInfo(bool on) override { scope_.setBMouseInfo(on); }
-    void moveMouseTo(double frequency) override { scope_.children().picSpectrum.onMouseMove(0, 0, frequency, 0.0); }
+    void moveMouseTo(double frequency) override { control_.moveMouseTo(frequency); }
+    void setPower(std::size_t number, double dbm) override {
+        records_[number - 1]->set<&channels::FreqSlotFields::dPwrDBM>(dbm);
+    }
+    void exportPicture() override { control_.exportPicture(); }
     void showText(const std::wstring&) override {}
     View view() override {
         return {scope_.DisplayMinFreq(), scope_.DisplayMaxFreq(), scope_.DisplayMinPwr(), scope_.DisplayMaxPwr()};
@@ -53,9 +51,9 @@ class NativeRig final : public Rig {
     void remove(const std::wstring& key) override { scope_.RemoveChnlByKey(key); }
 
   private:
-    TestScope display_{true};
-    control::Bandscope& scope_ = display_.scope;
-    std::vector<channels::FreqSlotRef> records_;
+    HeadlessControl control_;
+    control::Bandscope& scope_ = control_.scope;
+    std::vector<AnySlot> records_;
 };
 
 }  // namespace
@@ -64,12 +62,10 @@ std::unique_ptr<Rig> makeRig() {
     return std::make_unique<NativeRig>();
 }
 
+// Of the heap: what the process has of the system does not shrink with each clear.
 std::size_t privateBytes() {
-    std::ifstream status("/proc/self/statm");
-    std::size_t total = 0;
-    std::size_t resident = 0;
-    status >> total >> resident;
-    return resident * 4096;
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
 }
 
 }  // namespace kv::bench

@@ -34,6 +34,10 @@ class Rig {
 
     [[nodiscard]] virtual bool find(const std::wstring& key) = 0;
     virtual void remove(const std::wstring& key) = 0;
+    /// The power, in dBm, of the record of a number from 1; nothing is drawn.
+    virtual void setPower(std::size_t number, double dbm) = 0;
+    /// Writes the picture to a file; natively nothing is written.
+    virtual void exportPicture() = 0;
 };
 
 [[nodiscard]] std::unique_ptr<Rig> makeRig();

@@ -19,9 +19,14 @@ class SimpleSlot final : public channels::FreqSlotBase {
     int references_ = 0;
 };
 
-[[nodiscard]] inline channels::FreqSlotRef makeSimpleSlot(const Channel& channel, std::size_t number) {
-    auto* const slot = new SimpleSlot;
-    const channels::FreqSlotRef held(slot);
+using AnySlot = util::Ref<channels::FreqSlotBase>;
+
+[[nodiscard]] inline channels::FreqSlotRef reference(const AnySlot& slot) {
+    return channels::FreqSlotRef(slot.get());
+}
+
+/// Fills a new record with the channel and the key of a number.
+inline AnySlot filled(AnySlot slot, const Channel& channel, std::size_t number) {
     channels::FreqSlotFields& fields = slot->fields();
     fields.dFreq = channel.dFreq;
     fields.dBW = channel.dBW;
@@ -32,7 +37,11 @@ class SimpleSlot final : public channels::FreqSlotBase {
     fields.lColorLine = channel.lColorLine;
     fields.sLabel = channel.sLabel;
     fields.sKey = Channel::key(number);
-    return held;
+    return slot;
+}
+
+[[nodiscard]] inline AnySlot makeSimpleSlot(const Channel& channel, std::size_t number) {
+    return filled(AnySlot(new SimpleSlot), channel, number);
 }
 
 }  // namespace kv::bench

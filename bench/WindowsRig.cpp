@@ -192,6 +192,17 @@ class WindowsRig final : public Rig {
     void remove(const std::wstring& key) override {
         check(control_->RemoveChnlByKey(Bstring(key).get()), "RemoveChnlByKey");
     }
+    void setPower(std::size_t number, double dbm) override { records_[number - 1]->put_dPwrDBM(dbm); }
+    void exportPicture() override {
+        double height = 0.0;
+        double width = 0.0;
+        BSTR name = SysAllocString(L"kv bench.bmp");  // in the current folder, which is the one for temporary files
+        BSTR written = nullptr;
+        control_->DisplayToBMP(&height, &width, &name, &written);
+        DeleteFileW(written);
+        SysFreeString(written);
+        SysFreeString(name);
+    }
 
   private:
     [[nodiscard]] HWND child(const wchar_t* className, const wchar_t* text) const {

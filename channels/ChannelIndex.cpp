@@ -81,4 +81,30 @@ void forEachChannelAt(const ChannelStore& store, ChannelKind kind, double x, dou
     }
 }
 
+std::optional<double> nextFrequency(const ChannelStore& store, double from, double side) {
+    std::optional<double> nearest;
+    const auto isNearer = [&](double frequency) {
+        const double distance = (frequency - from) * side;
+        return distance > 0.0 && (!nearest || distance < (*nearest - from) * side);
+    };
+    for (const ChannelKind kind : kBothKinds) {
+        ChannelSnapshot& snapshot = store.snapshot(kind);
+        const std::vector<DrawRecord>& records = snapshot.currentRecords();
+        for (std::size_t place = 0; place < records.size(); ++place) {
+            const DrawRecord& record = records[place];
+            const double frequency = util::toMHz(record.unit, record.dFreq);
+            if (record.unit != util::FreqUnit::Other && isNearer(frequency) && snapshot.isLive(place) &&
+                !snapshot.foreign().contains(place))
+                nearest = frequency;
+        }
+        store.forEachForeign(kind, [&](FreqSlot& channel) {
+            bool unknown = false;
+            const double frequency = util::ConvertFreq(channel.sFreqUnits(), L"MHz", channel.dFreq(), unknown);
+            if (!unknown && isNearer(frequency))
+                nearest = frequency;
+        });
+    }
+    return nearest;
+}
+
 }  // namespace kv::channels

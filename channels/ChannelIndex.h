@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "channels/ChannelStore.h"
 
@@ -13,5 +14,9 @@ namespace kv::channels {
 /// change the store meanwhile. Throws what reading a channel throws, and RuntimeError 6 for an edge too large in MHz.
 void forEachChannelAt(const ChannelStore& store, ChannelKind kind, double x, double tolerance,
                       const std::function<bool(std::int32_t index)>& found);
+
+/// The frequency, in MHz, of the channel nearest to `from` on one side of it: below for a `side` of -1, above for 1.
+/// Channels in an unknown unit do not count. Throws what reading a foreign channel throws.
+[[nodiscard]] std::optional<double> nextFrequency(const ChannelStore& store, double from, double side);
 
 }  // namespace kv::channels

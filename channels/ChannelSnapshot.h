@@ -73,6 +73,12 @@ class ChannelSnapshot {
     void forgetDrawn(std::size_t place) noexcept { copy_.forgetDrawn(place); }
     void allDrawn(std::size_t block) noexcept { blocks_.allDrawn(block); }
 
+    /// The records as they are now, without what is derived from them for drawing. Foreign ones and holes are not up to
+    /// date.
+    [[nodiscard]] const std::vector<DrawRecord>& currentRecords() noexcept {
+        readChanges();
+        return copy_.records();
+    }
     /// The extremes of the records of our own class.
     [[nodiscard]] const CountedRange& range() noexcept;
     /// The places, in no order, of the records of our own class whose band meets [lowest, highest], MHz. The first

@@ -59,17 +59,16 @@ struct Edges {
     double high;
 };
 
-/// The edges of a channel whose center is at `center`, after filling in those that are missing.
+/// The edges of a channel whose center is at `center`, after filling in those that are missing. The bandwidth is
+/// converted in any case: one that is too large for the frequency's unit is an error even if no edge needs it.
 Edges fillInEdges(FreqSlot& channel, double center, const Units& units) {
-    Edges edges{0.0, channel.dFreqHi()};
-    edges.low = channel.dFreqLo();
-    if (!(edges.high <= 0.0) && !(edges.low <= 0.0))
-        return edges;
     const double offset = edgeOffset(channel.dBW(), units);
+    Edges edges{0.0, channel.dFreqHi()};
     if (edges.high <= 0.0) {
         channel.setDFreqHi(center + offset);
         edges.high = channel.dFreqHi();
     }
+    edges.low = channel.dFreqLo();
     if (edges.low <= 0.0) {
         channel.setDFreqLo(center - offset);
         edges.low = channel.dFreqLo();
@@ -340,14 +339,6 @@ void ChannelStore::widenByEdges(ChannelKind kind) {
     });
     (kind == ChannelKind::TX ? extremes_.dTXFreqMin : extremes_.dRXFreqMin) = range.low;
     (kind == ChannelKind::TX ? extremes_.dTXFreqMax : extremes_.dRXFreqMax) = range.high;
-}
-
-/// Reading a foreign channel may run the host's code, which may change the list.
-template <class Body>
-void ChannelStore::forEachForeign(ChannelKind kind, Body&& body) const {
-    const PlaceSet& foreign = snapshots_[kind].foreign();
-    for (std::size_t place = foreign.next(0); place != PlaceSet::kNone; place = foreign.next(place + 1))
-        body(*FreqSlotRef(lists_[kind].at(place)));
 }
 
 void ChannelStore::RecalcFreqRange() noexcept {

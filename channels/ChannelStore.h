@@ -88,6 +88,15 @@ class ChannelStore {
     /// Derives all extremes except the overall power range from the channels, by the rules of adding.
     void rederiveExtremes();
 
+    /// Calls `body` with each channel of a class of the host's, in their order. Reading one may run the host's code,
+    /// which may change the list.
+    template <class Body>
+    void forEachForeign(ChannelKind kind, Body&& body) const {
+        const PlaceSet& foreign = snapshots_[kind].foreign();
+        for (std::size_t place = foreign.next(0); place != PlaceSet::kNone; place = foreign.next(place + 1))
+            body(*FreqSlotRef(lists_[kind].at(place)));
+    }
+
     /// Index of the first RX channel equal in frequencies, bandwidth, units and label; kInvalid when there is none.
     [[nodiscard]] std::int32_t findMatchRX(FreqSlot& channel) const;
 
@@ -114,9 +123,6 @@ class ChannelStore {
     void widenByEdges(ChannelKind kind);
     std::exception_ptr closeGapAt(ChannelKind kind, std::size_t place);
     void closeHoles(ChannelKind kind) noexcept;
-    template <class Body>
-    void forEachForeign(ChannelKind kind, Body&& body) const;
-
     PerKind<ChannelList> lists_;
     KeyIndex keys_{lists_};
     Watcher watchTX_{*this, ChannelKind::TX};

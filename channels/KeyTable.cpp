@@ -26,7 +26,7 @@ std::wstring_view KeyTable::text(std::int32_t number) const noexcept {
     const auto at = static_cast<std::size_t>(number);
     const std::size_t begin = entries_[at].begin;
     const std::size_t end = at + 1 < entries_.size() ? entries_[at + 1].begin : characters_.size();
-    return std::wstring_view(characters_).substr(begin, end - begin);
+    return {characters_.data() + begin, end - begin};
 }
 
 std::int32_t KeyTable::find(std::wstring_view key) const noexcept {
@@ -49,7 +49,10 @@ std::int32_t KeyTable::add(std::wstring_view key) {
         growSlots();
     const std::uint32_t hash = hashOf(key);
     const std::size_t begin = characters_.size();
-    characters_.append(key);
+    // By a quarter instead of doubling, because this is the largest list of all.
+    if (begin + key.size() > characters_.capacity())
+        characters_.reserve(begin + key.size() + begin / 4);
+    characters_.insert(characters_.end(), key.begin(), key.end());
     try {
         entries_.push_back({static_cast<std::uint32_t>(begin), hash});
     } catch (...) {

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,7 +31,7 @@ class KeyTable {
     static void enter(std::vector<std::int32_t>& slots, std::uint32_t hash, std::int32_t number) noexcept;
     void growSlots();
 
-    std::wstring characters_;
+    std::vector<wchar_t> characters_;
     std::vector<Entry> entries_;
     mutable std::int32_t last_ = kNone;  ///< the text that was found last: a key is often looked up several times
     std::vector<std::int32_t> slots_;    ///< numbers, at the first free slot from the hash on; a power of 2 of them

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
+#include "channels/ChannelIndex.h"
 #include "control/Formats.h"
-#include "util/ConvertFreq.h"
 #include "util/Trapped.h"
 
 namespace kv::control {
@@ -160,18 +160,7 @@ void Keyboard::markSpan() {
 }
 
 void Keyboard::cursorToChannel(double side) {
-    const double from = cursorOrCenter();
-    std::optional<double> nearest;
-    for (const channels::ChannelKind kind : {channels::ChannelKind::TX, channels::ChannelKind::RX}) {
-        for (std::int32_t i = 0; const channels::FreqSlotRef channel = store_.at(kind, i); ++i) {
-            bool unknown = false;
-            const double frequency = util::ConvertFreq(channel->sFreqUnits(), L"MHz", channel->dFreq(), unknown);
-            const double distance = (frequency - from) * side;
-            if (!unknown && distance > 0.0 && (!nearest || distance < (*nearest - from) * side))
-                nearest = frequency;
-        }
-    }
-    if (nearest)
+    if (const std::optional<double> nearest = channels::nextFrequency(store_, cursorOrCenter(), side))
         cursorTo(*nearest);
 }
 

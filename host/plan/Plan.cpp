@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <fstream>
-#include <unordered_map>
+#include <map>
 
 #include "host/plan/Csv.h"
 #include "host/plan/Quoted.h"
@@ -284,7 +284,8 @@ class Reader {
     std::array<std::size_t, kColumnCount> places_{};
     std::size_t width_ = 0;
     const CsvLine* line_ = nullptr;
-    std::unordered_map<std::wstring, std::size_t> keys_;
+    /// Lines by key, in lower case. Ordered, because a file can be written so that all of its keys have the same hash.
+    std::map<std::wstring, std::size_t> keys_;
 };
 
 /// The file's name without its folder. Where wide characters are not the native ones, path::wstring() depends on the

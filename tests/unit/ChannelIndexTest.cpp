@@ -88,6 +88,34 @@ TEST_F(ChannelIndexTest, HostCodeMayClearTheStoreWhileItIsSearched) {
     EXPECT_THAT(at(channels::ChannelKind::TX, 405.0, 1.0), ElementsAre(0)) << "the others are gone";
 }
 
+TEST(NextFrequency, IsThatOfTheNearestChannelOfEitherKindAndClass) {
+    channels::ChannelStore store;
+    std::int32_t index = 0;
+    const auto add = [&](channels::ChannelKind kind, util::Ref<channels::FreqSlotBase> slot, double frequency,
+                         const wchar_t* units = L"MHz") {
+        slot->fields().dFreq = frequency;
+        slot->fields().sFreqUnits = units;
+        slot->fields().sKey = std::to_wstring(frequency);
+        store.add(kind, channels::FreqSlotRef(slot.get()), index);
+    };
+    const auto own = [] { return util::Ref<channels::FreqSlotBase>(new QuietSlot); };
+    const auto foreign = [] { return util::Ref<channels::FreqSlotBase>(new CountedSlot); };
+    add(channels::ChannelKind::TX, own(), 100.0);
+    add(channels::ChannelKind::TX, own(), 460'000.0, L"KHz");
+    add(channels::ChannelKind::RX, own(), 455.0);
+    add(channels::ChannelKind::RX, foreign(), 0.452, L"GHz");
+    add(channels::ChannelKind::RX, own(), 451.0, L"furlongs");
+    EXPECT_EQ(channels::nextFrequency(store, 450.0, 1.0), 452.0);
+    EXPECT_EQ(channels::nextFrequency(store, 452.0, 1.0), 455.0);
+    EXPECT_EQ(channels::nextFrequency(store, 455.0, 1.0), 460.0);
+    EXPECT_EQ(channels::nextFrequency(store, 460.0, 1.0), std::nullopt);
+    EXPECT_EQ(channels::nextFrequency(store, 460.0, -1.0), 455.0);
+    EXPECT_EQ(channels::nextFrequency(store, 452.0, -1.0), 100.0);
+    EXPECT_EQ(channels::nextFrequency(store, 100.0, -1.0), std::nullopt);
+    ASSERT_FALSE(store.closeGap(channels::ChannelKind::TX, 0));
+    EXPECT_EQ(channels::nextFrequency(store, 452.0, -1.0), std::nullopt) << "one that has left does not count";
+}
+
 /// Records of the control's own class: from 256 on, they are found by an index.
 class ChannelIndexPropertyTest : public ::testing::Test {
   protected:

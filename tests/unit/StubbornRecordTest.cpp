@@ -1,6 +1,4 @@
 // Records of a host's class that ignore what the control sets.
-#include <tuple>
-
 #include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
@@ -9,10 +7,6 @@ namespace {
 
 class StubbornSlot final : public CountedSlot {
   public:
-    double dBW() override {
-        ++bandwidthReads;
-        return channels::FreqSlotBase::dBW();
-    }
     [[nodiscard]] const channels::FreqSlotFields* peek() const noexcept override { return isOwn ? &fields() : nullptr; }
     void setSFreqUnits(const std::wstring& value) override {
         if (takesUnits)
@@ -35,7 +29,6 @@ class StubbornSlot final : public CountedSlot {
     bool takesBandwidthUnits = true;
     bool takesEdges = true;
     bool isOwn = false;  ///< of the control's own class, whose members can be read directly
-    int bandwidthReads = 0;
 };
 
 class StubbornRecordTest : public ScopeTest {
@@ -75,15 +68,17 @@ TEST_F(StubbornRecordTest, WithoutEdgesItWidensThePowersOnly) {
     EXPECT_EQ(scope.extremes().dTXPwrDBMMax, 30.0);
 }
 
-TEST_F(StubbornRecordTest, TheBandwidthOfAnOwnRecordIsReadOnlyToFillInAnEdge) {
-    slot->isOwn = true;
-    for (const auto& [low, high, reads] : {std::tuple{0.0, 460.0, 1}, {440.0, 0.0, 1}, {440.0, 460.0, 0}}) {
+TEST_F(StubbornRecordTest, ABandwidthThatOverflowsIsAnErrorAlsoWithBothEdges) {
+    for (const bool isOwn : {true, false}) {
         scope.ClearAllChnls();
-        slot->fields().dFreqLo = low;
-        slot->fields().dFreqHi = high;
-        slot->bandwidthReads = 0;
+        slot->isOwn = isOwn;
+        slot->fields().dFreqLo = 440.0;
+        slot->fields().dFreqHi = 460.0;
+        slot->fields().dBW = 1e308;
+        slot->fields().sFreqUnits = L"Hz";
         add();
-        EXPECT_EQ(slot->bandwidthReads, reads) << low << " to " << high;
+        EXPECT_EQ(scope.NumTX(), 1);
+        EXPECT_EQ(scope.extremes().dFreqMax, -channels::FREQ_UNSET) << "widened nothing";
     }
 }
 

@@ -1,7 +1,8 @@
-// The display on a platform without a screen, with a picture of the size that all benchmarks use.
+// The display on a platform without a screen, with a picture of 1600 by 600 pixels.
 #pragma once
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 
 #include "bench/NaivePainter.h"
@@ -17,16 +18,16 @@ class NoEvents final : public control::HostEvents {
     void ChgFreqRange(double, double) override {}
 };
 
+/// Ends the program, because a step that fails would be measured as a fast one.
 class NoErrors final : public util::ErrorReporter {
   public:
-    explicit NoErrors(bool fatal) : isFatal(fatal) {}
+    bool areExpected = false;
 
   private:
     void ErrHand(std::int16_t, std::wstring_view, std::wstring_view, const util::RuntimeError&) noexcept override {
-        if (isFatal)
+        if (!areExpected)
             std::abort();
     }
-    bool isFatal;
 };
 
 class NoFiles final : public formenv::FileServices {
@@ -44,18 +45,40 @@ class NoFiles final : public formenv::FileServices {
     std::wstring placementFile() override { return {}; }
 };
 
-struct TestScope {
-    /// Without `fatalErrors` a reported error is ignored. Otherwise it ends the program.
-    explicit TestScope(bool fatalErrors) : errors(fatalErrors) {
+class HeadlessControl {
+  public:
+    HeadlessControl() {
         constexpr double kTwips = 15.0;
         scope.children().picSpectrum.move({0.0, 0.0, kPictureWidth * kTwips, kPictureHeight * kTwips});
     }
+    void showRange(const ChannelSet& set) {
+        scope.setDisplayMaxPwr(set.top);
+        scope.setDisplayMinPwr(set.floor);
+        scope.setFreqEndBuffer(0.0);
+        scope.DrawByRange(set.lowest, set.highest);
+    }
+    void panTo(double center) {
+        scope.setDisplayCenterFreq(center);
+        scope.DrawNewCenterFreq();
+    }
+    void moveMouseTo(double frequency) { scope.children().picSpectrum.onMouseMove(0, 0, frequency, 0.0); }
+    /// For steps that end with an error on purpose.
+    void expectErrors() noexcept { errors_.areExpected = true; }
+    void exportPicture() {
+        double height = 0.0;
+        double width = 0.0;
+        std::wstring name = L"picture.bmp";
+        scope.DisplayToBMP(height, width, name);
+    }
 
-    headless::HeadlessPlatform platform;
-    NoEvents events;
-    NoErrors errors;
-    NoFiles files;
-    control::Bandscope scope{control::Services{platform, events, errors, files,
+  private:
+    headless::HeadlessPlatform platform_;
+    NoEvents events_;
+    NoErrors errors_;
+    NoFiles files_;
+
+  public:
+    control::Bandscope scope{control::Services{platform_, events_, errors_, files_,
                                                [] { return util::Ref<channels::FreqSlotBase>(new SimpleSlot); }}};
 };
 
