@@ -196,6 +196,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void panTo(double center) override;
     /// What was asked for under a running drawing starts none inside it; that one is repeated at its end.
     void drawUnlessDrawing() override;
+    void drawUnlessCurrent() override;
     void tellRangeChanged() override;
     void tellGridRangeChanged() override;
     void zoomTo(double minimum, double maximum) override;

@@ -60,6 +60,7 @@ void Bandscope::drawInOrder(Step& step) {
     ClearDisplayLabels();
     if (!scaled || !range_.isUsable())
         return;
+    painter_.beginPicture({CursorVal(), lCursorColor_});
     step = 300;
     DrawDisplayTX();
     step = 400;
@@ -73,6 +74,7 @@ void Bandscope::drawInOrder(Step& step) {
     step = 700;
     if (range_.contains(CursorVal()))
         drawCursorAt(CursorVal());
+    painter_.endPicture();
     knobs_.showRange();
 }
 
@@ -82,6 +84,18 @@ void Bandscope::drawUnlessDrawing() {
     } else {
         JustDrawIt();
     }
+}
+
+// Events run as they do in a drawing, so that the window shows the picture before the host hears of it.
+void Bandscope::drawUnlessCurrent() {
+    if (painter_.bDrawing() || !painter_.isPictureCurrent({CursorVal(), lCursorColor_})) {
+        drawUnlessDrawing();
+        return;
+    }
+    reported(L"JustDrawIt", [&](Step&) {
+        services_.platform.pumpEvents();
+        knobs_.showRange();
+    });
 }
 
 void Bandscope::drawOrClear() {
@@ -157,7 +171,7 @@ void Bandscope::drawCollection(ChannelKind kind, const wchar_t* procedure) {
 // Only after the grid, with the picture's drawing properties back in place, may events draw.
 void Bandscope::DrawGrid() {
     if (painter_.DrawGrid())
-        services_.platform.pumpEvents();
+        painter_.amongEvents([this] { services_.platform.pumpEvents(); });
 }
 
 void Bandscope::DrawCursorLine(double frequency, raster::OleColor color) {

@@ -162,6 +162,7 @@ void PictureBox::touched() {
 }
 
 void PictureBox::changed() {
+    ++changes_;
     if (dirty_) {
         countChange(Change::Picture);
         return;

@@ -1,6 +1,7 @@
 // A picture that is drawn on in user units and kept off screen, so that uncovering its window needs no redraw.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -91,6 +92,9 @@ class PictureBox : public Widget {
     [[nodiscard]] raster::RasterCanvas* raster();
     void storedUpTo(double x, double y);
 
+    /// Increases with every stroke, clearing and change of the number of pixels.
+    [[nodiscard]] std::uint64_t changes() const noexcept { return changes_; }
+
     /// The window shows the picture now; the next stroke requests a repaint again.
     void shown() noexcept { dirty_ = false; }
 
@@ -121,6 +125,7 @@ class PictureBox : public Widget {
     std::unique_ptr<Surface> surface_;
     std::unique_ptr<Surface> outgrown_;  ///< of the earlier size, while there was no memory for one of the present size
     raster::Canvas* diverted_ = nullptr;
+    std::uint64_t changes_ = 0;
     bool dirty_ = false;
     bool blank_ = true;
     bool userScale_ = false;
