@@ -26,5 +26,7 @@ void enlistDrawing(SetKind kind, std::size_t count);
 void enlistHosting(SetKind kind, std::size_t count);
 /// The store by itself, without the drawing that follows a removal.
 void enlistStore(std::size_t count);
+/// What drawing and pointing cost with few channels; on Windows only.
+void enlistFixed();
 
 }  // namespace kv::bench

@@ -19,6 +19,9 @@ int main(int argc, char** argv) {
     }
     for (const std::size_t count : {1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
         enlistStore(count);
+#ifdef _WIN32
+    enlistFixed();
+#endif
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
