@@ -37,6 +37,17 @@ void SpectrumPainter::whileDrawing(const std::function<void()>& body) {
     body();
 }
 
+void SpectrumPainter::holdingBack(const std::function<void()>& step) {
+    const formenv::HoldBack picture(picture_);
+    const formenv::HoldBack strip(strip_);
+    step();
+}
+
+void SpectrumPainter::showHeldBack() {
+    picture_.showHeldBack();
+    strip_.showHeldBack();
+}
+
 std::optional<SpectrumPainter::Source> SpectrumPainter::source(const Cursor& cursor) {
     Source now{range_.span(),      {range_.DisplayMinPwr(), range_.DisplayMaxPwr()},
                range_.nGridX(),    picture_.scale(),

@@ -57,6 +57,11 @@ class SpectrumPainter {
     /// it depends on has changed. False when that is not known, as with records of a foreign class.
     [[nodiscard]] bool isPictureCurrent(const Cursor& cursor);
 
+    /// Runs one step of a drawing between whose steps events run: the windows are not told of what it draws.
+    void holdingBack(const std::function<void()>& step);
+    /// Shows what was drawn so.
+    void showHeldBack();
+
     void clearPicture() { picture_.cls(); }
     void clearLabels() { strip_.cls(); }
 
