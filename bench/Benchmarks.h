@@ -34,5 +34,7 @@ void enlistSizes();
 void enlistLive();
 /// The store by itself, without the drawing that follows a removal.
 void enlistStore(std::size_t count);
+/// What drawing and pointing cost with few channels; on Windows only.
+void enlistFixed();
 
 }  // namespace kv::bench

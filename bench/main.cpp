@@ -23,6 +23,9 @@ int main(int argc, char** argv) {
     enlistGrowth();
     enlistSizes();
     enlistLive();
+#ifdef _WIN32
+    enlistFixed();
+#endif
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;

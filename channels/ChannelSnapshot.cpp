@@ -52,6 +52,7 @@ void ChannelSnapshot::readChanges() noexcept {
 }
 
 void ChannelSnapshot::remove(std::size_t place) noexcept {
+    ++version_;
     ranges_.removed(place, copy_.records()[place]);
     copy_.remove(place);
     rows_.hide(place);
@@ -67,6 +68,7 @@ void ChannelSnapshot::closed(std::size_t places) noexcept {
 }
 
 void ChannelSnapshot::clear() noexcept {
+    ++version_;
     copy_ = {};
     stale_ = {};
     blocks_ = {};
@@ -97,6 +99,7 @@ void ChannelSnapshot::derive() {
         grid_.derive(copy_.records(), blocks_.blocks()[block], block);
         rows_.forget(block);
         derived_ += kBlock;
+        ++version_;
     }
     stale_.clear();
 }

@@ -88,6 +88,9 @@ class ChannelSnapshot {
     /// A record of our own class has an edge that is finite in its unit, but not in MHz.
     [[nodiscard]] bool hasTooLargeEdges() noexcept;
 
+    /// Moves with each change of what drawing reads, apart from marks as drawn and foreign records; valid after
+    /// `update`.
+    [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
     /// Of what has been derived for drawing since the start, in records: what a change costs.
     [[nodiscard]] std::uint64_t derivedRecords() const noexcept { return derived_; }
     /// Of what the last `placesAt` compared.
@@ -107,6 +110,7 @@ class ChannelSnapshot {
     RangeBlocks ranges_;
     EdgeIndex edges_;
     bool searched_ = false;
+    std::uint64_t version_ = 0;
     std::uint64_t derived_ = 0;
     std::size_t searchSteps_ = 0;
 };

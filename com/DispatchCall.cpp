@@ -184,7 +184,6 @@ HRESULT DispatchCall::match() {
         return DISP_E_BADPARAMCOUNT;
     if (isPut && (params.cNamedArgs == 0 || params.rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
         return DISP_E_PARAMNOTFOUND;
-    arguments_.resize(member_.parameters.size());
     const UINT unnamed = params.cArgs - params.cNamedArgs;
     for (UINT i = 0; i < unnamed; ++i) {
         const UINT index = params.cArgs - 1 - i;
@@ -243,9 +242,10 @@ HRESULT DispatchCall::convertOne(const Parameter& parameter, Argument& argument)
 
 HRESULT DispatchCall::call(void* self, Variant& result) {
     const std::size_t count = arguments_.size();
-    std::vector<VARTYPE> types;
-    std::vector<VARIANT> passed(count + 1);
-    std::vector<VARIANT*> pointers;
+    const std::size_t all = count + (member_.result != VT_EMPTY ? 1U : 0U);
+    PerArgument<VARTYPE> types(all);
+    PerArgument<VARIANT> passed(all);
+    PerArgument<VARIANT*> pointers(all);
     for (std::size_t i = 0; i < count; ++i) {
         Variant& value = arguments_[i].value;
         passed[i] = value;
@@ -253,21 +253,21 @@ HRESULT DispatchCall::call(void* self, Variant& result) {
             passed[i].vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
             passed[i].byref = &value.byref;
         }
-        types.push_back(passed[i].vt);
-        pointers.push_back(&passed[i]);
     }
     if (member_.result != VT_EMPTY) {
         std::memset(static_cast<VARIANT*>(&result), 0, sizeof(VARIANT));
         result.vt = member_.result;
         passed[count].vt = static_cast<VARTYPE>(VT_BYREF | member_.result);
         passed[count].byref = &result.byref;
-        types.push_back(passed[count].vt);
-        pointers.push_back(&passed[count]);
+    }
+    for (std::size_t i = 0; i < all; ++i) {
+        types[i] = passed[i].vt;
+        pointers[i] = &passed[i];
     }
     // Error information of an earlier failure must not be reported for this one.
     SetErrorInfo(0, nullptr);
     Variant returned;
-    const HRESULT hr = DispCallFunc(self, member_.vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(types.size()),
+    const HRESULT hr = DispCallFunc(self, member_.vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(all),
                                     types.data(), pointers.data(), &returned);
     if (FAILED(hr))
         return hr;
@@ -276,7 +276,7 @@ HRESULT DispatchCall::call(void* self, Variant& result) {
 
 HRESULT DispatchCall::writeBack() {
     for (std::size_t i = 0; i < arguments_.size(); ++i) {
-        const Argument& argument = arguments_[i];
+        Argument& argument = arguments_[i];
         if (!member_.parameters[i].byReference || !argument.given)
             continue;
         const VARIANT* given = readThrough(argument.given);

@@ -18,6 +18,8 @@
 
 #include <oleauto.h>
 
+#include <array>
+#include <cstddef>
 #include <vector>
 
 #include "com/Dispatch.h"
@@ -26,11 +28,27 @@
 
 namespace kv::com {
 
+/// One value for each argument of a call. Most members have few arguments, and their calls need no memory for these.
+template <class T>
+class PerArgument {
+  public:
+    explicit PerArgument(std::size_t count) : size_(count), many_(count > kFew ? count : 0) {}
+    [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    [[nodiscard]] T* data() noexcept { return size_ > kFew ? many_.data() : few_.data(); }
+    [[nodiscard]] T& operator[](std::size_t i) noexcept { return data()[i]; }
+
+  private:
+    static constexpr std::size_t kFew = 4;
+    std::size_t size_;
+    std::array<T, kFew> few_{};
+    std::vector<T> many_;
+};
+
 class DispatchCall {
   public:
     /// `converter` may be null.
     DispatchCall(const Member& member, const ObjectConverter* converter, const InvokeRequest& request)
-        : member_(member), converter_(converter), request_(request) {}
+        : member_(member), converter_(converter), request_(request), arguments_(member.parameters.size()) {}
 
     /// Calls the member on the interface pointer `self`. Throws std::bad_alloc.
     [[nodiscard]] HRESULT run(void* self);
@@ -53,7 +71,7 @@ class DispatchCall {
     const Member& member_;
     const ObjectConverter* converter_;
     const InvokeRequest& request_;
-    std::vector<Argument> arguments_;
+    PerArgument<Argument> arguments_;
 };
 
 }  // namespace kv::com

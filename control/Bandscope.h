@@ -161,13 +161,16 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void centerChanged() override { panel_.SetCenterFreqKnob(range_.center()); }
 
     void drawDisplay(Step& step);
+    void drawInSteps(Step& step);
     void drawOnce();
     void drawInOrder(Step& step);
     /// `DrawDisplay`; without a range, which draws nothing, it clears what is left of an earlier one.
     void drawOrClear();
     void DrawDisplayTX() { drawCollection(channels::ChannelKind::TX, L"DrawDisplayTX"); }
     void DrawDisplayRX() { drawCollection(channels::ChannelKind::RX, L"DrawDisplayRX"); }
-    void drawCollection(channels::ChannelKind kind, const wchar_t* procedure);
+    /// `Later` is for a drawing that calls `SpectrumPainter::showHeldBack` at its end.
+    enum class Showing { AtOnce, Later };
+    void drawCollection(channels::ChannelKind kind, const wchar_t* procedure, Showing showing = Showing::AtOnce);
     void DrawGrid();
     void DrawCursorLine(double frequency, raster::OleColor color);
     /// Lets pending events run, then removes the marks that they drew: a later stroke over them would show.
@@ -196,6 +199,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void panTo(double center) override;
     /// What was asked for under a running drawing starts none inside it; that one is repeated at its end.
     void drawUnlessDrawing() override;
+    void drawUnlessCurrent() override;
     void tellRangeChanged() override;
     void tellGridRangeChanged() override;
     void zoomTo(double minimum, double maximum) override;

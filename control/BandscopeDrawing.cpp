@@ -17,26 +17,40 @@ void Bandscope::drawDisplay(Step& step) {
     if (!range_.ScaleDisplay())
         return;
     services_.platform.pumpEvents();
-    step = 1100;
-    // The cursor line and the rubber band are cleared with the picture, before an event can move them.
-    ClearDisplay();
-    pumpEventsAndTakeMarksOff();
-    step = 1200;
-    DrawDisplayTX();
-    pumpEventsAndTakeMarksOff();
-    step = 1300;
-    DrawDisplayRX();
-    services_.platform.pumpEvents();
-    pumpEventsAndTakeMarksOff();
-    step = 1400;
-    DrawGrid();
-    pumpEventsAndTakeMarksOff();
-    step = 1500;
-    painter_.DrawFreqLbls();
+    try {
+        drawInSteps(step);
+    } catch (...) {
+        painter_.showHeldBack();
+        throw;
+    }
+    painter_.showHeldBack();
     services_.platform.pumpEvents();
     step = 1600;
     marks_.takeOff();
     knobs_.showRange();
+}
+
+// What the steps draw is shown when all are done. What an event draws in between is shown at once.
+void Bandscope::drawInSteps(Step& step) {
+    step = 1100;
+    // The cursor line and the rubber band are cleared with the picture, before an event can move them.
+    painter_.holdingBack([this] { ClearDisplay(); });
+    pumpEventsAndTakeMarksOff();
+    step = 1200;
+    drawCollection(ChannelKind::TX, L"DrawDisplayTX", Showing::Later);
+    pumpEventsAndTakeMarksOff();
+    step = 1300;
+    drawCollection(ChannelKind::RX, L"DrawDisplayRX", Showing::Later);
+    services_.platform.pumpEvents();
+    pumpEventsAndTakeMarksOff();
+    step = 1400;
+    bool drawn = false;
+    painter_.holdingBack([&] { drawn = painter_.DrawGrid(); });
+    if (drawn)
+        services_.platform.pumpEvents();
+    pumpEventsAndTakeMarksOff();
+    step = 1500;
+    painter_.holdingBack([this] { painter_.DrawFreqLbls(); });
 }
 
 void Bandscope::pumpEventsAndTakeMarksOff() {
@@ -60,6 +74,7 @@ void Bandscope::drawInOrder(Step& step) {
     ClearDisplayLabels();
     if (!scaled || !range_.isUsable())
         return;
+    painter_.beginPicture({CursorVal(), lCursorColor_});
     step = 300;
     DrawDisplayTX();
     step = 400;
@@ -73,6 +88,7 @@ void Bandscope::drawInOrder(Step& step) {
     step = 700;
     if (range_.contains(CursorVal()))
         drawCursorAt(CursorVal());
+    painter_.endPicture();
     knobs_.showRange();
 }
 
@@ -82,6 +98,18 @@ void Bandscope::drawUnlessDrawing() {
     } else {
         JustDrawIt();
     }
+}
+
+// Events run as they do in a drawing, so that the window shows the picture before the host hears of it.
+void Bandscope::drawUnlessCurrent() {
+    if (painter_.bDrawing() || !painter_.isPictureCurrent({CursorVal(), lCursorColor_})) {
+        drawUnlessDrawing();
+        return;
+    }
+    reported(L"JustDrawIt", [&](Step&) {
+        services_.platform.pumpEvents();
+        knobs_.showRange();
+    });
 }
 
 void Bandscope::drawOrClear() {
@@ -144,10 +172,18 @@ void Bandscope::ClearDisplay() {
     marks_.forget();
 }
 
-void Bandscope::drawCollection(ChannelKind kind, const wchar_t* procedure) {
+void Bandscope::drawCollection(ChannelKind kind, const wchar_t* procedure, Showing showing) {
     std::int32_t kChnl = 0;
     util::reported(
-        services_.errors, procedure, [&](Step& step) { painter_.drawCollection(kind, step, kChnl); },
+        services_.errors, procedure,
+        [&](Step& step) {
+            const auto draw = [&] { painter_.drawCollection(kind, step, kChnl); };
+            // Inside the report, because nothing is held back while its message box is open.
+            if (showing == Showing::Later)
+                painter_.holdingBack(draw);
+            else
+                draw();
+        },
         [&](Step step) {
             return std::wstring(L"kvBandscope.") + procedure + L" Flag " + std::to_wstring(step) + L" kChnl " +
                    std::to_wstring(kChnl) + L" of " + std::to_wstring(store_.count(kind));
@@ -157,7 +193,7 @@ void Bandscope::drawCollection(ChannelKind kind, const wchar_t* procedure) {
 // Only after the grid, with the picture's drawing properties back in place, may events draw.
 void Bandscope::DrawGrid() {
     if (painter_.DrawGrid())
-        services_.platform.pumpEvents();
+        painter_.amongEvents([this] { services_.platform.pumpEvents(); });
 }
 
 void Bandscope::DrawCursorLine(double frequency, raster::OleColor color) {

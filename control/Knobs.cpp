@@ -58,11 +58,6 @@ void Knobs::putCursorOnCenter() {
     panel_.showCursor(range_.DisplayCenterFreq());
 }
 
-void Knobs::stepChosenByHand() {
-    range_.applyChosenStep();
-    actions_.drawUnlessDrawing();
-}
-
 void Knobs::cboGridRange_Click() {
     std::pair<double, double> before{0.0, 0.0};
     reported(L"cboGridRange_Click", [&](Step& step) {
@@ -74,7 +69,8 @@ void Knobs::cboGridRange_Click() {
             return;
         before = range_.span();
         range_.setGridStepX(ui_.tdKnGrid.dVal());
-        stepChosenByHand();
+        range_.applyChosenStep();
+        actions_.drawUnlessDrawing();
     });
     if (range_.isUsable() && range_.span() != before)
         actions_.tellRangeChanged();
@@ -85,7 +81,8 @@ void Knobs::tdKnGrid_ValueChanged(double dNewVal) {
     reported(L"tdKnGrid_ValueChanged", [&](Step& step) {
         range_.setGridStepX(dNewVal);
         step = 200;
-        stepChosenByHand();
+        range_.applyChosenStep();
+        actions_.drawUnlessDrawing();
     });
 }
 
@@ -93,7 +90,9 @@ void Knobs::tdKnGrid_TurnEnd() {
     reported(L"tdKnGrid_TurnEnd", [&](Step& step) {
         range_.setGridStepX(ui_.tdKnGrid.dVal());
         step = 200;
-        stepChosenByHand();
+        range_.applyChosenStep();
+        // The last change of the value has drawn already.
+        actions_.drawUnlessCurrent();
         step = 300;
         rescaleToRange();
     });

@@ -22,6 +22,8 @@ class KnobActions {
     /// The same at the end of a turn: the host is told.
     virtual void panTo(double center) = 0;
     virtual void drawUnlessDrawing() = 0;
+    /// The same, but a picture that a drawing would not change is kept.
+    virtual void drawUnlessCurrent() = 0;
     virtual void tellRangeChanged() = 0;
     virtual void tellGridRangeChanged() = 0;
 };
@@ -46,7 +48,6 @@ class Knobs {
     void putCursorOnCenter();
 
   private:
-    void stepChosenByHand();
     [[nodiscard]] double nudged(double from, double direction);
     void cboGridRange_Click();
     void tdKnGrid_ValueChanged(double dNewVal);

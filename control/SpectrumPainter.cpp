@@ -63,6 +63,54 @@ void SpectrumPainter::whileDrawing(const std::function<void()>& body) {
     body();
 }
 
+void SpectrumPainter::holdingBack(const std::function<void()>& step) {
+    const formenv::HoldBack picture(picture_);
+    const formenv::HoldBack strip(strip_);
+    step();
+}
+
+void SpectrumPainter::showHeldBack() {
+    picture_.showHeldBack();
+    strip_.showHeldBack();
+}
+
+std::optional<SpectrumPainter::Source> SpectrumPainter::source(const Cursor& cursor) {
+    Source now{range_.span(),      {range_.DisplayMinPwr(), range_.DisplayMaxPwr()},
+               range_.nGridX(),    picture_.scale(),
+               GridColor_,         picture_.foreColor(),
+               strip_.foreColor(), cursor};
+    for (const auto& [kind, version] :
+         {std::pair{channels::ChannelKind::TX, &now.tx}, std::pair{channels::ChannelKind::RX, &now.rx}}) {
+        channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+        if (!snapshot.foreign().empty() || !snapshot.update())
+            return std::nullopt;
+        *version = snapshot.version();
+    }
+    return now;
+}
+
+// The source is that of the beginning, because what changes while the channels are drawn may not be in the picture.
+void SpectrumPainter::beginPicture(const Cursor& cursor) {
+    drawn_.reset();
+    drawing_ = source(cursor);
+}
+
+void SpectrumPainter::endPicture() noexcept {
+    drawn_ = drawing_;
+    drawnStrokes_ = strokes();
+}
+
+void SpectrumPainter::amongEvents(const std::function<void()>& events) {
+    const Strokes before = strokes();
+    events();
+    if (strokes() != before)
+        drawing_.reset();
+}
+
+bool SpectrumPainter::isPictureCurrent(const Cursor& cursor) {
+    return drawn_ && drawnStrokes_ == strokes() && drawn_ == source(cursor);
+}
+
 bool SpectrumPainter::DrawGrid() {
     const double minPwr = range_.DisplayMinPwr();
     const double maxPwr = range_.DisplayMaxPwr();

@@ -42,6 +42,26 @@ class SpectrumPainter {
     /// The range that the running drawing shows is the present one.
     void noteDrawnSpan() noexcept { drawnSpan_ = range_.span(); }
 
+    /// What the running drawing shows of the cursor line.
+    struct Cursor {
+        double frequency = 0.0;  ///< MHz
+        raster::OleColor color = 0;
+        friend bool operator==(const Cursor&, const Cursor&) = default;
+    };
+    /// A drawing of the whole display begins, with its scale applied, and is complete.
+    void beginPicture(const Cursor& cursor);
+    void endPicture() noexcept;
+    /// Runs `events`, which belong to no drawing: what they draw would not be in the next picture.
+    void amongEvents(const std::function<void()>& events);
+    /// A drawing of the whole display would give the picture that is there: it was the last to draw, and nothing that
+    /// it depends on has changed. False when that is not known, as with records of a foreign class.
+    [[nodiscard]] bool isPictureCurrent(const Cursor& cursor);
+
+    /// Runs one step of a drawing between whose steps events run: the windows are not told of what it draws.
+    void holdingBack(const std::function<void()>& step);
+    /// Shows what was drawn so.
+    void showHeldBack();
+
     void clearPicture() { picture_.cls(); }
     void clearLabels() { strip_.cls(); }
 
@@ -64,6 +84,26 @@ class SpectrumPainter {
     void setMany(std::int32_t count) noexcept { nMany_ = count; }
 
   private:
+    /// What a picture is drawn from. Equal sources give equal pictures.
+    struct Source {
+        std::pair<double, double> span;    ///< MHz
+        std::pair<double, double> powers;  ///< dBm
+        std::int16_t divisions = 0;
+        raster::UserScale scale;
+        raster::OleColor grid = 0;
+        raster::OleColor ticks = 0;
+        raster::OleColor labels = 0;
+        Cursor cursor;
+        std::uint64_t tx = 0;  ///< versions of the snapshots
+        std::uint64_t rx = 0;
+        friend bool operator==(const Source&, const Source&) = default;
+    };
+    /// Strokes on the picture and on the strip.
+    using Strokes = std::pair<std::uint64_t, std::uint64_t>;
+
+    /// Nothing when the records do not report their changes.
+    std::optional<Source> source(const Cursor& cursor);
+    [[nodiscard]] Strokes strokes() const noexcept { return {picture_.changes(), strip_.changes()}; }
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
     void drawFreqLabel(double x);
     std::optional<PaintedView> paintable(channels::ChannelKind kind, bool refreshes);
@@ -81,6 +121,9 @@ class SpectrumPainter {
     bool bDrawing_ = false;
     bool bAgain_ = false;
     std::pair<double, double> drawnSpan_{channels::FREQ_UNSET, -channels::FREQ_UNSET};  ///< MHz
+    std::optional<Source> drawing_;                                                     ///< of the running drawing
+    std::optional<Source> drawn_;  ///< of the picture, as long as there were no strokes since
+    Strokes drawnStrokes_;
     std::int32_t nMany_ = 400;  ///< from here on painting all at once is faster
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "raster/Twips.h"
 #include "util/RuntimeError.h"
@@ -162,12 +163,27 @@ void PictureBox::touched() {
 }
 
 void PictureBox::changed() {
+    ++changes_;
     if (dirty_) {
         countChange(Change::Picture);
         return;
     }
+    if (holds_ > 0) {
+        heldBack_ = true;
+        countChange(Change::Picture);
+        return;
+    }
+    heldBack_ = false;
     dirty_ = peer() != nullptr;
     tellPeer(Change::Picture);
+}
+
+// The change was counted when it was held back.
+void PictureBox::showHeldBack() {
+    if (!std::exchange(heldBack_, false) || !peer())
+        return;
+    dirty_ = true;
+    peer()->changed(Change::Picture);
 }
 
 void PictureBox::cls() {

@@ -1,6 +1,7 @@
 // A picture that is drawn on in user units and kept off screen, so that uncovering its window needs no redraw.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -91,8 +92,13 @@ class PictureBox : public Widget {
     [[nodiscard]] raster::RasterCanvas* raster();
     void storedUpTo(double x, double y);
 
+    /// Increases with every stroke, clearing and change of the number of pixels.
+    [[nodiscard]] std::uint64_t changes() const noexcept { return changes_; }
+
     /// The window shows the picture now; the next stroke requests a repaint again.
-    void shown() noexcept { dirty_ = false; }
+    void shown() noexcept { dirty_ = heldBack_ = false; }
+    /// Requests the repaint for what was drawn under `HoldBack`.
+    void showHeldBack();
 
     /// A canvas to draw on instead of the kept picture, or nullptr: for tests that read the strokes.
     void divert(raster::Canvas* canvas) noexcept { diverted_ = canvas; }
@@ -102,6 +108,7 @@ class PictureBox : public Widget {
 
   private:
     friend class KeepDrawing;
+    friend class HoldBack;
     /// The properties that a drawing procedure may change for a while.
     struct Drawing {
         raster::FillStyle fillStyle = raster::FillStyle::Transparent;
@@ -121,11 +128,27 @@ class PictureBox : public Widget {
     std::unique_ptr<Surface> surface_;
     std::unique_ptr<Surface> outgrown_;  ///< of the earlier size, while there was no memory for one of the present size
     raster::Canvas* diverted_ = nullptr;
+    std::uint64_t changes_ = 0;
     bool dirty_ = false;
+    bool heldBack_ = false;  ///< strokes that the window was not told of
+    int holds_ = 0;
     bool blank_ = true;
     bool userScale_ = false;
     raster::UserScale scale_;
     Drawing drawing_;
+};
+
+/// One step of a drawing between whose steps events run. The window is not told of its strokes, so that the events do
+/// not show a picture that is drawn in part. The drawing ends with `showHeldBack`.
+class HoldBack {
+  public:
+    explicit HoldBack(PictureBox& box) noexcept : box_(box) { ++box_.holds_; }
+    ~HoldBack() { --box_.holds_; }
+    HoldBack(const HoldBack&) = delete;
+    HoldBack& operator=(const HoldBack&) = delete;
+
+  private:
+    PictureBox& box_;
 };
 
 /// Restores the drawing properties of a picture box at the end of a block, also after an error.

@@ -59,12 +59,16 @@ DibSurface::~DibSurface() {
 }
 
 raster::PixelSize DibSurface::textSize(std::wstring_view text, const raster::Font& font) {
-    return fonts_.textSize(dc_.get(), text, font);
+    return fonts_.textSize(text, font);
 }
 
 void DibSurface::draw(const raster::PixelBuffer& /*buffer*/, raster::PixelPoint at, std::wstring_view text,
                       const raster::Font& font, raster::Rgb color) {
-    const Selected selected(dc_.get(), fonts_.get(font));
+    // Selecting a font takes about as long as drawing a short text, so the font stays selected.
+    if (const HFONT wanted = fonts_.get(font); wanted != font_) {
+        SelectObject(dc_.get(), wanted);
+        font_ = wanted;
+    }
     SetTextColor(dc_.get(), color);
     ExtTextOutW(dc_.get(), at.x, at.y, 0, nullptr, text.data(), static_cast<UINT>(text.size()), nullptr);
     // The caller stores directly into the pixels, so GDI must have finished its drawing in them.

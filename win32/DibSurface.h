@@ -34,6 +34,7 @@ class DibSurface final : public formenv::Surface, private raster::TextPainter {
     MemoryDc dc_;
     GdiObject<HBITMAP> bitmap_;
     HGDIOBJ previous_ = nullptr;
+    HFONT font_ = nullptr;  ///< selected; belongs to `fonts_`
     raster::PixelBuffer buffer_;
     raster::RasterCanvas canvas_;
 };

@@ -4,31 +4,73 @@
 
 namespace kv::win32 {
 
-HFONT FontCache::get(const raster::Font& font, int dpi) {
+namespace {
+
+// Far more than a display has at a time. The texts of a display that moves are all different after a while.
+constexpr std::size_t kMostTexts = 1000;
+
+}  // namespace
+
+/// Null if the font cannot be created.
+FontCache::Face* FontCache::face(const raster::Font& font, int dpi) {
     const auto key = std::make_tuple(font.face, font.points, font.bold, dpi);
-    const auto found = fonts_.find(key);
-    if (found != fonts_.end())
-        return found->second.get();
+    const auto found = faces_.find(key);
+    if (found != faces_.end())
+        return &found->second;
     const int height = -static_cast<int>(std::lround(font.points * dpi / 72.0));
     GdiObject<HFONT> made(CreateFontW(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
                                       DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
                                       DEFAULT_PITCH | FF_SWISS, font.face.c_str()));
     if (!made)
-        return static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
-    return fonts_.emplace(key, std::move(made)).first->second.get();
+        return nullptr;
+    return &faces_.emplace(key, Face{std::move(made), 0, {}}).first->second;
 }
 
-raster::PixelSize FontCache::textSize(HDC dc, std::wstring_view text, const raster::Font& font) {
-    const Selected selected(dc, get(font));
+HFONT FontCache::get(const raster::Font& font, int dpi) {
+    const Face* const made = face(font, dpi);
+    return made ? made->font.get() : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+}
+
+raster::PixelSize FontCache::textSize(std::wstring_view text, const raster::Font& font) {
+    Face* const known = face(font, dpi_);
+    if (known && known->height > 0) {
+        if (text.empty())
+            return {0, known->height};
+        if (const auto width = known->widths.find(text); width != known->widths.end())
+            return {width->second, known->height};
+    }
+    const raster::PixelSize size = measure(text, get(font));
+    if (known && size.height > 0)
+        keep(*known, text, size);
+    return size;
+}
+
+raster::PixelSize FontCache::measure(std::wstring_view text, HFONT font) {
+    if (!measuring_)
+        measuring_.reset(CreateCompatibleDC(nullptr));
+    SelectObject(measuring_.get(), font);
     SIZE size{};
     if (text.empty()) {
         TEXTMETRICW metrics{};
-        GetTextMetricsW(dc, &metrics);
+        GetTextMetricsW(measuring_.get(), &metrics);
         size.cy = metrics.tmHeight;
     } else {
-        GetTextExtentPoint32W(dc, text.data(), static_cast<int>(text.size()), &size);
+        GetTextExtentPoint32W(measuring_.get(), text.data(), static_cast<int>(text.size()), &size);
     }
     return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
+}
+
+void FontCache::keep(Face& face, std::wstring_view text, raster::PixelSize size) {
+    face.height = size.height;
+    if (text.empty())
+        return;
+    if (measuredTexts_ >= kMostTexts) {
+        for (auto& [key, other] : faces_)
+            other.widths.clear();
+        measuredTexts_ = 0;
+    }
+    face.widths.emplace(text, size.width);
+    ++measuredTexts_;
 }
 
 }  // namespace kv::win32

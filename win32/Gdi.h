@@ -3,9 +3,12 @@
 
 #include <windows.h>
 
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 
@@ -50,7 +53,8 @@ class Selected {
     HGDIOBJ previous_;
 };
 
-/// Fonts by face, size, weight and resolution, each created once.
+/// Fonts by face, size, weight and resolution, each created once, and the sizes of texts in them. Measuring a text
+/// takes longer than drawing it, and most of the texts that a redraw measures were measured before.
 class FontCache {
   public:
     explicit FontCache(int dpi) : dpi_(dpi) {}
@@ -59,11 +63,27 @@ class FontCache {
     /// Returns the system's dialog font if a font cannot be created.
     [[nodiscard]] HFONT get(const raster::Font& font) { return get(font, dpi_); }
     [[nodiscard]] HFONT get(const raster::Font& font, int dpi);
-    [[nodiscard]] raster::PixelSize textSize(HDC dc, std::wstring_view text, const raster::Font& font);
+    /// The height does not depend on the text.
+    [[nodiscard]] raster::PixelSize textSize(std::wstring_view text, const raster::Font& font);
+    /// The number of texts whose width is known.
+    [[nodiscard]] std::size_t measuredTexts() const noexcept { return measuredTexts_; }
 
   private:
+    struct Face {
+        GdiObject<HFONT> font;
+        int height = 0;  ///< 0: not measured yet
+        std::map<std::wstring, int, std::less<>> widths;
+    };
+
+    [[nodiscard]] Face* face(const raster::Font& font, int dpi);
+    [[nodiscard]] raster::PixelSize measure(std::wstring_view text, HFONT font);
+    void keep(Face& face, std::wstring_view text, raster::PixelSize size);
+
     int dpi_;
-    std::map<std::tuple<std::wstring, double, bool, int>, GdiObject<HFONT>> fonts_;
+    std::map<std::tuple<std::wstring, double, bool, int>, Face> faces_;
+    std::size_t measuredTexts_ = 0;
+    // The last member, because a font can only be deleted when no device context has it selected.
+    MemoryDc measuring_;
 };
 
 }  // namespace kv::win32

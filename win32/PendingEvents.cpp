@@ -36,6 +36,12 @@ bool comesBefore(const MSG& a, const MSG& b) {
     return static_cast<LONG>(a.time - b.time) < 0;
 }
 
+/// True if a message may be waiting. Looking for a message that is not there would give the processor to other programs
+/// first, and a drawing looks several times.
+bool isAnyPending() {
+    return HIWORD(GetQueueStatus(QS_ALLINPUT)) != 0;
+}
+
 /// The next message that is not a keyboard message. The ranges below and above the keyboard messages are used only
 /// while a keyboard message is next, because a filter changes the order in which the system returns messages.
 std::optional<MSG> nextMessage() {
@@ -81,7 +87,7 @@ class ThreadMessages {
 void runPendingEvents() {
     ThreadMessages forTheHost;
     for (int i = 0; i < kMostMessages; ++i) {
-        const std::optional<MSG> next = nextMessage();
+        const std::optional<MSG> next = isAnyPending() ? nextMessage() : std::nullopt;
         if (!next || next->message == WM_QUIT)
             return;
         MSG message{};

@@ -1,3 +1,6 @@
+#include <cstddef>
+#include <cstring>
+
 #include "win32/WidgetWindow.h"
 #include "win32/WindowKinds.h"
 
@@ -35,6 +38,25 @@ std::wstring editedText(HWND window) {
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
     text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
     return text;
+}
+
+/// Gives a window for several lines another buffer. Setting its text would first move the caret through the whole text,
+/// which costs a third of the time. False if the window keeps its text, because it has no buffer or memory is short.
+bool replaceBuffer(HWND window, const std::wstring& text) {
+    const auto before = reinterpret_cast<HLOCAL>(SendMessageW(window, EM_GETHANDLE, 0, 0));
+    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+    const HLOCAL buffer = before ? LocalAlloc(LMEM_MOVEABLE, bytes) : nullptr;
+    void* const to = buffer ? LocalLock(buffer) : nullptr;
+    if (!to) {
+        LocalFree(buffer);
+        return false;
+    }
+    std::memcpy(to, text.c_str(), bytes);
+    LocalUnlock(buffer);
+    SendMessageW(window, EM_SETHANDLE, reinterpret_cast<WPARAM>(buffer), 0);
+    LocalFree(before);
+    NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, window, OBJID_CLIENT, CHILDID_SELF);
+    return true;
 }
 
 class TextBoxKind final : public WindowKindOf<TextBox> {
@@ -87,7 +109,8 @@ void TextBoxKind::showText(WidgetWindow& target) {
     if (shown)
         SendMessageW(window, WM_SETREDRAW, FALSE, 0);
     target.setFilling(true);
-    SetWindowTextW(window, shownText(box).c_str());
+    if (const std::wstring text = shownText(box); !box.multiLine || !replaceBuffer(window, text))
+        SetWindowTextW(window, text.c_str());
     target.setFilling(false);
     SendMessageW(window, EM_SETSEL, from, static_cast<LPARAM>(to));
     if (box.multiLine)

@@ -91,8 +91,7 @@ std::unique_ptr<formenv::Surface> WinPlatform::createSurface(raster::PixelSize s
 }
 
 raster::PixelSize WinPlatform::textSize(std::wstring_view text, const raster::Font& font) {
-    const ScreenDc screen;
-    return fonts_.textSize(screen.get(), text, font);
+    return fonts_.textSize(text, font);
 }
 
 void WinPlatform::pumpEvents() {

@@ -1,6 +1,8 @@
 // Mouse and keyboard in the windows of widgets.
 #include <windowsx.h>
 
+#include <utility>
+
 #include "win32/KeyState.h"
 #include "win32/WindowTree.h"
 
@@ -9,6 +11,8 @@ namespace kv::win32 {
 using formenv::Widget;
 
 namespace {
+
+constexpr int kMostMoves = 1000;
 
 /// The mouse buttons that are down, as the sum of their numbers in events.
 int buttonsDown(WPARAM keys) {
@@ -20,6 +24,25 @@ int buttonsDown(WPARAM keys) {
 /// The shift state of mouse events: 1 Shift, 2 Ctrl, 4 Alt, added up.
 int shiftStateOf(WPARAM keys) {
     return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
+}
+
+bool isSameMove(const MSG& next, HWND window, WPARAM keys) {
+    return next.message == WM_MOUSEMOVE && next.hwnd == window && next.wParam == keys;
+}
+
+/// The position of the last of the moves that are next in the queue, one directly after the other, with the same keys.
+/// Those before it are already outdated. They are removed, because a handler may take longer than the mouse takes to
+/// send the next one.
+LPARAM latestMove(HWND window, WPARAM keys, LPARAM at) {
+    MSG next{};
+    // A window that is posted moves without an end gets one of them in a while.
+    for (int i = 0; i < kMostMoves; ++i) {
+        if (!PeekMessageW(&next, nullptr, 0, 0, PM_NOREMOVE) || !isSameMove(next, window, keys) ||
+            !PeekMessageW(&next, window, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE))
+            break;
+        at = next.lParam;
+    }
+    return at;
 }
 
 }  // namespace
@@ -53,6 +76,17 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
     if (message < WM_MOUSEFIRST || message > WM_MBUTTONDBLCLK)
         return false;
     Widget& widget = target.widget();
+    const HWND window = target.window();
+    // A drag begins at the first move with its button, which therefore counts also when others follow.
+    const bool beginsDrag = buttonsDown(wParam) != 0 && std::exchange(movedWith_, wParam) != wParam;
+    if (message != WM_MOUSEMOVE) {
+        movedWith_ = 0;
+    } else if (widget.onMouseMove && !beginsDrag) {
+        lParam = latestMove(window, wParam, lParam);
+        // Looking into the queue delivers sent messages, which may destroy the window.
+        if (find(window) != &target)
+            return true;
+    }
     const int px = GET_X_LPARAM(lParam);
     const int py = GET_Y_LPARAM(lParam);
     const MousePosition at = target.kind().mousePosition(widget, {px, py}, dpi());
@@ -62,7 +96,6 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
         if (const formenv::MouseHandler copy = handler)
             copy(button, shift, at.x, at.y);
     };
-    const HWND window = target.window();
     switch (message) {
         case WM_MOUSEMOVE:
             call(widget.onMouseMove, buttonsDown(wParam));

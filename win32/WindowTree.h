@@ -115,6 +115,7 @@ class WindowTree {
     std::vector<std::unique_ptr<KnobWindow>> knobs_;
     std::vector<HWND> stale_;
     HWND holder_ = nullptr;  ///< the window in which a mouse button was pressed, until it is released
+    WPARAM movedWith_ = 0;   ///< keys of the last move with a mouse button down; 0 after a press or release
     ToolTips toolTips_;
 };
 

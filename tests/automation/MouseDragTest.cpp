@@ -159,5 +159,93 @@ TEST_F(MouseDrag, WorksWithTheSystemsMouse) {
     EXPECT_NEAR(maxFreq(), frequencyAt(300), 100.0 / before.width);
 }
 
+/// Moves that are posted while no message is handled, so that they are next to each other in the queue.
+class QueuedMoves : public MouseDrag {
+  protected:
+    void post(UINT message, int x, WPARAM buttons = 0) const {
+        ASSERT_TRUE(PostMessageW(spectrum(), message, buttons, MAKELPARAM(x, 50)));
+    }
+    /// The read-outs of the pointer, one after the other, while the posted messages are handled one by one.
+    [[nodiscard]] std::vector<std::wstring> readOuts() const {
+        std::vector<std::wstring> all;
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            DispatchMessageW(&message);
+            showCaptions();
+            const std::wstring now = readOut();
+            if (all.empty() || now != all.back())
+                all.push_back(now);
+        }
+        return all;
+    }
+    /// The control updates its captions by a posted message, which would otherwise come after all the moves.
+    static void showCaptions() {
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, WM_APP, 0xBFFF, PM_REMOVE))
+            DispatchMessageW(&message);
+    }
+    /// The frequency under the pointer.
+    [[nodiscard]] std::wstring readOut() const {
+        std::wstring found;
+        EnumChildWindows(
+            container.host.get(),
+            [](HWND window, LPARAM text) -> BOOL {
+                const std::wstring own = windowText(window);
+                if (!own.ends_with(L" MHz"))
+                    return TRUE;
+                *reinterpret_cast<std::wstring*>(text) = own;
+                return FALSE;
+            },
+            reinterpret_cast<LPARAM>(&found));
+        return found;
+    }
+    std::wstring at(int x) const {
+        post(WM_MOUSEMOVE, x);
+        return readOuts().back();
+    }
+};
+
+TEST_F(QueuedMoves, OnlyTheLastOfSeveralMovesIsReported) {
+    const std::wstring last = at(120);
+    at(20);
+    for (const int x : {60, 80, 100, 120})
+        post(WM_MOUSEMOVE, x);
+    EXPECT_THAT(readOuts(), ElementsAre(last));
+}
+
+TEST_F(QueuedMoves, AButtonBetweenTwoMovesSeparatesThem) {
+    const std::wstring first = at(80);
+    const std::wstring second = at(120);
+    at(20);
+    post(WM_MOUSEMOVE, 60);
+    post(WM_MOUSEMOVE, 80);
+    post(WM_RBUTTONDOWN, 80, MK_RBUTTON);
+    post(WM_RBUTTONUP, 80);
+    post(WM_MOUSEMOVE, 100);
+    post(WM_MOUSEMOVE, 120);
+    EXPECT_THAT(readOuts(), ElementsAre(first, second));
+}
+
+TEST_F(QueuedMoves, AKeyBetweenTwoMovesSeparatesThem) {
+    const std::wstring first = at(60);
+    const std::wstring second = at(80);
+    at(20);
+    post(WM_MOUSEMOVE, 60);
+    ASSERT_TRUE(PostMessageW(spectrum(), WM_KEYUP, VK_F5, static_cast<LPARAM>(0xC0000001)));
+    post(WM_MOUSEMOVE, 80);
+    EXPECT_THAT(readOuts(), ElementsAre(first, second));
+}
+
+TEST_F(QueuedMoves, ADragOfQueuedMessagesZoomsFromItsFirstMoveToItsRelease) {
+    post(WM_MOUSEMOVE, 60);
+    post(WM_LBUTTONDOWN, 100, MK_LBUTTON);
+    for (const int x : {100, 150, 200, 300})
+        post(WM_MOUSEMOVE, x, MK_LBUTTON);
+    post(WM_LBUTTONUP, 300);
+    pump();
+    expectRange(frequencyAt(100), frequencyAt(300));
+    EXPECT_THAT(sink->ids(), ElementsAre(kChgFreqRange));
+}
+
 }  // namespace
 }  // namespace kv::test

@@ -25,6 +25,7 @@ class RecordingKnobActions final : public KnobActions {
     void applyNewCenter(double center) override { note("center", center); }
     void panTo(double center) override { note("pan", center); }
     void drawUnlessDrawing() override { note("draw"); }
+    void drawUnlessCurrent() override { note("draw"); }
     void tellRangeChanged() override { heard.emplace_back("tell range"); }
     void tellGridRangeChanged() override { heard.emplace_back("tell unit"); }
     std::vector<std::string> take() { return std::exchange(heard, {}); }
