@@ -95,15 +95,17 @@ class BareDisplay {
     Picture strip_{kStripWidth, kStripHeight};
 };
 
+/// Goes on until a picture box is found.
+BOOL CALLBACK findPictureBox(HWND child, LPARAM found) {
+    wchar_t name[32] = L"";
+    GetClassNameW(child, name, 32);
+    *reinterpret_cast<bool*>(found) = lstrcmpiW(name, L"kvPictureBox") == 0;
+    return !*reinterpret_cast<bool*>(found);
+}
+
 BOOL CALLBACK showControl(HWND window, LPARAM shown) {
-    const auto isOwn = [](HWND child, LPARAM found) -> BOOL {
-        wchar_t name[32] = L"";
-        GetClassNameW(child, name, 32);
-        *reinterpret_cast<bool*>(found) = lstrcmpiW(name, L"kvPictureBox") == 0;
-        return !*reinterpret_cast<bool*>(found);
-    };
     bool found = false;
-    EnumChildWindows(window, isOwn, reinterpret_cast<LPARAM>(&found));
+    EnumChildWindows(window, &findPictureBox, reinterpret_cast<LPARAM>(&found));
     if (found)
         ShowWindow(window, shown ? SW_SHOWNOACTIVATE : SW_HIDE);
     return TRUE;

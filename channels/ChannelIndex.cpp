@@ -1,12 +1,14 @@
 #include "channels/ChannelIndex.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "util/ConvertFreq.h"
+#include "util/RuntimeError.h"
 
 namespace kv::channels {
 
@@ -93,9 +95,12 @@ std::optional<double> nextFrequency(const ChannelStore& store, double from, doub
         for (std::size_t place = 0; place < records.size(); ++place) {
             const DrawRecord& record = records[place];
             const double frequency = util::toMHz(record.unit, record.dFreq);
-            if (record.unit != util::FreqUnit::Other && isNearer(frequency) && snapshot.isLive(place) &&
-                !snapshot.foreign().contains(place))
-                nearest = frequency;
+            if (record.unit == util::FreqUnit::Other || !isNearer(frequency) || !snapshot.isLive(place) ||
+                snapshot.foreign().contains(place))
+                continue;
+            if (!std::isfinite(frequency) && std::isfinite(record.dFreq))
+                throw util::RuntimeError(util::error_number::kOverflow);
+            nearest = frequency;
         }
         store.forEachForeign(kind, [&](FreqSlot& channel) {
             bool unknown = false;

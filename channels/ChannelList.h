@@ -63,14 +63,16 @@ class ChannelList {
         slots_.resize(to);
         holes_ = {};
     }
-    /// Releases all channels; `leaving(channel, place)` is called before for each.
+    /// Calls `leaving` with each channel, and then releases them all, which may run the host's code.
     template <class Leaving>
     void clear(Leaving&& leaving) noexcept {
-        for (std::size_t place = 0; place < slots_.size(); ++place) {
-            if (FreqSlot* const channel = std::exchange(slots_[place], nullptr)) {
-                leaving(*channel, place);
+        for (FreqSlot* const channel : slots_) {
+            if (channel)
+                leaving(*channel);
+        }
+        for (FreqSlot*& slot : slots_) {
+            if (FreqSlot* const channel = std::exchange(slot, nullptr))
                 channel->release();
-            }
         }
     }
     void swap(ChannelList& other) noexcept {

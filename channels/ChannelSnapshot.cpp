@@ -104,6 +104,14 @@ void ChannelSnapshot::derive() {
     stale_.clear();
 }
 
+void ChannelSnapshot::forgetForeign() noexcept {
+    ++foreignRound_;
+    DrawRecord hidden;
+    hidden.bVisible = false;
+    for (std::size_t place = foreign().next(0); place != PlaceSet::kNone; place = foreign().next(place + 1))
+        putForeign(place, hidden);
+}
+
 void ChannelSnapshot::putForeign(std::size_t place, const DrawRecord& record) noexcept {
     copy_.put(place, record);
     stale_.insert(place / kBlock);
@@ -111,7 +119,8 @@ void ChannelSnapshot::putForeign(std::size_t place, const DrawRecord& record) no
 
 void ChannelSnapshot::markDrawn(std::size_t place) {
     copy_.markDrawn(place);
-    list_.at(place)->setBDrawn(true);
+    if (!copy_.foreign().contains(place))
+        list_.at(place)->setBDrawn(true);
 }
 
 const CountedRange& ChannelSnapshot::range() noexcept {

@@ -47,6 +47,10 @@ class ChannelSnapshot {
     /// one. Foreign records are what `putForeign` has given.
     [[nodiscard]] bool update() noexcept;
     void putForeign(std::size_t place, const DrawRecord& record) noexcept;
+    /// Hides what earlier drawings have put.
+    void forgetForeign() noexcept;
+    /// Moves with `forgetForeign`: another drawing has begun.
+    [[nodiscard]] std::uint64_t foreignRound() const noexcept { return foreignRound_; }
 
     /// What follows is valid after `update` until the list or a record changes. By place, as in the list.
     [[nodiscard]] std::size_t size() const noexcept { return copy_.size(); }
@@ -67,7 +71,7 @@ class ChannelSnapshot {
         return list_.placeOf(static_cast<std::size_t>(index));
     }
 
-    /// Sets `bDrawn` in a record of our own class and in the copy.
+    /// Sets `bDrawn` in the copy and in a record of our own class. A foreign one was told when it was read.
     void markDrawn(std::size_t place);
     /// The record was taken off the picture in the meantime: only the copy says that it is drawn.
     void forgetDrawn(std::size_t place) noexcept { copy_.forgetDrawn(place); }
@@ -111,6 +115,7 @@ class ChannelSnapshot {
     EdgeIndex edges_;
     bool searched_ = false;
     std::uint64_t version_ = 0;
+    std::uint64_t foreignRound_ = 0;
     std::uint64_t derived_ = 0;
     std::size_t searchSteps_ = 0;
 };

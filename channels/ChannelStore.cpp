@@ -108,8 +108,11 @@ void lower(double& minimum, double value) {
 }  // namespace
 
 ChannelStore::~ChannelStore() {
-    clear(ChannelKind::TX);
-    clear(ChannelKind::RX);
+    // Releasing a channel may run the host's code.
+    while (!empty()) {
+        clear(ChannelKind::TX);
+        clear(ChannelKind::RX);
+    }
 }
 
 void ChannelStore::Watcher::recordChanges(std::int32_t place, Changes what) noexcept {
@@ -315,9 +318,7 @@ void ChannelStore::clear(ChannelKind kind) noexcept {
     if (kind == ChannelKind::RX)
         matches_ = {};
     ++arrangements_[kind];
-    dropped.clear([&](FreqSlot& channel, std::size_t place) {
-        channel.unwatch(watcher(kind), static_cast<std::int32_t>(place));
-    });
+    dropped.clear([&](FreqSlot& channel) { channel.unwatchAll(watcher(kind)); });
 }
 
 void ChannelStore::forgetAllKeys() noexcept {
@@ -331,12 +332,14 @@ void ChannelStore::resetFrequencyExtremes() noexcept {
 }
 
 void ChannelStore::widenByEdges(ChannelKind kind) {
-    CountedRange range = snapshots_[kind].range();
+    CountedRange range;
     forEachForeign(kind, [&range](FreqSlot& channel) {
         const double frequency = channel.dFreq();
         const double low = channel.dFreqLo();
         range.widenByEdges(frequency, low, channel.dFreqHi());
     });
+    // Last, because the host's code may have changed the others.
+    range.widen(snapshots_[kind].range());
     (kind == ChannelKind::TX ? extremes_.dTXFreqMin : extremes_.dRXFreqMin) = range.low;
     (kind == ChannelKind::TX ? extremes_.dTXFreqMax : extremes_.dRXFreqMax) = range.high;
 }
@@ -377,6 +380,7 @@ std::int32_t ChannelStore::findMatchRX(FreqSlot& channel) const {
     std::size_t place = matches_.find(list, *wanted);
     const PlaceSet& foreign = snapshots_[ChannelKind::RX].foreign();
     if (!foreign.empty()) {
+        const util::Raised busy(busy_);
         for (std::size_t other = foreign.next(0); other < place; other = foreign.next(other + 1)) {
             if (isEqualForeign(*FreqSlotRef(list.at(other)), *wanted) && other < list.places())
                 return list.indexOf(other);

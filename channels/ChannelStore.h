@@ -15,6 +15,7 @@
 #include "channels/KeyIndex.h"
 #include "channels/MatchIndex.h"
 #include "channels/Sentinels.h"
+#include "util/Raised.h"
 
 namespace kv::channels {
 
@@ -92,6 +93,7 @@ class ChannelStore {
     /// which may change the list.
     template <class Body>
     void forEachForeign(ChannelKind kind, Body&& body) const {
+        const util::Raised busy(busy_);
         const PlaceSet& foreign = snapshots_[kind].foreign();
         for (std::size_t place = foreign.next(0); place != PlaceSet::kNone; place = foreign.next(place + 1))
             body(*FreqSlotRef(lists_[kind].at(place)));
@@ -133,7 +135,7 @@ class ChannelStore {
                                                 ChannelSnapshot(lists_[ChannelKind::RX])};
     PerKind<std::uint64_t> arrangements_;
     PerKind<std::uint64_t> listChanges_;
-    bool busy_ = false;  ///< places must not change, because code of the host may run meanwhile
+    mutable bool busy_ = false;  ///< places must not change, because code of the host may run meanwhile
 };
 
 }  // namespace kv::channels

@@ -69,6 +69,8 @@ class FreqSlot {
     [[nodiscard]] virtual bool watch(RecordWatcher&, std::int32_t) { return false; }
     /// Ends one such watch.
     virtual void unwatch(RecordWatcher&, std::int32_t) noexcept {}
+    /// Ends all watches of this watcher.
+    virtual void unwatchAll(RecordWatcher&) noexcept {}
     /// The watcher knows the record by another place now.
     virtual void moveWatch(RecordWatcher&, std::int32_t, std::int32_t) noexcept {}
 
@@ -168,6 +170,7 @@ class FreqSlotBase : public FreqSlot {
 
     [[nodiscard]] bool watch(RecordWatcher& watcher, std::int32_t place) override;
     void unwatch(RecordWatcher& watcher, std::int32_t place) noexcept override { watches_.remove(watcher, place); }
+    void unwatchAll(RecordWatcher& watcher) noexcept override { watches_.removeAll(watcher); }
     void moveWatch(RecordWatcher& watcher, std::int32_t from, std::int32_t to) noexcept override {
         watches_.move(watcher, from, to);
     }

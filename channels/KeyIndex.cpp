@@ -100,6 +100,7 @@ void KeyIndex::dropForgotten() {
     forgotten_ = forgotten;
     dropFrom_ = kFewForgotten + forgotten + entries_.size() / 2;
     added_ = KeyTable::kNone;
+    ++version_;
 }
 
 bool KeyIndex::takeBack(std::uint64_t version) noexcept {

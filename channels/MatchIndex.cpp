@@ -86,13 +86,20 @@ void MatchIndex::takeIn(const ChannelList& list) {
     if (changed_.empty())
         return;
     makeRoom();
+    // Places come in rising order: the next one of the same list is not before the last one.
+    std::int32_t behind = kEnd;
     for (std::size_t at = changed_.next(0); at != kNone; at = changed_.next(at + 1)) {
         const auto place = static_cast<std::int32_t>(at);
         const FreqSlotFields& fields = *list.at(at)->peek();
+        const bool takesPart = equalsItself(fields);
+        const std::uint32_t hash = hashOf(fields);
+        if (takesPart && node(place).before != kOut && node(place).hash == hash)
+            continue;
         leave(place);
-        if (equalsItself(fields)) {
-            node(place).hash = hashOf(fields);
-            enter(place);
+        if (takesPart) {
+            node(place).hash = hash;
+            enter(place, behind);
+            behind = place;
         }
     }
     changed_.clear();
@@ -106,12 +113,13 @@ void MatchIndex::makeRoom() {
     firsts_.swap(larger);
     for (std::size_t place = 0; place < nodes_.size(); ++place) {
         if (nodes_[place].before != kOut)
-            enter(static_cast<std::int32_t>(place));
+            enter(static_cast<std::int32_t>(place), kEnd);
     }
 }
 
-/// Mostly the place is behind all others of its list, because channels come in the order of their places.
-void MatchIndex::enter(std::int32_t place) noexcept {
+/// Mostly the place is behind all others of its list, because channels come in the order of their places. Otherwise it
+/// is looked for from `behind` on, a lower place that was entered before, if that is in the same list.
+void MatchIndex::enter(std::int32_t place, std::int32_t behind) noexcept {
     Node& entered = node(place);
     std::int32_t& first = firstOf(entered.hash);
     if (first == kEnd) {
@@ -128,8 +136,11 @@ void MatchIndex::enter(std::int32_t place) noexcept {
         return;
     }
     std::int32_t before = last;
-    while (before > place)
-        before = node(before).before;
+    if (last > place) {
+        before = behind != kEnd && &firstOf(node(behind).hash) == &first ? behind : first;
+        for (std::int32_t next = node(before).after; next != kEnd && next < place; next = node(before).after)
+            before = next;
+    }
     entered.before = before;
     entered.after = node(before).after;
     node(before).after = place;

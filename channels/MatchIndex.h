@@ -43,7 +43,7 @@ class MatchIndex {
     [[nodiscard]] std::int32_t& firstOf(std::uint32_t hash) noexcept { return firsts_[hash & (firsts_.size() - 1)]; }
     void takeIn(const ChannelList& list);
     void makeRoom();
-    void enter(std::int32_t place) noexcept;
+    void enter(std::int32_t place, std::int32_t behind) noexcept;
     void leave(std::int32_t place) noexcept;
 
     std::vector<Node> nodes_;           ///< by place

@@ -24,13 +24,15 @@ const std::vector<std::int16_t>& PowerRows::rows(const std::vector<DrawRecord>& 
 }
 
 void PowerRows::resize(std::size_t records) {
-    if (records == rows_.size())
+    const std::size_t blocks = BandBlocks::countFor(records);
+    if (records == rows_.size() && blocks == known_.size())
         return;
     makeRoom(rows_, records);
     // The last of the blocks that were there may have been incomplete.
-    known_.resize(std::min(rows_.size(), records) / BandBlocks::kSize);
-    known_.resize(BandBlocks::countFor(records), 0);
+    const std::size_t complete = std::min(rows_.size(), records) / BandBlocks::kSize;
     rows_.resize(records);
+    known_.resize(std::min(known_.size(), complete));
+    known_.resize(blocks, 0);
 }
 
 void PowerRows::compute(const std::vector<DrawRecord>& records, std::size_t block) noexcept {

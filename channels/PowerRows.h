@@ -19,6 +19,7 @@ struct PowerMap {
     [[nodiscard]] double top(const DrawRecord& record) const noexcept {
         return record.dPwrDBM > floor ? record.dPwrDBM : markHeight;
     }
+    friend bool operator==(const PowerMap&, const PowerMap&) = default;
     [[nodiscard]] bool sameRows(const PowerMap& other) const noexcept;
 };
 

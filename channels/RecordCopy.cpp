@@ -41,7 +41,7 @@ void RecordCopy::takeBack() noexcept {
 }
 
 void RecordCopy::changes(std::size_t place) noexcept {
-    if (place < records_.size())
+    if (place < records_.size() && !foreign_.contains(place))
         changed_.insert(place);
 }
 

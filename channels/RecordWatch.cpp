@@ -51,10 +51,23 @@ void RecordWatches::remove(RecordWatcher& watcher, std::int32_t place) noexcept 
         return;
     *found = known->watches.back();
     known->watches.pop_back();
-    if (known->watches.size() == 1) {
-        const std::unique_ptr<Several> ended(known);
-        only_ = ended->watches.front();
+    simplify(known);
+}
+
+void RecordWatches::removeAll(RecordWatcher& watcher) noexcept {
+    if (Several* const known = several()) {
+        std::erase_if(known->watches, [&watcher](const Watch& watch) { return watch.watcher == &watcher; });
+        simplify(known);
+    } else if (only_.watcher == &watcher) {
+        only_ = {};
     }
+}
+
+void RecordWatches::simplify(Several* known) noexcept {
+    if (known->watches.size() > 1)
+        return;
+    const std::unique_ptr<Several> ended(known);
+    only_ = ended->watches.empty() ? Watch() : ended->watches.front();
 }
 
 void RecordWatches::move(RecordWatcher& watcher, std::int32_t from, std::int32_t to) noexcept {

@@ -34,6 +34,7 @@ class RecordWatches {
     /// Throws std::bad_alloc and changes nothing.
     void add(RecordWatcher& watcher, std::int32_t place);
     void remove(RecordWatcher& watcher, std::int32_t place) noexcept;
+    void removeAll(RecordWatcher& watcher) noexcept;
     void move(RecordWatcher& watcher, std::int32_t from, std::int32_t to) noexcept;
     void tell(Changes what) const noexcept {
         if (only_.watcher)
@@ -50,6 +51,7 @@ class RecordWatches {
     static constexpr std::int32_t kSeveral = -1;
 
     [[nodiscard]] Several* several() const noexcept;
+    void simplify(Several* known) noexcept;
 
     Watch only_;  ///< with the place `kSeveral`, the watcher is a `Several` of this object
 };

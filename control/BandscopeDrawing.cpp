@@ -179,10 +179,11 @@ void Bandscope::drawCollection(ChannelKind kind, const wchar_t* procedure, Showi
         [&](Step& step) {
             const auto draw = [&] { painter_.drawCollection(kind, step, kChnl); };
             // Inside the report, because nothing is held back while its message box is open.
-            if (showing == Showing::Later)
+            if (showing == Showing::Later) {
                 painter_.holdingBack(draw);
-            else
+            } else {
                 draw();
+            }
         },
         [&](Step step) {
             return std::wstring(L"kvBandscope.") + procedure + L" Flag " + std::to_wstring(step) + L" kChnl " +

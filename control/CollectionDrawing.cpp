@@ -67,18 +67,18 @@ void SpectrumPainter::refreshCollection(ChannelKind kind) {
 /// number, from 1.
 void SpectrumPainter::paintAtOnce(ChannelKind kind, bool refreshes, std::int32_t& done) {
     channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
-    hideForeignChannels(snapshot);
-    std::optional<PaintedView> view = paintable(kind, refreshes);
+    snapshot.forgetForeign();
+    const std::optional<PaintedView> view = paintable(kind, refreshes);
     if (!view)
         return;
     const std::uint64_t arrangement = store_.arrangement(kind);
+    const bool hasForeign = !snapshot.foreign().empty();
     const ForeignRead read =
         readForeignChannels(store_, kind, *view, CollectionPainter::firstUnknownStyle(snapshot, *view));
-    const bool isAsBefore = store_.arrangement(kind) == arrangement;
-    // The host's code may have changed the range, too.
-    if (!snapshot.foreign().empty())
-        view = paintable(kind, refreshes);
-    if (isAsBefore && view) {
+    // The host's code may have changed the range and the places. What it was told belongs to the range from before.
+    const bool isAsBefore =
+        store_.arrangement(kind) == arrangement && (!hasForeign || view == paintable(kind, refreshes));
+    if (isAsBefore) {
         const std::size_t last = std::min(read.last, CollectionPainter::firstUnknownStyle(snapshot, *view));
         paint(kind, *view, last);
         done = snapshot.indexOf(last);

@@ -20,6 +20,7 @@ struct PaintedView {
     /// Otherwise the visible ones at a frequency above 0 alone.
     bool refreshes = false;
 
+    friend bool operator==(const PaintedView&, const PaintedView&) = default;
     [[nodiscard]] bool takes(const channels::DrawRecord& record) const noexcept {
         return refreshes ? isShown(record) : record.bVisible && record.dFreq > 0.0;
     }

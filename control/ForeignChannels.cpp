@@ -15,36 +15,31 @@ bool tellDrawn(channels::FreqSlot& channel, const channels::DrawRecord& record, 
 
 }  // namespace
 
-void hideForeignChannels(channels::ChannelSnapshot& snapshot) noexcept {
-    channels::DrawRecord hidden;
-    hidden.bVisible = false;
-    const channels::PlaceSet& foreign = snapshot.foreign();
-    for (std::size_t place = foreign.next(0); place != channels::PlaceSet::kNone; place = foreign.next(place + 1))
-        snapshot.putForeign(place, hidden);
-}
-
 ForeignRead readForeignChannels(const channels::ChannelStore& store, channels::ChannelKind kind,
                                 const PaintedView& view, std::size_t last) {
     channels::ChannelSnapshot& snapshot = store.snapshot(kind);
     const channels::PlaceSet& foreign = snapshot.foreign();
-    const std::uint64_t before = store.listChanges(kind);
+    const std::uint64_t list = store.listChanges(kind);
+    const std::uint64_t round = snapshot.foreignRound();
     for (std::size_t place = foreign.next(0); place < last; place = foreign.next(place + 1)) {
         const channels::FreqSlotRef channel(store.list(kind).at(place));
         std::size_t end = place;
+        // A drawing inside this one has forgotten what was read here.
+        const auto painted = [&](std::size_t readable) { return snapshot.foreignRound() == round ? readable : 0; };
         try {
             channels::DrawRecord record = view.refreshes ? channel->drawRecord() : channel->visibleRecord();
-            if (store.listChanges(kind) != before)
-                return {place, place, nullptr};
+            if (store.listChanges(kind) != list || snapshot.foreignRound() != round)
+                return {painted(place), place, nullptr};
             // What it is told here, the painter does not tell it.
             record.bDrawn = record.bDrawn || view.reaches(record);
             snapshot.putForeign(place, record);
             end = place + 1;
             if (!tellDrawn(*channel, record, view))
                 break;
-            if (store.listChanges(kind) != before)
-                return {end, place, nullptr};
+            if (store.listChanges(kind) != list || snapshot.foreignRound() != round)
+                return {painted(end), place, nullptr};
         } catch (...) {
-            return {end, place, std::current_exception()};
+            return {painted(end), place, std::current_exception()};
         }
     }
     return {last, last, nullptr};

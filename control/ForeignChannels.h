@@ -17,13 +17,10 @@ struct ForeignRead {
     std::exception_ptr failed;  ///< what that channel threw
 };
 
-/// Forgets what earlier drawings have read.
-void hideForeignChannels(channels::ChannelSnapshot& snapshot) noexcept;
-
 /// Reads each channel at the places up to, without, `last`, and tells it whether it is drawn, in the order and with the
 /// calls of drawing one by one: a member is asked once, and of a hidden channel no more than that it is hidden. This
-/// runs the host's code. Reading ends when that changes the list of the channels, and at a channel whose fill style
-/// ends the drawing.
+/// runs the host's code. Reading ends when that changes the list of the channels or draws them, and at a channel whose
+/// fill style ends the drawing.
 [[nodiscard]] ForeignRead readForeignChannels(const channels::ChannelStore& store, channels::ChannelKind kind,
                                               const PaintedView& view, std::size_t last);
 

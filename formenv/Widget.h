@@ -50,6 +50,7 @@ inline constexpr int kMiddle = 4;
 }  // namespace mouse_button
 
 /// x and y in the scale of the widget that gets the event: twips, or user units in a picture box with a user scale.
+/// `shift`: 1 for Shift, 2 for Ctrl, 4 for Alt, which a move does not tell.
 using MouseHandler = std::function<void(int button, int shift, double x, double y)>;
 using Handler = std::function<void()>;
 /// A key by its virtual code (Escape is 27), `shift` as in mouse events; true when the key was used.

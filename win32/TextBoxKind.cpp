@@ -104,12 +104,13 @@ void TextBoxKind::showText(WidgetWindow& target) {
     DWORD to = 0;
     SendMessageW(window, EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
     const LRESULT line = SendMessageW(window, EM_GETFIRSTVISIBLELINE, 0, 0);
+    const std::wstring text = shownText(box);
     // WM_SETREDRAW would show a hidden window.
     const bool shown = (GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0;
     if (shown)
         SendMessageW(window, WM_SETREDRAW, FALSE, 0);
     target.setFilling(true);
-    if (const std::wstring text = shownText(box); !box.multiLine || !replaceBuffer(window, text))
+    if (!box.multiLine || !replaceBuffer(window, text))
         SetWindowTextW(window, text.c_str());
     target.setFilling(false);
     SendMessageW(window, EM_SETSEL, from, static_cast<LPARAM>(to));

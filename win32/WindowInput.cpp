@@ -21,9 +21,11 @@ int buttonsDown(WPARAM keys) {
            ((keys & MK_MBUTTON) ? formenv::mouse_button::kMiddle : 0);
 }
 
-/// The shift state of mouse events: 1 Shift, 2 Ctrl, 4 Alt, added up.
-int shiftStateOf(WPARAM keys) {
-    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (isDown(VK_MENU) ? 4 : 0);
+/// The shift state of mouse events: 1 Shift, 2 Ctrl, 4 Alt, added up. Alt is left out of moves: asking for its state
+/// takes as long as everything else about a short move.
+int shiftStateOf(UINT message, WPARAM keys) {
+    const bool isAltDown = message != WM_MOUSEMOVE && isDown(VK_MENU);
+    return ((keys & MK_SHIFT) ? 1 : 0) | ((keys & MK_CONTROL) ? 2 : 0) | (isAltDown ? 4 : 0);
 }
 
 bool isSameMove(const MSG& next, HWND window, WPARAM keys) {
@@ -40,6 +42,11 @@ LPARAM latestMove(HWND window, WPARAM keys, LPARAM at) {
         if (!PeekMessageW(&next, nullptr, 0, 0, PM_NOREMOVE) || !isSameMove(next, window, keys) ||
             !PeekMessageW(&next, window, WM_MOUSEMOVE, WM_MOUSEMOVE, PM_REMOVE))
             break;
+        // No filter holds this one back, and a message that was sent meanwhile may have posted it.
+        if (next.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(next.wParam));
+            break;
+        }
         at = next.lParam;
     }
     return at;
@@ -90,7 +97,7 @@ bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, 
     const int px = GET_X_LPARAM(lParam);
     const int py = GET_Y_LPARAM(lParam);
     const MousePosition at = target.kind().mousePosition(widget, {px, py}, dpi());
-    const int shift = shiftStateOf(wParam);
+    const int shift = shiftStateOf(message, wParam);
     // The handlers are copied, because one of them may destroy the windows.
     const auto call = [&](const formenv::MouseHandler& handler, int button) {
         if (const formenv::MouseHandler copy = handler)

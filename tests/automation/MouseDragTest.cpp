@@ -187,17 +187,16 @@ class QueuedMoves : public MouseDrag {
     /// The frequency under the pointer.
     [[nodiscard]] std::wstring readOut() const {
         std::wstring found;
-        EnumChildWindows(
-            container.host.get(),
-            [](HWND window, LPARAM text) -> BOOL {
-                const std::wstring own = windowText(window);
-                if (!own.ends_with(L" MHz"))
-                    return TRUE;
-                *reinterpret_cast<std::wstring*>(text) = own;
-                return FALSE;
-            },
-            reinterpret_cast<LPARAM>(&found));
+        EnumChildWindows(container.host.get(), &findReadOut, reinterpret_cast<LPARAM>(&found));
         return found;
+    }
+    /// Goes on until a window shows a frequency.
+    static BOOL CALLBACK findReadOut(HWND window, LPARAM found) {
+        const std::wstring text = windowText(window);
+        if (!text.ends_with(L" MHz"))
+            return TRUE;
+        *reinterpret_cast<std::wstring*>(found) = text;
+        return FALSE;
     }
     std::wstring at(int x) const {
         post(WM_MOUSEMOVE, x);
