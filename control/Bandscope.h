@@ -226,7 +226,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     channels::ChannelStore store_;
     DisplayRange range_{store_, *this};
     Marks marks_{ui_.picSpectrum};
-    SpectrumPainter painter_{ui_.picSpectrum, ui_.picUnits, store_, range_};
+    SpectrumPainter painter_{ui_.picSpectrum, ui_.picUnits, store_, range_, marks_};
     Pointer pointer_{{services_.platform, services_.files, services_.errors},
                      ui_.picSpectrum,
                      {ui_.lblFMHz, ui_.lblFromCenter, ui_.chkShowMouse},

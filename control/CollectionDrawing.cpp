@@ -33,6 +33,8 @@ void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
 }
 
 void SpectrumPainter::DrawChnl(channels::FreqSlot& channel, const channels::DrawRecord& record) {
+    // The host's code that was asked for the record may have drawn them.
+    marks_.takeOff();
     const double floor = range_.DisplayMinPwr();
     // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
     const double top = record.dPwrDBM > floor ? record.dPwrDBM : range_.DisplayMaxPwr() / 2.0;
@@ -79,6 +81,7 @@ void SpectrumPainter::paintAtOnce(ChannelKind kind, bool refreshes, std::int32_t
     const bool isAsBefore =
         store_.arrangement(kind) == arrangement && (!hasForeign || view == paintable(kind, refreshes));
     if (isAsBefore) {
+        marks_.takeOff();
         const std::size_t last = std::min(read.last, CollectionPainter::firstUnknownStyle(snapshot, *view));
         paint(kind, *view, last);
         done = snapshot.indexOf(last);

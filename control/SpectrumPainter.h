@@ -12,6 +12,7 @@
 #include "channels/Sentinels.h"
 #include "control/CollectionPainter.h"
 #include "control/DisplayRange.h"
+#include "control/Marks.h"
 #include "formenv/PictureBox.h"
 #include "util/Trapped.h"
 
@@ -19,10 +20,11 @@ namespace kv::control {
 
 class SpectrumPainter {
   public:
-    /// `picture` shows the spectrum, `strip` is the box around it with the frequency labels. All have to live longer.
+    /// `picture` shows the spectrum, with `marks` over it; `strip` is the box around it with the frequency labels. All
+    /// have to live longer.
     SpectrumPainter(formenv::PictureBox& picture, formenv::PictureBox& strip, channels::ChannelStore& store,
-                    DisplayRange& range)
-        : picture_(picture), strip_(strip), store_(store), range_(range) {}
+                    DisplayRange& range, Marks& marks)
+        : picture_(picture), strip_(strip), store_(store), range_(range), marks_(marks) {}
     SpectrumPainter(const SpectrumPainter&) = delete;
     SpectrumPainter& operator=(const SpectrumPainter&) = delete;
 
@@ -115,6 +117,7 @@ class SpectrumPainter {
     formenv::PictureBox& strip_;
     channels::ChannelStore& store_;
     DisplayRange& range_;
+    Marks& marks_;
     CollectionPainter painter_;
     raster::OleColor GridColor_ = raster::system_color::kButtonFace;
     std::wstring FreqLblFormat_ = L"0.000";

@@ -23,7 +23,8 @@ class SpectrumPainterTest : public PartsTest {
         painter.drawCollection(kind, step, number);
         EXPECT_EQ(step, 300);
     }
-    SpectrumPainter painter{picture, strip, store, range};
+    Marks marks{picture};
+    SpectrumPainter painter{picture, strip, store, range, marks};
 };
 
 TEST_F(SpectrumPainterTest, DrawsTheChannelsOfTheKindThatIsAskedFor) {
