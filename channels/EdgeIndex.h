@@ -15,7 +15,7 @@ namespace kv::channels {
 /// many.
 class EdgeIndex {
   public:
-    /// All records have been or will be told of by `changed`; the index is empty.
+    /// Drops the index. The next `arrange` builds it again.
     void forget() noexcept;
     /// The index has been built and is kept up to date.
     [[nodiscard]] bool isBuilt() const noexcept { return built_; }

@@ -23,7 +23,7 @@ class MatchIndex {
     void changed(std::size_t place) noexcept;
     /// The channel at `place` has left the list.
     void remove(std::size_t place) noexcept;
-    /// All channels have other places; `own` are those of our own class, of `places`.
+    /// The holes of `list` were closed: all channels have new places, `places` of them.
     void closed(std::size_t places, const ChannelList& list) noexcept;
 
     /// The place of the first channel of `list`, of our own class, that equals `wanted` in frequencies, bandwidth,
@@ -52,7 +52,7 @@ class MatchIndex {
     std::size_t places_ = 0;
 };
 
-/// Equal in what `MatchIndex::find` compares. Both are read as the comparison goes along.
+/// Equal in what `MatchIndex::find` compares.
 [[nodiscard]] bool isEqualChannel(const FreqSlotFields& a, const FreqSlotFields& b);
 
 }  // namespace kv::channels

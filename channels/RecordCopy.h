@@ -13,8 +13,7 @@ namespace kv::channels {
 
 /// Half a million records are scattered over the memory. A drawing that read each of them would take as long as
 /// painting. The copy grows with the list, while a new record is at hand; later only what has changed is read again.
-/// Records of a foreign class report no changes. They are read by whoever draws, whose code may be the host's, and put
-/// here for the drawing.
+/// Records of a foreign class report no changes. A drawing reads them, which runs the host's code, and puts them here.
 class RecordCopy {
   public:
     /// A record was appended to the list. It is hidden until it is read. Throws std::bad_alloc and changes nothing.

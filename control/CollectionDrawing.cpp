@@ -1,4 +1,4 @@
-// The channels of a kind: many of our own at once, a few or foreign ones one by one.
+// The channels of a kind: many are painted all at once, a few are drawn one by one.
 #include <algorithm>
 
 #include "control/ForeignChannels.h"

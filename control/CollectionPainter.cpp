@@ -14,6 +14,7 @@ namespace {
 constexpr std::size_t kBlock = channels::ChannelSnapshot::kBlock;
 constexpr double kCoarsest = 0.1;       // pixels a step of the grid
 constexpr double kFloatMargin = 0.005;  // pixels; columns are reckoned in single precision
+
 int bitsOf(int number) noexcept {
     return static_cast<int>(std::bit_width(static_cast<unsigned>(number)));
 }
@@ -206,7 +207,7 @@ void CollectionPainter::paintRecord(const channels::DrawRecord& record) {
 }
 
 void CollectionPainter::markDrawn(std::size_t block, Places places) {
-    bool left = places.first != block * kBlock || places.last != std::min((block + 1) * kBlock, snapshot_->size());
+    bool left = places.last != std::min((block + 1) * kBlock, snapshot_->size());
     for (std::size_t place = places.first; place < places.last; ++place) {
         const channels::DrawRecord& record = snapshot_->records()[place];
         if (!record.bVisible || record.bDrawn)

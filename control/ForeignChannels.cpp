@@ -21,25 +21,26 @@ ForeignRead readForeignChannels(const channels::ChannelStore& store, channels::C
     const channels::PlaceSet& foreign = snapshot.foreign();
     const std::uint64_t list = store.listChanges(kind);
     const std::uint64_t round = snapshot.foreignRound();
+    const auto isOvertaken = [&] { return store.listChanges(kind) != list || snapshot.foreignRound() != round; };
+    // A drawing inside this one has forgotten what was read here.
+    const auto upTo = [&](std::size_t end) { return snapshot.foreignRound() == round ? end : 0; };
     for (std::size_t place = foreign.next(0); place < last; place = foreign.next(place + 1)) {
         const channels::FreqSlotRef channel(store.list(kind).at(place));
         std::size_t end = place;
-        // A drawing inside this one has forgotten what was read here.
-        const auto painted = [&](std::size_t readable) { return snapshot.foreignRound() == round ? readable : 0; };
         try {
             channels::DrawRecord record = view.refreshes ? channel->drawRecord() : channel->visibleRecord();
-            if (store.listChanges(kind) != list || snapshot.foreignRound() != round)
-                return {painted(place), place, nullptr};
+            if (isOvertaken())
+                return {upTo(place), place, nullptr};
             // What it is told here, the painter does not tell it.
             record.bDrawn = record.bDrawn || view.reaches(record);
             snapshot.putForeign(place, record);
             end = place + 1;
             if (!tellDrawn(*channel, record, view))
                 break;
-            if (store.listChanges(kind) != list || snapshot.foreignRound() != round)
-                return {painted(end), place, nullptr};
+            if (isOvertaken())
+                return {upTo(end), place, nullptr};
         } catch (...) {
-            return {painted(end), place, std::current_exception()};
+            return {upTo(end), place, std::current_exception()};
         }
     }
     return {last, last, nullptr};

@@ -12,19 +12,20 @@ namespace {
 
 struct Unit {
     std::wstring_view name;
+    FreqUnit number;
     int stepsToMHz;  // Steps of 1000: divisions when above 0, multiplications when below.
 };
 
-constexpr std::array<Unit, 4> kUnits{{{L"Hz", 2}, {L"KHz", 1}, {L"MHz", 0}, {L"GHz", -1}}};
+/// By number.
+constexpr std::array<Unit, 4> kUnits{
+    {{L"MHz", FreqUnit::MHz, 0}, {L"Hz", FreqUnit::Hz, 2}, {L"KHz", FreqUnit::KHz, 1}, {L"GHz", FreqUnit::GHz, -1}}};
 
-constexpr int kNoUnit = 9;
+std::optional<int> stepsToMHz(FreqUnit unit) {
+    return unit == FreqUnit::Other ? std::nullopt : std::optional(kUnits[static_cast<std::size_t>(unit)].stepsToMHz);
+}
 
 std::optional<int> stepsToMHz(std::wstring_view name) {
-    for (const Unit& unit : kUnits) {
-        if (unit.name == name)
-            return unit.stepsToMHz;
-    }
-    return std::nullopt;
+    return stepsToMHz(freqUnitOf(name));
 }
 
 /// `value` / 1000 per step above 0, × 1000 per step below 0.
@@ -62,34 +63,18 @@ double ConvertFreq(std::wstring_view sFromUnits, std::wstring_view sToUnits, dou
 }
 
 FreqUnit freqUnitOf(std::wstring_view name) noexcept {
-    switch (stepsToMHz(name).value_or(kNoUnit)) {
-        case 0:
-            return FreqUnit::MHz;
-        case 1:
-            return FreqUnit::KHz;
-        case 2:
-            return FreqUnit::Hz;
-        case -1:
-            return FreqUnit::GHz;
-        default:
-            return FreqUnit::Other;
+    for (const Unit& unit : kUnits) {
+        if (unit.name == name)
+            return unit.number;
     }
+    return FreqUnit::Other;
 }
 
 double toMHz(FreqUnit from, double dValue) noexcept {
-    switch (from) {
-        case FreqUnit::MHz:
-            return dValue;
-        case FreqUnit::KHz:
-            return scale(dValue, 1);
-        case FreqUnit::Hz:
-            return scale(dValue, 2);
-        case FreqUnit::GHz:
-            return scale(dValue, -1);
-        case FreqUnit::Other:
-            break;
-    }
-    return kInvalidFreq;
+    if (from == FreqUnit::MHz)
+        return dValue;
+    const std::optional<int> steps = stepsToMHz(from);
+    return steps ? scale(dValue, *steps) : kInvalidFreq;
 }
 
 double toMHz(std::wstring_view sFromUnits, double dValue) {
