@@ -21,10 +21,11 @@ constexpr int kMostDrawings = 8;
 /// when there are more divisions than columns. The current position moves all the same.
 class UprightLines {
   public:
-    UprightLines(formenv::PictureBox& picture, raster::OleColor color) : picture_(picture), color_(color) {}
+    UprightLines(formenv::PictureBox& picture, raster::OleColor color)
+        : picture_(picture), color_(color), map_(picture.pixelMap()) {}
 
     void draw(double x, double from, double to, int width) {
-        const int column = picture_.pixelX(x);
+        const int column = map_.x(x);
         if (column == column_ && width == width_) {
             picture_.currentX = x;
             picture_.currentY = to;
@@ -39,6 +40,7 @@ class UprightLines {
   private:
     formenv::PictureBox& picture_;
     raster::OleColor color_;
+    raster::PixelMap map_;
     int column_ = 0;  ///< of the line before
     int width_ = 0;   ///< of the line before, pixels; 0 without one
 };
@@ -163,8 +165,9 @@ void SpectrumPainter::DrawFreqLbls() {
 }
 
 void SpectrumPainter::drawFreqLabel(double x) {
-    const std::wstring text = util::formatNumber(x, FreqLblFormat());
-    const double width = strip_.textWidth(text);
+    util::formatNumber(x, FreqLblFormat(), label_);
+    const raster::PixelSize size = strip_.textPixels(label_);
+    const double width = strip_.widthOf(size);
     const auto [minFreq, maxFreq] = range_.span();
     const double share = (x - minFreq) / (maxFreq - minFreq);
     // A long label at the left end would lose its first digit at the strip's edge.
@@ -172,8 +175,8 @@ void SpectrumPainter::drawFreqLabel(double x) {
     if (left + width > picture_.left() + picture_.width())
         return;
     strip_.currentX = left;
-    strip_.currentY = picture_.top() + picture_.height() + (kLabelRoom - strip_.textHeight(text)) / 2.0;
-    strip_.print(text);
+    strip_.currentY = picture_.top() + picture_.height() + (kLabelRoom - strip_.heightOf(size)) / 2.0;
+    strip_.print(label_, size);
 }
 
 }  // namespace kv::control

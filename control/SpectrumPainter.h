@@ -121,6 +121,7 @@ class SpectrumPainter {
     CollectionPainter painter_;
     raster::OleColor GridColor_ = raster::system_color::kButtonFace;
     std::wstring FreqLblFormat_ = L"0.000";
+    std::wstring label_;  ///< the text of the label that is being drawn
     bool bDrawing_ = false;
     bool bAgain_ = false;
     std::pair<double, double> drawnSpan_{channels::FREQ_UNSET, -channels::FREQ_UNSET};  ///< MHz

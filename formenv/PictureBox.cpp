@@ -210,7 +210,8 @@ double PictureBox::userY(int pixel) const noexcept {
 }
 
 void PictureBox::line(double x1, double y1, double x2, double y2, raster::OleColor color) {
-    target().line({pixelX(x1), pixelY(y1)}, {pixelX(x2), pixelY(y2)}, {platform_.resolve(color), drawing_.drawWidth},
+    const raster::PixelMap map = pixelMap();
+    target().line({map.x(x1), map.y(y1)}, {map.x(x2), map.y(y2)}, {platform_.resolve(color), drawing_.drawWidth},
                   drawing_.drawMode);
     currentX = x2;
     currentY = y2;
@@ -227,8 +228,9 @@ void PictureBox::filledBox(double x1, double y1, double x2, double y2, raster::O
 
 void PictureBox::drawBox(double x1, double y1, double x2, double y2, raster::OleColor color,
                          const raster::Brush& brush) {
-    const auto [left, right] = std::minmax({pixelX(x1), pixelX(x2)});
-    const auto [top, bottom] = std::minmax({pixelY(y1), pixelY(y2)});
+    const raster::PixelMap map = pixelMap();
+    const auto [left, right] = std::minmax({map.x(x1), map.x(x2)});
+    const auto [top, bottom] = std::minmax({map.y(y1), map.y(y2)});
     target().rectangle({left, top, right + 1, bottom + 1}, {platform_.resolve(color), drawing_.drawWidth}, brush,
                        drawing_.drawMode);
     currentX = x2;
@@ -248,24 +250,23 @@ void PictureBox::strokeBox(const raster::PixelRect& box, const raster::Pen& pen,
     touched();
 }
 
-void PictureBox::print(std::wstring_view text) {
-    target().text({pixelX(currentX), pixelY(currentY)}, text, font(), platform_.resolve(foreColor()));
+void PictureBox::print(std::wstring_view text, raster::PixelSize size) {
+    const raster::PixelMap map = pixelMap();
+    target().text({map.x(currentX), map.y(currentY)}, text, font(), platform_.resolve(foreColor()));
     const double down = scaleHeight() < 0.0 ? -1.0 : 1.0;
     currentX = scaleLeft();
-    currentY += down * textHeight(text);
+    currentY += down * heightOf(size);
     touched();
 }
 
-double PictureBox::textWidth(std::wstring_view text) {
-    const int pixels = platform_.textSize(text, font()).width;
-    return userScale_ ? std::abs(scale_.width) * pixels / keptSize().width
-                      : raster::pixelsToTwips(pixels, platform_.dpi());
+double PictureBox::widthOf(raster::PixelSize size) const {
+    return userScale_ ? std::abs(scale_.width) * size.width / keptSize().width
+                      : raster::pixelsToTwips(size.width, platform_.dpi());
 }
 
-double PictureBox::textHeight(std::wstring_view text) {
-    const int pixels = platform_.textSize(text, font()).height;
-    return userScale_ ? std::abs(scale_.height) * pixels / keptSize().height
-                      : raster::pixelsToTwips(pixels, platform_.dpi());
+double PictureBox::heightOf(raster::PixelSize size) const {
+    return userScale_ ? std::abs(scale_.height) * size.height / keptSize().height
+                      : raster::pixelsToTwips(size.height, platform_.dpi());
 }
 
 }  // namespace kv::formenv

@@ -66,11 +66,18 @@ class PictureBox : public Widget {
 
     double currentX = 0.0;
     double currentY = 0.0;
+    /// Size of a line of text, pixels.
+    [[nodiscard]] raster::PixelSize textPixels(std::wstring_view text) { return platform_.textSize(text, font()); }
     /// Prints at the current position in `ForeColor`, then moves to the start of the next line.
-    void print(std::wstring_view text);
+    void print(std::wstring_view text) { print(text, textPixels(text)); }
+    /// The same of a text that has been measured already.
+    void print(std::wstring_view text, raster::PixelSize size);
     /// Size of a line of text in the picture's scale (magnitude).
-    [[nodiscard]] double textWidth(std::wstring_view text);
-    [[nodiscard]] double textHeight(std::wstring_view text);
+    [[nodiscard]] double textWidth(std::wstring_view text) { return widthOf(textPixels(text)); }
+    [[nodiscard]] double textHeight(std::wstring_view text) { return heightOf(textPixels(text)); }
+    /// A size in pixels in the picture's scale (magnitude).
+    [[nodiscard]] double widthOf(raster::PixelSize size) const;
+    [[nodiscard]] double heightOf(raster::PixelSize size) const;
 
     /// One map from user units to pixels; saturates far outside.
     [[nodiscard]] raster::PixelMap pixelMap() const noexcept { return {scale(), pixelSize()}; }

@@ -68,6 +68,11 @@ void addLevelBar(Row& row, std::int64_t y, std::int64_t left, std::int64_t right
     }
 }
 
+/// The rows between the ends of an upright line: a bar, of which the tips are a part.
+void drawUprightBar(const PixelWriter& ink, int x, int top, int bottom, const RoundTip& tip) {
+    ink.box({x - tip.before(), top, x + tip.after(), bottom});
+}
+
 void addUprightBar(Row& row, std::int64_t y, std::int64_t at, std::int64_t top, std::int64_t bottom,
                    const RoundTip& tip) {
     if (y >= top && y < bottom) {
@@ -185,16 +190,21 @@ void drawWideLine(const PixelWriter& ink, PixelPoint from, PixelPoint to, const 
     if (left != right && top != bottom) {
         body.emplace(from, to, tip.width());
     }
+    const bool isUpright = left == right && top != bottom;
+    if (isUpright)
+        drawUprightBar(ink, left, top, bottom, tip);
     for (int y = first; y < end; ++y) {
+        if (isUpright && y >= top && y < bottom) {
+            y = std::min(bottom, end) - 1;
+            continue;
+        }
         Row row;
         addTip(row, y, from, tip);
         addTip(row, y, to, tip);
         if (body) {
             body->addTo(row, y);
-        } else if (top == bottom) {
-            addLevelBar(row, y, left, right, top, tip);
         } else {
-            addUprightBar(row, y, left, top, bottom, tip);
+            addLevelBar(row, y, left, right, top, tip);
         }
         row.draw(ink, y);
     }

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <system_error>
 
@@ -209,9 +210,8 @@ bool isBelowOne(std::string_view text) {
     return position + exponent < 0;
 }
 
-}  // namespace
-
-std::wstring formatNumber(double value, std::wstring_view format) {
+/// By any format, from the shortest decimal text.
+std::wstring decimalText(double value, std::wstring_view format) {
     if (std::isnan(value))
         return L"NaN";
     if (std::isinf(value))
@@ -226,6 +226,66 @@ std::wstring formatNumber(double value, std::wstring_view format) {
         text = pictureText(number, format);
     }
     return value < 0 && !number.isZero() ? L'-' + text : text;
+}
+
+/// The decimals of a format of any number of '#', one '0', a point and one to six '0'; nothing for another format.
+std::optional<int> plainDecimals(std::wstring_view format) {
+    constexpr std::size_t kMost = 6;
+    const std::size_t whole = std::min(format.find(L'0'), format.size());
+    if (format.find_first_not_of(L'#') != whole || !format.substr(whole).starts_with(L"0."))
+        return std::nullopt;
+    const std::wstring_view decimals = format.substr(whole + 2);
+    if (decimals.empty() || decimals.size() > kMost || decimals.find_first_not_of(L'0') != std::wstring_view::npos)
+        return std::nullopt;
+    return static_cast<int>(decimals.size());
+}
+
+/// The steps of 10^-decimals that are nearest to `size`; nothing unless a double shows that beyond doubt.
+std::optional<std::uint64_t> nearestSteps(double size, int decimals) {
+    constexpr std::array<double, 7> kPowers = {1.0, 10.0, 100.0, 1e3, 1e4, 1e5, 1e6};
+    constexpr double kMost = 1e11;  // there the product and the shortest decimal text are off by less than the doubt
+    constexpr double kDoubt = 1e-3;
+    const double scaled = size * kPowers[static_cast<std::size_t>(decimals)];
+    if (!(scaled < kMost))
+        return std::nullopt;
+    const auto whole = static_cast<std::uint64_t>(scaled);
+    const double rest = scaled - static_cast<double>(whole);
+    if (rest > 0.5 - kDoubt && rest < 0.5 + kDoubt)
+        return std::nullopt;
+    return whole + (rest > 0.5 ? 1U : 0U);
+}
+
+void writeSteps(std::uint64_t steps, int decimals, bool isNegative, std::wstring& text) {
+    std::array<wchar_t, 24> reversed;
+    std::size_t count = 0;
+    const bool hasSign = isNegative && steps != 0;
+    for (int place = 0; place <= decimals || steps != 0; ++place) {
+        if (place == decimals)
+            reversed[count++] = L'.';
+        reversed[count++] = static_cast<wchar_t>(L'0' + steps % 10);
+        steps /= 10;
+    }
+    if (hasSign)
+        reversed[count++] = L'-';
+    text.assign(reversed.rend() - static_cast<std::ptrdiff_t>(count), reversed.rend());
+}
+
+}  // namespace
+
+void formatNumber(double value, std::wstring_view format, std::wstring& text) {
+    if (const std::optional<int> decimals = plainDecimals(format)) {
+        if (const std::optional<std::uint64_t> steps = nearestSteps(std::fabs(value), *decimals)) {
+            writeSteps(*steps, *decimals, value < 0, text);
+            return;
+        }
+    }
+    text = decimalText(value, format);
+}
+
+std::wstring formatNumber(double value, std::wstring_view format) {
+    std::wstring text;
+    formatNumber(value, format, text);
+    return text;
 }
 
 std::optional<double> parseNumber(std::wstring_view text) {

@@ -25,6 +25,8 @@ namespace kv::util {
 /// is "1.01". A minus sign precedes everything else, and is left out when all digits round to zero.
 /// NaN and infinities are "NaN", "Infinity" and "-Infinity", whatever the format.
 [[nodiscard]] std::wstring formatNumber(double value, std::wstring_view format);
+/// The same into a text that is kept, so that thousands of labels do not need memory for each.
+void formatNumber(double value, std::wstring_view format, std::wstring& text);
 
 /// Reads a decimal number: blanks around it, one sign in front, digits with at most one '.', an exponent. Nothing for
 /// any other text and for a number too large for a double; one too small for a double is 0.

@@ -50,6 +50,22 @@ TEST(FormatNumberTest, NumbersThatRoundToZeroHaveNoSign) {
     expectBy(L"", {{-0.0, L"0"}});
 }
 
+// The shorter way of plain formats must leave the numbers that it cannot round to the other way.
+TEST(FormatNumberTest, NumbersNextToAHalfRoundByTheirDecimalText) {
+    expectBy(L"0.000", {{100.0005, L"100.001"}, {100.00049999999, L"100.000"}, {100.00050000001, L"100.001"}});
+    expectBy(L"0.000", {{100.0004999999999, L"100.000"}, {-100.0005, L"-100.001"}, {99.9995, L"100.000"}});
+    expectBy(L"##0.000000", {{0.0000005, L"0.000001"}, {-0.0000004, L"0.000000"}, {99999.9999999, L"100000.000000"}});
+    expectBy(L"0.000", {{99999999.9995, L"100000000.000"}, {100000000.0005, L"100000000.001"}});
+}
+
+TEST(FormatNumberTest, AKeptTextIsReplaced) {
+    std::wstring text = L"an earlier and longer text";
+    formatNumber(1.5, L"0.000", text);
+    EXPECT_EQ(text, L"1.500");
+    formatNumber(-2.5, L"0.0 MHz", text);
+    EXPECT_EQ(text, L"-2.5 MHz");
+}
+
 TEST(FormatNumberTest, OptionalDecimalsDropTrailingZerosAndThePoint) {
     expectBy(L"0.###", {{1.5, L"1.5"}, {1.0625, L"1.063"}, {1.05, L"1.05"}, {1.1996, L"1.2"}, {5.0001, L"5"}});
     expectBy(L"0.0##", {{1.5, L"1.5"}, {1.0, L"1.0"}});
