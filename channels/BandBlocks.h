@@ -2,7 +2,10 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -29,15 +32,30 @@ class BandBlocks {
         return (records + kSize - 1) / kSize;
     }
     /// There are this many records now. Callers must derive each block that is new or has another number of records.
-    void resize(std::size_t records) { blocks_.resize(countFor(records)); }
+    void resize(std::size_t records) {
+        blocks_.resize(countFor(records));
+        hidden_.resize(countFor(records));
+    }
     /// A record of the block has changed.
     void derive(const std::vector<DrawRecord>& records, std::size_t block) noexcept;
     [[nodiscard]] const std::vector<BandBlock>& blocks() const noexcept { return blocks_; }
+    /// Calls `visit(place)` in order for each record of the block that may be marked as drawn and not visible any more.
+    template <class Visit>
+    void forHiddenButDrawn(std::size_t block, Visit&& visit) const {
+        for (std::size_t word = 0; word < kWords; ++word) {
+            for (std::uint64_t bits = hidden_[block][word]; bits != 0; bits &= bits - 1)
+                visit(block * kSize + word * kWordBits + static_cast<std::size_t>(std::countr_zero(bits)));
+        }
+    }
     /// No record of the block is left that is visible and not marked as drawn.
     void allDrawn(std::size_t block) noexcept { blocks_[block].undrawn = false; }
 
   private:
+    static constexpr std::size_t kWordBits = 64;
+    static constexpr std::size_t kWords = kSize / kWordBits;
+
     std::vector<BandBlock> blocks_;
+    std::vector<std::array<std::uint64_t, kWords>> hidden_;  ///< by block, a bit a record: hidden but drawn
 };
 
 /// The records of one block.

@@ -8,6 +8,7 @@
 
 #include "channels/FreqSlot.h"
 #include "channels/RankedBits.h"
+#include "util/Prefetch.h"
 
 namespace kv::channels {
 
@@ -34,6 +35,17 @@ class ChannelList {
     [[nodiscard]] std::size_t places() const noexcept { return slots_.size(); }
     /// Null in a hole.
     [[nodiscard]] FreqSlot* at(std::size_t place) const noexcept { return slots_[place]; }
+    /// Starts loading the record at `place`, which may be a hole or beyond the end, because it is needed soon. The
+    /// records are scattered over the memory.
+    void prefetch(std::size_t place) const noexcept {
+        if (place >= slots_.size())
+            return;
+        // The visible and drawn marks are among the first bytes of a record, which may lie in two cache lines.
+        constexpr std::size_t kFirstBytes = 32;
+        const auto* const record = reinterpret_cast<const char*>(slots_[place]);
+        util::prefetch(record);
+        util::prefetch(record + kFirstBytes - 1);
+    }
     [[nodiscard]] std::size_t placeOf(std::size_t index) const noexcept { return holes_.positionOfClear(index); }
     [[nodiscard]] std::int32_t indexOf(std::size_t place) const noexcept {
         return static_cast<std::int32_t>(holes_.clearBefore(place));

@@ -40,9 +40,11 @@ void ChannelSnapshot::read(std::size_t place) noexcept {
     const DrawRecord before = copy_.records()[place];
     if (!copy_.read(list_, place))
         return;
+    const DrawRecord& now = copy_.records()[place];
     stale_.insert(place / kBlock);
-    ranges_.changed(place);
-    if (!haveSameBand(before, copy_.records()[place]))
+    if (!countAlike(before, now))
+        ranges_.changed(place);
+    if (!haveSameBand(before, now))
         edges_.changed(place);
 }
 

@@ -71,6 +71,14 @@ class ChannelSnapshot {
         return list_.placeOf(static_cast<std::size_t>(index));
     }
 
+    /// Calls `visit(place)` in order for each record of the block for which `isHiddenButDrawn` may hold.
+    template <class Visit>
+    void forHiddenButDrawn(std::size_t block, Visit&& visit) const {
+        blocks_.forHiddenButDrawn(block, visit);
+    }
+
+    /// The record at `place`, which may be beyond the end, is needed soon.
+    void prefetch(std::size_t place) const noexcept { list_.prefetch(place); }
     /// Sets `bDrawn` in the copy and in a record of our own class. A foreign one was told when it was read.
     void markDrawn(std::size_t place);
     /// The record was taken off the picture in the meantime: only the copy says that it is drawn.

@@ -91,15 +91,15 @@ using FreqSlotRef = util::Ref<FreqSlot>;
 /// The members of a FreqSlot of our own class, with their start values. What drawing reads comes first, so that reading
 /// half a million records fetches little else.
 struct FreqSlotFields {
+    std::int16_t iFillStyle = 0;
+    bool bVisible = true;
+    bool bDrawn = false;
+    std::uint32_t lColor = 0;
+    std::uint32_t lColorLine = 0;
     double dFreq = 0.0;
     double dFreqLo = 0.0;
     double dFreqHi = 0.0;
     double dPwrDBM = 0.0;
-    std::uint32_t lColor = 0;
-    std::uint32_t lColorLine = 0;
-    std::int16_t iFillStyle = 0;
-    bool bVisible = true;
-    bool bDrawn = false;
     double dFreqAlt = 0.0;
     double dBW = 0.0;
     std::wstring sLabel;
@@ -210,8 +210,9 @@ class FreqSlotBase : public FreqSlot {
         return a == b;
     }
 
-    FreqSlotFields fields_;
+    // Side by side with the members that drawing reads, because a change touches both.
     RecordWatches watches_;
+    FreqSlotFields fields_;
 };
 
 /// Makes the records that the control creates itself (sample and test channels).

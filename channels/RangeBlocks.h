@@ -44,6 +44,11 @@ struct CountedRange {
     }
 };
 
+/// The two records count alike.
+[[nodiscard]] inline bool countAlike(const DrawRecord& a, const DrawRecord& b) noexcept {
+    return a.dFreq == b.dFreq && a.dFreqLo == b.dFreqLo && a.dFreqHi == b.dFreqHi && a.dPwrDBM == b.dPwrDBM;
+}
+
 /// After a change only the block of 128 records around it is gone through again.
 class RangeBlocks {
   public:

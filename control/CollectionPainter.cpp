@@ -4,6 +4,8 @@
 #include <bit>
 #include <cmath>
 
+#include "util/Prefetch.h"
+
 namespace kv::control {
 
 using formenv::PictureBox;
@@ -14,6 +16,7 @@ namespace {
 constexpr std::size_t kBlock = channels::ChannelSnapshot::kBlock;
 constexpr double kCoarsest = 0.1;       // pixels a step of the grid
 constexpr double kFloatMargin = 0.005;  // pixels; columns are reckoned in single precision
+constexpr std::size_t kAhead = 16;      // records that are being loaded while one is marked
 
 int bitsOf(int number) noexcept {
     return static_cast<int>(std::bit_width(static_cast<unsigned>(number)));
@@ -65,6 +68,8 @@ void CollectionPainter::paint(PictureBox& picture, raster::RasterCanvas& canvas,
         return;
     rows_ = snapshot.rows(view.powers).data();
     floor_ = map_.y(view.powers.floor);
+    leftEnd_ = map_.x(view.minFreq);
+    rightEnd_ = map_.x(view.maxFreq);
     width_ = canvas.pixels().width;
     perMHz_ = map_.size.width / map_.scale.width;
     boxes_.begin(canvas.pixels(), canvas.tiles(), floor_, neededCovers());
@@ -130,66 +135,103 @@ CollectionPainter::Columns CollectionPainter::columnsOf(std::size_t block) const
     const double baseColumn = (grid.origin - view_.minFreq + base * grid.unit) * perMHz_;
     const double perStep = grid.unit * perMHz_;
     return {base, static_cast<float>(perStep),
-            static_cast<float>(baseColumn + StandingBoxes::kGuard + 0.5 - marginOf(perStep))};
+            static_cast<float>(baseColumn + StandingBoxes::kGuard + 0.5 - marginOf(perStep)),
+            static_cast<float>(width_ + StandingBoxes::kGuard)};
 }
 
 void CollectionPainter::paintBlock(std::size_t block, Places places) {
     const channels::ChannelSnapshot::Block& known = snapshot_->blocks()[block];
     if (isOut(known))
         return;
-    const std::int32_t* const low = snapshot_->lowOnGrid().data() + places.first;
-    const Columns to = columnsOf(block);
-    const auto limit = static_cast<float>(width_ + StandingBoxes::kGuard);
-    BlockColumns columns;
-    for (std::size_t i = 0; i < places.last - places.first; ++i) {
-        const float column = static_cast<float>(low[i] - to.base) * to.perStep + to.offset;
-        const float least = column > 0.0F ? column : 0.0F;
-        columns[i] = static_cast<std::int32_t>(least < limit ? least : limit);
-    }
     if (const Span span = spanOf(block); span.level != kNoLevel) {
-        paintUncoveredByWindows(columns, span.level, places);
+        paintUncoveredByWindows(block, span.level, places);
     } else {
-        paintUncoveredBySegments(columns, span, places);
+        paintUncoveredBySegments(block, span, places);
     }
     if (known.undrawn)
         markDrawn(block, places);
 }
 
-void CollectionPainter::paintUncoveredByWindows(const BlockColumns& columns, int level, Places places) {
-    const channels::DrawRecord* const records = snapshot_->records().data() + places.first;
-    const std::int16_t* const rows = rows_ + places.first;
-    const std::int16_t* const cover = boxes_.cover(level) - StandingBoxes::kGuard;
+CollectionPainter::BlockColumns CollectionPainter::columnsIn(std::size_t block, Places places) const noexcept {
+    const std::int32_t* const low = snapshot_->lowOnGrid().data() + places.first;
+    const Columns to = columnsOf(block);
+    BlockColumns columns;
+    for (std::size_t i = 0; i < places.last - places.first; ++i)
+        columns[i] = to.column(low[i]);
+    return columns;
+}
+
+// Without a branch in the loop, because which record is covered cannot be predicted.
+template <class IsUncovered>
+CollectionPainter::Found CollectionPainter::find(Places places, IsUncovered&& isUncovered) {
+    Found found;
     for (std::size_t i = places.last - places.first; i-- > 0;) {
-        if (rows[i] < cover[columns[i]])
-            paintRecord(records[i]);
+        found.positions[found.count] = static_cast<std::uint16_t>(i);
+        found.count += isUncovered(i) ? 1U : 0U;
+    }
+    return found;
+}
+
+template <class IsUncovered>
+void CollectionPainter::paintFound(const Found& found, Places places, IsUncovered&& isUncovered) {
+    const channels::DrawRecord* const records = snapshot_->records().data() + places.first;
+    for (std::size_t i = 0; i < found.count; ++i) {
+        const channels::DrawRecord* const record = records + found.positions[i];
+        util::prefetch(record);
+        util::prefetch(&record->bDrawn);
+    }
+    for (std::size_t i = 0; i < found.count; ++i) {
+        // Those that were painted meanwhile may cover it.
+        if (isUncovered(found.positions[i]))
+            paintRecord(places.first + found.positions[i]);
     }
 }
 
-void CollectionPainter::paintUncoveredBySegments(const BlockColumns& columns, const Span& span, Places places) {
-    const channels::DrawRecord* const records = snapshot_->records().data() + places.first;
+void CollectionPainter::paintUncoveredByWindows(std::size_t block, int level, Places places) {
+    const BlockColumns columns = columnsIn(block, places);
+    const std::int16_t* const rows = rows_ + places.first;
+    const std::int16_t* const cover = boxes_.cover(level) - StandingBoxes::kGuard;
+    const auto isUncovered = [=, &columns](std::size_t i) { return rows[i] < cover[columns[i]]; };
+    paintFound(find(places, isUncovered), places, isUncovered);
+}
+
+void CollectionPainter::paintUncoveredBySegments(std::size_t block, const Span& span, Places places) {
+    const std::int32_t* const low = snapshot_->lowOnGrid().data() + places.first;
     const std::int16_t* const rows = rows_ + places.first;
     const std::int16_t* const cover = boxes_.segments().segments(span.segments);
-    const bool whole = span.segments == boxes_.segments().highest();
-    for (std::size_t i = places.last - places.first; i-- > 0;) {
-        const int column = columns[i] - StandingBoxes::kGuard;
-        const int first = whole ? 0 : std::max(column, 0) >> span.segments;
-        const int last = whole ? 0 : std::min(column + span.reach, width_ - 1) >> span.segments;
+    const std::int16_t* const anywhere = boxes_.segments().segments(boxes_.segments().highest());
+    const auto isUncoveredAnywhere = [=](std::size_t i) { return rows[i] < *anywhere; };
+    Found found = find(places, isUncoveredAnywhere);
+    if (cover == anywhere) {
+        // The columns are not looked at, because the grid of the block may be too coarse for them.
+        paintFound(found, places, isUncoveredAnywhere);
+        return;
+    }
+    const Columns to = columnsOf(block);
+    const auto isUncovered = [=, this](std::size_t i) {
+        const int column = to.column(low[i]) - StandingBoxes::kGuard;
+        const int first = std::max(column, 0) >> span.segments;
+        const int last = std::min(column + span.reach, width_ - 1) >> span.segments;
         std::int16_t below = 0;
         for (int segment = first; segment <= last; ++segment)
             below = std::max(below, cover[segment]);
-        if (rows[i] < below)
-            paintRecord(records[i]);
-    }
+        return rows[i] < below;
+    };
+    found.keepIf(isUncovered);
+    paintFound(found, places, isUncovered);
 }
 
-void CollectionPainter::paintRecord(const channels::DrawRecord& record) {
+void CollectionPainter::paintRecord(std::size_t place) {
+    const channels::DrawRecord& record = snapshot_->records()[place];
     if (!view_.reaches(record))
         return;
-    const int top = map_.y(view_.powers.top(record));
+    // The row of a top above the picture is limited to 0.
+    const int row = rows_[place];
+    const int top = row > 0 ? row : map_.y(view_.powers.top(record));
     if (top > floor_)
         return;
-    const int low = map_.x(record.dFreqLo < view_.minFreq ? view_.minFreq : record.dFreqLo);
-    const int high = map_.x(record.dFreqHi > view_.maxFreq ? view_.maxFreq : record.dFreqHi);
+    const int low = record.dFreqLo < view_.minFreq ? leftEnd_ : map_.x(record.dFreqLo);
+    const int high = record.dFreqHi > view_.maxFreq ? rightEnd_ : map_.x(record.dFreqHi);
     const auto [left, right] = std::minmax(low, high);
     const auto style = static_cast<raster::FillStyle>(record.iFillStyle);
     const raster::Rgb color = picture_->platform().resolve(record.lColor);
@@ -212,6 +254,7 @@ void CollectionPainter::markDrawn(std::size_t block, Places places) {
         const channels::DrawRecord& record = snapshot_->records()[place];
         if (!record.bVisible || record.bDrawn)
             continue;
+        snapshot_->prefetch(place + kAhead);
         if (view_.reaches(record)) {
             snapshot_->markDrawn(place);
         } else {

@@ -1,6 +1,7 @@
 // Paints many channels of one kind at once, and of them only what can be seen.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -65,9 +66,26 @@ class CollectionPainter {
         std::int32_t base = 0;
         float perStep = 0.0F;
         float offset = 0.0F;
+        float limit = 0.0F;  ///< the last column there is
+        /// Counted from the first column of the windows that are kept.
+        [[nodiscard]] std::int32_t column(std::int32_t low) const noexcept {
+            const float exact = static_cast<float>(low - base) * perStep + offset;
+            const float least = exact > 0.0F ? exact : 0.0F;
+            return static_cast<std::int32_t>(least < limit ? least : limit);
+        }
     };
-    /// By record of a block, counted from the first column of the windows that are kept.
     using BlockColumns = std::array<std::int32_t, channels::ChannelSnapshot::kBlock>;
+    /// Records of a block, from the last to the first.
+    struct Found {
+        std::array<std::uint16_t, channels::ChannelSnapshot::kBlock> positions;  ///< in `Places`
+        std::size_t count = 0;
+        template <class Predicate>
+        void keepIf(Predicate&& predicate) {
+            const auto end = positions.begin() + static_cast<std::ptrdiff_t>(count);
+            const auto kept = std::remove_if(positions.begin(), end, [&](std::size_t i) { return !predicate(i); });
+            count = static_cast<std::size_t>(kept - positions.begin());
+        }
+    };
     static constexpr int kNoLevel = -1;
 
     [[nodiscard]] bool isOut(const channels::ChannelSnapshot::Block& block) const noexcept;
@@ -77,17 +95,25 @@ class CollectionPainter {
     [[nodiscard]] Span spanOf(std::size_t block) const noexcept;
     [[nodiscard]] Columns columnsOf(std::size_t block) const noexcept;
     void paintBlock(std::size_t block, Places places);
-    void paintUncoveredByWindows(const BlockColumns& columns, int level, Places places);
-    void paintUncoveredBySegments(const BlockColumns& columns, const Span& span, Places places);
-    void paintRecord(const channels::DrawRecord& record);
+    [[nodiscard]] BlockColumns columnsIn(std::size_t block, Places places) const noexcept;
+    template <class IsUncovered>
+    [[nodiscard]] static Found find(Places places, IsUncovered&& isUncovered);
+    /// Paints those of the records for which `isUncovered(position)` still holds when their turn comes.
+    template <class IsUncovered>
+    void paintFound(const Found& found, Places places, IsUncovered&& isUncovered);
+    void paintUncoveredByWindows(std::size_t block, int level, Places places);
+    void paintUncoveredBySegments(std::size_t block, const Span& span, Places places);
+    void paintRecord(std::size_t place);
     void markDrawn(std::size_t block, Places places);
 
     formenv::PictureBox* picture_ = nullptr;
     channels::ChannelSnapshot* snapshot_ = nullptr;
     PaintedView view_;
     raster::PixelMap map_;
-    int floor_ = 0;        ///< row
-    int width_ = 0;        ///< pixels
+    int floor_ = 0;    ///< row
+    int width_ = 0;    ///< pixels
+    int leftEnd_ = 0;  ///< columns of the ends of the view
+    int rightEnd_ = 0;
     double perMHz_ = 0.0;  ///< pixels
     const std::int16_t* rows_ = nullptr;
     raster::StandingBoxes boxes_;

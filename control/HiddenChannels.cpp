@@ -17,18 +17,18 @@ HiddenChannels::HiddenChannels(const channels::ChannelStore& store, channels::Ch
     channels_.reserve(most);
     for (std::size_t block = 0; block < end; ++block) {
         if (blocks[block].hasHiddenButDrawn)
-            addBlock(block * kBlock, std::min((block + 1) * kBlock, last));
+            addBlock(block, last);
     }
 }
 
-void HiddenChannels::addBlock(std::size_t first, std::size_t last) {
+void HiddenChannels::addBlock(std::size_t block, std::size_t last) {
     channels::ChannelSnapshot& snapshot = store_.snapshot(kind_);
-    for (std::size_t place = first; place < last; ++place) {
-        if (!snapshot.isHiddenButDrawn(place) || !view_.reaches(snapshot.records()[place]))
-            continue;
+    snapshot.forHiddenButDrawn(block, [&](std::size_t place) { snapshot.prefetch(place); });
+    snapshot.forHiddenButDrawn(block, [&](std::size_t place) {
         // A foreign one has been told when it was read.
-        if (snapshot.foreign().contains(place))
-            continue;
+        if (place >= last || !snapshot.isHiddenButDrawn(place) || !view_.reaches(snapshot.records()[place]) ||
+            snapshot.foreign().contains(place))
+            return;
         channels::FreqSlot* const channel = store_.list(kind_).at(place);
         if (channel->bDrawn()) {
             channel->setBDrawn(false);
@@ -36,7 +36,7 @@ void HiddenChannels::addBlock(std::size_t first, std::size_t last) {
         } else {
             snapshot.forgetDrawn(place);
         }
-    }
+    });
 }
 
 HiddenChannels::~HiddenChannels() {

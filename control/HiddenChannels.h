@@ -26,7 +26,7 @@ class HiddenChannels {
     void keep() noexcept { channels_.clear(); }
 
   private:
-    void addBlock(std::size_t first, std::size_t last);
+    void addBlock(std::size_t block, std::size_t last);
 
     const channels::ChannelStore& store_;
     channels::ChannelKind kind_;

@@ -30,7 +30,7 @@ void InvertedPixels::begin(int width, int height) {
     const auto columns = (static_cast<std::size_t>(width) + kGroup - 1) / kGroup * kGroup;
     first_.assign(columns, static_cast<std::int16_t>(height));
     changes_.assign(columns * columnStride_, 0);
-    eighths_.assign(columns * phaseStride_ * kPhases, 0);
+    hasEighths_ = false;
 }
 
 std::size_t InvertedPixels::eighth(int x, int y) const noexcept {
@@ -52,10 +52,13 @@ void InvertedPixels::run(int x, int top, int bottom, std::uint32_t bits) noexcep
     column[bottom] ^= bits;
 }
 
-void InvertedPixels::everyEighth(int x, int top, int bottom, std::uint32_t bits) noexcept {
+void InvertedPixels::everyEighth(int x, int top, int bottom, std::uint32_t bits) {
     if (top >= bottom)
         return;
     note(x, top);
+    if (!hasEighths_)
+        eighths_.assign(first_.size() * phaseStride_ * kPhases, 0);
+    hasEighths_ = true;
     const int rows = (bottom - top + kPhases - 1) / kPhases;
     std::uint32_t* const change = eighths_.data() + eighth(x, top);
     change[0] ^= bits;
@@ -67,19 +70,22 @@ std::uint32_t InvertedPixels::at(int x, int y) const noexcept {
     if (y < first)
         return 0;
     const std::uint32_t* const column = changes_.data() + static_cast<std::size_t>(x) * columnStride_;
-    const std::uint32_t* const phase = eighths_.data() + eighth(x, y % kPhases);
-    return allOf(column + first, static_cast<std::size_t>(y - first) + 1) ^
-           allOf(phase, static_cast<std::size_t>(y / kPhases) + 1);
+    const std::uint32_t bits = allOf(column + first, static_cast<std::size_t>(y - first) + 1);
+    if (!hasEighths_)
+        return bits;
+    return bits ^ allOf(eighths_.data() + eighth(x, y % kPhases), static_cast<std::size_t>(y / kPhases) + 1);
 }
 
 void InvertedPixels::addUp(std::size_t x) noexcept {
     addUpList(changes_.data() + x * columnStride_, columnStride_);
+    if (!hasEighths_)
+        return;
     for (std::size_t phase = 0; phase < kPhases; ++phase)
         addUpList(eighths_.data() + (x * kPhases + phase) * phaseStride_, phaseStride_);
 }
 
 // By groups of columns, so that the columns of a group stay in the fast memory while their rows are read across.
-void InvertedPixels::exchangeIn(const PixelBuffer& pixels, const std::uint8_t* marks,
+void InvertedPixels::exchangeIn(const PixelBuffer& pixels, const std::uint64_t* marks,
                                 std::size_t marksStride) noexcept {
     for (std::size_t x = 0; x < first_.size(); x += kGroup) {
         const int first = *std::min_element(first_.data() + x, first_.data() + x + kGroup);
@@ -89,12 +95,13 @@ void InvertedPixels::exchangeIn(const PixelBuffer& pixels, const std::uint8_t* m
             addUp(i);
         const std::size_t count = std::min(kGroup, static_cast<std::size_t>(width_) - x);
         for (int y = first; y < height_; ++y) {
-            const unsigned marked = marks ? marks[static_cast<std::size_t>(y) * marksStride + x / kGroup] : 0U;
+            const std::uint64_t marked =
+                marks ? marks[static_cast<std::size_t>(y) * marksStride + x / kWord] >> x % kWord : 0U;
             const std::uint32_t* const change = changes_.data() + x * columnStride_ + static_cast<std::size_t>(y);
-            const std::uint32_t* const phase = eighths_.data() + eighth(static_cast<int>(x), y);
+            const std::uint32_t* const phase = hasEighths_ ? eighths_.data() + eighth(static_cast<int>(x), y) : nullptr;
             std::uint32_t* const row = pixels.row(y) + x;
             for (std::size_t i = 0; i < count; ++i) {
-                const std::uint32_t bits = change[i * columnStride_] ^ phase[i * kPhases * phaseStride_];
+                const std::uint32_t bits = change[i * columnStride_] ^ (phase ? phase[i * kPhases * phaseStride_] : 0U);
                 row[i] ^= (marked >> i & 1U) != 0 ? 0U : bits;
             }
         }

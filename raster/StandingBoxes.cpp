@@ -17,11 +17,33 @@ unsigned rowsOf(const HatchTile& tile, int x) {
     return rows;
 }
 
-/// Stores the ink of the pixels that have ink and no mark.
-void storeAround(std::uint32_t* pixels, const std::uint32_t* ink, unsigned marks, std::size_t count) {
+/// Bit i when number i of 64 is greater than `y`.
+std::uint64_t columnsAbove(const std::int16_t* numbers, int y) {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::size_t kGroup = 8;
+    constexpr std::uint64_t kGather = 0x0102040810204080U;  // the lowest bit of each byte into the topmost byte
+    std::array<std::uint8_t, 64> above;
+    const auto row = static_cast<std::int16_t>(y);
+    for (std::size_t i = 0; i < above.size(); ++i)
+        above[i] = numbers[i] > row ? 1 : 0;
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < above.size(); i += kGroup)
+        bits |= std::bit_cast<std::uint64_t>(
+                    std::to_array<std::uint8_t>({above[i], above[i + 1], above[i + 2], above[i + 3], above[i + 4],
+                                                 above[i + 5], above[i + 6], above[i + 7]})) *
+                    kGather >>
+                56 << i;
+    return bits;
+}
+
+/// Stores the ink of the pixels that have ink and no mark. Without a branch, for the compiler to take several pixels at
+/// once.
+inline void storeAround(std::uint32_t* pixels, const std::uint32_t* ink, unsigned marks, std::size_t count) {
+    constexpr std::array<std::uint32_t, 8> kMarks = {1, 2, 4, 8, 16, 32, 64, 128};
     for (std::size_t i = 0; i < count; ++i) {
-        if (ink[i] != 0 && (marks >> i & 1) == 0)
-            pixels[i] = ink[i] & ~kInk;
+        const std::uint32_t free = (marks & kMarks[i]) == 0 ? ~std::uint32_t{0} : 0U;
+        const std::uint32_t takes = (0U - (ink[i] >> 31)) & free;
+        pixels[i] = (pixels[i] & ~takes) | (ink[i] & takes & ~kInk);
     }
 }
 
@@ -120,18 +142,28 @@ void StandingBoxes::row(int y, int left, int right, std::uint32_t pixel) {
     if (y < 0 || y >= pixels_.height || left > right)
         return;
     prepareLone();
-    const std::int16_t* const painted = cover(0);
-    std::uint64_t* const seen = rowsSeen_.data() + static_cast<std::size_t>(y) * rowStride_;
+    Stretch& seen = stretches_[static_cast<std::size_t>(y)];
+    if (left >= seen.first && right <= seen.last)
+        return;
+    seen.add(left, right);
     for (int word = left / kWord; word <= right / kWord; ++word) {
         const int first = std::max(left - word * kWord, 0);
         const int last = std::min(right - word * kWord, kWord - 1);
         const std::uint64_t columns = ~std::uint64_t{0} >> (kWord - 1 - last + first) << first;
-        for (std::uint64_t fresh = columns & ~seen[word]; fresh != 0; fresh &= fresh - 1) {
-            const int x = word * kWord + std::countr_zero(fresh);
-            if (y < painted[x])
-                lone(x, y, pixel);
-        }
-        seen[word] |= columns;
+        std::uint64_t& known = rowsSeen_[wordAt(y, word)];
+        if (const std::uint64_t fresh = columns & ~known; fresh != 0)
+            loneWord(y, word, fresh & columnsAbove(cover(0) + word * kWord, y), pixel);
+        known |= columns;
+    }
+}
+
+void StandingBoxes::Stretch::add(int left, int right) noexcept {
+    if (left <= last + 1 && right >= first - 1) {
+        first = static_cast<std::int16_t>(std::min<int>(first, left));
+        last = static_cast<std::int16_t>(std::max<int>(last, right));
+    } else if (right - left > last - first) {
+        first = static_cast<std::int16_t>(left);
+        last = static_cast<std::int16_t>(right);
     }
 }
 
@@ -145,8 +177,10 @@ void StandingBoxes::hatch(int left, int right, int top, FillStyle style, std::ui
         return;
     prepareLone();
     Hatched& hatched = hatched_[static_cast<std::size_t>(style) - static_cast<std::size_t>(FillStyle::HorizontalLine)];
-    const std::int16_t* const painted = cover(0);
     const int first = std::clamp(top, 0, pixels_.height);
+    if (first >= hatched.openAnywhere)
+        return;
+    const std::int16_t* const painted = cover(0);
     for (int word = left / kWord; word <= right / kWord; ++word) {
         if (first >= hatched.open[static_cast<std::size_t>(word)])
             continue;
@@ -161,6 +195,7 @@ void StandingBoxes::hatch(int left, int right, int top, FillStyle style, std::ui
         }
         updateOpen(hatched, static_cast<std::size_t>(word));
     }
+    hatched.openAnywhere = *std::ranges::max_element(hatched.open);
 }
 
 void StandingBoxes::hatchColumn(int x, int first, int bottom, unsigned rows, std::uint32_t pixel) {
@@ -231,7 +266,7 @@ void StandingBoxes::invertRow(int y, int left, int right, std::uint32_t bits) no
         invertPixel(x, y, bits);
 }
 
-void StandingBoxes::invertHatch(int left, int right, int top, FillStyle style, std::uint32_t bits) noexcept {
+void StandingBoxes::invertHatch(int left, int right, int top, FillStyle style, std::uint32_t bits) {
     const HatchTile* const tile = tiles_.of(style);
     if (!tile)
         return;
@@ -248,27 +283,44 @@ void StandingBoxes::invertHatch(int left, int right, int top, FillStyle style, s
 
 void StandingBoxes::lone(int x, int y, std::uint32_t pixel) {
     prepareLone();
-    std::uint8_t& marks = lone_[static_cast<std::size_t>(y) * loneStride_ + static_cast<std::size_t>(x) / 8];
-    const auto mark = static_cast<std::uint8_t>(1U << (x & 7));
+    std::uint64_t& marks = lone_[wordAt(y, x / kWord)];
+    const std::uint64_t mark = std::uint64_t{1} << x % kWord;
     if ((marks & mark) != 0)
         return;
-    marks = static_cast<std::uint8_t>(marks | mark);
+    marks |= mark;
     pixels_.row(y)[x] = hasInverted_ ? pixel ^ inverted_.at(x, y) : pixel;
+}
+
+void StandingBoxes::loneWord(int y, int word, std::uint64_t columns, std::uint32_t pixel) {
+    std::uint64_t& marks = lone_[wordAt(y, word)];
+    std::uint64_t left = columns & ~marks;
+    marks |= left;
+    std::uint32_t* const row = pixels_.row(y) + static_cast<std::ptrdiff_t>(word) * kWord;
+    while (left != 0) {
+        const int first = std::countr_zero(left);
+        const int count = std::countr_one(left >> first);
+        std::fill_n(row + first, count, pixel);
+        for (int x = first; hasInverted_ && x < first + count; ++x)
+            row[x] ^= inverted_.at(word * kWord + x, y);
+        left &= left + (left & (0 - left));  // without its lowest run of bits
+    }
 }
 
 void StandingBoxes::prepareLone() {
     if (hasLone_)
         return;
     hasLone_ = true;
-    loneStride_ = (static_cast<std::size_t>(pixels_.width) + kGroup - 1) / kGroup;
-    lone_.assign(loneStride_ * static_cast<std::size_t>(pixels_.height), 0);
+    const auto height = static_cast<std::size_t>(pixels_.height);
     rowStride_ = (static_cast<std::size_t>(pixels_.width) + kWord - 1) / kWord;
-    rowsSeen_.assign(rowStride_ * static_cast<std::size_t>(pixels_.height), 0);
+    lone_.assign(rowStride_ * height, 0);
+    rowsSeen_.assign(rowStride_ * height, 0);
+    stretches_.assign(height, {});
     // The floor itself is an edge.
     const auto below = static_cast<std::int16_t>(std::clamp(floor_, 0, pixels_.height));
     for (Hatched& hatched : hatched_) {
         hatched.tops.assign(static_cast<std::size_t>(pixels_.width), below);
         hatched.open.assign(rowStride_, below);
+        hatched.openAnywhere = below;
     }
 }
 
@@ -285,29 +337,25 @@ void StandingBoxes::end() {
         storeRow(y);
     }
     if (hasInverted_)
-        inverted_.exchangeIn(pixels_, hasLone_ ? lone_.data() : nullptr, loneStride_);
+        inverted_.exchangeIn(pixels_, hasLone_ ? lone_.data() : nullptr, rowStride_);
 }
 
 void StandingBoxes::storeRow(int y) {
     std::uint32_t* const row = pixels_.row(y);
-    const std::uint8_t* const marks = hasLone_ ? lone_.data() + static_cast<std::size_t>(y) * loneStride_ : nullptr;
+    const std::uint64_t* const words = hasLone_ ? lone_.data() + wordAt(y, 0) : nullptr;
+    const auto marksOf = [words](std::size_t group) {
+        constexpr std::size_t kGroups = kWord / kGroup;
+        return words ? static_cast<unsigned>(words[group / kGroups] >> group % kGroups * kGroup & 0xFFU) : 0U;
+    };
     const std::size_t whole = static_cast<std::size_t>(pixels_.width) / kGroup;
     for (std::size_t group = 0; group < whole; ++group) {
         if (inked_[group] == 0)
             continue;
         const std::size_t x = group * kGroup;
-        if (!marks || marks[group] == 0) {
-            // Without a branch, for the compiler to take several pixels at once.
-            for (std::size_t i = x; i < x + kGroup; ++i) {
-                const std::uint32_t takes = 0U - (ink_[i] >> 31);
-                row[i] = (row[i] & ~takes) | (ink_[i] & takes & ~kInk);
-            }
-        } else if (marks[group] != 0xFF) {
-            storeAround(row + x, ink_.data() + x, marks[group], kGroup);
-        }
+        storeAround(row + x, ink_.data() + x, marksOf(group), kGroup);
     }
     if (const std::size_t x = whole * kGroup; x < static_cast<std::size_t>(pixels_.width))
-        storeAround(row + x, ink_.data() + x, marks ? marks[whole] : 0U, static_cast<std::size_t>(pixels_.width) - x);
+        storeAround(row + x, ink_.data() + x, marksOf(whole), static_cast<std::size_t>(pixels_.width) - x);
 }
 
 }  // namespace kv::raster

@@ -71,6 +71,15 @@ class StandingBoxes {
     struct Hatched {
         std::vector<std::int16_t> tops;  ///< by column: from this row on
         std::vector<std::int16_t> open;  ///< by `kWord` columns: from this row on there is nothing left to hatch
+        std::int16_t openAnywhere = 0;   ///< the greatest of them
+    };
+
+    /// Columns of one row that lie side by side; empty at the start.
+    struct Stretch {
+        std::int16_t first = 1;
+        std::int16_t last = 0;
+        /// Joins the columns from `left` to `right` with these, or keeps the longer stretch of the two.
+        void add(int left, int right) noexcept;
     };
 
     void run(int x, int top, std::uint32_t pixel);
@@ -83,9 +92,15 @@ class StandingBoxes {
     void invertRun(int x, int top, std::uint32_t bits) noexcept;
     void invertPixel(int x, int y, std::uint32_t bits) noexcept;
     void invertRow(int y, int left, int right, std::uint32_t bits) noexcept;
-    void invertHatch(int left, int right, int top, FillStyle style, std::uint32_t bits) noexcept;
+    void invertHatch(int left, int right, int top, FillStyle style, std::uint32_t bits);
     std::uint32_t invertedBits(Rgb color);
     void lone(int x, int y, std::uint32_t pixel);
+    /// The columns from `kWord` times `word` on that have a bit.
+    void loneWord(int y, int word, std::uint64_t columns, std::uint32_t pixel);
+    /// Where the bits of these columns of row `y` are.
+    [[nodiscard]] std::size_t wordAt(int y, int word) const noexcept {
+        return static_cast<std::size_t>(y) * rowStride_ + static_cast<std::size_t>(word);
+    }
     void prepareLone();
     void storeRow(int y);
 
@@ -100,10 +115,10 @@ class StandingBoxes {
     std::vector<std::uint32_t> ink_;   ///< by column: the value that is being stored, top byte set; 0 for none
     std::vector<std::uint8_t> inked_;  ///< by group of columns: there is ink
     bool hasLone_ = false;
-    std::size_t loneStride_ = 0;
-    std::vector<std::uint8_t> lone_;  ///< a bit a pixel, row by row
-    std::size_t rowStride_ = 0;
+    std::size_t rowStride_ = 0;            ///< words
+    std::vector<std::uint64_t> lone_;      ///< a bit a pixel, row by row
     std::vector<std::uint64_t> rowsSeen_;  ///< the same: no row needs to look at this pixel any more
+    std::vector<Stretch> stretches_;       ///< by row: columns whose bits are all set in `rowsSeen_`
     std::array<Hatched, kHatches> hatched_;
     bool hasInverted_ = false;
     InvertedPixels inverted_;

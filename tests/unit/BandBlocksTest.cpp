@@ -87,6 +87,29 @@ TEST(BandBlocks, ARecordThatIsHiddenAndMarkedAsDrawnSetsAFlag) {
     EXPECT_FALSE(blocksOf({hidden(record(3.0, 4.0)), record(3.0, 4.0, true)}).blocks()[0].hasHiddenButDrawn);
 }
 
+std::vector<std::size_t> hiddenButDrawn(const BandBlocks& blocks, std::size_t block) {
+    std::vector<std::size_t> places;
+    blocks.forHiddenButDrawn(block, [&](std::size_t place) { places.push_back(place); });
+    return places;
+}
+
+TEST(BandBlocks, RecordsThatAreHiddenAndMarkedAsDrawnAreListedInOrder) {
+    using Places = std::vector<std::size_t>;
+    constexpr std::size_t kSize = BandBlocks::kSize;
+    std::vector<DrawRecord> records(2 * kSize, record(10.0, 11.0, true));
+    for (const std::size_t place : {std::size_t{0}, std::size_t{63}, std::size_t{64}, kSize - 1, kSize + 130})
+        records[place].bVisible = false;
+    records[5] = hidden(record(10.0, 11.0));
+    BandBlocks blocks = blocksOf(records);
+    EXPECT_EQ(hiddenButDrawn(blocks, 0), (Places{0, 63, 64, kSize - 1}));
+    EXPECT_EQ(hiddenButDrawn(blocks, 1), Places{kSize + 130});
+    records[63].bDrawn = false;
+    records[kSize + 130].bDrawn = false;
+    blocks.derive(records, 0);
+    EXPECT_EQ(hiddenButDrawn(blocks, 0), (Places{0, 64, kSize - 1}));
+    EXPECT_EQ(hiddenButDrawn(blocks, 1), Places{kSize + 130}) << "the other block is not derived yet";
+}
+
 TEST(BandBlocks, ABlockIsDerivedByItself) {
     std::vector<DrawRecord> records(2 * BandBlocks::kSize, record(10.0, 11.0));
     BandBlocks blocks = blocksOf(records);
