@@ -96,6 +96,21 @@ TEST_F(RangeBlocksTest, AgreeWithAllRecordsAfterAnyChanges) {
     }
 }
 
+TEST_F(RangeBlocksTest, RecordsCountAlikeWhenFrequencyEdgesAndPowerAreTheSame) {
+    const DrawRecord one = record(10.0, 11.0, 12.0, -30.0);
+    DrawRecord other = one;
+    other.bVisible = false;
+    other.bDrawn = true;
+    other.lColor = 7;
+    EXPECT_TRUE(countAlike(one, other));
+    for (double DrawRecord::*const member :
+         {&DrawRecord::dFreq, &DrawRecord::dFreqLo, &DrawRecord::dFreqHi, &DrawRecord::dPwrDBM}) {
+        other = one;
+        other.*member += 0.5;
+        EXPECT_FALSE(countAlike(one, other));
+    }
+}
+
 TEST_F(RangeBlocksTest, AfterMovesAllBlocksAreGoneThroughAgain) {
     for (int i = 0; i < 600; ++i)
         append(record(100.0 + i, 100.0 + i, 100.0 + i, i));
