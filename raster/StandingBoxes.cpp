@@ -27,12 +27,13 @@ std::uint64_t columnsAbove(const std::int16_t* numbers, int y) {
     for (std::size_t i = 0; i < above.size(); ++i)
         above[i] = numbers[i] > row ? 1 : 0;
     std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < above.size(); i += kGroup)
+    for (std::size_t i = 0; i < above.size(); i += kGroup) {
         bits |= std::bit_cast<std::uint64_t>(
                     std::to_array<std::uint8_t>({above[i], above[i + 1], above[i + 2], above[i + 3], above[i + 4],
                                                  above[i + 5], above[i + 6], above[i + 7]})) *
                     kGather >>
                 56 << i;
+    }
     return bits;
 }
 
@@ -152,7 +153,7 @@ void StandingBoxes::row(int y, int left, int right, std::uint32_t pixel) {
         const std::uint64_t columns = ~std::uint64_t{0} >> (kWord - 1 - last + first) << first;
         std::uint64_t& known = rowsSeen_[wordAt(y, word)];
         if (const std::uint64_t fresh = columns & ~known; fresh != 0)
-            loneWord(y, word, fresh & columnsAbove(cover(0) + word * kWord, y), pixel);
+            loneWord(y, word, fresh & columnsAbove(cover(0) + static_cast<std::ptrdiff_t>(word) * kWord, y), pixel);
         known |= columns;
     }
 }
