@@ -64,6 +64,8 @@ HRESULT createBandscopeControl(REFIID iid, void** object) {
 void* BandscopeControl::offered(REFIID iid) noexcept {
     if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(_kvBandscope))
         return static_cast<_kvBandscope*>(this);
+    if (iid == __uuidof(_BandscopeView))
+        return static_cast<_BandscopeView*>(&view_);
     if (iid == IID_ISupportErrorInfo)
         return static_cast<ISupportErrorInfo*>(this);
     if (iid == IID_IConnectionPointContainer)
@@ -101,6 +103,10 @@ HRESULT BandscopeControl::QueryInterface(REFIID iid, void** object) {
         return E_NOINTERFACE;
     AddRef();
     return S_OK;
+}
+
+HRESULT BandscopeControl::InterfaceSupportsErrorInfo(REFIID iid) {
+    return iid == __uuidof(_kvBandscope) || iid == __uuidof(_BandscopeView) ? S_OK : S_FALSE;
 }
 
 ULONG BandscopeControl::AddRef() {

@@ -16,6 +16,7 @@
 #include "automation/ForeignFreqSlot.h"
 #include "automation/Identity.h"
 #include "automation/MessageWatch.h"
+#include "automation/ScopeView.h"
 #include "com/ConnectionPoints.h"
 #include "com/Dispatch.h"
 #include "com/Firewall.h"
@@ -54,6 +55,9 @@ class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelC
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
+
+    // ISupportErrorInfo
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 
     // _kvBandscope
     HRESULT STDMETHODCALLTYPE AddTXChnl(_FreqSlot* chnl, long* value) override;
@@ -182,6 +186,7 @@ class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelC
     HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* guid) override;
 
   private:
+    friend class ScopeView;
     ~BandscopeControl();
     BandscopeControl(const BandscopeControl&) = delete;
     BandscopeControl& operator=(const BandscopeControl&) = delete;
@@ -245,19 +250,20 @@ class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelC
         win32::EventPump::Limit limit_;
     };
 
-    /// Runs a member that does something. The control stays alive while pending events are processed.
+    /// Runs a member of interface `iid` that does something. The control stays alive while pending events are
+    /// processed.
     template <class F>
-    HRESULT member(F&& body) noexcept {
+    HRESULT member(F&& body, REFIID iid = __uuidof(_kvBandscope)) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
         const Work work(*this);
-        return com::firewall(controlErrors(__uuidof(_kvBandscope)), std::forward<F>(body));
+        return com::firewall(controlErrors(iid), std::forward<F>(body));
     }
     /// The same with a result.
     template <class Out, class F>
-    HRESULT memberReturn(Out* out, F&& body) noexcept {
+    HRESULT memberReturn(Out* out, F&& body, REFIID iid = __uuidof(_kvBandscope)) noexcept {
         const Microsoft::WRL::ComPtr<IOleObject> alive(this);
         const Work work(*this);
-        return com::firewallReturn(controlErrors(__uuidof(_kvBandscope)), out, std::forward<F>(body));
+        return com::firewallReturn(controlErrors(iid), out, std::forward<F>(body));
     }
     /// Runs an accessor: an error ends it without a report, and the result is the start value.
     template <class Out, class F>
@@ -346,6 +352,7 @@ class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelC
     /// Exists as long as the control: it may be in use further up the call stack while the control is activated again.
     std::unique_ptr<win32::WindowTree> windows_;
     MessageWatch watch_{*this};
+    ScopeView view_{*this};
 
     Microsoft::WRL::ComPtr<IOleClientSite> site_;
     Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite_;

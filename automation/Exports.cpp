@@ -6,6 +6,7 @@
 #include "automation/BandscopeControl.h"
 #include "automation/FreqSlotObject.h"
 #include "automation/RegistrationTable.h"
+#include "automation/ViewObject.h"
 #include "com/ClassFactory.h"
 #include "com/Module.h"
 #include "com/Registration.h"
@@ -23,6 +24,7 @@ namespace {
 const com::ClassEntry kClasses[] = {
     {&CLSID_kvBandscope, kv::automation::createBandscopeControl},
     {&CLSID_FreqSlot, kv::automation::createFreqSlot},
+    {&CLSID_View, kv::automation::createView},
 };
 
 }  // namespace

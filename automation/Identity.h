@@ -13,6 +13,7 @@ namespace kv::automation {
 /// Version-independent ProgIDs.
 inline constexpr wchar_t kControlProgId[] = L"kvBandscope.kvBandscope";
 inline constexpr wchar_t kFreqSlotProgId[] = L"kvBandscope.FreqSlot";
+inline constexpr wchar_t kViewProgId[] = L"kvBandscope.View";
 
 inline constexpr wchar_t kControlTitle[] = L"kvBandscope Control";
 
@@ -22,6 +23,9 @@ inline constexpr DWORD kMiscStatus = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLIN
 
 /// The origin of errors in the methods of a FreqSlot.
 inline constexpr com::ErrorOrigin kFreqSlotErrors{IID__FreqSlot, kFreqSlotProgId};
+
+/// The origin of errors in the methods of a View.
+inline constexpr com::ErrorOrigin kViewErrors{IID__BandscopeView, kViewProgId};
 
 /// The origin of errors in the control's methods of interface `iid`.
 [[nodiscard]] constexpr com::ErrorOrigin controlErrors(REFIID iid) noexcept {

@@ -36,6 +36,7 @@ struct ClassNames {
 const ClassNames kClasses[] = {
     {&CLSID_kvBandscope, kControlProgId, kControlTitle, true},
     {&CLSID_FreqSlot, kFreqSlotProgId, L"kvBandscope FreqSlot", false},
+    {&CLSID_View, kViewProgId, L"kvBandscope View", false},
 };
 
 RegistryEntry keyOnly(std::wstring key) {
@@ -93,6 +94,7 @@ struct InterfaceNames {
 const InterfaceNames kInterfaces[] = {
     {&IID__kvBandscope, L"_kvBandscope", kDualMarshaler},
     {&IID__FreqSlot, L"_FreqSlot", kDualMarshaler},
+    {&IID__BandscopeView, L"_BandscopeView", kDualMarshaler},
     {&DIID___kvBandscope, L"__kvBandscope", kDispatchMarshaler},
 };
 

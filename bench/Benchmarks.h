@@ -32,6 +32,8 @@ void enlistGrowth();
 void enlistSizes();
 /// Drawing and moving the mouse after some records have changed.
 void enlistLive();
+/// Adding many channels in one call by name; on Windows only.
+void enlistBatches();
 /// The store by itself, without the drawing that follows a removal.
 void enlistStore(std::size_t count);
 /// What drawing and pointing cost with few channels; on Windows only.

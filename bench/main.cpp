@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     enlistLive();
 #ifdef _WIN32
     enlistFixed();
+    enlistBatches();
 #endif
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))

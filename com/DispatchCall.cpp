@@ -25,8 +25,14 @@ bool isLeftOut(const VARIANT& value) noexcept {
     return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND;
 }
 
-/// The value of an argument that is left out: 0 or the empty text.
+bool isVariant(const Parameter& parameter) noexcept {
+    return parameter.type == VT_VARIANT && !parameter.byReference;
+}
+
+/// The value of an argument that is left out: 0, the empty text, or a variant that says so.
 Variant blank(VARTYPE type) {
+    if (type == VT_VARIANT)
+        return Variant::missing();
     if (type == VT_BSTR)
         return Variant(L"");
     Variant result;
@@ -229,6 +235,9 @@ HRESULT DispatchCall::convertOne(const Parameter& parameter, Argument& argument)
         argument.value = blank(parameter.type);
         return S_OK;
     }
+    // A variant is passed on as it is. A copy of it would copy its array.
+    if (isVariant(parameter))
+        return S_OK;
     if (converter_ && parameter.interfaceId == *converter_->parameterType)
         return toObject(*given, *converter_, argument.value);
     if (parameter.byReference && (given->vt & VT_BYREF)) {
@@ -240,6 +249,23 @@ HRESULT DispatchCall::convertOne(const Parameter& parameter, Argument& argument)
     return coerce(argument.value, *given, parameter.type, request_.locale);
 }
 
+/// Fills in an argument as the method takes it, and returns its type. The value stays with its owner.
+VARTYPE DispatchCall::pass(std::size_t i, VARIANT& passed) {
+    Argument& argument = arguments_[i];
+    const Parameter& parameter = member_.parameters[i];
+    if (isVariant(parameter)) {
+        const VARIANT* given = readThrough(argument.given);
+        passed = given ? *given : static_cast<const VARIANT&>(argument.value);
+        return VT_VARIANT;
+    }
+    passed = argument.value;
+    if (parameter.byReference) {
+        passed.vt = static_cast<VARTYPE>(VT_BYREF | argument.value.vt);
+        passed.byref = &argument.value.byref;
+    }
+    return passed.vt;
+}
+
 HRESULT DispatchCall::call(void* self, Variant& result) {
     const std::size_t count = arguments_.size();
     const std::size_t all = count + (member_.result != VT_EMPTY ? 1U : 0U);
@@ -247,22 +273,17 @@ HRESULT DispatchCall::call(void* self, Variant& result) {
     PerArgument<VARIANT> passed(all);
     PerArgument<VARIANT*> pointers(all);
     for (std::size_t i = 0; i < count; ++i) {
-        Variant& value = arguments_[i].value;
-        passed[i] = value;
-        if (member_.parameters[i].byReference) {
-            passed[i].vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
-            passed[i].byref = &value.byref;
-        }
+        types[i] = pass(i, passed[i]);
+        pointers[i] = &passed[i];
     }
     if (member_.result != VT_EMPTY) {
+        const bool isVariant = member_.result == VT_VARIANT;
         std::memset(static_cast<VARIANT*>(&result), 0, sizeof(VARIANT));
-        result.vt = member_.result;
+        result.vt = isVariant ? static_cast<VARTYPE>(VT_EMPTY) : member_.result;
         passed[count].vt = static_cast<VARTYPE>(VT_BYREF | member_.result);
-        passed[count].byref = &result.byref;
-    }
-    for (std::size_t i = 0; i < all; ++i) {
-        types[i] = passed[i].vt;
-        pointers[i] = &passed[i];
+        passed[count].byref = isVariant ? static_cast<void*>(&result) : &result.byref;
+        types[count] = passed[count].vt;
+        pointers[count] = &passed[count];
     }
     // Error information of an earlier failure must not be reported for this one.
     SetErrorInfo(0, nullptr);

@@ -64,6 +64,7 @@ class DispatchCall {
     [[nodiscard]] HRESULT matchNamed(DISPID parameter, UINT index);
     [[nodiscard]] HRESULT convert();
     [[nodiscard]] HRESULT convertOne(const Parameter& parameter, Argument& argument) const;
+    [[nodiscard]] VARTYPE pass(std::size_t i, VARIANT& passed);
     [[nodiscard]] HRESULT call(void* self, Variant& result);
     [[nodiscard]] HRESULT writeBack();
     [[nodiscard]] HRESULT badArgument(UINT index, HRESULT hr) const noexcept;

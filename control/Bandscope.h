@@ -16,6 +16,7 @@
 #include "control/Panel.h"
 #include "control/PictureExport.h"
 #include "control/Pointer.h"
+#include "control/RenderTime.h"
 #include "control/SpectrumPainter.h"
 #include "formenv/FileServices.h"
 #include "formenv/Platform.h"
@@ -111,6 +112,14 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void setLColorLblBack(raster::OleColor value);
     void setLColorLblFore(raster::OleColor value);
     void setLColorSpecBack(raster::OleColor value);
+
+    // For View.
+    /// Shows exactly this range, in MHz, with its middle as center, its own grid step, and no event. False, with
+    /// nothing changed, if `DisplayRange::setExactly` refuses it.
+    bool showExactly(double minimum, double maximum);
+    [[nodiscard]] const channels::ChannelStore& store() const noexcept { return store_; }
+    /// Duration of the last drawing by `JustDrawIt` or `DrawDisplay`, milliseconds; 0 before the first one.
+    [[nodiscard]] double renderTimeMs() const noexcept { return renderTime_.milliseconds(); }
 
     // The control as a window of its container.
     [[nodiscard]] Children& children() noexcept { return ui_; }
@@ -240,6 +249,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     bool bLoadingAll_ = false;
     bool bShowAll_ = false;
     raster::OleColor lCursorColor_ = 0;
+    RenderTime renderTime_;
 };
 
 }  // namespace kv::control

@@ -8,6 +8,7 @@ namespace kv::control {
 using channels::ChannelKind;
 
 bool Bandscope::DrawDisplay() {
+    const RenderTime::Measured measured(renderTime_);
     return util::reported(
         services_.errors, L"DrawDisplay", [&](Step& step) { drawDisplay(step); },
         [](Step step) { return L"kvBandscope.DrawDisplay Flag " + std::to_wstring(step); });
@@ -59,6 +60,7 @@ void Bandscope::pumpEventsAndTakeMarksOff() {
 }
 
 void Bandscope::JustDrawIt() {
+    const RenderTime::Measured measured(renderTime_);
     painter_.repeatWhileOutdated([this] { drawOnce(); });
 }
 

@@ -115,15 +115,20 @@ void Bandscope::chkViewAllxx_Click() {
     });
 }
 
-void Bandscope::zoomTo(double minimum, double maximum) {
+bool Bandscope::showExactly(double minimum, double maximum) {
     if (!range_.setExactly(minimum, maximum))
-        return;
+        return false;
     knobs_.rescaleToRange();
     setDisplayCenterFreq(minimum + (maximum - minimum) / 2.0);
     range_.deriveGridStep();
     panel_.selectGridRange(range_.step());
     drawUnlessDrawing();
-    services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
+    return true;
+}
+
+void Bandscope::zoomTo(double minimum, double maximum) {
+    if (showExactly(minimum, maximum))
+        services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
 }
 
 void Bandscope::panTo(double center) {

@@ -22,6 +22,7 @@ struct Known {
 const Known kOffered[] = {KV_KNOWN(IUnknown),
                           KV_KNOWN(IDispatch),
                           {"_kvBandscope", &IID__kvBandscope},
+                          {"_BandscopeView", &IID__BandscopeView},
                           KV_KNOWN(ISupportErrorInfo),
                           KV_KNOWN(IProvideClassInfo),
                           KV_KNOWN(IProvideClassInfo2),
@@ -121,6 +122,23 @@ TEST(Identity, AChannelIsOneObject) {
     EXPECT_EQ(count(slot.Get()), 1U);
 }
 
+TEST(Identity, AViewIsOneObjectWithOrWithoutAControl) {
+    const Known offered[] = {KV_KNOWN(IUnknown),
+                             KV_KNOWN(IDispatch),
+                             {"_BandscopeView", &IID__BandscopeView},
+                             KV_KNOWN(ISupportErrorInfo),
+                             KV_KNOWN(IProvideClassInfo)};
+    const auto view = createInstance<_BandscopeView>(CLSID_View);
+    ASSERT_TRUE(view);
+    expectOneIdentity(view.Get(), offered);
+    const auto control = createInstance<IDispatch>(CLSID_kvBandscope);
+    ASSERT_EQ(view->putref_Scope(control.Get()), S_OK);
+    expectOneIdentity(view.Get(), offered);
+    EXPECT_FALSE(ask(view.Get(), IID__kvBandscope));
+    EXPECT_FALSE(sameObject(view.Get(), control.Get()));
+    EXPECT_EQ(count(view.Get()), 1U);
+}
+
 TEST(Identity, ConnectionPointsAreOneObjectEach) {
     const auto points = createInstance<IConnectionPointContainer>(CLSID_kvBandscope);
     const Known offered[] = {KV_KNOWN(IUnknown), KV_KNOWN(IConnectionPoint)};
@@ -160,7 +178,7 @@ TEST(Identity, UnsupportedInterfacesAreRefused) {
 }
 
 TEST(Identity, AggregationIsRefused) {
-    for (const CLSID& clsid : {CLSID_kvBandscope, CLSID_FreqSlot}) {
+    for (const CLSID& clsid : {CLSID_kvBandscope, CLSID_FreqSlot, CLSID_View}) {
         ComPtr<IClassFactory> factory;
         ASSERT_EQ(getClassObject(clsid, IID_PPV_ARGS(&factory)), S_OK);
         const auto outer = createInstance<IUnknown>(CLSID_FreqSlot);
@@ -198,6 +216,8 @@ TEST(Identity, TheModuleStaysLoadedWhileAnyObjectExists) {
     });
     expectHolds<IUnknown>("channel", [] { return createInstance<IUnknown>(CLSID_FreqSlot); });
     expectHolds<IUnknown>("control", [] { return createInstance<IUnknown>(CLSID_kvBandscope); });
+    expectHolds<IUnknown>("view", [] { return createInstance<IUnknown>(CLSID_View); });
+    expectHolds<_BandscopeView>("control's view", [] { return createInstance<_BandscopeView>(CLSID_kvBandscope); });
     expectHolds<IEnumOLEVERB>("verbs", [] {
         ComPtr<IEnumOLEVERB> made;
         createInstance<IOleObject>(CLSID_kvBandscope)->EnumVerbs(&made);

@@ -21,9 +21,11 @@ using Snapshot = std::map<std::wstring, std::wstring, NameLess>;
 
 inline const std::wstring kControlClsid = L"{3C676CE2-05C1-42D9-9D9B-E86519090CF2}";
 inline const std::wstring kSlotClsid = L"{5399D6D5-00E6-4ED8-B089-74B4D5760492}";
+inline const std::wstring kViewClsid = L"{A3981632-DBFD-4DB9-83E0-BDF2BEE762E6}";
 inline const std::wstring kLibraryId = L"{221D1500-C8C3-4EFD-AE3C-0DE90FB9A204}";
 inline const std::wstring kControlInterface = L"{BE00EA69-42B9-4444-906A-75034DF66A6E}";
 inline const std::wstring kSlotInterface = L"{425D1FE5-512D-4D80-8369-0FD953B2B465}";
+inline const std::wstring kViewInterface = L"{540DDED9-E952-4AFF-95B4-69DB6C47886F}";
 inline const std::wstring kEventInterface = L"{0DBCF754-BC64-45C6-8C2F-8BF2E1C974D2}";
 
 [[nodiscard]] HRESULT registerServer();

@@ -2,6 +2,7 @@
 // that names the control in its own manifest.
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <future>
 #include <thread>
 #include <vector>
@@ -46,7 +47,9 @@ class NothingRegistered {
                   L"Interface\\{BE00EA69-42B9-4444-906A-75034DF66A6E}",
                   L"Interface\\{425D1FE5-512D-4D80-8369-0FD953B2B465}",
                   L"Interface\\{0DBCF754-BC64-45C6-8C2F-8BF2E1C974D2}", L"kvBandscope.kvBandscope",
-                  L"kvBandscope.kvBandscope.1", L"kvBandscope.FreqSlot", L"kvBandscope.FreqSlot.1"})
+                  L"kvBandscope.kvBandscope.1", L"kvBandscope.FreqSlot", L"kvBandscope.FreqSlot.1",
+                  L"CLSID\\{A3981632-DBFD-4DB9-83E0-BDF2BEE762E6}",
+                  L"Interface\\{540DDED9-E952-4AFF-95B4-69DB6C47886F}", L"kvBandscope.View", L"kvBandscope.View.1"})
                 result.emplace_back(root, key);
         }
         return result;
@@ -113,6 +116,31 @@ class RegistrationFreeTest : public testing::Test {
 
     void TearDown() override { CoFreeUnusedLibrariesEx(0, 0); }
     [[nodiscard]] std::wstring manifest() const { return delivery.file(L"kvBandscope.manifest"); }
+    /// Calls `body` with the control's proxy in a thread of another apartment. This thread handles messages meanwhile.
+    HRESULT inAnotherApartment(_kvBandscope* scope, const std::function<HRESULT(_kvBandscope*)>& body) const {
+        IStream* stream = nullptr;
+        EXPECT_EQ(CoMarshalInterThreadInterfaceInStream(IID__kvBandscope, scope, &stream), S_OK);
+        std::future<HRESULT> result = std::async(std::launch::async, [&] {
+            const Activation inThread(manifest());
+            CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+            HRESULT hr = E_FAIL;
+            {
+                ComPtr<_kvBandscope> proxy;
+                hr = CoGetInterfaceAndReleaseStream(stream, IID_PPV_ARGS(proxy.GetAddressOf()));
+                if (SUCCEEDED(hr))
+                    hr = body(proxy.Get());
+            }
+            CoUninitialize();
+            return hr;
+        });
+        const DWORD end = GetTickCount() + 20000;
+        while (result.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready && GetTickCount() < end) {
+            MSG message{};
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+                DispatchMessageW(&message);
+        }
+        return result.get();
+    }
     [[nodiscard]] std::wstring quoted(const std::wstring& name) const { return L"\"" + delivery.file(name) + L"\""; }
 };
 
@@ -137,8 +165,9 @@ TEST_F(RegistrationFreeTest, WithoutTheManifestNoClassIsFound) {
     CLSID clsid{};
     EXPECT_EQ(CLSIDFromProgID(L"kvBandscope.kvBandscope", &clsid), CO_E_CLASSSTRING);
     EXPECT_EQ(CLSIDFromProgID(L"kvBandscope.FreqSlot", &clsid), CO_E_CLASSSTRING);
+    EXPECT_EQ(CLSIDFromProgID(L"kvBandscope.View", &clsid), CO_E_CLASSSTRING);
     ComPtr<IUnknown> object;
-    for (const CLSID* id : {&CLSID_kvBandscope, &CLSID_FreqSlot})
+    for (const CLSID* id : {&CLSID_kvBandscope, &CLSID_FreqSlot, &CLSID_View})
         EXPECT_EQ(CoCreateInstance(*id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(object.GetAddressOf())),
                   REGDB_E_CLASSNOTREG);
     ComPtr<ITypeLib> library;
@@ -183,27 +212,33 @@ TEST_F(RegistrationFreeTest, TheControlCanBeCalledFromAnotherApartment) {
     ASSERT_EQ(CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf())),
               S_OK);
     scope->put_nGridX(14);
-    IStream* stream = nullptr;
-    ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID__kvBandscope, scope.Get(), &stream), S_OK);
-    std::future<short> divisions = std::async(std::launch::async, [&] {
-        const Activation inThread(manifest());
-        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-        short value = -1;
-        {
-            ComPtr<_kvBandscope> proxy;
-            if (SUCCEEDED(CoGetInterfaceAndReleaseStream(stream, IID_PPV_ARGS(proxy.GetAddressOf()))))
-                proxy->get_nGridX(&value);
-        }
-        CoUninitialize();
-        return value;
+    short value = -1;
+    EXPECT_EQ(inAnotherApartment(scope.Get(), [&](_kvBandscope* proxy) { return proxy->get_nGridX(&value); }), S_OK);
+    EXPECT_EQ(value, 14);
+}
+
+TEST_F(RegistrationFreeTest, AViewReachesAControlInAnotherApartment) {
+    const Activation activation(manifest());
+    ComPtr<_kvBandscope> scope;
+    ASSERT_EQ(CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf())),
+              S_OK);
+    HRESULT wrong = S_OK;
+    const HRESULT hr = inAnotherApartment(scope.Get(), [&](_kvBandscope* proxy) {
+        ComPtr<_BandscopeView> view;
+        HRESULT result = CoCreateInstance(CLSID_View, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(view.GetAddressOf()));
+        if (SUCCEEDED(result))
+            result = view->putref_Scope(proxy);
+        if (SUCCEEDED(result))
+            result = view->ShowRange(440.0, 460.0);
+        if (SUCCEEDED(result))
+            wrong = view->ShowRange(460.0, 440.0);
+        return result;
     });
-    const DWORD end = GetTickCount() + 20000;
-    while (divisions.wait_for(std::chrono::milliseconds(5)) != std::future_status::ready && GetTickCount() < end) {
-        MSG message{};
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageW(&message);
-    }
-    EXPECT_EQ(divisions.get(), 14);
+    EXPECT_EQ(hr, S_OK);
+    EXPECT_EQ(wrong, static_cast<HRESULT>(0x800A0005L));
+    double maximum = 0.0;
+    EXPECT_EQ(scope->get_DisplayMaxFreq(&maximum), S_OK);
+    EXPECT_EQ(maximum, 460.0);
 }
 
 TEST_F(RegistrationFreeTest, AProgramOpensTheManifestAndSavesAPicture) {

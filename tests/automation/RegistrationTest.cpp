@@ -51,6 +51,7 @@ Snapshot expectedKeys() {
         keys[container] = L"";
     addClass(keys, L"kvBandscope.kvBandscope", L"kvBandscope Control", kControlClsid);
     addClass(keys, L"kvBandscope.FreqSlot", L"kvBandscope FreqSlot", kSlotClsid);
+    addClass(keys, L"kvBandscope.View", L"kvBandscope View", kViewClsid);
     const std::wstring control = L"CLSID\\" + kControlClsid;
     keys[control + L"\\Implemented Categories\\{40FC6ED4-2438-11CF-A3DB-080036F12502}"] = L"";
     keys[control + L"\\Control"] = L"";
@@ -60,6 +61,7 @@ Snapshot expectedKeys() {
     const std::wstring dual = L"{00020424-0000-0000-C000-000000000046}";
     addInterface(keys, kControlInterface, L"_kvBandscope", dual);
     addInterface(keys, kSlotInterface, L"_FreqSlot", dual);
+    addInterface(keys, kViewInterface, L"_BandscopeView", dual);
     addInterface(keys, kEventInterface, L"__kvBandscope", L"{00020420-0000-0000-C000-000000000046}");
     keys[kLibraryKey] = L"";
     keys[kLibraryKey + L"\\1.0"] = L"kvBandscope spectrum display";

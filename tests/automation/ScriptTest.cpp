@@ -193,5 +193,18 @@ TEST_F(Script, ObjectsOfAnotherScriptLanguageAreChannels) {
                                    "fill style 5", "drawn true", "found 450"});
 }
 
+TEST_F(Script, AViewAddsChannelsAndShowsRanges) {
+    expectLines(L"view.vbs",
+                {"without a control True", "same control True", "rows 2 2", "objects 1 1", "hits 2 RX1 TX1 True",
+                 "no hits 0 near 1", "before a drawing 0", "range 440 450", "after a drawing True",
+                 "second view 440 445", "released 91 Scope is not set. Set it to a kvBandscope control first.",
+                 "wrong range 5 ShowRange: 460 to 440 MHz cannot be shown",
+                 "wrong cell 13 AddTXChannels: row 1, frequency: 'none' is not a number. 2", "wrong scope 13"});
+}
+
+TEST_F(Script, AViewWorksInALanguageWithoutObjectAssignments) {
+    expectLines(L"view.js", {"hits 1 TX1", "range 440 460", "wrong range 5", "released 91"});
+}
+
 }  // namespace
 }  // namespace kv::test

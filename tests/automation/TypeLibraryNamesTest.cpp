@@ -40,13 +40,14 @@ class TypeLibraryNames : public testing::Test {
 TEST_F(TypeLibraryNames, NumbersCountUpFromOne) {
     const std::pair<IID, const wchar_t*> last[] = {{IID__kvBandscope, L"lColorSpecBack"},
                                                    {IID__FreqSlot, L"iFillStyle"},
+                                                   {IID__BandscopeView, L"RenderTimeMs"},
                                                    {DIID___kvBandscope, L"ChgFreqRange(dMin,dMax)"}};
     for (const auto& [iid, lastName] : last) {
         const ComPtr<ITypeInfo> info = describe(iid);
         DISPID count = 0;
         while (!signature(info.Get(), count + 1).empty())
             ++count;
-        EXPECT_EQ(count, iid == IID__kvBandscope ? 60 : iid == IID__FreqSlot ? 19 : 3);
+        EXPECT_EQ(count, iid == IID__kvBandscope ? 60 : iid == IID__FreqSlot ? 19 : iid == IID__BandscopeView ? 8 : 3);
         EXPECT_EQ(signature(info.Get(), count), lastName);
     }
 }
@@ -67,6 +68,20 @@ TEST_F(TypeLibraryNames, ArgumentsOfTheControl) {
         {57, L"RemoveChnlByKey(sID)"},
     };
     const ComPtr<ITypeInfo> info = describe(IID__kvBandscope);
+    for (const auto& [member, text] : expected)
+        EXPECT_EQ(signature(info.Get(), member), text);
+}
+
+TEST_F(TypeLibraryNames, ArgumentsOfTheView) {
+    const std::pair<DISPID, const wchar_t*> expected[] = {{1, L"Scope"},
+                                                          {2, L"ShowRange(min,max)"},
+                                                          {3, L"ZoomBy(factor,around)"},
+                                                          {4, L"PanBy(MHz)"},
+                                                          {5, L"HitTest(freq,tolerance)"},
+                                                          {6, L"AddTXChannels(channels)"},
+                                                          {7, L"AddRXChannels(channels)"},
+                                                          {8, L"RenderTimeMs"}};
+    const ComPtr<ITypeInfo> info = describe(IID__BandscopeView);
     for (const auto& [member, text] : expected)
         EXPECT_EQ(signature(info.Get(), member), text);
 }

@@ -6,7 +6,12 @@
 namespace kv::test {
 namespace {
 
-enum Kind { kFunction = INVOKE_FUNC, kGet = INVOKE_PROPERTYGET, kLet = INVOKE_PROPERTYPUT };
+enum Kind {
+    kFunction = INVOKE_FUNC,
+    kGet = INVOKE_PROPERTYGET,
+    kLet = INVOKE_PROPERTYPUT,
+    kSet = INVOKE_PROPERTYPUTREF
+};
 
 struct Expected {
     const char* name;
@@ -15,7 +20,7 @@ struct Expected {
     const char* result;      ///< "" without a result
 };
 
-// double, int16, int32, bool, color, string, FreqSlot; "&" for what is given back through a parameter.
+// double, int16, int32, bool, color, string, FreqSlot, object, variant; "&" for what is given back through a parameter.
 const Expected kControl[] = {
     {"AddTXChnl", kFunction, "FreqSlot", "int32"},
     {"AddRXChnl", kFunction, "FreqSlot", "int32"},
@@ -91,6 +96,19 @@ const Expected kControl[] = {
 };
 static_assert(std::size(kControl) == 71);
 
+const Expected kView[] = {
+    {"Scope", kGet, "", "object"},
+    {"Scope", kLet, "object", ""},
+    {"Scope", kSet, "object", ""},
+    {"ShowRange", kFunction, "double,double", ""},
+    {"ZoomBy", kFunction, "double,[double]", ""},
+    {"PanBy", kFunction, "double", ""},
+    {"HitTest", kFunction, "double,[double]", "variant"},
+    {"AddTXChannels", kFunction, "variant", "int32"},
+    {"AddRXChannels", kFunction, "variant", "int32"},
+    {"RenderTimeMs", kGet, "", "double"},
+};
+
 const Expected kEvents[] = {
     {"ChgGridRange", kFunction, "", ""},
     {"ChgHeight", kFunction, "int16", ""},
@@ -156,6 +174,10 @@ std::string typeName(ITypeInfo* info, const TYPEDESC& type) {
             return "bool";
         case VT_BSTR:
             return "string";
+        case VT_DISPATCH:
+            return "object";
+        case VT_VARIANT:
+            return "variant";
         case VT_VOID:
         case VT_HRESULT:
             return "";
@@ -271,7 +293,7 @@ TEST_F(TypeLibraryTest, NoPropertyOfTheControlIsOfferedInADesigner) {
 
 TEST_F(TypeLibraryTest, TheFunctionTableBeginsAfterIDispatch) {
     constexpr std::size_t kInherited = 7;
-    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
+    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot, &IID__BandscopeView}) {
         const std::vector<Found> members = membersOf(library.Get(), *iid, true);
         for (std::size_t i = 0; i < members.size(); ++i)
             EXPECT_EQ(members[i].vtableOffset, (kInherited + i) * sizeof(void*)) << members[i].name;
@@ -279,7 +301,7 @@ TEST_F(TypeLibraryTest, TheFunctionTableBeginsAfterIDispatch) {
 }
 
 TEST_F(TypeLibraryTest, PropertiesShareTheirNumberAndNothingElseDoes) {
-    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot}) {
+    for (const IID* iid : {&IID__kvBandscope, &IID__FreqSlot, &IID__BandscopeView}) {
         const std::vector<Found> members = membersOf(library.Get(), *iid, true);
         for (std::size_t i = 0; i < members.size(); ++i)
             for (std::size_t j = 0; j < i; ++j)
@@ -300,6 +322,13 @@ TEST_F(TypeLibraryTest, ChannelHasItsMembersInOrder) {
         expectMember(members[2 * i], {name, kLet, put.c_str(), ""});
         expectMember(members[2 * i + 1], {name, kGet, index.c_str(), type});
     }
+}
+
+TEST_F(TypeLibraryTest, ViewHasItsMembersInOrder) {
+    const std::vector<Found> members = membersOf(library.Get(), IID__BandscopeView, true);
+    ASSERT_EQ(members.size(), std::size(kView));
+    for (std::size_t i = 0; i < members.size(); ++i)
+        expectMember(members[i], kView[i]);
 }
 
 TEST_F(TypeLibraryTest, EventsInOrder) {
@@ -333,7 +362,7 @@ std::vector<Implemented> implementedBy(ITypeInfo* coclass) {
     return result;
 }
 
-TEST_F(TypeLibraryTest, TwoClassesAreCreatable) {
+TEST_F(TypeLibraryTest, ThreeClassesAreCreatable) {
     int classes = 0;
     for (UINT i = 0; i < library->GetTypeInfoCount(); ++i) {
         TYPEKIND kind{};
@@ -346,20 +375,21 @@ TEST_F(TypeLibraryTest, TwoClassesAreCreatable) {
         EXPECT_EQ(library->GetTypeInfo(i, info.GetAddressOf()), S_OK);
         EXPECT_EQ(info->GetTypeAttr(&attr), S_OK);
         const bool isControl = attr->guid == CLSID_kvBandscope;
-        EXPECT_TRUE(isControl || attr->guid == CLSID_FreqSlot);
+        const bool isSlot = attr->guid == CLSID_FreqSlot;
+        EXPECT_TRUE(isControl || isSlot || attr->guid == CLSID_View);
         EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FCANCREATE);
         EXPECT_EQ((attr->wTypeFlags & TYPEFLAG_FCONTROL) != 0, isControl);
         info->ReleaseTypeAttr(attr);
         const std::vector<Implemented> interfaces = implementedBy(info.Get());
         ASSERT_EQ(interfaces.size(), isControl ? 2U : 1U);
-        EXPECT_TRUE(interfaces[0].iid == (isControl ? IID__kvBandscope : IID__FreqSlot));
+        EXPECT_TRUE(interfaces[0].iid == (isControl ? IID__kvBandscope : isSlot ? IID__FreqSlot : IID__BandscopeView));
         EXPECT_EQ(interfaces[0].flags, IMPLTYPEFLAG_FDEFAULT);
         if (isControl) {
             EXPECT_TRUE(interfaces[1].iid == DIID___kvBandscope);
             EXPECT_EQ(interfaces[1].flags, IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE);
         }
     }
-    EXPECT_EQ(classes, 2);
+    EXPECT_EQ(classes, 3);
 }
 
 TEST_F(TypeLibraryTest, NameVersionAndArchitecture) {
