@@ -65,6 +65,9 @@ bool wantsKey(HWND focus, const MSG& message) {
     // Characters that are typed into a list or a text must not work as access keys of the form.
     if (message.message == WM_CHAR)
         return (wantsOf(focus, message) & DLGC_WANTCHARS) != 0;
+    // Other keys together with Alt open the form's menus.
+    if (message.message == WM_SYSKEYDOWN && (message.wParam == VK_LEFT || message.wParam == VK_RIGHT))
+        return (wantsOf(focus, message) & DLGC_WANTMESSAGE) != 0;
     if (message.message != WM_KEYDOWN)
         return false;
     const LRESULT wants = wantsOf(focus, message);

@@ -8,6 +8,7 @@
 namespace kv::automation {
 
 using channels::ChannelKind;
+using control::View;
 
 HRESULT ScopeView::QueryInterface(REFIID iid, void** object) {
     return control_.QueryInterface(iid, object);
@@ -39,48 +40,114 @@ HRESULT ScopeView::putref_Scope(IDispatch* /*value*/) {
         IID__BandscopeView);
 }
 
+template <class F>
+HRESULT ScopeView::act(F&& call) {
+    return control_.member(
+        [&] {
+            control::View view(*control_.scope_);
+            call(view);
+        },
+        IID__BandscopeView);
+}
+
+template <class Out, class F>
+HRESULT ScopeView::answer(Out* value, F&& call) {
+    return control_.memberReturn(
+        value,
+        [&] {
+            control::View view(*control_.scope_);
+            return call(view);
+        },
+        IID__BandscopeView);
+}
+
 HRESULT ScopeView::ShowRange(double min, double max) {
-    return control_.member([&] { control::View(*control_.scope_).showRange(min, max); }, IID__BandscopeView);
+    return act([&](View& view) { view.showRange(min, max); });
 }
 
 HRESULT ScopeView::ZoomBy(double factor, double around) {
-    return control_.member([&] { control::View(*control_.scope_).zoomBy(factor, around); }, IID__BandscopeView);
+    return act([&](View& view) { view.zoomBy(factor, around); });
 }
 
 HRESULT ScopeView::PanBy(double MHz) {
-    return control_.member([&] { control::View(*control_.scope_).panBy(MHz); }, IID__BandscopeView);
+    return act([&](View& view) { view.panBy(MHz); });
 }
 
 HRESULT ScopeView::HitTest(double freq, double tolerance, VARIANT* value) {
     if (!value)
         return E_POINTER;
     VariantInit(value);
-    return control_.member(
-        [&] { arrayOfChannels(control::View(*control_.scope_).hitTest(freq, tolerance)).moveTo(value); },
-        IID__BandscopeView);
+    return act([&](View& view) { arrayOfChannels(view.hitTest(freq, tolerance)).moveTo(value); });
 }
 
 HRESULT ScopeView::AddTXChannels(VARIANT channels, long* value) {
-    return control_.memberReturn(
-        value,
-        [&] {
-            return control::View(*control_.scope_).add(ChannelKind::TX, channelsFromArray(L"AddTXChannels", channels));
-        },
-        IID__BandscopeView);
+    return answer(value,
+                  [&](View& view) { return view.add(ChannelKind::TX, channelsFromArray(L"AddTXChannels", channels)); });
 }
 
 HRESULT ScopeView::AddRXChannels(VARIANT channels, long* value) {
-    return control_.memberReturn(
-        value,
-        [&] {
-            return control::View(*control_.scope_).add(ChannelKind::RX, channelsFromArray(L"AddRXChannels", channels));
-        },
-        IID__BandscopeView);
+    return answer(value,
+                  [&](View& view) { return view.add(ChannelKind::RX, channelsFromArray(L"AddRXChannels", channels)); });
 }
 
 HRESULT ScopeView::get_RenderTimeMs(double* value) {
-    return control_.memberReturn(
-        value, [&] { return control::View(*control_.scope_).renderTimeMs(); }, IID__BandscopeView);
+    return answer(value, [](View& view) { return view.renderTimeMs(); });
+}
+
+HRESULT ScopeView::BeginUpdate() {
+    return act([](View& view) { view.beginUpdate(); });
+}
+
+HRESULT ScopeView::EndUpdate() {
+    return act([](View& view) { view.endUpdate(); });
+}
+
+HRESULT ScopeView::Back(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.back(); });
+}
+
+HRESULT ScopeView::Forward(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.forward(); });
+}
+
+HRESULT ScopeView::get_CanGoBack(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.canGoBack(); });
+}
+
+HRESULT ScopeView::get_CanGoForward(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.canGoForward(); });
+}
+
+HRESULT ScopeView::get_Marker(double* value) {
+    return answer(value, [](View& view) { return view.marker(); });
+}
+
+HRESULT ScopeView::put_Marker(double value) {
+    return act([&](View& view) { view.setMarker(value); });
+}
+
+HRESULT ScopeView::get_MarkerVisible(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.isMarkerVisible(); });
+}
+
+HRESULT ScopeView::put_MarkerVisible(VARIANT_BOOL value) {
+    return act([&](View& view) { view.setMarkerVisible(com::boolFromIn(value)); });
+}
+
+HRESULT ScopeView::get_WheelZoom(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.wheelZoom(); });
+}
+
+HRESULT ScopeView::put_WheelZoom(VARIANT_BOOL value) {
+    return act([&](View& view) { view.setWheelZoom(com::boolFromIn(value)); });
+}
+
+HRESULT ScopeView::get_SnapToChannels(VARIANT_BOOL* value) {
+    return answer(value, [](View& view) { return view.snapToChannels(); });
+}
+
+HRESULT ScopeView::put_SnapToChannels(VARIANT_BOOL value) {
+    return act([&](View& view) { view.setSnapToChannels(com::boolFromIn(value)); });
 }
 
 }  // namespace kv::automation

@@ -33,8 +33,28 @@ class ScopeView final : public com::DispatchImpl<_BandscopeView> {
     HRESULT STDMETHODCALLTYPE AddTXChannels(VARIANT channels, long* value) override;
     HRESULT STDMETHODCALLTYPE AddRXChannels(VARIANT channels, long* value) override;
     HRESULT STDMETHODCALLTYPE get_RenderTimeMs(double* value) override;
+    HRESULT STDMETHODCALLTYPE BeginUpdate() override;
+    HRESULT STDMETHODCALLTYPE EndUpdate() override;
+    HRESULT STDMETHODCALLTYPE Back(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE Forward(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE get_CanGoBack(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE get_CanGoForward(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE get_Marker(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_Marker(double value) override;
+    HRESULT STDMETHODCALLTYPE get_MarkerVisible(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_MarkerVisible(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_WheelZoom(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_WheelZoom(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_SnapToChannels(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_SnapToChannels(VARIANT_BOOL value) override;
 
   private:
+    /// Calls a member of the view; the result goes to `value`.
+    template <class F>
+    HRESULT act(F&& call);
+    template <class Out, class F>
+    HRESULT answer(Out* value, F&& call);
+
     BandscopeControl& control_;
 };
 

@@ -121,11 +121,72 @@ HRESULT ViewObject::AddRXChannels(VARIANT channels, long* value) {
     return forward([&](_BandscopeView& view) { return view.AddRXChannels(channels, value); });
 }
 
-HRESULT ViewObject::get_RenderTimeMs(double* value) {
+template <class T>
+HRESULT ViewObject::read(HRESULT (STDMETHODCALLTYPE _BandscopeView::*getter)(T*), T* value) noexcept {
     if (!value)
         return E_POINTER;
-    *value = 0.0;
-    return forward([&](_BandscopeView& view) { return view.get_RenderTimeMs(value); });
+    *value = T{};
+    return forward([&](_BandscopeView& view) { return (view.*getter)(value); });
+}
+
+HRESULT ViewObject::get_RenderTimeMs(double* value) {
+    return read(&_BandscopeView::get_RenderTimeMs, value);
+}
+
+HRESULT ViewObject::BeginUpdate() {
+    return forward([](_BandscopeView& view) { return view.BeginUpdate(); });
+}
+
+HRESULT ViewObject::EndUpdate() {
+    return forward([](_BandscopeView& view) { return view.EndUpdate(); });
+}
+
+HRESULT ViewObject::Back(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::Back, value);
+}
+
+HRESULT ViewObject::Forward(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::Forward, value);
+}
+
+HRESULT ViewObject::get_CanGoBack(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_CanGoBack, value);
+}
+
+HRESULT ViewObject::get_CanGoForward(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_CanGoForward, value);
+}
+
+HRESULT ViewObject::get_Marker(double* value) {
+    return read(&_BandscopeView::get_Marker, value);
+}
+
+HRESULT ViewObject::put_Marker(double value) {
+    return forward([&](_BandscopeView& view) { return view.put_Marker(value); });
+}
+
+HRESULT ViewObject::get_MarkerVisible(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_MarkerVisible, value);
+}
+
+HRESULT ViewObject::put_MarkerVisible(VARIANT_BOOL value) {
+    return forward([&](_BandscopeView& view) { return view.put_MarkerVisible(value); });
+}
+
+HRESULT ViewObject::get_WheelZoom(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_WheelZoom, value);
+}
+
+HRESULT ViewObject::put_WheelZoom(VARIANT_BOOL value) {
+    return forward([&](_BandscopeView& view) { return view.put_WheelZoom(value); });
+}
+
+HRESULT ViewObject::get_SnapToChannels(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_SnapToChannels, value);
+}
+
+HRESULT ViewObject::put_SnapToChannels(VARIANT_BOOL value) {
+    return forward([&](_BandscopeView& view) { return view.put_SnapToChannels(value); });
 }
 
 HRESULT createView(REFIID iid, void** object) {

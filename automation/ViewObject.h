@@ -36,6 +36,20 @@ class ViewObject final : public com::DispatchImpl<_BandscopeView>, public IProvi
     HRESULT STDMETHODCALLTYPE AddTXChannels(VARIANT channels, long* value) override;
     HRESULT STDMETHODCALLTYPE AddRXChannels(VARIANT channels, long* value) override;
     HRESULT STDMETHODCALLTYPE get_RenderTimeMs(double* value) override;
+    HRESULT STDMETHODCALLTYPE BeginUpdate() override;
+    HRESULT STDMETHODCALLTYPE EndUpdate() override;
+    HRESULT STDMETHODCALLTYPE Back(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE Forward(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE get_CanGoBack(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE get_CanGoForward(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE get_Marker(double* value) override;
+    HRESULT STDMETHODCALLTYPE put_Marker(double value) override;
+    HRESULT STDMETHODCALLTYPE get_MarkerVisible(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_MarkerVisible(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_WheelZoom(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_WheelZoom(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_SnapToChannels(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_SnapToChannels(VARIANT_BOOL value) override;
 
   private:
     ~ViewObject() = default;
@@ -43,6 +57,9 @@ class ViewObject final : public com::DispatchImpl<_BandscopeView>, public IProvi
     /// Calls a member of the control's own view, which stays alive during the call. Error 91 without a control.
     template <class F>
     HRESULT forward(F&& call) noexcept;
+
+    template <class T>
+    HRESULT read(HRESULT (STDMETHODCALLTYPE _BandscopeView::*getter)(T*), T* value) noexcept;
 
     Microsoft::WRL::ComPtr<IDispatch> scope_;
     Microsoft::WRL::ComPtr<_BandscopeView> view_;  ///< of `scope_`

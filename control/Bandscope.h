@@ -10,13 +10,17 @@
 #include "channels/ChannelStore.h"
 #include "channels/FreqSlot.h"
 #include "control/DisplayRange.h"
+#include "control/HeldDrawings.h"
 #include "control/Keyboard.h"
 #include "control/Knobs.h"
+#include "control/Marker.h"
 #include "control/Marks.h"
+#include "control/Navigation.h"
 #include "control/Panel.h"
 #include "control/PictureExport.h"
 #include "control/Pointer.h"
 #include "control/RenderTime.h"
+#include "control/Snapping.h"
 #include "control/SpectrumPainter.h"
 #include "formenv/FileServices.h"
 #include "formenv/Platform.h"
@@ -42,7 +46,7 @@ struct Services {
     channels::FreqSlotFactory newFreqSlot;
 };
 
-class Bandscope final : private RangeView, private KnobActions, private KeyActions {
+class Bandscope final : private RangeView, private KnobActions, private KeyActions, private NavigationActions {
   public:
     explicit Bandscope(const Services& services);
     ~Bandscope() override;
@@ -116,7 +120,18 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     // For View.
     /// Shows exactly this range, in MHz, with its middle as center, its own grid step, and no event. False, with
     /// nothing changed, if `DisplayRange::setExactly` refuses it.
-    bool showExactly(double minimum, double maximum);
+    bool showExactly(double minimum, double maximum) override;
+    [[nodiscard]] Navigation& navigation() noexcept { return navigation_; }
+    [[nodiscard]] const Marker& marker() const noexcept { return marker_; }
+    /// Draws the marker at a frequency (MHz), or takes it off.
+    void setMarker(double frequency, bool visible);
+    /// Where the marker appears, MHz; 0 without a cursor and without a range.
+    [[nodiscard]] double cursorOrCenter();
+    [[nodiscard]] Snapping& snapping() noexcept { return snapping_; }
+    /// From a `beginUpdate` to its `endUpdate`, the drawings of the whole display wait; the outermost end does the one
+    /// that was asked for last. An end without a beginning does nothing and returns false.
+    void beginUpdate() noexcept { held_.begin(); }
+    bool endUpdate();
     [[nodiscard]] const channels::ChannelStore& store() const noexcept { return store_; }
     /// Duration of the last drawing by `JustDrawIt` or `DrawDisplay`, milliseconds; 0 before the first one.
     [[nodiscard]] double renderTimeMs() const noexcept { return renderTime_.milliseconds(); }
@@ -196,14 +211,27 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void drawButton_Click(channels::ChannelKind kind);
     void picSpectrum_MouseDown(int button);
     void picSpectrum_MouseMove(int buttons, double x);
-    void picSpectrum_MouseUp(int button, double x);
+    void picSpectrum_MouseUp(int button, int shift, double x);
     void picSpectrum_DblClick(double x);
-    void picUnits_MouseMove(double x);
+    bool picSpectrum_Wheel(int delta, int shift, double x);
+    void picUnits_MouseMove(int buttons, double x);
     void fraControl_MouseDown(int button, double x, double y);
 
     // What the knobs and the keys ask for.
     void showCursorAt(double frequency) override;
     void drawCursorAt(double frequency) override;
+    void moveCursorTo(double from, double to) override;
+    void beginRangeAction() override { navigation_.history().begin(range_.span()); }
+    void giveUpRangeAction() override { navigation_.history().giveUp(); }
+    [[nodiscard]] double snappedAhead(double from, double to) override { return snapping_.ahead(from, to); }
+    void toggleMarker() override;
+    bool goBack() override { return goByHand(&Navigation::goBack); }
+    bool goForward() override { return goByHand(&Navigation::goForward); }
+    bool goByHand(bool (Navigation::*step)());
+    void showMarker();
+    void refresh(Step& step);
+    /// The user has chosen a range: a step to go back to, and an event.
+    void rangeChosen();
     void applyNewCenter(double center) override;
     void panTo(double center) override;
     /// What was asked for under a running drawing starts none inside it; that one is repeated at its end.
@@ -242,8 +270,12 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
                      store_,
                      range_,
                      marks_};
+    Snapping snapping_{store_, ui_.picSpectrum};
+    Marker marker_{ui_.picSpectrum, range_, marks_, ui_.lblMarker};
+    HeldDrawings held_;
+    Navigation navigation_{*this, range_, ui_.picSpectrum, services_.errors};
     Knobs knobs_{*this, panel_, range_, services_.errors};
-    Keyboard keyboard_{*this, pointer_, range_, store_, ui_.chkShowMouse, services_.errors};
+    Keyboard keyboard_{*this, pointer_, navigation_, range_, store_, ui_.chkShowMouse, services_.errors};
     PictureExport export_{services_.platform, services_.files, services_.errors, ui_.picUnits, ui_.picSpectrum};
     bool bXLog_ = true;
     bool bLoadingAll_ = false;

@@ -8,9 +8,16 @@ namespace kv::control {
 using channels::ChannelKind;
 
 bool Bandscope::DrawDisplay() {
-    const RenderTime::Measured measured(renderTime_);
     return util::reported(
-        services_.errors, L"DrawDisplay", [&](Step& step) { drawDisplay(step); },
+        services_.errors, L"DrawDisplay",
+        [&](Step& step) {
+            if (held_.holds(HeldDrawings::Drawing::DrawDisplay)) {
+                range_.ScaleDisplay();
+            } else {
+                const RenderTime::Measured measured(renderTime_);
+                drawDisplay(step);
+            }
+        },
         [](Step step) { return L"kvBandscope.DrawDisplay Flag " + std::to_wstring(step); });
 }
 
@@ -28,6 +35,7 @@ void Bandscope::drawDisplay(Step& step) {
     services_.platform.pumpEvents();
     step = 1600;
     marks_.takeOff();
+    showMarker();
     knobs_.showRange();
 }
 
@@ -60,6 +68,8 @@ void Bandscope::pumpEventsAndTakeMarksOff() {
 }
 
 void Bandscope::JustDrawIt() {
+    if (held_.holds(HeldDrawings::Drawing::JustDrawIt))
+        return;
     const RenderTime::Measured measured(renderTime_);
     painter_.repeatWhileOutdated([this] { drawOnce(); });
 }
@@ -90,6 +100,7 @@ void Bandscope::drawInOrder(Step& step) {
     step = 700;
     if (range_.contains(CursorVal()))
         drawCursorAt(CursorVal());
+    showMarker();
     painter_.endPicture();
     knobs_.showRange();
 }
@@ -135,25 +146,50 @@ void Bandscope::DrawInitialDisplay() {
 // Here the grid is under the channels, in a full repaint it is over them; hosts rely on the difference.
 void Bandscope::Refresh() {
     reported(
-        L"Refresh",
-        [&](Step& step) {
-            ClearDisplay();
-            step = 200;
-            DrawGrid();
-            // Drawing the grid lets events run, which may draw the marks.
-            marks_.takeOff();
-            step = 300;
-            painter_.DrawFreqLbls();
-            step = 400;
-            recalculateRanges();
-            step = 500;
-            showSummaries();
-            step = 600;
-            for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
-                painter_.refreshCollection(kind);
-            knobs_.showRange();
-        },
-        L"Error Refreshing Bandscope Display");
+        L"Refresh", [&](Step& step) { refresh(step); }, L"Error Refreshing Bandscope Display");
+}
+
+void Bandscope::refresh(Step& step) {
+    const bool held = held_.holds(HeldDrawings::Drawing::Refresh);
+    if (!held) {
+        ClearDisplay();
+        step = 200;
+        DrawGrid();
+        // Drawing the grid lets events run, which may draw the marks.
+        marks_.takeOff();
+        step = 300;
+        painter_.DrawFreqLbls();
+    }
+    step = 400;
+    recalculateRanges();
+    step = 500;
+    showSummaries();
+    step = 600;
+    if (!held) {
+        for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
+            painter_.refreshCollection(kind);
+        showMarker();
+    }
+    knobs_.showRange();
+}
+
+bool Bandscope::endUpdate() {
+    if (!held_.isHolding())
+        return false;
+    if (const std::optional<HeldDrawings::Drawing> asked = held_.end()) {
+        switch (*asked) {
+            case HeldDrawings::Drawing::DrawDisplay:
+                DrawDisplay();
+                break;
+            case HeldDrawings::Drawing::JustDrawIt:
+                JustDrawIt();
+                break;
+            case HeldDrawings::Drawing::Refresh:
+                Refresh();
+                break;
+        }
+    }
+    return true;
 }
 
 bool Bandscope::ReDrawChnl(const channels::FreqSlotRef& chnl) {

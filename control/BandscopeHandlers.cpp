@@ -10,6 +10,8 @@ using channels::ChannelKind;
 
 namespace {
 
+constexpr int kCtrl = 2;
+
 /// To the nearest number, a half to the even one, as the conversion to a whole number rounds. A height beyond 16 bits,
 /// as of a window over several screens, becomes the largest one: the host has to hear of the change all the same.
 std::int16_t toInteger16(double value) {
@@ -40,13 +42,32 @@ void Bandscope::connectHandlers() {
 void Bandscope::connectPictures() {
     ui_.picSpectrum.onMouseMove = [this](int b, int, double x, double) { picSpectrum_MouseMove(b, x); };
     ui_.picSpectrum.onMouseDown = [this](int b, int, double, double) { picSpectrum_MouseDown(b); };
-    ui_.picSpectrum.onMouseUp = [this](int b, int, double x, double) { picSpectrum_MouseUp(b, x); };
+    ui_.picSpectrum.onMouseUp = [this](int b, int shift, double x, double) { picSpectrum_MouseUp(b, shift, x); };
+    ui_.picSpectrum.onWheel = [this](int delta, int shift, double x) { return picSpectrum_Wheel(delta, shift, x); };
+    for (formenv::PictureBox* picture : {&ui_.picSpectrum, &ui_.picUnits}) {
+        picture->onBack = [this] {
+            reported(L"GoBack", [this](Step&) { goBack(); });
+            return true;
+        };
+        picture->onForward = [this] {
+            reported(L"GoForward", [this](Step&) { goForward(); });
+            return true;
+        };
+    }
     ui_.picSpectrum.onMouseLost = [this] { giveUpDrag(); };
     ui_.picSpectrum.onKeyDown = [this](int key, int shift) { return keyboard_.picSpectrum_KeyDown(key, shift); };
     ui_.picSpectrum.wantsKey = [this](int key) { return keyboard_.wantsKey(key); };
+    ui_.picSpectrum.wantsAltKey = [this](int key) { return keyboard_.wantsAltKey(key); };
     ui_.picSpectrum.takesFocus = true;
     ui_.picSpectrum.onDblClick = [this](int, int, double x, double) { picSpectrum_DblClick(x); };
-    ui_.picUnits.onMouseMove = [this](int, int, double x, double) { picUnits_MouseMove(x); };
+    ui_.picUnits.onMouseMove = [this](int b, int, double x, double) { picUnits_MouseMove(b, x); };
+    ui_.picUnits.onMouseDown = [this](int b, int, double x, double) {
+        reported(L"picUnits_MouseDown", [&](Step&) { navigation_.scalePressed(b, x); });
+    };
+    ui_.picUnits.onMouseUp = [this](int b, int, double, double) {
+        reported(L"picUnits_MouseUp", [&](Step&) { navigation_.scaleReleased(b); });
+    };
+    ui_.picUnits.onMouseLost = [this] { reported(L"picUnits_MouseLost", [&](Step&) { navigation_.scaleLost(); }); };
 }
 
 void Bandscope::drawButton_Click(ChannelKind kind) {
@@ -84,18 +105,32 @@ void Bandscope::picSpectrum_MouseDown(int button) {
     reported(L"picSpectrum_MouseDown", [&](Step&) { pointer_.drag().pressed(button); });
 }
 
-void Bandscope::picSpectrum_MouseUp(int button, double x) {
+void Bandscope::picSpectrum_MouseUp(int button, int shift, double x) {
     if (button != formenv::mouse_button::kLeft)
         return;
     reported(L"picSpectrum_MouseUp", [&](Step& step) {
+        const bool isClick = pointer_.drag().isPressed();
         const std::optional<BoxDrag::Span> span = pointer_.drag().released(x);
         step = 300;
-        if (span)
+        if (span) {
+            const RangeAction action(navigation_.history(), range_.span());
             zoomTo(span->first, span->second);
+        } else if (isClick && shift == kCtrl && range_.isUsable() && range_.contains(x)) {
+            setMarker(snapping_.at(x), true);
+        }
     });
 }
 
+bool Bandscope::picSpectrum_Wheel(int delta, int shift, double x) {
+    const RangeAction action(navigation_.history(), range_.span());
+    return navigation_.wheel(delta, shift, x);
+}
+
 bool Bandscope::giveUpDrag() {
+    if (navigation_.isPanning()) {
+        reported(L"picUnits_MouseLost", [&](Step&) { navigation_.giveUpPan(); });
+        return true;
+    }
     if (!pointer_.drag().isDragging())
         return false;
     reported(L"picSpectrum_MouseLost", [&](Step&) { pointer_.drag().giveUp(); });
@@ -107,16 +142,21 @@ void Bandscope::picSpectrum_DblClick(double x) {
         // Without a range the picture has no frequency to recenter on.
         if (!range_.isUsable())
             return;
+        const RangeAction action(navigation_.history(), range_.span());
         setDisplayCenterFreq(x);
         step = 200;
         DrawDisplay();
         step = 300;
-        services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
+        rangeChosen();
     });
 }
 
-void Bandscope::picUnits_MouseMove(double x) {
-    reported(L"picUnits_MouseMove", [&](Step&) { pointer_.pointAtStrip(x); });
+void Bandscope::picUnits_MouseMove(int buttons, double x) {
+    reported(L"picUnits_MouseMove", [&](Step& step) {
+        navigation_.scaleMoved(buttons, x);
+        step = 200;
+        pointer_.pointAtStrip(x);
+    });
 }
 
 void Bandscope::chkShowMouse_Click() {

@@ -98,6 +98,7 @@ void Bandscope::showWholeSpan() {
 void Bandscope::chkViewAllxx_Click() {
     reported(L"chkViewAllxx_Click", [&](Step& step) {
         const std::pair<double, double> before = range_.span();
+        const RangeAction action(navigation_.history(), before);
         if (ui_.chkViewAllxx.value() != 0) {
             range_.derive();
             range_.rememberForViewAll();
@@ -128,7 +129,19 @@ bool Bandscope::showExactly(double minimum, double maximum) {
 
 void Bandscope::zoomTo(double minimum, double maximum) {
     if (showExactly(minimum, maximum))
-        services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
+        rangeChosen();
+}
+
+void Bandscope::rangeChosen() {
+    navigation_.history().finish(range_.span());
+    services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq());
+}
+
+bool Bandscope::goByHand(bool (Navigation::*step)()) {
+    if (!(navigation_.*step)())
+        return false;
+    tellRangeChanged();
+    return true;
 }
 
 void Bandscope::panTo(double center) {
@@ -146,7 +159,7 @@ void Bandscope::tellGridRangeChanged() {
 }
 
 void Bandscope::tellRangeChanged() {
-    reported(L"ChgFreqRange", [&](Step&) { services_.events.ChgFreqRange(DisplayMinFreq(), DisplayMaxFreq()); });
+    reported(L"ChgFreqRange", [&](Step&) { rangeChosen(); });
 }
 
 void Bandscope::setCursorVal(double value) {
@@ -159,8 +172,33 @@ void Bandscope::showCursorAt(double frequency) {
     reported(L"CursorVal", [&](Step&) { drawCursorAt(frequency); });
 }
 
+void Bandscope::moveCursorTo(double from, double to) {
+    showCursorAt(snapping_.ahead(from, to));
+}
+
 void Bandscope::drawCursorAt(double frequency) {
     DrawCursorLine(frequency, lCursorColor_);
+    marker_.showDistance(frequency);
+}
+
+void Bandscope::setMarker(double frequency, bool visible) {
+    marker_.set(frequency, visible);
+    showMarker();
+    ui_.picSpectrum.tellSpoken();
+}
+
+double Bandscope::cursorOrCenter() {
+    if (CursorVal() > 0.0)
+        return CursorVal();
+    return range_.derive() ? DisplayCenterFreq() : 0.0;
+}
+
+void Bandscope::toggleMarker() {
+    setMarker(marker_.isVisible() ? marker_.frequency() : cursorOrCenter(), !marker_.isVisible());
+}
+
+void Bandscope::showMarker() {
+    marker_.show(CursorVal(), lCursorColor_);
 }
 
 void Bandscope::applyNewCenter(double value) {

@@ -14,6 +14,7 @@ constexpr int kLeastDrag = 3;  // pixels
 void BoxDrag::pressed(int button) {
     const bool running = dragging_;
     end();
+    pressed_ = button == formenv::mouse_button::kLeft;
     // With the left button still down, the next move would start the drag anew.
     givenUp_ = running && button != formenv::mouse_button::kLeft;
 }
@@ -33,7 +34,7 @@ void BoxDrag::movedTo(int buttons, double x) {
 }
 
 std::optional<BoxDrag::Span> BoxDrag::released(double x) {
-    givenUp_ = false;
+    givenUp_ = pressed_ = false;
     if (!dragging_)
         return std::nullopt;
     end();
@@ -45,6 +46,7 @@ std::optional<BoxDrag::Span> BoxDrag::released(double x) {
 
 void BoxDrag::giveUp() {
     givenUp_ = true;
+    pressed_ = false;
     end();
 }
 

@@ -24,6 +24,8 @@ class BoxDrag {
     BoxDrag& operator=(const BoxDrag&) = delete;
 
     [[nodiscard]] bool isDragging() const noexcept { return dragging_; }
+    /// The left button went down over the picture and has not been released or given up.
+    [[nodiscard]] bool isPressed() const noexcept { return pressed_; }
 
     /// A button went down over the picture: ends a running drag. A drag that another button ended does not start again
     /// before the left button is released.
@@ -52,6 +54,7 @@ class BoxDrag {
     const DisplayRange& range_;
     Marks& marks_;
     bool dragging_ = false;
+    bool pressed_ = false;
     double start_ = 0.0;
     bool givenUp_ = false;
     std::optional<double> spanFrom_;

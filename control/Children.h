@@ -22,6 +22,8 @@ struct Children {
     formenv::Frame fraPic{&userControl, L"fraPic"};
     formenv::PictureBox picUnits;
     formenv::PictureBox picSpectrum;
+    /// How far the cursor is from the marker.
+    formenv::Label lblMarker{&picSpectrum, L"lblMarker"};
 
     formenv::Frame fraControl{&userControl, L"fraControl"};
     turndial::tdKnMover tdKnMovCenter{&fraControl, L"tdKnMovCenter"};

@@ -24,6 +24,7 @@ constexpr int kRight = 39;
 constexpr int kDown = 40;
 constexpr int kB = 66;
 constexpr int kC = 67;
+constexpr int kD = 68;
 constexpr int kM = 77;
 constexpr int kPadPlus = 107;
 constexpr int kPadMinus = 109;
@@ -33,15 +34,15 @@ constexpr int kMinus = 189;
 
 constexpr int kShift = 1;
 constexpr int kCtrl = 2;
+constexpr int kAlt = 4;
 constexpr double kZoom = 2.0;
-constexpr double kWidest = 1e8;  // MHz; ten times what the coarsest grid step spans
 
 }  // namespace
 
 bool Keyboard::wantsKey(int code) const noexcept {
     switch (code) {
         case key::kEscape:
-            return pointer_.drag().isDragging() || pointer_.drag().spanFrom().has_value();
+            return pointer_.drag().isDragging() || pointer_.drag().spanFrom().has_value() || navigation_.isPanning();
         case key::kSpace:
         case key::kPageUp:
         case key::kPageDown:
@@ -52,6 +53,7 @@ bool Keyboard::wantsKey(int code) const noexcept {
         case key::kDown:
         case key::kB:
         case key::kC:
+        case key::kD:
         case key::kM:
         case key::kPadPlus:
         case key::kPadMinus:
@@ -63,7 +65,17 @@ bool Keyboard::wantsKey(int code) const noexcept {
     }
 }
 
+bool Keyboard::wantsAltKey(int code) noexcept {
+    return code == key::kLeft || code == key::kRight;
+}
+
 bool Keyboard::picSpectrum_KeyDown(int code, int shift) {
+    if (shift == kAlt && wantsAltKey(code)) {
+        // Also without a range to go to the key is not the form's.
+        util::reported(errors_, L"picSpectrum_KeyDown",
+                       [&](util::Step&) { code == key::kLeft ? actions_.goBack() : actions_.goForward(); });
+        return true;
+    }
     if (!wantsKey(code) || (shift & ~(kShift | kCtrl)) != 0)
         return false;
     if (code == key::kEscape)
@@ -74,6 +86,7 @@ bool Keyboard::picSpectrum_KeyDown(int code, int shift) {
         } else if (code == key::kM) {
             toggleReport();
         } else if (range_.derive()) {
+            const RangeAction action(navigation_.history(), range_.span());
             steer(code, shift);
         }
     });
@@ -89,7 +102,8 @@ void Keyboard::steer(int code, int shift) {
             if (shift & kCtrl) {
                 cursorToChannel(side);
             } else if (shift & kShift) {
-                cursorTo(cursorOrCenter() + side * range_.GridStepX() / kNudges);
+                const double from = cursorOrCenter();
+                cursorTo(actions_.snappedAhead(from, from + side * range_.GridStepX() / kNudges));
             } else {
                 panTo(range_.DisplayCenterFreq() + side * span / range_.nGridX());
             }
@@ -106,6 +120,9 @@ void Keyboard::steer(int code, int shift) {
             break;
         case key::kB:
             markSpan();
+            break;
+        case key::kD:
+            actions_.toggleMarker();
             break;
         case key::kUp:
         case key::kPlus:
@@ -130,7 +147,7 @@ void Keyboard::panTo(double center) {
 
 void Keyboard::zoomAround(double span) {
     const double center = range_.DisplayCenterFreq();
-    if (span <= kWidest)
+    if (span <= kWidestZoom)
         actions_.zoomTo(center - span / 2.0, center + span / 2.0);
 }
 

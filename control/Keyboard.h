@@ -11,10 +11,13 @@
 //   B                         one end of a span, at the cursor; once more: zooms to the span from there to the cursor
 //   C                         the control panel, collapsed and expanded
 //   M                         the report of what is under the cursor, on and off
+//   D                         the marker at the cursor; once more: no marker
+//   Alt+Left, Alt+Right       the range before the last action; forward again
 #pragma once
 
 #include "channels/ChannelStore.h"
 #include "control/DisplayRange.h"
+#include "control/Navigation.h"
 #include "control/Pointer.h"
 #include "formenv/Widget.h"
 #include "util/ErrHand.h"
@@ -31,16 +34,22 @@ class KeyActions {
     virtual void zoomTo(double minimum, double maximum) = 0;
     virtual void showAllChannels() = 0;
     virtual void ToggleControlsSection() = 0;
+    virtual void toggleMarker() = 0;
+    virtual bool goBack() = 0;
+    virtual bool goForward() = 0;
+    /// Where a step of the cursor leads when channels near `to` attract it.
+    [[nodiscard]] virtual double snappedAhead(double from, double to) = 0;
     virtual bool giveUpDrag() = 0;
 };
 
 class Keyboard {
   public:
     /// All have to live longer.
-    Keyboard(KeyActions& actions, Pointer& pointer, DisplayRange& range, const channels::ChannelStore& store,
-             formenv::CheckBox& chkShowMouse, util::ErrorReporter& errors) noexcept
+    Keyboard(KeyActions& actions, Pointer& pointer, Navigation& navigation, DisplayRange& range,
+             const channels::ChannelStore& store, formenv::CheckBox& chkShowMouse, util::ErrorReporter& errors) noexcept
         : actions_(actions),
           pointer_(pointer),
+          navigation_(navigation),
           range_(range),
           store_(store),
           chkShowMouse_(chkShowMouse),
@@ -50,7 +59,9 @@ class Keyboard {
 
     /// The spectrum uses this key, so that the host's form must not have it first.
     [[nodiscard]] bool wantsKey(int code) const noexcept;
-    /// A key by its virtual code, with 1 for Shift and 2 for Ctrl; true when it has been dealt with.
+    /// The same together with Alt.
+    [[nodiscard]] static bool wantsAltKey(int code) noexcept;
+    /// A key by its virtual code, with 1 for Shift, 2 for Ctrl and 4 for Alt; true when it has been dealt with.
     bool picSpectrum_KeyDown(int code, int shift);
 
   private:
@@ -65,6 +76,7 @@ class Keyboard {
 
     KeyActions& actions_;
     Pointer& pointer_;
+    Navigation& navigation_;
     DisplayRange& range_;
     const channels::ChannelStore& store_;
     formenv::CheckBox& chkShowMouse_;

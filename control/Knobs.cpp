@@ -16,9 +16,14 @@ void Knobs::connect() {
     ui_.tdKnGrid.onTurnEnd = [this] { tdKnGrid_TurnEnd(); };
     ui_.tdKnGrid.onTurnBegin = [this] { range_.rememberForTurn(); };
     ui_.tdKnGrid.onGivenUp = [this] { tdKnGrid_GivenUp(); };
-    ui_.tdKnCenter.onValueChanged = [this](double d) { actions_.applyNewCenter(d); };
+    ui_.tdKnCenter.onValueChanged = [this](double d) {
+        actions_.beginRangeAction();
+        actions_.applyNewCenter(d);
+    };
+    ui_.tdKnCenter.onGivenUp = [this] { actions_.giveUpRangeAction(); };
     ui_.tdKnCenter.onTurnEnd = [this] { tdKnCenter_TurnEnd(); };
     ui_.tdKnMovCenter.onValueChanged = [this](double d) { tdKnMovCenter_ValueChanged(d); };
+    ui_.tdKnMovCenter.onGivenUp = [this] { actions_.giveUpRangeAction(); };
     ui_.tdKnMovCenter.onTurnEnd = [this] { actions_.panTo(ui_.tdKnMovCenter.dVal()); };
     ui_.tdKnCursor.onValueChanged = [this](double d) { actions_.showCursorAt(d); };
     ui_.tdKnMovCursor.onValueChanged = [this](double d) { tdKnMovCursor_ValueChanged(d); };
@@ -68,17 +73,20 @@ void Knobs::cboGridRange_Click() {
         if (!range_.derive())
             return;
         before = range_.span();
+        actions_.beginRangeAction();
         range_.setGridStepX(ui_.tdKnGrid.dVal());
         range_.applyChosenStep();
         actions_.drawUnlessDrawing();
     });
     if (range_.isUsable() && range_.span() != before)
         actions_.tellRangeChanged();
+    actions_.giveUpRangeAction();
     actions_.tellGridRangeChanged();
 }
 
 void Knobs::tdKnGrid_ValueChanged(double dNewVal) {
     reported(L"tdKnGrid_ValueChanged", [&](Step& step) {
+        actions_.beginRangeAction();
         range_.setGridStepX(dNewVal);
         step = 200;
         range_.applyChosenStep();
@@ -105,6 +113,7 @@ void Knobs::tdKnGrid_GivenUp() {
         step = 200;
         actions_.drawUnlessDrawing();
     });
+    actions_.giveUpRangeAction();
 }
 
 // Each new center gave the knob its start range; under the hand it could not be rescaled.
@@ -125,6 +134,7 @@ void Knobs::tdKnMovCenter_ValueChanged(double d) {
         if (d == 0.0 || !range_.derive())
             return;
         step = 200;
+        actions_.beginRangeAction();
         actions_.applyNewCenter(nudged(range_.DisplayCenterFreq(), -d));
     });
 }
@@ -135,7 +145,8 @@ void Knobs::tdKnMovCursor_ValueChanged(double d) {
             return;
         step = 200;
         const double shown = ui_.tdKnMovCursor.dVal();
-        actions_.showCursorAt(nudged(shown > 0.0 ? shown : range_.DisplayCenterFreq(), d));
+        const double from = shown > 0.0 ? shown : range_.DisplayCenterFreq();
+        actions_.moveCursorTo(from, nudged(from, d));
     });
 }
 

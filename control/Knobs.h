@@ -16,6 +16,11 @@ class KnobActions {
   public:
     virtual ~KnobActions() = default;
     virtual void showCursorAt(double frequency) = 0;
+    /// The same after a step of the user's, which may lead to a channel near `to`.
+    virtual void moveCursorTo(double from, double to) = 0;
+    /// The user begins to change the range, or goes on. It ends with `tellRangeChanged` or is given up.
+    virtual void beginRangeAction() = 0;
+    virtual void giveUpRangeAction() = 0;
     /// Draws the cursor line; the knobs keep what they show.
     virtual void drawCursorAt(double frequency) = 0;
     virtual void applyNewCenter(double center) = 0;

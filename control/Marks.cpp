@@ -8,21 +8,45 @@ namespace kv::control {
 using raster::DrawMode;
 using raster::FillStyle;
 
-void Marks::drawCursor(const CursorLine& line) {
-    takeCursorOff();
+namespace {
+
+constexpr int kDash = 4;  // pixels
+
+}  // namespace
+
+std::optional<Marks::Stroked> Marks::placed(const CursorLine& line) const {
     const raster::UserScale scale = picture_.scale();
     if (!(line.frequency >= scale.left && line.frequency <= scale.left + scale.width))
-        return;
+        return std::nullopt;
     const int x = picture_.pixelX(line.frequency);
-    const Cursor drawn{
+    return Stroked{
         line, {x, picture_.pixelY(line.from)}, {x, picture_.pixelY(line.to)}, picture_.platform().resolve(line.color)};
-    stroke(drawn);
-    cursor_ = drawn;
+}
+
+void Marks::drawCursor(const CursorLine& line) {
+    takeCursorOff();
+    if (const std::optional<Stroked> drawn = placed(line)) {
+        stroke(*drawn);
+        cursor_ = drawn;
+    }
 }
 
 void Marks::takeCursorOff() {
-    if (const std::optional<Cursor> drawn = std::exchange(cursor_, std::nullopt))
+    if (const std::optional<Stroked> drawn = std::exchange(cursor_, std::nullopt))
         stroke(*drawn);
+}
+
+void Marks::drawMarker(const CursorLine& line) {
+    takeMarkerOff();
+    if (const std::optional<Stroked> drawn = placed(line)) {
+        strokeDashes(*drawn);
+        marker_ = drawn;
+    }
+}
+
+void Marks::takeMarkerOff() {
+    if (const std::optional<Stroked> drawn = std::exchange(marker_, std::nullopt))
+        strokeDashes(*drawn);
 }
 
 void Marks::drawBand(double from, double to) {
@@ -40,17 +64,29 @@ void Marks::takeBandOff() {
 
 void Marks::takeOff() {
     takeCursorOff();
+    takeMarkerOff();
     takeBandOff();
 }
 
 void Marks::forget() noexcept {
     cursor_.reset();
+    marker_.reset();
     band_.reset();
     ++clearings_;
 }
 
-void Marks::stroke(const Cursor& cursor) {
+void Marks::stroke(const Stroked& cursor) {
     picture_.strokeLine(cursor.from, cursor.to, {cursor.color, 1}, DrawMode::NotXorPen);
+}
+
+void Marks::strokeDashes(const Stroked& marker) {
+    const int top = std::min(marker.from.y, marker.to.y);
+    const int bottom = std::max(marker.from.y, marker.to.y);
+    // Nothing shows outside of the picture, however long the line is.
+    const int last = std::min(bottom, picture_.pixelSize().height);
+    for (int y = std::max(top, 0); y < last; y += 2 * kDash)
+        picture_.strokeLine({marker.from.x, y}, {marker.from.x, std::min(y + kDash, last)}, {marker.color, 1},
+                            DrawMode::NotXorPen);
 }
 
 void Marks::stroke(const Band& band) {
@@ -61,6 +97,8 @@ void Marks::stroke(const Band& band) {
 Marks::Aside::Aside(Marks& marks) : marks_(marks), clearings_(marks.clearings_) {
     if (marks.cursor_)
         cursor_ = marks.cursor_->line;
+    if (marks.marker_)
+        marker_ = marks.marker_->line;
     if (marks.band_)
         band_ = std::pair(marks.band_->from, marks.band_->to);
     marks.takeOff();
@@ -80,6 +118,8 @@ void Marks::Aside::putBack() {
         return;
     if (cursor_ && !marks_.cursor_)
         marks_.drawCursor(*cursor_);
+    if (marker_ && !marks_.marker_)
+        marks_.drawMarker(*marker_);
     if (band_ && !marks_.band_)
         marks_.drawBand(band_->first, band_->second);
 }

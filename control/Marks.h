@@ -1,4 +1,4 @@
-// What is drawn over the finished spectrum and taken off again: the cursor line and the rubber band.
+// What is drawn over the finished spectrum and taken off again: the cursor line, the marker and the rubber band.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct CursorLine {
     raster::OleColor color = 0;
 };
 
-/// Both marks are drawn in modes in which the same stroke once more restores what was there: not-XOR and inverting. The
+/// The marks are drawn in modes in which the same stroke once more restores what was there: not-XOR and inverting. The
 /// second stroke goes over the pixels of the first one, kept here, because the picture's scale and its size may be
 /// different by then. Between the two nothing else may be drawn over a mark; `Aside` takes care of that.
 class Marks {
@@ -32,6 +32,10 @@ class Marks {
     [[nodiscard]] double dCursorLineFreq() const noexcept {
         return cursor_ ? cursor_->line.frequency : -channels::FREQ_UNSET;
     }
+
+    /// The same for the marker, a dashed line, which shows also under the cursor line.
+    void drawMarker(const CursorLine& line);
+    void takeMarkerOff();
 
     /// Draws the outline of a box over the full height, from one frequency to another (MHz), in place of the last one.
     void drawBand(double from, double to);
@@ -55,12 +59,13 @@ class Marks {
         void putBack();
         Marks& marks_;
         std::optional<CursorLine> cursor_;
+        std::optional<CursorLine> marker_;
         std::optional<std::pair<double, double>> band_;
         std::uint64_t clearings_;
     };
 
   private:
-    struct Cursor {
+    struct Stroked {
         CursorLine line;
         raster::PixelPoint from;
         raster::PixelPoint to;
@@ -71,11 +76,15 @@ class Marks {
         double to = 0.0;
         raster::PixelRect box;
     };
-    void stroke(const Cursor& cursor);
+    /// Nothing for a frequency outside of the picture's scale.
+    [[nodiscard]] std::optional<Stroked> placed(const CursorLine& line) const;
+    void stroke(const Stroked& cursor);
+    void strokeDashes(const Stroked& marker);
     void stroke(const Band& band);
 
     formenv::PictureBox& picture_;
-    std::optional<Cursor> cursor_;
+    std::optional<Stroked> cursor_;
+    std::optional<Stroked> marker_;
     std::optional<Band> band_;
     std::uint64_t clearings_ = 0;
 };

@@ -23,6 +23,10 @@ std::wstring spectrumValue(const Bandscope& scope) {
         text = megahertz(minimum) + L" to " + megahertz(maximum) + L" MHz, ";
     if (scope.CursorVal() > 0.0)
         text += L"cursor at " + megahertz(scope.CursorVal()) + L" MHz, ";
+    if (scope.marker().isVisible())
+        text += L"marker at " + megahertz(scope.marker().frequency()) + L" MHz, ";
+    if (const std::wstring distance = scope.marker().distanceText(scope.CursorVal()); !distance.empty())
+        text += distance + L", ";
     return text + counted(scope.NumTX(), L"transmit") + L", " + counted(scope.NumRX(), L"receive");
 }
 
@@ -39,7 +43,9 @@ void nameParts(Bandscope& scope) {
                                 L"channels. Control with Left or "
                                 L"Right leads the cursor to the next channel, Shift moves it by a little. Space makes "
                                 L"its frequency the center. "
-                                L"M opens the report of what is under it.",
+                                L"D puts the marker there or takes it away. "
+                                L"Alt with Left or Right goes back and forward through the ranges. "
+                                L"M opens the report of what is under the cursor.",
                                 [&scope] { return spectrumValue(scope); }};
     const wchar_t* const turning =
         L"The arrow keys turn by a step, Page Up and Page Down by several, with Control by less. Home and End go to "

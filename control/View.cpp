@@ -99,4 +99,63 @@ double View::renderTimeMs() const noexcept {
     return scope_.renderTimeMs();
 }
 
+void View::beginUpdate() noexcept {
+    scope_.beginUpdate();
+}
+
+void View::endUpdate() {
+    if (!scope_.endUpdate())
+        refuse(L"EndUpdate: there is no update to end. Call BeginUpdate once for each EndUpdate.");
+}
+
+bool View::back() {
+    return scope_.navigation().goBack();
+}
+
+bool View::forward() {
+    return scope_.navigation().goForward();
+}
+
+bool View::canGoBack() const noexcept {
+    return scope_.navigation().history().canGoBack();
+}
+
+bool View::canGoForward() const noexcept {
+    return scope_.navigation().history().canGoForward();
+}
+
+double View::marker() const noexcept {
+    return scope_.marker().frequency();
+}
+
+void View::setMarker(double frequency) {
+    if (!(frequency > 0.0) || !std::isfinite(frequency))
+        refuse(L"Marker: the frequency is " + text(frequency) + L". It must be a number of MHz above 0.");
+    scope_.setMarker(frequency, scope_.marker().isVisible());
+}
+
+bool View::isMarkerVisible() const noexcept {
+    return scope_.marker().isVisible();
+}
+
+void View::setMarkerVisible(bool visible) {
+    scope_.setMarker(visible && !(marker() > 0.0) ? scope_.cursorOrCenter() : marker(), visible);
+}
+
+bool View::wheelZoom() const noexcept {
+    return scope_.navigation().wheelZoom();
+}
+
+void View::setWheelZoom(bool value) noexcept {
+    scope_.navigation().setWheelZoom(value);
+}
+
+bool View::snapToChannels() const noexcept {
+    return scope_.snapping().isOn();
+}
+
+void View::setSnapToChannels(bool value) noexcept {
+    scope_.snapping().turn(value);
+}
+
 }  // namespace kv::control

@@ -32,6 +32,27 @@ class View {
     /// Duration of the last drawing, milliseconds; 0 before the first one.
     [[nodiscard]] double renderTimeMs() const noexcept;
 
+    /// Drawings of the whole display wait from a beginning to its end.
+    void beginUpdate() noexcept;
+    void endUpdate();
+
+    /// The range before the user's last change of it, and forward again. False when there is none.
+    bool back();
+    bool forward();
+    [[nodiscard]] bool canGoBack() const noexcept;
+    [[nodiscard]] bool canGoForward() const noexcept;
+
+    /// MHz; 0 before it was set.
+    [[nodiscard]] double marker() const noexcept;
+    void setMarker(double frequency);
+    [[nodiscard]] bool isMarkerVisible() const noexcept;
+    /// A marker that was never set appears at the cursor.
+    void setMarkerVisible(bool visible);
+    [[nodiscard]] bool wheelZoom() const noexcept;
+    void setWheelZoom(bool value) noexcept;
+    [[nodiscard]] bool snapToChannels() const noexcept;
+    void setSnapToChannels(bool value) noexcept;
+
   private:
     [[nodiscard]] std::pair<double, double> shownRange(const wchar_t* member);
     void show(const wchar_t* member, double minimum, double maximum);

@@ -145,6 +145,14 @@ class Widget {
     KeyHandler onKeyDown;
     /// Whether the widget uses a key before the host's form gets it. Without a handler it uses none.
     std::function<bool(int key)> wantsKey;
+    /// The same for a key together with Alt.
+    std::function<bool(int key)> wantsAltKey;
+    /// The wheel was turned while the widget has the focus and the pointer is over it, at `x` in the widget's scale.
+    /// `delta`: 120ths of a notch, above 0 away from the user. True when it was used; the parent gets it otherwise.
+    std::function<bool(int delta, int shift, double x)> onWheel;
+    /// The mouse's buttons to go back and forward; true when used.
+    std::function<bool()> onBack;
+    std::function<bool()> onForward;
     /// A click gives the widget the focus. Has to be set before the widget has a window.
     bool takesFocus = false;
     Spoken spoken;

@@ -17,6 +17,8 @@ inline constexpr OleColor kButtonShadow = 0x80000010;
 inline constexpr OleColor kGrayText = 0x80000011;
 inline constexpr OleColor kButtonText = 0x80000012;
 inline constexpr OleColor kButtonHighlight = 0x80000014;
+inline constexpr OleColor kToolTipText = 0x80000017;
+inline constexpr OleColor kToolTipBackground = 0x80000018;
 }  // namespace system_color
 
 [[nodiscard]] constexpr bool isSystemColor(OleColor color) noexcept {

@@ -13,6 +13,7 @@ using formenv::Widget;
 namespace {
 
 constexpr int kMostMoves = 1000;
+constexpr int kAlt = 4;
 
 /// The mouse buttons that are down, as the sum of their numbers in events.
 int buttonsDown(WPARAM keys) {
@@ -77,6 +78,34 @@ void WindowTree::mouseLost(WidgetWindow& target, HWND newOwner) {
 bool WindowTree::handleKey(Widget& widget, WPARAM key) {
     const formenv::KeyHandler handler = widget.onKeyDown;
     return handler && handler(static_cast<int>(key), shiftState());
+}
+
+bool WindowTree::handleAltKey(Widget& widget, WPARAM key, LPARAM flags) {
+    const std::function<bool(int)> wants = widget.wantsAltKey;
+    const formenv::KeyHandler handler = widget.onKeyDown;
+    constexpr LPARAM kAltIsDown = 1 << 29;
+    return (flags & kAltIsDown) != 0 && wants && wants(static_cast<int>(key)) && handler &&
+           handler(static_cast<int>(key), shiftState() | kAlt);
+}
+
+// Some systems send it to the window under the pointer, which may not have the focus, others to the window with the
+// focus, which may not be under the pointer. The picture uses it only when it is both.
+bool WindowTree::handleWheel(WidgetWindow& target, WPARAM wParam, LPARAM lParam) {
+    const HWND window = target.window();
+    POINT at{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    RECT client{};
+    const auto handler = target.widget().onWheel;
+    if (!handler || GetFocus() != window || !ScreenToClient(window, &at) || !GetClientRect(window, &client) ||
+        !PtInRect(&client, at))
+        return false;
+    const MousePosition position = target.kind().mousePosition(target.widget(), at, dpi());
+    return handler(GET_WHEEL_DELTA_WPARAM(wParam), shiftStateOf(WM_MOUSEWHEEL, GET_KEYSTATE_WPARAM(wParam)),
+                   position.x);
+}
+
+bool WindowTree::handleNavigationButton(Widget& widget, WPARAM wParam) {
+    const auto handler = GET_XBUTTON_WPARAM(wParam) == XBUTTON1 ? widget.onBack : widget.onForward;
+    return handler && handler();
 }
 
 bool WindowTree::handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam) {

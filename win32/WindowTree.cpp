@@ -180,7 +180,7 @@ namespace {
 
 /// What the widget wants of the keys in a dialog. `key` is null if the dialog asks about all keys.
 LRESULT dialogCode(const Widget& widget, const MSG* key) {
-    const std::function<bool(int)> wants = widget.wantsKey;
+    const std::function<bool(int)> wants = key && key->message == WM_SYSKEYDOWN ? widget.wantsAltKey : widget.wantsKey;
     return key && wants && wants(static_cast<int>(key->wParam)) ? DLGC_WANTMESSAGE : 0;
 }
 
@@ -236,6 +236,18 @@ LRESULT WindowTree::handle(HWND window, UINT message, WPARAM wParam, LPARAM lPar
         case WM_KEYDOWN:
             if (handleKey(target->widget(), wParam))
                 return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
+        case WM_SYSKEYDOWN:
+            if (handleAltKey(target->widget(), wParam, lParam))
+                return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
+        case WM_MOUSEWHEEL:
+            if (handleWheel(*target, wParam, lParam))
+                return 0;
+            return DefWindowProcW(window, message, wParam, lParam);
+        case WM_XBUTTONUP:
+            if (handleNavigationButton(target->widget(), wParam))
+                return TRUE;
             return DefWindowProcW(window, message, wParam, lParam);
         case kSync:
             syncStale();

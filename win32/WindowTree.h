@@ -89,6 +89,9 @@ class WindowTree {
     LRESULT handleCommand(HWND child, UINT code);
     LRESULT colorOf(HDC dc, HWND child);
     bool handleMouse(WidgetWindow& target, UINT message, WPARAM wParam, LPARAM lParam);
+    bool handleAltKey(formenv::Widget& widget, WPARAM key, LPARAM flags);
+    bool handleWheel(WidgetWindow& target, WPARAM wParam, LPARAM lParam);
+    bool handleNavigationButton(formenv::Widget& widget, WPARAM wParam);
     void holdMouse(HWND window);
     void releaseMouse(HWND window);
     void mouseLost(WidgetWindow& target, HWND newOwner);

@@ -21,6 +21,9 @@ using ::testing::IsEmpty;
 class RecordingKnobActions final : public KnobActions {
   public:
     void showCursorAt(double frequency) override { note("cursor", frequency); }
+    void moveCursorTo(double /*from*/, double to) override { note("cursor", to); }
+    void beginRangeAction() override {}
+    void giveUpRangeAction() override {}
     void drawCursorAt(double frequency) override { note("line", frequency); }
     void applyNewCenter(double center) override { note("center", center); }
     void panTo(double center) override { note("pan", center); }

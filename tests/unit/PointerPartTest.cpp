@@ -12,6 +12,9 @@
 namespace kv::control {
 namespace {
 
+constexpr int kCtrlKey = 2;
+constexpr int kAlt = 4;
+
 using channels::ChannelKind;
 using formenv::mouse_button::kLeft;
 using formenv::mouse_button::kRight;
@@ -79,7 +82,7 @@ TEST_F(BoxDragPartTest, ASpanBegunByKeyIsShownAndDropped) {
 }
 
 /// Writes down what the keys ask for.
-class RecordingActions final : public KeyActions {
+class RecordingActions final : public KeyActions, public NavigationActions {
   public:
     double CursorVal() const noexcept override { return cursor; }
     void showCursorAt(double frequency) override { note("cursor", cursor = frequency); }
@@ -91,6 +94,13 @@ class RecordingActions final : public KeyActions {
     void showAllChannels() override { heard.emplace_back("all"); }
     void ToggleControlsSection() override { heard.emplace_back("toggle"); }
     bool giveUpDrag() override { return false; }
+    void toggleMarker() override { heard.emplace_back("marker"); }
+    bool goBack() override { return heard.emplace_back("back"), true; }
+    bool goForward() override { return heard.emplace_back("forward"), true; }
+    double snappedAhead(double /*from*/, double to) override { return to; }
+    void applyNewCenter(double center) override { note("center", center); }
+    bool showExactly(double minimum, double /*maximum*/) override { return note("exactly", minimum), true; }
+    void tellRangeChanged() override { heard.emplace_back("tell"); }
     std::vector<std::string> take() { return std::exchange(heard, {}); }
 
     double cursor = 0.0;
@@ -119,7 +129,8 @@ class PointerPartTest : public PartsTest {
     formenv::CheckBox chkShowMouse{nullptr, L"chkShowMouse"};
     RecordingActions actions;
     Pointer pointer{{platform, files, errors}, picture, {lblFMHz, lblFromCenter, chkShowMouse}, store, range, marks};
-    Keyboard keys{actions, pointer, range, store, chkShowMouse, errors};
+    Navigation navigation{actions, range, picture, errors};
+    Keyboard keys{actions, pointer, navigation, range, store, chkShowMouse, errors};
 };
 
 TEST_F(PointerPartTest, ReadsOutTheFrequencyAndItsDistanceFromTheCenter) {
@@ -210,8 +221,12 @@ TEST_F(PointerPartTest, EachKeyAsksForItsAction) {
 TEST_F(PointerPartTest, OtherKeysAndKeysWithAltAreTheHosts) {
     for (const int key : {9, 13, 27, 65, 112})
         EXPECT_FALSE(press(key)) << key;
-    EXPECT_FALSE(press(37, 4)) << "Alt";
+    EXPECT_FALSE(press(38, kAlt));
     EXPECT_THAT(actions.take(), IsEmpty());
+    EXPECT_TRUE(press(37, kAlt));
+    EXPECT_TRUE(press(39, kAlt));
+    EXPECT_FALSE(press(37, kAlt | kCtrlKey));
+    EXPECT_THAT(actions.take(), ElementsAre("back", "forward"));
 }
 
 TEST_F(PointerPartTest, TwoPressesOfBZoomToTheSpanBetween) {
