@@ -13,8 +13,9 @@ class WindowHook {
   public:
     static constexpr UINT kMessage = WM_APP + 0x222;
 
-    /// `action` runs at each kMessage.
-    WindowHook(HWND window, std::function<void()> action) : window_(window), action_(std::move(action)) {
+    /// `action` runs at each `message`, which the window does not get then.
+    WindowHook(HWND window, std::function<void()> action, UINT message = kMessage)
+        : window_(window), action_(std::move(action)), message_(message) {
         SetPropW(window_, kName, this);
         before_ = reinterpret_cast<WNDPROC>(
             SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WindowHook::procedure)));
@@ -36,7 +37,7 @@ class WindowHook {
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         const auto* hook = static_cast<const WindowHook*>(GetPropW(window, kName));
         const WNDPROC before = hook->before_;
-        if (message == kMessage) {
+        if (message == hook->message_) {
             hook->action_();
             return 0;
         }
@@ -47,6 +48,7 @@ class WindowHook {
 
     HWND window_;
     std::function<void()> action_;
+    UINT message_;
     WNDPROC before_ = nullptr;
 };
 
