@@ -240,6 +240,10 @@ HRESULT DispatchCall::convertOne(const Parameter& parameter, Argument& argument)
         return S_OK;
     if (converter_ && parameter.interfaceId == *converter_->parameterType)
         return toObject(*given, *converter_, argument.value);
+    if (parameter.type == VT_DISPATCH && given->vt == VT_NULL) {
+        argument.value = Variant(static_cast<IDispatch*>(nullptr));
+        return S_OK;
+    }
     if (parameter.byReference && (given->vt & VT_BYREF)) {
         // If the result cannot be stored later, the call must fail before the method has run.
         const auto type = static_cast<VARTYPE>(given->vt & ~VT_BYREF);

@@ -46,6 +46,11 @@ class MainWindow final : public ControlEvents {
     void showAll();
     void redraw();
     void openMouseReport();
+    void zoom(double factor);
+    void go(HRESULT (STDMETHODCALLTYPE _BandscopeView::*step)(VARIANT_BOOL*));
+    /// The commands that switch a property of the view.
+    [[nodiscard]] bool toggleView(int id);
+    void enableView(HMENU menu) const;
     void toggleOrder(bool ProductOptions::*order);
 
     /// What the window shows, or is about to show.

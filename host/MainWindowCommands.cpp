@@ -31,6 +31,14 @@ void MainWindow::command(int id) {
             return finish(kExitOk);
         case IDC_SHOW_ALL:
             return showAll();
+        case IDC_BACK:
+            return go(&_BandscopeView::Back);
+        case IDC_FORWARD:
+            return go(&_BandscopeView::Forward);
+        case IDC_ZOOM_IN:
+            return zoom(2.0);
+        case IDC_ZOOM_OUT:
+            return zoom(0.5);
         case IDC_REDRAW:
             return redraw();
         case IDC_MOUSE_REPORT:
@@ -44,6 +52,7 @@ void MainWindow::command(int id) {
         case IDC_EVERY_FORM:
             return toggleOrder(&ProductOptions::everyFifthForm);
         default:
+            static_cast<void>(toggleView(id));
             return;
     }
 }
@@ -63,6 +72,7 @@ void MainWindow::enableCommands(HMENU menu) const {
     check(IDC_THIRD, products.third);
     check(IDC_FIFTH, products.fifth);
     check(IDC_EVERY_FORM, products.everyFifthForm);
+    enableView(menu);
 }
 
 void MainWindow::openPlan() {

@@ -6,6 +6,7 @@ Spectrum::Spectrum(const ControlClasses& classes, HWND parent, const RECT& rect,
     : site_(new ControlSite(parent)) {
     check(classes.control->CreateInstance(nullptr, IID_PPV_ARGS(object_.GetAddressOf())), L"Creating the control");
     check(object_.As(&control_), L"Getting the interface _kvBandscope of the control");
+    check(object_.As(&view_), L"Getting the interface _BandscopeView of the control");
     try {
         site_->setRect(rect);
         // The site is set first, because a control may read ambient properties while it starts.

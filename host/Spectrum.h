@@ -19,6 +19,7 @@ class Spectrum {
     ~Spectrum();
 
     [[nodiscard]] _kvBandscope& control() const noexcept { return *control_.Get(); }
+    [[nodiscard]] _BandscopeView& view() const noexcept { return *view_.Get(); }
     void place(const RECT& rect);
     [[nodiscard]] bool translate(MSG& message) { return site_->translate(message); }
     void focus();
@@ -32,6 +33,7 @@ class Spectrum {
     ComPtr<IOleObject> object_;
     ComPtr<IOleInPlaceObject> inPlace_;
     ComPtr<_kvBandscope> control_;
+    ComPtr<_BandscopeView> view_;
     std::unique_ptr<EventConnection> events_;
 };
 

@@ -12,6 +12,13 @@
 #define IDC_SHOW_ALL 110
 #define IDC_REDRAW 111
 #define IDC_MOUSE_REPORT 112
+#define IDC_BACK 130
+#define IDC_FORWARD 131
+#define IDC_ZOOM_IN 132
+#define IDC_ZOOM_OUT 133
+#define IDC_WHEEL_ZOOM 134
+#define IDC_MARKER 135
+#define IDC_SNAP 136
 #define IDC_SECOND 122
 #define IDC_THIRD 123
 #define IDC_FIFTH 125

@@ -18,4 +18,6 @@ view.Marker = 450.3                     ' MHz
 view.MarkerVisible = True
 scope.CursorVal = 450.5
 WScript.Echo "Cursor minus marker: " & Round((scope.CursorVal - view.Marker) * 1000, 3) & " kHz"
-If scope.NumTX = 10 And Not view.CanGoBack Then WScript.Quit 42
+file = scope.DisplayToBMP(height, width, name)
+WScript.Echo "Picture saved as " & file
+If file <> "" Then WScript.Quit 42      ' 42 means success: after a script error the exit code may be 0

@@ -201,6 +201,7 @@ TEST_F(RegistrationTest, AnotherCopysEntriesStay) {
     ASSERT_EQ(registerServer(), S_OK);
     write(machine, L"CLSID\\" + kControlClsid + L"\\InprocServer32", fileOfAnotherCopy());
     write(machine, L"CLSID\\" + kSlotClsid + L"\\InprocServer32", fileOfAnotherCopy());
+    write(machine, L"CLSID\\" + kViewClsid + L"\\InprocServer32", fileOfAnotherCopy());
     const Snapshot before = classesOf(machine);
     EXPECT_EQ(unregisterServer(), S_OK);
     EXPECT_EQ(classesOf(machine), before);

@@ -107,6 +107,20 @@ const Expected kView[] = {
     {"AddTXChannels", kFunction, "variant", "int32"},
     {"AddRXChannels", kFunction, "variant", "int32"},
     {"RenderTimeMs", kGet, "", "double"},
+    {"BeginUpdate", kFunction, "", ""},
+    {"EndUpdate", kFunction, "", ""},
+    {"Back", kFunction, "", "bool"},
+    {"Forward", kFunction, "", "bool"},
+    {"CanGoBack", kGet, "", "bool"},
+    {"CanGoForward", kGet, "", "bool"},
+    {"Marker", kGet, "", "double"},
+    {"Marker", kLet, "double", ""},
+    {"MarkerVisible", kGet, "", "bool"},
+    {"MarkerVisible", kLet, "bool", ""},
+    {"WheelZoom", kGet, "", "bool"},
+    {"WheelZoom", kLet, "bool", ""},
+    {"SnapToChannels", kGet, "", "bool"},
+    {"SnapToChannels", kLet, "bool", ""},
 };
 
 const Expected kEvents[] = {
