@@ -229,5 +229,37 @@ TEST_F(SampleHost, OpensAnotherPlanAfterOneThatCannotBeOpened) {
     EXPECT_TRUE(waitFor([&] { return windowText(main).find(L"good plan.csv - BandscopeHost") != std::wstring::npos; }));
 }
 
+TEST_F(SampleHost, ZoomsByMenuAndGoesBackToARangeThatTheUserLeft) {
+    warmUpClipboard();
+    const auto copied = [this] {
+        choose(IDC_COPY);
+        return readClipboardElsewhere().dib;
+    };
+    const Picture first = copied();
+    choose(IDC_BACK);
+    EXPECT_TRUE(copied() == first) << "the user has left no range";
+    choose(IDC_ZOOM_IN);
+    EXPECT_FALSE(copied() == first);
+    choose(IDC_ZOOM_OUT);
+    EXPECT_TRUE(copied() == first);
+    SendMessageW(inside(L"picSpectrum"), WM_KEYDOWN, VK_RIGHT, 1);
+    const Picture right = copied();
+    EXPECT_FALSE(right == first);
+    choose(IDC_BACK);
+    EXPECT_TRUE(copied() == first);
+    choose(IDC_FORWARD);
+    EXPECT_TRUE(copied() == right);
+}
+
+TEST_F(SampleHost, ShowsAndHidesTheMarker) {
+    const HWND readOut = FindWindowExW(inside(L"picSpectrum"), nullptr, L"STATIC", nullptr);
+    ASSERT_NE(readOut, nullptr);
+    EXPECT_FALSE(IsWindowVisible(readOut));
+    choose(IDC_MARKER);
+    EXPECT_TRUE(waitFor([&] { return IsWindowVisible(readOut) != FALSE; }));
+    choose(IDC_MARKER);
+    EXPECT_TRUE(waitFor([&] { return IsWindowVisible(readOut) == FALSE; }));
+}
+
 }  // namespace
 }  // namespace kv::test
