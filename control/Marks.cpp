@@ -84,9 +84,10 @@ void Marks::strokeDashes(const Stroked& marker) {
     const int bottom = std::max(marker.from.y, marker.to.y);
     // Nothing shows outside of the picture, however long the line is.
     const int last = std::min(bottom, picture_.pixelSize().height);
-    for (int y = std::max(top, 0); y < last; y += 2 * kDash)
+    for (int y = std::max(top, 0); y < last; y += 2 * kDash) {
         picture_.strokeLine({marker.from.x, y}, {marker.from.x, std::min(y + kDash, last)}, {marker.color, 1},
                             DrawMode::NotXorPen);
+    }
 }
 
 void Marks::stroke(const Band& band) {
