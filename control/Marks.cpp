@@ -62,6 +62,11 @@ void Marks::takeBandOff() {
         stroke(*drawn);
 }
 
+void Marks::copyFrom(const Marks& other) {
+    if (other.cursor_)
+        drawCursor(other.cursor_->line);
+}
+
 void Marks::takeOff() {
     takeCursorOff();
     takeMarkerOff();

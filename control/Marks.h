@@ -41,6 +41,10 @@ class Marks {
     void drawBand(double from, double to);
     void takeBandOff();
 
+    /// Draws the cursor line of another picture, at its frequency in the scale of this one. The rubber band is not
+    /// copied, because it is there only while the user drags.
+    void copyFrom(const Marks& other);
+
     /// Leaves the picture without marks.
     void takeOff();
     /// The picture has been cleared, and the marks with it.
