@@ -107,6 +107,9 @@ const Expected kView[] = {
     {"AddTXChannels", kFunction, "variant", "int32"},
     {"AddRXChannels", kFunction, "variant", "int32"},
     {"RenderTimeMs", kGet, "", "double"},
+    {"SavePicture", kFunction, "string,[int32],[int32],[int32]", ""},
+    {"CopyPicture", kFunction, "", ""},
+    {"PrintPicture", kFunction, "double,int32,int32,int32,int32", ""},
 };
 
 const Expected kEvents[] = {
