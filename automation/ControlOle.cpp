@@ -133,9 +133,11 @@ RECT BandscopeControl::viewStrip() {
 }
 
 formenv::VectorPicture BandscopeControl::viewVectors(double scale) {
-    const formenv::Widget& strip = scope_->children().picUnits;
+    const raster::PixelSize size = scope_->children().picUnits.pixelSize();
     const int dpi = std::max(1, static_cast<int>(std::lround(platform_.dpi() * scale)));
-    return control::PictureCopy::vectors(scope_->shown(), {strip.width(), strip.height()}, dpi);
+    return control::PictureCopy::vectors(
+        scope_->shown(),
+        {raster::pixelsToTwips(size.width, platform_.dpi()), raster::pixelsToTwips(size.height, platform_.dpi())}, dpi);
 }
 
 HRESULT BandscopeControl::Advise(IAdviseSink* sink, DWORD* connection) {

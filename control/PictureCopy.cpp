@@ -25,6 +25,29 @@ raster::PixelRect placeOf(const PictureBox& picture) {
     return {left, top, left + size.width, top + size.height};
 }
 
+/// Between the strip and the picture inside it, twips.
+struct Edges {
+    double left = 0.0;
+    double top = 0.0;
+    double right = 0.0;
+    double bottom = 0.0;
+};
+
+/// At another resolution than that of the screen, the edges are those of the pixels on the screen, so that finer units
+/// do not show the picture in another place.
+Edges edgesOf(const Shown& shown, int dpi) {
+    const PictureBox& picture = shown.picture;
+    const int screenDpi = shown.strip.platform().dpi();
+    const double right = shown.strip.width() - picture.left() - picture.width();
+    const double bottom = shown.strip.height() - picture.top() - picture.height();
+    if (dpi == screenDpi)
+        return {picture.left(), picture.top(), right, bottom};
+    const raster::PixelRect place = placeOf(picture);
+    const raster::PixelSize size = shown.strip.pixelSize();
+    const auto twips = [&](int pixels) { return raster::pixelsToTwips(pixels, screenDpi); };
+    return {twips(place.left), twips(place.top), twips(size.width - place.right), twips(size.height - place.bottom)};
+}
+
 /// As far as the image reaches.
 void copyInto(BitmapImage& image, raster::PixelPoint at, const raster::PixelBuffer& from) {
     const int first = std::max(0, -at.x);
@@ -54,9 +77,10 @@ PictureCopy::PictureCopy(const Shown& shown, const CopySize& size, int dpi)
       platform_(shown.strip.platform(), dpi),
       painter_(picture_, strip_, shown.store, shown.range, marks_) {
     const PictureBox& picture = shown.picture;
+    const Edges edges = edgesOf(shown, dpi);
     strip_.move({0.0, 0.0, std::max(size.width, 0.0), std::max(size.height, 0.0)});
-    picture_.move({picture.left(), picture.top(), std::max(size.width - (shown.strip.width() - picture.width()), 0.0),
-                   std::max(size.height - (shown.strip.height() - picture.height()), 0.0)});
+    picture_.move({edges.left, edges.top, std::max(size.width - edges.left - edges.right, 0.0),
+                   std::max(size.height - edges.top - edges.bottom, 0.0)});
     takeLooks(strip_, shown.strip);
     takeLooks(picture_, picture);
 }
@@ -92,7 +116,7 @@ void PictureCopy::draw() {
         picture_.setScaleHeight(scale.height);
     }
     painter_.drawWhole({hasRange && !shown_.picture.isBlank(), hasRange && !shown_.strip.isBlank()});
-    marks_.copyFrom(shown_.marks);
+    marks_.copyFrom(shown_.marks, platform_.dpi() / static_cast<double>(shown_.strip.platform().dpi()));
 }
 
 formenv::VectorPicture PictureCopy::vectors(const Shown& shown, const CopySize& size, int dpi) {

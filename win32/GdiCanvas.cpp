@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "raster/HatchLines.h"
 #include "util/RuntimeError.h"
@@ -81,7 +82,8 @@ GdiSheet::~GdiSheet() {
 }
 
 int GdiSheet::penUnits(int width) const noexcept {
-    return std::max(1, static_cast<int>(std::lround(std::max(width, 1) * scale_)));
+    const double pixels = width == kDiagonal ? std::numbers::sqrt2 / 2.0 : width;
+    return std::max(1, static_cast<int>(std::lround(pixels * scale_)));
 }
 
 void GdiSheet::forgetSelected() noexcept {
@@ -111,7 +113,7 @@ void GdiSheet::select(HGDIOBJ& selected, HGDIOBJ wanted) {
 void GdiSheet::selectPen(const raster::Pen& pen, raster::DrawMode mode) {
     if (mode_ != static_cast<int>(mode))
         SetROP2(dc_, mode_ = static_cast<int>(mode));
-    const std::pair key{pen.color, std::max(pen.width, 1)};
+    const std::pair key{pen.color, pen.width};
     auto found = pens_.find(key);
     if (found == pens_.end()) {
         if (pens_.size() >= kMostObjects) {
@@ -223,7 +225,9 @@ void GdiCanvas::hatch(const PixelRect& corners, const raster::Pen& pen, const ra
         points.push_back(at(line.to));
     }
     const std::vector<DWORD> counts(lines.size(), 2);
-    sheet_.selectPen({brush.color, 1}, mode);
+    const bool isStraight = brush.style == FillStyle::HorizontalLine || brush.style == FillStyle::VerticalLine ||
+                            brush.style == FillStyle::Cross;
+    sheet_.selectPen({brush.color, isStraight ? 1 : GdiSheet::kDiagonal}, mode);
     PolyPolyline(sheet_.dc(), points.data(), counts.data(), static_cast<DWORD>(counts.size()));
 }
 

@@ -38,6 +38,8 @@ class GdiSheet {
     [[nodiscard]] HDC dc() const noexcept { return dc_; }
     [[nodiscard]] double scale() const noexcept { return scale_; }
     [[nodiscard]] int penUnits(int width) const noexcept;
+    /// A width for the lines of diagonal hatches: in each row of pixels they are as wide as a pen of one pixel.
+    static constexpr int kDiagonal = 0;
 
     /// Clips to this area from now on.
     void clipTo(const raster::PixelRect& area);
@@ -65,7 +67,7 @@ class GdiSheet {
     HGDIOBJ pen_ = nullptr;
     HGDIOBJ brush_ = nullptr;
     HGDIOBJ font_ = nullptr;
-    std::map<std::pair<raster::Rgb, int>, GdiObject<HPEN>> pens_;  ///< by color and width in pixels of the screen
+    std::map<std::pair<raster::Rgb, int>, GdiObject<HPEN>> pens_;  ///< by color and width
     std::map<raster::Rgb, GdiObject<HBRUSH>> brushes_;
     std::map<FontKey, GdiObject<HFONT>> fonts_;
     MemoryDc measuring_;  ///< the last member, because its font must not be deleted before it

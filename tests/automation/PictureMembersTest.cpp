@@ -95,7 +95,7 @@ class PictureMembers : public testing::TestWithParam<Way> {
     static Result early(HRESULT hr) { return {hr, FAILED(hr) ? takeErrorText() : std::wstring()}; }
     Result save(const std::wstring& file, int width = 0, int height = 0, int dpi = 0) {
         if (GetParam() == Way::early)
-            return early(view->SavePicture(Text(file), width, height, dpi));
+            return early(view->SavePicture(Text(file).get(), width, height, dpi));
         std::vector<Var> arguments{Var(file.c_str())};
         if (width != 0 || height != 0 || dpi != 0) {
             arguments.emplace_back(width);
@@ -155,8 +155,8 @@ TEST_P(PictureMembers, APngFileHasThePixelsOfTheScreenAndTheResolution) {
 TEST_P(PictureMembers, APngFileForAPrinterHasItsPixelsAndReadableHatches) {
     const ComPtr<_FreqSlot> hatched =
         channel({.freq = 462.0, .lo = 458.0, .hi = 468.0, .power = 30.0, .color = RGB(0, 0, 250)});
-    hatched->put_iFillStyle(3);
     plot.scope.AddTXChnl(hatched);
+    hatched->put_iFillStyle(3);
     plot.scope.DrawByRange(430.0, 470.0);
     const TempFile file(L"kv members.png");
     const Picture screen = plot.picture();

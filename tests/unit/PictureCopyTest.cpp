@@ -2,6 +2,7 @@
 #include <random>
 
 #include "control/PictureCopy.h"
+#include "control/View.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -132,6 +133,23 @@ TEST_F(PictureCopyTest, TheCursorLineIsDrawnIfItIsOnThePicture) {
     EXPECT_EQ(copy()->pixels().pixels, PictureCopy::shownPixels(scope.shown()).pixels) << "with it";
     scope.setLCursorColor(0x00FF00);
     EXPECT_EQ(copy()->pixels().pixels, PictureCopy::shownPixels(scope.shown()).pixels) << "in the color it has";
+}
+
+TEST_F(PictureCopyTest, TheMarkerIsDrawnWithItsDashesAsLongAsOnTheScreen) {
+    addTX(450.0, 5.0, 30.0);
+    scope.JustDrawIt();
+    View view(scope);
+    view.setMarker(446.0);
+    view.setMarkerVisible(true);
+    EXPECT_EQ(copy()->pixels().pixels, PictureCopy::shownPixels(scope.shown()).pixels);
+    const formenv::VectorPicture picture = PictureCopy::vectors(scope.shown(), shownSize(), 960);
+    headless::RecordingCanvas strip(picture.size);
+    headless::RecordingCanvas inner(
+        {picture.inner.right - picture.inner.left, picture.inner.bottom - picture.inner.top});
+    picture.draw(strip, inner);
+    const raster::PixelMap map{ui.picSpectrum.scale(), inner.size()};
+    const std::string x = std::to_string(map.x(446.0));
+    EXPECT_THAT(inner.lines(), Contains(HasSubstr("line " + x + ",80 " + x + ",120 pen")));
 }
 
 TEST_F(PictureCopyTest, WhatTheHostHasClearedStaysEmpty) {

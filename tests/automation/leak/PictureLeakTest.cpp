@@ -24,8 +24,8 @@ class PictureLeaks : public testing::Test {
                                                     .key = L"TX" + std::to_wstring(i),
                                                     .color = RGB(i % 250, 7, 9),
                                                     .line = RGB(9, i % 250, 7)});
-            EXPECT_EQ(slot->put_iFillStyle(static_cast<short>(i % 8)), S_OK);
             scope.AddTXChnl(slot);
+            EXPECT_EQ(slot->put_iFillStyle(static_cast<short>(i % 8)), S_OK);
         }
         ASSERT_EQ(scope.get()->QueryInterface(IID_PPV_ARGS(view.GetAddressOf())), S_OK);
         ASSERT_EQ(view->ShowRange(440.0, 460.0), S_OK);
@@ -33,8 +33,8 @@ class PictureLeaks : public testing::Test {
     void TearDown() override { DeleteDC(paper); }
     void pictures(int i) {
         // Another resolution each time, because fonts depend on it.
-        EXPECT_EQ(view->SavePicture(Text(png.path()), 500, 400, 100 + i), S_OK);
-        EXPECT_EQ(view->SavePicture(Text(emf.path()), 500, 400, 100 + i), S_OK);
+        EXPECT_EQ(view->SavePicture(Text(png.path()).get(), 500, 400, 100 + i), S_OK);
+        EXPECT_EQ(view->SavePicture(Text(emf.path()).get(), 500, 400, 100 + i), S_OK);
         EXPECT_EQ(view->PrintPicture(static_cast<double>(reinterpret_cast<std::intptr_t>(paper)), i, i, 500 + i, 400),
                   S_OK);
     }
