@@ -211,6 +211,8 @@ class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelC
     SIZEL viewExtent() override;
     SIZEL viewNaturalExtent(const SIZEL* proposed) override;
     void paintView(HDC dc, const RECT& bounds) override;
+    RECT viewStrip() override;
+    formenv::VectorPicture viewVectors(double scale) override;
 
     // MessageListener: every message of the control's windows.
     LRESULT watched(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept override;

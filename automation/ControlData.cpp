@@ -1,4 +1,5 @@
 // The control's picture as data.
+#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -7,6 +8,7 @@
 #include "automation/Snapshot.h"
 #include "com/Enumerator.h"
 #include "com/Firewall.h"
+#include "win32/WinPictures.h"
 
 namespace kv::automation {
 
@@ -76,6 +78,14 @@ HRESULT ViewImpl::QueryGetData(FORMATETC* format) {
     return answerable(format, medium);
 }
 
+HENHMETAFILE ViewImpl::metafile() {
+    bool drawn = false;
+    win32::Metafile made = win32::recordMetafile(viewExtent(), [&](HDC dc, double width, double height) {
+        drawn = drawView(dc, {0, 0, std::lround(width), std::lround(height)});
+    });
+    return drawn ? made.release() : nullptr;
+}
+
 HRESULT ViewImpl::GetData(FORMATETC* format, STGMEDIUM* medium) {
     if (!medium)
         return E_INVALIDARG;
@@ -85,14 +95,13 @@ HRESULT ViewImpl::GetData(FORMATETC* format, STGMEDIUM* medium) {
     if (FAILED(result))
         return result;
     return com::firewall(controlErrors(IID_IDataObject), [&] {
-        const Snapshot picture = snapshot();
         // All handles are at the same position in the medium.
         if (kind == TYMED_ENHMF)
-            medium->hEnhMetaFile = picture.metafile(viewExtent());
+            medium->hEnhMetaFile = metafile();
         else if (kind == TYMED_HGLOBAL)
-            medium->hGlobal = globalOf(picture.packedDib());
+            medium->hGlobal = globalOf(snapshot().packedDib());
         else
-            medium->hBitmap = picture.bitmap();
+            medium->hBitmap = snapshot().bitmap();
         if (!medium->hGlobal)
             return E_OUTOFMEMORY;
         medium->tymed = kind;

@@ -123,6 +123,23 @@ void BandscopeControl::paintView(HDC dc, const RECT& bounds) {
     windowTree().paint(dc, bounds);
 }
 
+RECT BandscopeControl::viewStrip() {
+    const formenv::Widget& frame = scope_->children().fraPic;
+    const formenv::Widget& strip = scope_->children().picUnits;
+    const LONG left = pixelsOf(frame.left());
+    const LONG top = pixelsOf(frame.top());
+    return {left + pixelsOf(strip.left()), top + pixelsOf(strip.top()), left + pixelsOf(strip.left() + strip.width()),
+            top + pixelsOf(strip.top() + strip.height())};
+}
+
+formenv::VectorPicture BandscopeControl::viewVectors(double scale) {
+    const raster::PixelSize size = scope_->children().picUnits.pixelSize();
+    const int dpi = std::max(1, static_cast<int>(std::lround(platform_.dpi() * scale)));
+    return control::PictureCopy::vectors(
+        scope_->shown(),
+        {raster::pixelsToTwips(size.width, platform_.dpi()), raster::pixelsToTwips(size.height, platform_.dpi())}, dpi);
+}
+
 HRESULT BandscopeControl::Advise(IAdviseSink* sink, DWORD* connection) {
     if (!connection)
         return E_POINTER;

@@ -2,6 +2,7 @@
 #include "automation/Identity.h"
 
 #include "automation/Snapshot.h"
+#include "automation/VectorView.h"
 #include "com/Firewall.h"
 
 namespace kv::automation {
@@ -30,6 +31,13 @@ Snapshot ViewImpl::snapshot() {
     return Snapshot(size, [this](HDC dc, const RECT& bounds) { paintView(dc, bounds); });
 }
 
+bool ViewImpl::drawView(HDC dc, const RECTL& bounds) {
+    const Snapshot whole = snapshot();
+    if (!takesVectors(dc))
+        return whole.drawTo(dc, bounds);
+    return drawWithVectors(dc, bounds, whole, {viewStrip(), [this](double scale) { return viewVectors(scale); }});
+}
+
 HRESULT ViewImpl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*device*/, HDC /*deviceDc*/,
                        HDC dc, LPCRECTL bounds, LPCRECTL /*windowBounds*/, BOOL(STDMETHODCALLTYPE* goOn)(ULONG_PTR),
                        ULONG_PTR argument) {
@@ -43,7 +51,7 @@ HRESULT ViewImpl::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTAR
             return E_ABORT;
         // Only logical units of `dc` are used and its mapping does not change, so the window bounds of a metafile need
         // not be known.
-        return snapshot().drawTo(dc, *bounds) ? S_OK : E_FAIL;
+        return drawView(dc, *bounds) ? S_OK : E_FAIL;
     });
 }
 

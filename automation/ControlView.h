@@ -7,12 +7,15 @@
 #include <oleidl.h>
 #include <wrl/client.h>
 
+#include "formenv/PictureOutput.h"
+
 namespace kv::automation {
 
 class Snapshot;
 
 /// Viewing and data transfer. The derived class implements IUnknown. All ways show the whole control as it is at that
-/// moment, stretched to the requested size. The control is opaque.
+/// moment, stretched to the requested size. Printers and enhanced metafiles get the label strip with the spectrum in
+/// vectors, drawn once more. The control is opaque.
 class ViewImpl : public IViewObjectEx, public IDataObject {
   public:
     ViewImpl(const ViewImpl&) = delete;
@@ -63,9 +66,15 @@ class ViewImpl : public IViewObjectEx, public IDataObject {
     /// The extent that suits the control best if it is offered `proposed`; without one, the control's own choice.
     virtual SIZEL viewNaturalExtent(const SIZEL* proposed) = 0;
     virtual void paintView(HDC dc, const RECT& bounds) = 0;
+    virtual RECT viewStrip() = 0;  ///< pixels
+    /// The label strip with the spectrum, with this many units for each pixel.
+    virtual formenv::VectorPicture viewVectors(double scale) = 0;
 
   private:
     [[nodiscard]] Snapshot snapshot();
+    [[nodiscard]] bool drawView(HDC dc, const RECTL& bounds);
+    /// Owned by the caller; null if the system fails.
+    [[nodiscard]] HENHMETAFILE metafile();
     void tellViewSink() noexcept;
     [[nodiscard]] LONG closePixels(LONG himetric);
 

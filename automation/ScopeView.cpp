@@ -3,6 +3,7 @@
 #include "automation/BandscopeControl.h"
 #include "automation/ChannelArray.h"
 #include "control/View.h"
+#include "control/ViewPictures.h"
 #include "util/RuntimeError.h"
 
 namespace kv::automation {
@@ -148,6 +149,20 @@ HRESULT ScopeView::get_SnapToChannels(VARIANT_BOOL* value) {
 
 HRESULT ScopeView::put_SnapToChannels(VARIANT_BOOL value) {
     return act([&](View& view) { view.setSnapToChannels(com::boolFromIn(value)); });
+}
+
+HRESULT ScopeView::SavePicture(BSTR file, long width, long height, long dpi) {
+    return control_.member([&] { control::ViewPictures(*control_.scope_).save(com::fromIn(file), width, height, dpi); },
+                           IID__BandscopeView);
+}
+
+HRESULT ScopeView::CopyPicture() {
+    return control_.member([&] { control::ViewPictures(*control_.scope_).copy(); }, IID__BandscopeView);
+}
+
+HRESULT ScopeView::PrintPicture(double hdc, long left, long top, long width, long height) {
+    return control_.member([&] { control::ViewPictures(*control_.scope_).print(hdc, left, top, width, height); },
+                           IID__BandscopeView);
 }
 
 }  // namespace kv::automation

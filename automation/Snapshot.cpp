@@ -107,29 +107,10 @@ HBITMAP Snapshot::bitmap() const {
     return made.release();
 }
 
-HENHMETAFILE Snapshot::metafile(SIZEL extent) const {
-    const win32::ScreenDc screen;
-    const RECT frame{0, 0, extent.cx, extent.cy};
-    const HDC dc = CreateEnhMetaFileW(screen.get(), nullptr, &frame, L"kvBandscope\0Spectrum\0");
-    if (!dc)
-        return nullptr;
-    // The frame is in pixels of the reference device, whose millimeters may not match its dots per inch.
-    const auto pixels = [&](LONG hundredths, int dots, int millimeters) {
-        return MulDiv(static_cast<int>(hundredths), GetDeviceCaps(screen.get(), dots),
-                      100 * GetDeviceCaps(screen.get(), millimeters));
-    };
-    bool drawn = false;
-    try {
-        drawn = drawTo(dc, {0, 0, pixels(extent.cx, HORZRES, HORZSIZE), pixels(extent.cy, VERTRES, VERTSIZE)});
-    } catch (...) {
-        DeleteEnhMetaFile(CloseEnhMetaFile(dc));
-        throw;
-    }
-    const HENHMETAFILE made = CloseEnhMetaFile(dc);
-    if (drawn || !made)
-        return made;
-    DeleteEnhMetaFile(made);
-    return nullptr;
+Snapshot Snapshot::cut(const RECT& part) const {
+    return Snapshot({part.right - part.left, part.bottom - part.top}, [&](HDC dc, const RECT& bounds) {
+        BitBlt(dc, 0, 0, bounds.right, bounds.bottom, dc_.get(), part.left, part.top, SRCCOPY);
+    });
 }
 
 }  // namespace kv::automation

@@ -26,8 +26,10 @@ class Snapshot {
     [[nodiscard]] std::vector<BYTE> packedDib() const;
     /// Owned by the caller; null if the system fails.
     [[nodiscard]] HBITMAP bitmap() const;
-    /// The same, with the size `extent` in hundredths of a millimeter.
-    [[nodiscard]] HENHMETAFILE metafile(SIZEL extent) const;
+
+    [[nodiscard]] SIZE size() const noexcept { return size_; }
+    /// A part of the picture. Throws RuntimeError 7.
+    [[nodiscard]] Snapshot cut(const RECT& part) const;
 
   private:
     SIZE size_;

@@ -189,6 +189,18 @@ HRESULT ViewObject::put_SnapToChannels(VARIANT_BOOL value) {
     return forward([&](_BandscopeView& view) { return view.put_SnapToChannels(value); });
 }
 
+HRESULT ViewObject::SavePicture(BSTR file, long width, long height, long dpi) {
+    return forward([&](_BandscopeView& view) { return view.SavePicture(file, width, height, dpi); });
+}
+
+HRESULT ViewObject::CopyPicture() {
+    return forward([&](_BandscopeView& view) { return view.CopyPicture(); });
+}
+
+HRESULT ViewObject::PrintPicture(double hdc, long left, long top, long width, long height) {
+    return forward([&](_BandscopeView& view) { return view.PrintPicture(hdc, left, top, width, height); });
+}
+
 HRESULT createView(REFIID iid, void** object) {
     if (!object)
         return E_POINTER;

@@ -17,6 +17,7 @@
 #include "control/Marks.h"
 #include "control/Navigation.h"
 #include "control/Panel.h"
+#include "control/PictureCopy.h"
 #include "control/PictureExport.h"
 #include "control/Pointer.h"
 #include "control/RenderTime.h"
@@ -135,6 +136,11 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     [[nodiscard]] const channels::ChannelStore& store() const noexcept { return store_; }
     /// Duration of the last drawing by `JustDrawIt` or `DrawDisplay`, milliseconds; 0 before the first one.
     [[nodiscard]] double renderTimeMs() const noexcept { return renderTime_.milliseconds(); }
+
+    /// For pictures of the display that are drawn once more.
+    [[nodiscard]] Shown shown() noexcept { return {ui_.picUnits, ui_.picSpectrum, painter_, marks_, store_, range_}; }
+    [[nodiscard]] formenv::Platform& platform() noexcept { return services_.platform; }
+    [[nodiscard]] formenv::FileServices& files() noexcept { return services_.files; }
 
     // The control as a window of its container.
     [[nodiscard]] Children& children() noexcept { return ui_; }

@@ -4,6 +4,7 @@
 #include "control/ForeignChannels.h"
 #include "control/HiddenChannels.h"
 #include "control/SpectrumPainter.h"
+#include "control/VisibleChannels.h"
 #include "util/RuntimeError.h"
 
 namespace kv::control {
@@ -35,25 +36,31 @@ void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
 void SpectrumPainter::DrawChnl(channels::FreqSlot& channel, const channels::DrawRecord& record) {
     // The host's code that was asked for the record may have drawn them.
     marks_.takeOff();
+    if (drawRecord(record) && !isCopy_)
+        channel.setBDrawn(record.bVisible);
+}
+
+/// False for a record that is not in the picture.
+bool SpectrumPainter::drawRecord(const channels::DrawRecord& record) {
     const double floor = range_.DisplayMinPwr();
     // A channel without power is drawn up to half of the highest power, a fixed mark rather than a flat box.
     const double top = record.dPwrDBM > floor ? record.dPwrDBM : range_.DisplayMaxPwr() / 2.0;
     const KeepDrawing keep(picture_);
     picture_.setFillStyle(record.iFillStyle);
     if (!record.bVisible && !record.bDrawn)
-        return;
+        return false;
     picture_.setDrawMode(record.bVisible ? raster::DrawMode::CopyPen : raster::DrawMode::NotXorPen);
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();
     if (record.dFreqLo > maxFreq || record.dFreqHi < minFreq)
-        return;
+        return false;
     picture_.setFillColor(record.lColor);
     const double low = record.dFreqLo < minFreq ? minFreq : record.dFreqLo;
     const double high = record.dFreqHi > maxFreq ? maxFreq : record.dFreqHi;
     picture_.box(low, floor, high, top, record.lColor);
     if (record.dFreq >= minFreq && record.dFreq <= maxFreq)
         picture_.line(record.dFreq, floor, record.dFreq, top, record.lColorLine);
-    channel.setBDrawn(record.bVisible);
+    return true;
 }
 
 void SpectrumPainter::refreshCollection(ChannelKind kind) {
@@ -97,19 +104,26 @@ std::optional<PaintedView> SpectrumPainter::paintable(ChannelKind kind, bool ref
     if (!range_.isComplete())
         return std::nullopt;
     const raster::RasterCanvas* const canvas = picture_.raster();
-    if (!canvas || !store_.snapshot(kind).update())
+    if ((!canvas && !isCopy_) || !store_.snapshot(kind).update())
         return std::nullopt;
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();
-    const PaintedView view{
-        minFreq, maxFreq, {picture_.pixelMap(), range_.DisplayMinPwr(), range_.DisplayMaxPwr() / 2.0}, refreshes};
-    if (!CollectionPainter::canPaint(picture_, *canvas, view))
+    const PaintedView view{minFreq,
+                           maxFreq,
+                           {picture_.pixelMap(), range_.DisplayMinPwr(), range_.DisplayMaxPwr() / 2.0},
+                           refreshes,
+                           !isCopy_};
+    if (canvas && !CollectionPainter::canPaint(picture_, *canvas, view))
         return std::nullopt;
     return view;
 }
 
 void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::size_t last) {
     channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+    if (!picture_.raster()) {
+        drawVisible(kind, view, last);
+        return;
+    }
     if (!view.refreshes) {
         painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
         return;
@@ -117,6 +131,14 @@ void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::size
     HiddenChannels hidden(store_, kind, view, last);
     painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
     hidden.keep();
+}
+
+/// On a canvas without pixels: one stroke after the other, but only what can be seen.
+void SpectrumPainter::drawVisible(ChannelKind kind, const PaintedView& view, std::size_t last) {
+    const channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
+    marks_.takeOff();
+    for (const std::size_t place : visiblePlaces(snapshot, view, reach_, last))
+        drawRecord(snapshot.records()[place]);
 }
 
 }  // namespace kv::control

@@ -148,7 +148,7 @@ void CollectionPainter::paintBlock(std::size_t block, Places places) {
     } else {
         paintUncoveredBySegments(block, span, places);
     }
-    if (known.undrawn)
+    if (known.undrawn && view_.tells)
         markDrawn(block, places);
 }
 

@@ -20,6 +20,7 @@ struct PaintedView {
     /// The visible records at any frequency, and those that were hidden since they were drawn, which are inverted.
     /// Otherwise the visible ones at a frequency above 0 alone.
     bool refreshes = false;
+    bool tells = true;  ///< the records that are drawn are marked so
 
     friend bool operator==(const PaintedView&, const PaintedView&) = default;
     [[nodiscard]] bool takes(const channels::DrawRecord& record) const noexcept {

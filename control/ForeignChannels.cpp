@@ -8,7 +8,7 @@ namespace {
 bool tellDrawn(channels::FreqSlot& channel, const channels::DrawRecord& record, const PaintedView& view) {
     if (hasUnknownFillStyle(record) && (view.refreshes || view.takes(record)))
         return false;
-    if (view.reaches(record))
+    if (view.tells && view.reaches(record))
         channel.setBDrawn(record.bVisible);
     return true;
 }

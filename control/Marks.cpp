@@ -62,6 +62,14 @@ void Marks::takeBandOff() {
         stroke(*drawn);
 }
 
+void Marks::copyFrom(const Marks& other, double scale) {
+    scale_ = scale;
+    if (other.cursor_)
+        drawCursor(other.cursor_->line);
+    if (other.marker_)
+        drawMarker(other.marker_->line);
+}
+
 void Marks::takeOff() {
     takeCursorOff();
     takeMarkerOff();
@@ -84,8 +92,9 @@ void Marks::strokeDashes(const Stroked& marker) {
     const int bottom = std::max(marker.from.y, marker.to.y);
     // Nothing shows outside of the picture, however long the line is.
     const int last = std::min(bottom, picture_.pixelSize().height);
-    for (int y = std::max(top, 0); y < last; y += 2 * kDash) {
-        picture_.strokeLine({marker.from.x, y}, {marker.from.x, std::min(y + kDash, last)}, {marker.color, 1},
+    const int dash = std::max(1, raster::toNearestPixel(kDash * scale_));
+    for (int y = std::max(top, 0); y < last; y += 2 * dash) {
+        picture_.strokeLine({marker.from.x, y}, {marker.from.x, std::min(y + dash, last)}, {marker.color, 1},
                             DrawMode::NotXorPen);
     }
 }

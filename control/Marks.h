@@ -41,6 +41,11 @@ class Marks {
     void drawBand(double from, double to);
     void takeBandOff();
 
+    /// Draws the cursor line and the marker of another picture, at their frequencies in the scale of this one. The
+    /// rubber band is not copied, because it is there only while the user drags. `scale`: units of this picture for
+    /// each pixel of the other.
+    void copyFrom(const Marks& other, double scale);
+
     /// Leaves the picture without marks.
     void takeOff();
     /// The picture has been cleared, and the marks with it.
@@ -87,6 +92,7 @@ class Marks {
     std::optional<Stroked> marker_;
     std::optional<Band> band_;
     std::uint64_t clearings_ = 0;
+    double scale_ = 1.0;
 };
 
 }  // namespace kv::control

@@ -143,9 +143,13 @@ void SpectrumPainter::paintGrid(double minFreq, double maxFreq, double minPwr, d
 }
 
 void SpectrumPainter::DrawFreqLbls() {
+    strip_.cls();
+    paintFreqLbls({});
+}
+
+void SpectrumPainter::paintFreqLbls(const Parts& parts) {
     const double minFreq = range_.DisplayMinFreq();
     const double maxFreq = range_.DisplayMaxFreq();
-    strip_.cls();
     strip_.setFontSize(kLabelPoints);
     if (!(maxFreq > minFreq))
         return;
@@ -158,8 +162,10 @@ void SpectrumPainter::DrawFreqLbls() {
     for (int i = 0; i <= divisions; i += 2) {
         const double x = i * step + minFreq;
         if (x >= 0.0) {
-            ticks.draw(x, bottom, top, kHeavy);
-            drawFreqLabel(x);
+            if (parts.picture)
+                ticks.draw(x, bottom, top, kHeavy);
+            if (parts.labels)
+                drawFreqLabel(x);
         }
     }
 }

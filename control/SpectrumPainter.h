@@ -82,6 +82,18 @@ class SpectrumPainter {
     /// One channel as its record says now.
     void DrawChnl(channels::FreqSlot& channel);
 
+    /// From now on it draws what `original` draws, on another picture, and does not tell the records. `reach`: what
+    /// strokes on a canvas without pixels cover on each side of their own column.
+    void becomeCopyOf(const SpectrumPainter& original, int reach);
+    /// What a drawing of the whole display draws on the picture and on the strip.
+    struct Parts {
+        bool picture = true;
+        bool labels = true;
+    };
+    /// Clears both and draws these parts in the order of a drawing of the whole display. A part that ends with an error
+    /// is as complete as it is on the screen. Throws RuntimeError 7 if the memory is short.
+    void drawWhole(const Parts& parts);
+
     /// From this number of channels of a kind on, they are painted all at once. For tests, whose sets are small.
     void setMany(std::int32_t count) noexcept { nMany_ = count; }
 
@@ -107,11 +119,14 @@ class SpectrumPainter {
     std::optional<Source> source(const Cursor& cursor);
     [[nodiscard]] Strokes strokes() const noexcept { return {picture_.changes(), strip_.changes()}; }
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
+    void paintFreqLbls(const Parts& parts);
     void drawFreqLabel(double x);
     std::optional<PaintedView> paintable(channels::ChannelKind kind, bool refreshes);
     void paintAtOnce(channels::ChannelKind kind, bool refreshes, std::int32_t& done);
     void paint(channels::ChannelKind kind, const PaintedView& view, std::size_t last);
+    void drawVisible(channels::ChannelKind kind, const PaintedView& view, std::size_t last);
     void DrawChnl(channels::FreqSlot& channel, const channels::DrawRecord& record);
+    bool drawRecord(const channels::DrawRecord& record);
 
     formenv::PictureBox& picture_;
     formenv::PictureBox& strip_;
@@ -122,6 +137,8 @@ class SpectrumPainter {
     raster::OleColor GridColor_ = raster::system_color::kButtonFace;
     std::wstring FreqLblFormat_ = L"0.000";
     std::wstring label_;  ///< the text of the label that is being drawn
+    bool isCopy_ = false;
+    int reach_ = 0;  ///< units
     bool bDrawing_ = false;
     bool bAgain_ = false;
     std::pair<double, double> drawnSpan_{channels::FREQ_UNSET, -channels::FREQ_UNSET};  ///< MHz

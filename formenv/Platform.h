@@ -7,6 +7,7 @@
 
 #include "formenv/BitmapCalls.h"
 #include "formenv/Desktop.h"
+#include "formenv/PictureOutput.h"
 #include "raster/Canvas.h"
 #include "raster/Color.h"
 #include "raster/RasterCanvas.h"
@@ -51,6 +52,9 @@ class Platform {
 
     /// The system's calls on bitmaps.
     [[nodiscard]] virtual BitmapCalls& bitmapCalls() noexcept = 0;
+
+    /// What the system does with pictures besides showing them.
+    [[nodiscard]] virtual PictureOutput& pictureOutput() noexcept = 0;
 
     /// Measures a line of text in pixels without a picture.
     [[nodiscard]] virtual raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) = 0;

@@ -12,6 +12,7 @@
 #include "headless/BlockTextPainter.h"
 #include "headless/HeadlessBitmaps.h"
 #include "headless/HeadlessDesktop.h"
+#include "headless/HeadlessPictures.h"
 
 namespace kv::headless {
 
@@ -29,6 +30,7 @@ class HeadlessPlatform : public formenv::Platform {
     [[nodiscard]] raster::Rgb systemColor(int index) const noexcept override;
     [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(raster::PixelSize size) override;
     [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps; }
+    [[nodiscard]] formenv::PictureOutput& pictureOutput() noexcept override { return pictures; }
     [[nodiscard]] raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override;
     void pumpEvents() override;
     formenv::MessageAnswer messageBox(const std::wstring& text, const std::wstring& title, formenv::MessageIcon icon,
@@ -54,6 +56,7 @@ class HeadlessPlatform : public formenv::Platform {
     /// Texts have the size 0, as when the system cannot load any font.
     bool noFonts = false;
     HeadlessBitmaps bitmaps;
+    HeadlessPictures pictures;
     std::vector<Message> messages;
     int pumps = 0;
     /// Called when the control lets events run.

@@ -30,6 +30,8 @@ const wchar_t* errorText(int number) noexcept {
             return L"Object variable or With block variable not set";
         case error_number::kInvalidPropertyValue:
             return L"Invalid property value";
+        case error_number::kCannotCreateObject:
+            return L"ActiveX component can't create object";
         case error_number::kObjectLacksMember:
             return L"Object doesn't support this property or method";
         case error_number::kAutomation:

@@ -20,6 +20,7 @@ inline constexpr int kFileNotFound = 53;
 inline constexpr int kPathFileAccess = 75;
 inline constexpr int kObjectNotSet = 91;
 inline constexpr int kInvalidPropertyValue = 380;
+inline constexpr int kCannotCreateObject = 429;
 inline constexpr int kObjectLacksMember = 438;
 inline constexpr int kAutomation = 440;
 inline constexpr int kKeyInUse = 457;

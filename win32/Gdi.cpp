@@ -11,16 +11,33 @@ constexpr std::size_t kMostTexts = 1000;
 
 }  // namespace
 
+GdiObject<HFONT> makeFont(const raster::Font& font, int dpi) {
+    const int height = -static_cast<int>(std::lround(font.points * dpi / 72.0));
+    return GdiObject<HFONT>(CreateFontW(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
+                                        DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
+                                        DEFAULT_PITCH | FF_SWISS, font.face.c_str()));
+}
+
+raster::PixelSize measureText(HDC dc, std::wstring_view text, HFONT font) {
+    SelectObject(dc, font);
+    SIZE size{};
+    if (text.empty()) {
+        TEXTMETRICW metrics{};
+        GetTextMetricsW(dc, &metrics);
+        size.cy = metrics.tmHeight;
+    } else {
+        GetTextExtentPoint32W(dc, text.data(), static_cast<int>(text.size()), &size);
+    }
+    return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
+}
+
 /// Null if the font cannot be created.
 FontCache::Face* FontCache::face(const raster::Font& font, int dpi) {
     const auto key = std::make_tuple(font.face, font.points, font.bold, dpi);
     const auto found = faces_.find(key);
     if (found != faces_.end())
         return &found->second;
-    const int height = -static_cast<int>(std::lround(font.points * dpi / 72.0));
-    GdiObject<HFONT> made(CreateFontW(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE,
-                                      DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
-                                      DEFAULT_PITCH | FF_SWISS, font.face.c_str()));
+    GdiObject<HFONT> made = makeFont(font, dpi);
     if (!made)
         return nullptr;
     return &faces_.emplace(key, Face{std::move(made), 0, {}}).first->second;
@@ -39,25 +56,12 @@ raster::PixelSize FontCache::textSize(std::wstring_view text, const raster::Font
         if (const auto width = known->widths.find(text); width != known->widths.end())
             return {width->second, known->height};
     }
-    const raster::PixelSize size = measure(text, get(font));
+    if (!measuring_)
+        measuring_.reset(CreateCompatibleDC(nullptr));
+    const raster::PixelSize size = measureText(measuring_.get(), text, get(font));
     if (known && size.height > 0)
         keep(*known, text, size);
     return size;
-}
-
-raster::PixelSize FontCache::measure(std::wstring_view text, HFONT font) {
-    if (!measuring_)
-        measuring_.reset(CreateCompatibleDC(nullptr));
-    SelectObject(measuring_.get(), font);
-    SIZE size{};
-    if (text.empty()) {
-        TEXTMETRICW metrics{};
-        GetTextMetricsW(measuring_.get(), &metrics);
-        size.cy = metrics.tmHeight;
-    } else {
-        GetTextExtentPoint32W(measuring_.get(), text.data(), static_cast<int>(text.size()), &size);
-    }
-    return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
 }
 
 void FontCache::keep(Face& face, std::wstring_view text, raster::PixelSize size) {

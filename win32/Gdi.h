@@ -53,6 +53,11 @@ class Selected {
     HGDIOBJ previous_;
 };
 
+/// A font for a device with this resolution; null if it cannot be created.
+[[nodiscard]] GdiObject<HFONT> makeFont(const raster::Font& font, int dpi);
+/// The size of a line of text. The height does not depend on the text.
+[[nodiscard]] raster::PixelSize measureText(HDC dc, std::wstring_view text, HFONT font);
+
 /// Fonts by face, size, weight and resolution, each created once, and the sizes of texts in them. Measuring a text
 /// takes longer than drawing it, and most of the texts that a redraw measures were measured before.
 class FontCache {
@@ -76,7 +81,6 @@ class FontCache {
     };
 
     [[nodiscard]] Face* face(const raster::Font& font, int dpi);
-    [[nodiscard]] raster::PixelSize measure(std::wstring_view text, HFONT font);
     void keep(Face& face, std::wstring_view text, raster::PixelSize size);
 
     int dpi_;

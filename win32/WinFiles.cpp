@@ -6,6 +6,7 @@
 #include <string>
 
 #include "util/RuntimeError.h"
+#include "win32/Clipboard.h"
 #include "win32/FileHandle.h"
 #include "win32/Gdi.h"
 #include "win32/WinSystem.h"
@@ -13,56 +14,12 @@
 namespace kv::win32 {
 
 using util::RuntimeError;
-using util::error_number::kCannotOpenClipboard;
 using util::error_number::kInvalidPicture;
 using util::error_number::kPathFileAccess;
 
 namespace {
 
-constexpr DWORD kClipboardPatience = 500;  // milliseconds, while another program has the clipboard open
-constexpr DWORD kClipboardPause = 20;
 constexpr int kNameTries = 100;
-
-/// Waits while this thread's windows still handle messages that other threads send: the program that has opened the
-/// clipboard may be waiting for their answers. Input and posted messages stay in the queue.
-void waitForClipboard() {
-    const ULONGLONG end = GetTickCount64() + kClipboardPause;
-    for (ULONGLONG now = GetTickCount64(); now < end; now = GetTickCount64()) {
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(end - now), QS_SENDMESSAGE);
-        MSG message;
-        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
-    }
-}
-
-/// The clipboard, opened for the duration of a block. Waits a moment if another program has opened it.
-class OpenedClipboard {
-  public:
-    explicit OpenedClipboard(HWND owner) {
-        const ULONGLONG end = GetTickCount64() + kClipboardPatience;
-        while (!OpenClipboard(owner)) {
-            if (GetTickCount64() >= end)
-                throw RuntimeError(kCannotOpenClipboard);
-            waitForClipboard();
-        }
-    }
-    ~OpenedClipboard() { CloseClipboard(); }
-    OpenedClipboard(const OpenedClipboard&) = delete;
-    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-};
-
-/// A hidden window that owns the clipboard while data is placed on it. Without an owner, the system rejects the data.
-class OwnerWindow {
-  public:
-    OwnerWindow() noexcept
-        : window_(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)) {}
-    ~OwnerWindow() { DestroyWindow(window_); }
-    OwnerWindow(const OwnerWindow&) = delete;
-    OwnerWindow& operator=(const OwnerWindow&) = delete;
-    [[nodiscard]] HWND get() const noexcept { return window_; }
-
-  private:
-    HWND window_;
-};
 
 bool writeAll(HANDLE file, const std::string& bytes) {
     DWORD written = 0;
@@ -144,8 +101,7 @@ bool WinFiles::fileExists(const std::wstring& path) {
 }
 
 void WinFiles::clearClipboard() {
-    const OwnerWindow owner;
-    const OpenedClipboard clipboard(owner.get());
+    const OpenedClipboard clipboard;
     EmptyClipboard();
 }
 
@@ -155,8 +111,7 @@ void WinFiles::bitmapFileToClipboard(const std::wstring& path) {
         static_cast<HBITMAP>(LoadImageW(nullptr, path.c_str(), IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE)));
     if (!bitmap)
         throw RuntimeError(kInvalidPicture);
-    const OwnerWindow owner;
-    const OpenedClipboard clipboard(owner.get());
+    const OpenedClipboard clipboard;
     EmptyClipboard();
     if (!SetClipboardData(CF_BITMAP, bitmap.get()))
         throw RuntimeError(kInvalidPicture);

@@ -15,6 +15,7 @@
 #include "win32/Gdi.h"
 #include "win32/WinBitmaps.h"
 #include "win32/WinDesktop.h"
+#include "win32/WinPictures.h"
 
 namespace kv::win32 {
 
@@ -47,6 +48,7 @@ class WinPlatform final : public formenv::Platform {
     [[nodiscard]] raster::Rgb systemColor(int index) const noexcept override { return GetSysColor(index); }
     [[nodiscard]] std::unique_ptr<formenv::Surface> createSurface(raster::PixelSize size) override;
     [[nodiscard]] formenv::BitmapCalls& bitmapCalls() noexcept override { return bitmaps_; }
+    [[nodiscard]] formenv::PictureOutput& pictureOutput() noexcept override { return pictures_; }
     [[nodiscard]] raster::PixelSize textSize(std::wstring_view text, const raster::Font& font) override;
     void pumpEvents() override;
     [[nodiscard]] bool hasUser() const noexcept override;
@@ -84,6 +86,7 @@ class WinPlatform final : public formenv::Platform {
     raster::HatchTiles tiles_;
     WinDesktop desktop_;
     WinBitmaps bitmaps_;
+    WinPictures pictures_;
     EventPump pump_;
     HWND owner_ = nullptr;
     IUnknown* keeper_ = nullptr;

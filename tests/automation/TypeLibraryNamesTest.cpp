@@ -80,7 +80,10 @@ TEST_F(TypeLibraryNames, ArgumentsOfTheView) {
                                                           {5, L"HitTest(freq,tolerance)"},
                                                           {6, L"AddTXChannels(channels)"},
                                                           {7, L"AddRXChannels(channels)"},
-                                                          {8, L"RenderTimeMs"}};
+                                                          {8, L"RenderTimeMs"},
+                                                          {22, L"SavePicture(file,width,height,dpi)"},
+                                                          {23, L"CopyPicture"},
+                                                          {24, L"PrintPicture(hdc,left,top,width,height)"}};
     const ComPtr<ITypeInfo> info = describe(IID__BandscopeView);
     for (const auto& [member, text] : expected)
         EXPECT_EQ(signature(info.Get(), member), text);

@@ -121,6 +121,9 @@ const Expected kView[] = {
     {"WheelZoom", kLet, "bool", ""},
     {"SnapToChannels", kGet, "", "bool"},
     {"SnapToChannels", kLet, "bool", ""},
+    {"SavePicture", kFunction, "string,[int32],[int32],[int32]", ""},
+    {"CopyPicture", kFunction, "", ""},
+    {"PrintPicture", kFunction, "double,int32,int32,int32,int32", ""},
 };
 
 const Expected kEvents[] = {
