@@ -50,6 +50,12 @@ class ViewObject final : public com::DispatchImpl<_BandscopeView>, public IProvi
     HRESULT STDMETHODCALLTYPE put_WheelZoom(VARIANT_BOOL value) override;
     HRESULT STDMETHODCALLTYPE get_SnapToChannels(VARIANT_BOOL* value) override;
     HRESULT STDMETHODCALLTYPE put_SnapToChannels(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_PowerAxis(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_PowerAxis(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_Legend(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_Legend(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_ChannelLabels(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_ChannelLabels(VARIANT_BOOL value) override;
 
   private:
     ~ViewObject() = default;

@@ -59,8 +59,9 @@ std::size_t CollectionPainter::firstUnknownStyle(const channels::ChannelSnapshot
 }
 
 void CollectionPainter::paint(PictureBox& picture, raster::RasterCanvas& canvas, channels::ChannelSnapshot& snapshot,
-                              const PaintedView& view, std::size_t last) {
+                              const PaintedView& view, std::size_t last, const Tops& tops) {
     snapshot_ = &snapshot;
+    tops_ = tops;
     picture_ = &picture;
     view_ = view;
     map_ = view.powers.pixels;
@@ -241,6 +242,8 @@ void CollectionPainter::paintRecord(std::size_t place) {
         if (hasLine)
             boxes_.line(map_.x(record.dFreq), top, lineColor);
         boxes_.box(left, right, top, style, color);
+        if (tops_.tops && hasLine)
+            tops_.tops->offer(map_.x(record.dFreq), {view_.powers.top(record), top, left, right, tops_.kind, place});
     } else {
         if (hasLine)
             boxes_.invertLine(map_.x(record.dFreq), top, lineColor);

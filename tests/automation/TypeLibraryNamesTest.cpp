@@ -80,7 +80,10 @@ TEST_F(TypeLibraryNames, ArgumentsOfTheView) {
                                                           {5, L"HitTest(freq,tolerance)"},
                                                           {6, L"AddTXChannels(channels)"},
                                                           {7, L"AddRXChannels(channels)"},
-                                                          {8, L"RenderTimeMs"}};
+                                                          {8, L"RenderTimeMs"},
+                                                          {19, L"PowerAxis"},
+                                                          {20, L"Legend"},
+                                                          {21, L"ChannelLabels"}};
     const ComPtr<ITypeInfo> info = describe(IID__BandscopeView);
     for (const auto& [member, text] : expected)
         EXPECT_EQ(signature(info.Get(), member), text);

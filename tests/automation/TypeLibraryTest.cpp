@@ -107,6 +107,12 @@ const Expected kView[] = {
     {"AddTXChannels", kFunction, "variant", "int32"},
     {"AddRXChannels", kFunction, "variant", "int32"},
     {"RenderTimeMs", kGet, "", "double"},
+    {"PowerAxis", kGet, "", "bool"},
+    {"PowerAxis", kLet, "bool", ""},
+    {"Legend", kGet, "", "bool"},
+    {"Legend", kLet, "bool", ""},
+    {"ChannelLabels", kGet, "", "bool"},
+    {"ChannelLabels", kLet, "bool", ""},
 };
 
 const Expected kEvents[] = {
