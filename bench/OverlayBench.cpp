@@ -11,7 +11,7 @@ namespace kv::bench {
 
 namespace {
 
-constexpr int kRounds = 15;
+constexpr int kRounds = 31;
 constexpr int kPans = 4;  // in a row, of which the first is not measured
 
 void pan(Rig& rig, const ChannelSet& set, int round) {

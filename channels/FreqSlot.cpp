@@ -25,6 +25,8 @@ const ImComponent& FreqSlotBase::component(std::int32_t i) const {
 void FreqSlotBase::setNIMComps(std::int16_t count) {
     if (count < 0)
         throw util::RuntimeError(util::error_number::kInvalidProcedureCall);
+    if (fields_.components.size() == static_cast<std::size_t>(count))
+        return;
     fields_.components.resize(static_cast<std::size_t>(count));
     watches_.tell(kReadBy<&FreqSlotFields::components>);
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "channels/ChannelStore.h"
@@ -25,44 +26,47 @@ struct BoxTop {
 class BoxTops {
   public:
     /// Drops everything. Boxes are kept for `columns` columns from now on; none for 0.
-    void begin(int columns) { best_.assign(static_cast<std::size_t>(columns), {}); }
+    void begin(int columns) {
+        heights_.assign(static_cast<std::size_t>(columns), kNone);
+        boxes_.resize(heights_.size());
+    }
     /// Boxes of this kind follow. The places are those of the list at this moment.
     void beginKind(channels::ChannelKind kind, std::uint64_t arrangement) noexcept {
         arrangements_[kind] = arrangement;
     }
     void offer(int column, const BoxTop& box) noexcept {
-        if (column < 0 || static_cast<std::size_t>(column) >= best_.size())
+        // Nearly every box is lower than the highest one of its column.
+        if (column < 0 || static_cast<std::size_t>(column) >= heights_.size() ||
+            box.top < heights_[static_cast<std::size_t>(column)])
             return;
-        Best& best = best_[static_cast<std::size_t>(column)];
-        if (best.isThere && !isBefore(best.box, box))
-            return;
-        best = {true, box};
+        take(static_cast<std::size_t>(column), box);
     }
 
-    [[nodiscard]] int columns() const noexcept { return static_cast<int>(best_.size()); }
+    [[nodiscard]] int columns() const noexcept { return static_cast<int>(heights_.size()); }
     /// Null without a box.
     [[nodiscard]] const BoxTop* at(int column) const noexcept {
-        const Best& best = best_[static_cast<std::size_t>(column)];
-        return best.isThere ? &best.box : nullptr;
+        const auto at = static_cast<std::size_t>(column);
+        return heights_[at] == kNone ? nullptr : &boxes_[at];
     }
     /// The `arrangement` of the places of a kind.
     [[nodiscard]] std::uint64_t arrangement(channels::ChannelKind kind) const noexcept { return arrangements_[kind]; }
 
   private:
-    struct Best {
-        bool isThere = false;
-        BoxTop box;
-    };
-    /// Is `a` lower than `b`, or as high and drawn before it?
-    [[nodiscard]] static bool isBefore(const BoxTop& a, const BoxTop& b) noexcept {
-        if (a.top != b.top)
-            return a.top < b.top;
-        if (a.kind != b.kind)
-            return a.kind == channels::ChannelKind::TX;
-        return a.place <= b.place;
+    static constexpr double kNone = -std::numeric_limits<double>::infinity();
+
+    void take(std::size_t column, const BoxTop& box) noexcept {
+        if (box.top == heights_[column] && heights_[column] != kNone && !isLater(box, boxes_[column]))
+            return;
+        heights_[column] = box.top;
+        boxes_[column] = box;
+    }
+    /// Is `a` drawn after `b`?
+    [[nodiscard]] static bool isLater(const BoxTop& a, const BoxTop& b) noexcept {
+        return a.kind == b.kind ? a.place >= b.place : a.kind == channels::ChannelKind::RX;
     }
 
-    std::vector<Best> best_;
+    std::vector<double> heights_;  ///< by column, dBm
+    std::vector<BoxTop> boxes_;    ///< by column, where there is a height
     channels::PerKind<std::uint64_t> arrangements_;
 };
 

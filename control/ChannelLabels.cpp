@@ -14,7 +14,7 @@ namespace {
 constexpr int kRows = 3;                // that a label moves at most
 constexpr int kGap = 1;                 // pixels at 96 dots per inch, between rows and above a box
 constexpr int kSideGap = 3;             // the same, between labels side by side
-constexpr std::size_t kMost = 256;      // boxes that are considered, so that time does not grow with the width
+constexpr std::size_t kMost = 128;      // boxes that are considered, so that time does not grow with the width
 constexpr std::size_t kLongest = 1000;  // characters; a longer label does not fit into any picture
 
 /// The least of a number a column over ranges of columns that are added one after the other.
@@ -72,9 +72,13 @@ std::wstring labelOf(channels::FreqSlot& channel) {
 
 }  // namespace
 
-ChannelLabels::ChannelLabels(const BoxTops& tops, const channels::ChannelStore& store, OverlayInk& ink,
+ChannelLabels::ChannelLabels(const BoxTops& tops, const channels::ChannelStore& store, OverlayInk& ink, int firstColumn,
                              std::vector<raster::PixelRect> taken)
-    : picture_(ink.size()), gap_(ink.scaled(kGap)), sideGap_(ink.scaled(kSideGap)), taken_(std::move(taken)) {
+    : picture_(ink.size()),
+      gap_(ink.scaled(kGap)),
+      sideGap_(ink.scaled(kSideGap)),
+      firstColumn_(firstColumn),
+      taken_(std::move(taken)) {
     height_ = ink.textSize(L"0").height;
     if (height_ <= 0 || picture_.width <= 0 || tops.columns() != picture_.width)
         return;
@@ -90,7 +94,8 @@ ChannelLabels::ChannelLabels(const BoxTops& tops, const channels::ChannelStore& 
             continue;
         // Without room for a single column, the label need not be read.
         if (const FreqSlotRef channel(list.at(candidate.box.place));
-            channel && freeTop(candidate, candidate.column, candidate.column + 1) >= 0)
+            channel && candidate.column >= firstColumn_ &&
+            freeTop(candidate, candidate.column, candidate.column + 1) >= 0)
             tryToPlace(candidate, *channel, ink);
     }
 }
@@ -142,9 +147,9 @@ void ChannelLabels::tryToPlace(const Candidate& candidate, channels::FreqSlot& c
     if (label.text.empty() || label.text.size() > kLongest)
         return;
     const raster::PixelSize size = ink.textSize(label.text);
-    if (!OverlayInk::isReadable(size) || size.width > picture_.width)
+    if (!OverlayInk::isReadable(size) || size.width > picture_.width - firstColumn_)
         return;
-    const int left = std::clamp(candidate.column - size.width / 2, 0, picture_.width - size.width);
+    const int left = std::clamp(candidate.column - size.width / 2, firstColumn_, picture_.width - size.width);
     const int top = freeTop(candidate, left, left + size.width);
     if (top < 0)
         return;

@@ -26,9 +26,10 @@ class ChannelLabels {
         int lineEnd = 0;  ///< the row down to which there is a line from the label; `area.bottom` for none
     };
 
-    /// Of the boxes in `tops`, in a picture of which the areas in `taken` are in use. Of a host's own class the label
-    /// is read, which runs the host's code; a channel whose label cannot be read gets none. Throws std::bad_alloc.
-    ChannelLabels(const BoxTops& tops, const channels::ChannelStore& store, OverlayInk& ink,
+    /// Of the boxes in `tops`, in a picture of which the columns before `firstColumn` and the areas in `taken` are in
+    /// use. Of a host's own class the label is read, which runs the host's code; a channel whose label cannot be read
+    /// gets none. Throws std::bad_alloc.
+    ChannelLabels(const BoxTops& tops, const channels::ChannelStore& store, OverlayInk& ink, int firstColumn,
                   std::vector<raster::PixelRect> taken);
 
     /// In the order in which they were chosen.
@@ -52,6 +53,7 @@ class ChannelLabels {
     int height_ = 0;  ///< of a label
     int gap_ = 0;     ///< above and below a label
     int sideGap_ = 0;
+    int firstColumn_ = 0;
     std::vector<int> skyline_;  ///< by column: the row of the highest box
     std::vector<raster::PixelRect> taken_;
     std::vector<Label> labels_;

@@ -238,15 +238,16 @@ void CollectionPainter::paintRecord(std::size_t place) {
     const raster::Rgb color = picture_->platform().resolve(record.lColor);
     const bool hasLine = record.dFreq >= view_.minFreq && record.dFreq <= view_.maxFreq;
     const raster::Rgb lineColor = hasLine ? picture_->platform().resolve(record.lColorLine) : 0;
+    const int column = map_.x(record.dFreq);
     if (record.bVisible) {
         if (hasLine)
-            boxes_.line(map_.x(record.dFreq), top, lineColor);
+            boxes_.line(column, top, lineColor);
         boxes_.box(left, right, top, style, color);
         if (tops_.tops && hasLine)
-            tops_.tops->offer(map_.x(record.dFreq), {view_.powers.top(record), top, left, right, tops_.kind, place});
+            tops_.tops->offer(column, {view_.powers.top(record), top, left, right, tops_.kind, place});
     } else {
         if (hasLine)
-            boxes_.invertLine(map_.x(record.dFreq), top, lineColor);
+            boxes_.invertLine(column, top, lineColor);
         boxes_.invertBox(left, right, top, style, color);
     }
 }

@@ -34,14 +34,11 @@ void Overlays::draw(formenv::PictureBox& picture, const channels::ChannelStore& 
         taken.push_back(legend->area());
     }
     std::optional<PowerAxis> axis;
-    if (wanted.powerAxis) {
+    if (wanted.powerAxis)
         axis.emplace(picture, ink);
-        for (const PowerAxis::Line& line : axis->lines())
-            taken.push_back(line.label);
-    }
     std::optional<ChannelLabels> labels;
     if (wanted.channelLabels)
-        labels.emplace(tops, store, ink, std::move(taken));
+        labels.emplace(tops, store, ink, axis ? axis->right() : 0, std::move(taken));
     if (picture.pixelMap() != map)
         return;
     if (beforeStrokes)

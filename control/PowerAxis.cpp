@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kLineHeights = 2;      // from one line to the next, at least
 constexpr int kMargin = 3;           // pixels at 96 dots per inch, left of the labels
-constexpr int kDash = 2;             // pixels at 96 dots per inch
+constexpr int kDash = 1;             // pixels at 96 dots per inch
 constexpr int kGap = 3;              // the same
 constexpr double kClosest = 1e-12;   // a span below this share of its powers has no numbers of its own
 constexpr double kFixedBelow = 1e7;  // dBm; other numbers are written with an exponent
@@ -112,6 +112,13 @@ void PowerAxis::placeLabels(OverlayInk& ink) {
     // A line without any number beside it says nothing.
     if (!hasUnit)
         lines_.clear();
+}
+
+int PowerAxis::right() const noexcept {
+    int right = 0;
+    for (const Line& line : lines_)
+        right = std::max(right, line.label.right);
+    return right;
 }
 
 void PowerAxis::drawLines(OverlayInk& ink) const {

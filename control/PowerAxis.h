@@ -28,6 +28,9 @@ class PowerAxis {
     /// dB from one line to the next; 0 without lines.
     [[nodiscard]] double step() const noexcept { return step_; }
 
+    /// The labels are in the columns before this one; 0 without labels.
+    [[nodiscard]] int right() const noexcept;
+
     void drawLines(OverlayInk& ink) const;
     void drawLabels(OverlayInk& ink) const;
 

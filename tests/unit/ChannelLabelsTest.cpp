@@ -38,7 +38,7 @@ class ChannelLabelsTest : public PartsTest {
     }
     ChannelLabels chosen(std::int32_t many = 0, std::vector<raster::PixelRect> taken = {}) {
         OverlayInk ink(picture);
-        return ChannelLabels(topsOf(many), store, ink, std::move(taken));
+        return ChannelLabels(topsOf(many), store, ink, firstColumn, std::move(taken));
     }
     static Texts textsOf(const ChannelLabels& labels) {
         Texts texts;
@@ -47,6 +47,7 @@ class ChannelLabelsTest : public PartsTest {
         return texts;
     }
 
+    int firstColumn = 0;  ///< for labels
     Overlays overlays;
     SpectrumPainter painter{picture, strip, store, range, marks, overlays};
 };
@@ -141,6 +142,16 @@ TEST_F(ChannelLabelsTest, ALabelWiderThanThePictureIsLeftOut) {
     EXPECT_EQ(textsOf(chosen()), Texts{std::wstring(40, L'w')});
 }
 
+TEST_F(ChannelLabelsTest, TheColumnsOfThePowerAxisAreLeftFree) {
+    showRange();
+    firstColumn = 30;
+    addLabeled(410.0, 40.0, L"in these columns");
+    addLabeled(416.0, 30.0, L"beside them");
+    const ChannelLabels labels = chosen();
+    ASSERT_EQ(textsOf(labels), Texts{L"beside them"});
+    EXPECT_EQ(labels.labels().front().area.left, 30);
+}
+
 TEST_F(ChannelLabelsTest, AreasInUseAreLeftFree) {
     showRange();
     addLabeled(450.0, 40.0, L"label");
@@ -164,12 +175,12 @@ TEST_F(ChannelLabelsTest, ChannelsThatWereRemovedOrReplacedSinceTheDrawingHaveNo
     const BoxTops tops = topsOf(0);
     ASSERT_FALSE(store.closeGap(ChannelKind::TX, 0));
     OverlayInk ink(picture);
-    EXPECT_EQ(textsOf(ChannelLabels(tops, store, ink, {})), Texts{L"stays"});
+    EXPECT_EQ(textsOf(ChannelLabels(tops, store, ink, 0, {})), Texts{L"stays"});
     store.clear(ChannelKind::TX);
-    EXPECT_EQ(textsOf(ChannelLabels(tops, store, ink, {})), Texts{});
+    EXPECT_EQ(textsOf(ChannelLabels(tops, store, ink, 0, {})), Texts{});
     addLabeled(420.0, 40.0, L"at the same place");
     addLabeled(430.0, 40.0, L"at the same place");
-    EXPECT_EQ(textsOf(ChannelLabels(tops, store, ink, {})), Texts{});
+    EXPECT_EQ(textsOf(ChannelLabels(tops, store, ink, 0, {})), Texts{});
 }
 
 TEST_F(ChannelLabelsTest, OneByOneAndAtOnceTheLabelsAreTheSame) {
@@ -184,6 +195,27 @@ TEST_F(ChannelLabelsTest, OneByOneAndAtOnceTheLabelsAreTheSame) {
     const ChannelLabels atOnce = chosen(0);
     EXPECT_EQ(textsOf(oneByOne), textsOf(atOnce));
     EXPECT_GT(atOnce.labels().size(), 5U);
+}
+
+TEST_F(ChannelLabelsTest, AnotherLabelMakesThePictureOutdatedIfLabelsOrALegendAreDrawn) {
+    showRange();
+    const util::Ref<QuietSlot> slot = addLabeled(450.0, 40.0, L"one");
+    const SpectrumPainter::Cursor cursor{450.0, 0};
+    const auto isCurrentAfterAnotherLabel = [&](const wchar_t* label) {
+        painter.beginPicture(cursor);
+        static_cast<void>(topsOf(0));
+        painter.drawOverlays();
+        painter.endPicture();
+        EXPECT_TRUE(painter.isPictureCurrent(cursor));
+        slot->set<&channels::FreqSlotFields::sLabel>(std::wstring(label));
+        return painter.isPictureCurrent(cursor);
+    };
+    EXPECT_FALSE(isCurrentAfterAnotherLabel(L"two"));
+    overlays = {};
+    EXPECT_FALSE(painter.isPictureCurrent(cursor));
+    EXPECT_TRUE(isCurrentAfterAnotherLabel(L"three"));
+    overlays.setLegend(true);
+    EXPECT_FALSE(isCurrentAfterAnotherLabel(L"four"));
 }
 
 TEST_F(ChannelLabelsTest, LabelsNeverOverlapWithWhateverChannels) {
