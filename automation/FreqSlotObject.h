@@ -140,7 +140,8 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
     }
     template <class Field, class Out>
     HRESULT get(long i, Field Component::*field, Out* out) noexcept {
-        return com::firewallReturn(kFreqSlotErrors, out, [&]() -> const Field& { return component(i).*field; });
+        return com::firewallReturn(kFreqSlotErrors, out,
+                                   [&]() -> const Field& { return std::as_const(*this).component(i).*field; });
     }
 
     LONG references_ = 1;

@@ -151,6 +151,42 @@ HRESULT ScopeView::put_SnapToChannels(VARIANT_BOOL value) {
     return act([&](View& view) { view.setSnapToChannels(com::boolFromIn(value)); });
 }
 
+HRESULT ScopeView::get_PowerAxis(VARIANT_BOOL* value) {
+    return readFlag(value, &control::Overlays::hasPowerAxis);
+}
+
+HRESULT ScopeView::put_PowerAxis(VARIANT_BOOL value) {
+    return switchOverlay(&control::Overlays::setPowerAxis, value);
+}
+
+HRESULT ScopeView::get_Legend(VARIANT_BOOL* value) {
+    return readFlag(value, &control::Overlays::hasLegend);
+}
+
+HRESULT ScopeView::put_Legend(VARIANT_BOOL value) {
+    return switchOverlay(&control::Overlays::setLegend, value);
+}
+
+HRESULT ScopeView::get_ChannelLabels(VARIANT_BOOL* value) {
+    return readFlag(value, &control::Overlays::hasChannelLabels);
+}
+
+HRESULT ScopeView::put_ChannelLabels(VARIANT_BOOL value) {
+    return switchOverlay(&control::Overlays::setChannelLabels, value);
+}
+
+HRESULT ScopeView::readFlag(VARIANT_BOOL* value, bool (control::Overlays::*flag)() const noexcept) {
+    return answer(value, [&](const control::View& view) { return (view.overlays().*flag)(); });
+}
+
+HRESULT ScopeView::switchOverlay(void (control::Overlays::*flag)(bool) noexcept, VARIANT_BOOL value) {
+    return act([&](control::View& view) {
+        control::Overlays overlays = view.overlays();
+        (overlays.*flag)(value != VARIANT_FALSE);
+        view.setOverlays(overlays);
+    });
+}
+
 HRESULT ScopeView::SavePicture(BSTR file, long width, long height, long dpi) {
     return control_.member([&] { control::ViewPictures(*control_.scope_).save(com::fromIn(file), width, height, dpi); },
                            IID__BandscopeView);

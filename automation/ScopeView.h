@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "com/Dispatch.h"
+#include "control/Overlays.h"
 #include "kvBandscope.h"
 
 namespace kv::automation {
@@ -47,6 +48,12 @@ class ScopeView final : public com::DispatchImpl<_BandscopeView> {
     HRESULT STDMETHODCALLTYPE put_WheelZoom(VARIANT_BOOL value) override;
     HRESULT STDMETHODCALLTYPE get_SnapToChannels(VARIANT_BOOL* value) override;
     HRESULT STDMETHODCALLTYPE put_SnapToChannels(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_PowerAxis(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_PowerAxis(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_Legend(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_Legend(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_ChannelLabels(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_ChannelLabels(VARIANT_BOOL value) override;
     HRESULT STDMETHODCALLTYPE SavePicture(BSTR file, long width, long height, long dpi) override;
     HRESULT STDMETHODCALLTYPE CopyPicture() override;
     HRESULT STDMETHODCALLTYPE PrintPicture(double hdc, long left, long top, long width, long height) override;
@@ -57,6 +64,8 @@ class ScopeView final : public com::DispatchImpl<_BandscopeView> {
     HRESULT act(F&& call);
     template <class Out, class F>
     HRESULT answer(Out* value, F&& call);
+    HRESULT readFlag(VARIANT_BOOL* value, bool (control::Overlays::*flag)() const noexcept);
+    HRESULT switchOverlay(void (control::Overlays::*flag)(bool) noexcept, VARIANT_BOOL value);
 
     BandscopeControl& control_;
 };

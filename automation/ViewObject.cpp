@@ -189,6 +189,30 @@ HRESULT ViewObject::put_SnapToChannels(VARIANT_BOOL value) {
     return forward([&](_BandscopeView& view) { return view.put_SnapToChannels(value); });
 }
 
+HRESULT ViewObject::get_PowerAxis(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_PowerAxis, value);
+}
+
+HRESULT ViewObject::put_PowerAxis(VARIANT_BOOL value) {
+    return forward([&](_BandscopeView& view) { return view.put_PowerAxis(value); });
+}
+
+HRESULT ViewObject::get_Legend(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_Legend, value);
+}
+
+HRESULT ViewObject::put_Legend(VARIANT_BOOL value) {
+    return forward([&](_BandscopeView& view) { return view.put_Legend(value); });
+}
+
+HRESULT ViewObject::get_ChannelLabels(VARIANT_BOOL* value) {
+    return read(&_BandscopeView::get_ChannelLabels, value);
+}
+
+HRESULT ViewObject::put_ChannelLabels(VARIANT_BOOL value) {
+    return forward([&](_BandscopeView& view) { return view.put_ChannelLabels(value); });
+}
+
 HRESULT ViewObject::SavePicture(BSTR file, long width, long height, long dpi) {
     return forward([&](_BandscopeView& view) { return view.SavePicture(file, width, height, dpi); });
 }

@@ -50,6 +50,12 @@ class ViewObject final : public com::DispatchImpl<_BandscopeView>, public IProvi
     HRESULT STDMETHODCALLTYPE put_WheelZoom(VARIANT_BOOL value) override;
     HRESULT STDMETHODCALLTYPE get_SnapToChannels(VARIANT_BOOL* value) override;
     HRESULT STDMETHODCALLTYPE put_SnapToChannels(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_PowerAxis(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_PowerAxis(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_Legend(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_Legend(VARIANT_BOOL value) override;
+    HRESULT STDMETHODCALLTYPE get_ChannelLabels(VARIANT_BOOL* value) override;
+    HRESULT STDMETHODCALLTYPE put_ChannelLabels(VARIANT_BOOL value) override;
     HRESULT STDMETHODCALLTYPE SavePicture(BSTR file, long width, long height, long dpi) override;
     HRESULT STDMETHODCALLTYPE CopyPicture() override;
     HRESULT STDMETHODCALLTYPE PrintPicture(double hdc, long left, long top, long width, long height) override;

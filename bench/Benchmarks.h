@@ -24,6 +24,8 @@ inline benchmark::internal::Benchmark* enlist(const char* step, Function functio
 void enlistDrawing(SetKind kind, std::size_t count);
 /// Unusual records and settings.
 void enlistCliffs(std::size_t count);
+/// Power axis, legend and channel labels.
+void enlistOverlays(std::size_t count);
 /// Adding, finding, removing and clearing, as a host does it.
 void enlistHosting(SetKind kind, std::size_t count);
 /// Steps that must not become slow with unusual channels.

@@ -36,6 +36,13 @@ class NativeRig final : public Rig {
         knob.onValueChanged(knob.dVal());
         knob.onTurnEnd();
     }
+    void showOverlays(const Overlaid& wanted) override {
+        control::Overlays overlays;
+        overlays.setPowerAxis(wanted.powerAxis);
+        overlays.setLegend(wanted.legend);
+        overlays.setChannelLabels(wanted.channelLabels);
+        scope_.setOverlays(overlays);
+    }
     void showMouseInfo(bool on) override { scope_.setBMouseInfo(on); }
     void moveMouseTo(double frequency) override { control_.moveMouseTo(frequency); }
     void setPower(std::size_t number, double dbm) override {

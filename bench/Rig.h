@@ -8,6 +8,13 @@
 
 namespace kv::bench {
 
+/// What is drawn over the spectrum.
+struct Overlaid {
+    bool powerAxis = false;
+    bool legend = false;
+    bool channelLabels = false;
+};
+
 class Rig {
   public:
     virtual ~Rig() = default;
@@ -26,6 +33,7 @@ class Rig {
     virtual void drawDisplay() = 0;
     virtual void panTo(double center) = 0;
     virtual void turnGridKnob(bool up) = 0;
+    virtual void showOverlays(const Overlaid& wanted) = 0;
     virtual void showMouseInfo(bool on) = 0;
     virtual void moveMouseTo(double frequency) = 0;
     /// Puts a text into a window for many lines, as the report has one; nothing where there are no windows.

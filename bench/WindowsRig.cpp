@@ -159,6 +159,14 @@ class WindowsRig final : public Rig {
         SendMessageW(gridKnob_, WM_KEYDOWN, up ? VK_UP : VK_DOWN, 1);
         SendMessageW(gridKnob_, WM_KEYUP, up ? VK_UP : VK_DOWN, static_cast<LPARAM>(0xC0000001));
     }
+    void showOverlays(const Overlaid& wanted) override {
+        ComPtr<_BandscopeView> view;
+        check(control_.As(&view), "_BandscopeView");
+        const auto flag = [](bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; };
+        check(view->put_PowerAxis(flag(wanted.powerAxis)), "PowerAxis");
+        check(view->put_Legend(flag(wanted.legend)), "Legend");
+        check(view->put_ChannelLabels(flag(wanted.channelLabels)), "ChannelLabels");
+    }
     void showMouseInfo(bool on) override { control_->put_bMouseInfo(on ? VARIANT_TRUE : VARIANT_FALSE); }
     void moveMouseTo(double frequency) override {
         const View now = view();

@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
             enlistDrawing(kind, count);
     }
     enlistCliffs(495'000U);
+    enlistOverlays(495'000U);
     for (const SetKind kind : {SetKind::Narrow, SetKind::Site}) {
         for (const std::size_t count : {20U, 1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
             enlistHosting(kind, count);

@@ -13,20 +13,27 @@ bool haveSameBand(const DrawRecord& a, const DrawRecord& b) {
     return a.dFreqLo == b.dFreqLo && a.dFreqHi == b.dFreqHi && a.unit == b.unit;
 }
 
+bool haveSameColor(const DrawRecord& a, const DrawRecord& b) {
+    return a.bVisible == b.bVisible && a.lColor == b.lColor;
+}
+
 }  // namespace
 
 void ChannelSnapshot::append(bool isForeign) {
     const std::size_t size = copy_.size() + 1;
     stale_.grow(BandBlocks::countFor(size));
     ranges_.grow(size);
+    groups_.grow(size);
     copy_.append(isForeign);
     if (!isForeign)
         edges_.changed(size - 1);
+    groups_.changed(size - 1);
     stale_.insert((size - 1) / kBlock);
 }
 
 void ChannelSnapshot::takeBack() noexcept {
     ranges_.changed(copy_.size() - 1);
+    groups_.changed(copy_.size() - 1);
     copy_.takeBack();
     edges_.forget();
     stale_.insert(copy_.size() / kBlock);
@@ -44,6 +51,8 @@ void ChannelSnapshot::read(std::size_t place) noexcept {
     stale_.insert(place / kBlock);
     if (!countAlike(before, now))
         ranges_.changed(place);
+    if (!haveSameColor(before, now))
+        groups_.changed(place);
     if (!haveSameBand(before, now))
         edges_.changed(place);
 }
@@ -56,6 +65,7 @@ void ChannelSnapshot::readChanges() noexcept {
 void ChannelSnapshot::remove(std::size_t place) noexcept {
     ++version_;
     ranges_.removed(place, copy_.records()[place]);
+    groups_.changed(place);
     copy_.remove(place);
     rows_.hide(place);
 }
@@ -63,6 +73,7 @@ void ChannelSnapshot::remove(std::size_t place) noexcept {
 void ChannelSnapshot::closed(std::size_t places) noexcept {
     copy_.shorten(places);
     ranges_.shorten(places);
+    groups_.shorten(places);
     edges_.forget();
     stale_.clear();
     for (std::size_t block = 0; block < BandBlocks::countFor(places); ++block)
@@ -77,6 +88,7 @@ void ChannelSnapshot::clear() noexcept {
     grid_ = {};
     rows_ = {};
     ranges_ = {};
+    groups_ = {};
     edges_.forget();
     searched_ = false;
 }
@@ -128,6 +140,12 @@ void ChannelSnapshot::markDrawn(std::size_t place) {
 const CountedRange& ChannelSnapshot::range() noexcept {
     readChanges();
     return ranges_.range(copy_.records(), copy_.foreign());
+}
+
+const GroupBlocks& ChannelSnapshot::groups(ChannelKind kind) {
+    readChanges();
+    groups_.update(kind, list_, copy_.records(), copy_.foreign());
+    return groups_;
 }
 
 bool ChannelSnapshot::hasTooLargeEdges() noexcept {

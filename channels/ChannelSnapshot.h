@@ -10,6 +10,7 @@
 #include "channels/DrawRecord.h"
 #include "channels/EdgeIndex.h"
 #include "channels/FrequencyGrid.h"
+#include "channels/GroupCounts.h"
 #include "channels/PlaceSet.h"
 #include "channels/PowerRows.h"
 #include "channels/RangeBlocks.h"
@@ -37,6 +38,11 @@ class ChannelSnapshot {
     /// Reads the record that was appended last, while it is at hand.
     void readLast() noexcept;
     void recordChanges(std::size_t place) noexcept { copy_.changes(place); }
+    /// The label or the components of the record at `place` change.
+    void groupChanges(std::size_t place) noexcept {
+        groups_.changed(place);
+        ++labelVersion_;
+    }
     void remove(std::size_t place) noexcept;
     void move(std::size_t from, std::size_t to) noexcept { copy_.move(from, to); }
     /// After all moves: the places left.
@@ -93,6 +99,9 @@ class ChannelSnapshot {
     }
     /// The extremes of the records of our own class.
     [[nodiscard]] const CountedRange& range() noexcept;
+    /// How many visible records of our own class there are of each order. `kind` is that of the list. Throws
+    /// std::bad_alloc.
+    [[nodiscard]] const GroupBlocks& groups(ChannelKind kind);
     /// The places, in no order, of the records of our own class whose band meets [lowest, highest], MHz. The first
     /// search of many records goes through the copy, which is faster than building an index for it. Throws
     /// std::bad_alloc.
@@ -103,10 +112,14 @@ class ChannelSnapshot {
     /// Moves with each change of what drawing reads, apart from marks as drawn and foreign records; valid after
     /// `update`.
     [[nodiscard]] std::uint64_t version() const noexcept { return version_; }
+    /// Moves with each change of a label or of the components of a record of our own class.
+    [[nodiscard]] std::uint64_t labelVersion() const noexcept { return labelVersion_; }
     /// Of what has been derived for drawing since the start, in records: what a change costs.
     [[nodiscard]] std::uint64_t derivedRecords() const noexcept { return derived_; }
     /// Of what the last `placesAt` compared.
     [[nodiscard]] std::size_t searchSteps() const noexcept { return searchSteps_; }
+    /// Of what has been counted for `groups` since the start, in records.
+    [[nodiscard]] std::uint64_t countedRecords() const noexcept { return groups_.countedRecords(); }
 
   private:
     void readChanges() noexcept;
@@ -120,9 +133,11 @@ class ChannelSnapshot {
     FrequencyGrid grid_;
     PowerRows rows_;
     RangeBlocks ranges_;
+    GroupBlocks groups_;
     EdgeIndex edges_;
     bool searched_ = false;
     std::uint64_t version_ = 0;
+    std::uint64_t labelVersion_ = 0;
     std::uint64_t foreignRound_ = 0;
     std::uint64_t derived_ = 0;
     std::size_t searchSteps_ = 0;

@@ -121,6 +121,8 @@ void ChannelStore::Watcher::recordChanges(std::int32_t place, Changes what) noex
         store_.snapshots_[kind_].recordChanges(at);
     if ((what & change::kMatching) != 0 && kind_ == ChannelKind::RX)
         store_.matches_.changed(at);
+    if ((what & change::kGroup) != 0)
+        store_.snapshots_[kind_].groupChanges(at);
     if ((what & change::kKey) != 0)
         store_.keys_.keyChanges(kind_, at);
 }

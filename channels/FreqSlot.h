@@ -136,7 +136,8 @@ inline constexpr Changes kReadBy =
                      &F::sBWUnits>
          ? change::kMatching
          : change::kNone) |
-    (change::isOneOf<Member, &F::sKey> ? change::kKey : change::kNone);
+    (change::isOneOf<Member, &F::sKey> ? change::kKey : change::kNone) |
+    (change::isOneOf<Member, &F::sLabel, &F::components> ? change::kGroup : change::kNone);
 
 /// Our own class of record, all but its life. A derived class whose `peek` gives the members can be watched.
 class FreqSlotBase : public FreqSlot {
@@ -192,8 +193,10 @@ class FreqSlotBase : public FreqSlot {
     }
     [[nodiscard]] const FreqSlotFields& fields() const noexcept { return fields_; }
 
-    /// Component i for reading and writing; throws 9 outside 0 to nIMComps - 1.
+    /// Component i for writing, which counts as a change; throws 9 outside 0 to nIMComps - 1.
     [[nodiscard]] ImComponent& component(std::int32_t i);
+    /// The same for reading.
+    [[nodiscard]] const ImComponent& component(std::int32_t i) const;
     /// Sizes the components, keeping those that stay; throws 5 for a negative number.
     void setNIMComps(std::int16_t count);
 

@@ -13,7 +13,8 @@ inline constexpr Changes kNone = 0;
 inline constexpr Changes kDrawing = 1;
 inline constexpr Changes kMatching = 2;  ///< the search for an equal channel
 inline constexpr Changes kKey = 4;
-inline constexpr Changes kAll = kDrawing | kMatching | kKey;
+inline constexpr Changes kGroup = 8;  ///< which of its groups a channel belongs to
+inline constexpr Changes kAll = kDrawing | kMatching | kKey | kGroup;
 }  // namespace change
 
 class RecordWatcher {

@@ -16,6 +16,7 @@
 #include "control/Marker.h"
 #include "control/Marks.h"
 #include "control/Navigation.h"
+#include "control/Overlays.h"
 #include "control/Panel.h"
 #include "control/PictureCopy.h"
 #include "control/PictureExport.h"
@@ -119,6 +120,9 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     void setLColorSpecBack(raster::OleColor value);
 
     // For View.
+    [[nodiscard]] const Overlays& overlays() const noexcept { return overlays_; }
+    /// Switches overlays on or off and draws the display as `JustDrawIt` does.
+    void setOverlays(const Overlays& value);
     /// Shows exactly this range, in MHz, with its middle as center, its own grid step, and no event. False, with
     /// nothing changed, if `DisplayRange::setExactly` refuses it.
     bool showExactly(double minimum, double maximum) override;
@@ -138,7 +142,7 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     [[nodiscard]] double renderTimeMs() const noexcept { return renderTime_.milliseconds(); }
 
     /// For pictures of the display that are drawn once more.
-    [[nodiscard]] Shown shown() noexcept { return {ui_.picUnits, ui_.picSpectrum, painter_, marks_, store_, range_}; }
+    [[nodiscard]] Shown shown() noexcept { return {ui_.picUnits, ui_.picSpectrum, painter_, marks_, overlays_, store_, range_}; }
     [[nodiscard]] formenv::Platform& platform() noexcept { return services_.platform; }
     [[nodiscard]] formenv::FileServices& files() noexcept { return services_.files; }
 
@@ -269,7 +273,8 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     channels::ChannelStore store_;
     DisplayRange range_{store_, *this};
     Marks marks_{ui_.picSpectrum};
-    SpectrumPainter painter_{ui_.picSpectrum, ui_.picUnits, store_, range_, marks_};
+    Overlays overlays_;
+    SpectrumPainter painter_{ui_.picSpectrum, ui_.picUnits, store_, range_, marks_, overlays_};
     Pointer pointer_{{services_.platform, services_.files, services_.errors},
                      ui_.picSpectrum,
                      {ui_.lblFMHz, ui_.lblFromCenter, ui_.chkShowMouse},

@@ -60,6 +60,7 @@ void Bandscope::drawInSteps(Step& step) {
     pumpEventsAndTakeMarksOff();
     step = 1500;
     painter_.holdingBack([this] { painter_.DrawFreqLbls(); });
+    painter_.holdingBack([this] { painter_.drawOverlays(); });
 }
 
 void Bandscope::pumpEventsAndTakeMarksOff() {
@@ -97,12 +98,18 @@ void Bandscope::drawInOrder(Step& step) {
     // An event may have drawn the line or the rubber band; a second stroke would take it away.
     marks_.takeOff();
     painter_.DrawFreqLbls();
+    painter_.drawOverlays();
     step = 700;
     if (range_.contains(CursorVal()))
         drawCursorAt(CursorVal());
     showMarker();
     painter_.endPicture();
     knobs_.showRange();
+}
+
+void Bandscope::setOverlays(const Overlays& value) {
+    overlays_ = value;
+    JustDrawIt();
 }
 
 void Bandscope::drawUnlessDrawing() {
@@ -168,6 +175,7 @@ void Bandscope::refresh(Step& step) {
     if (!held) {
         for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX})
             painter_.refreshCollection(kind);
+        painter_.drawOverlays();
         showMarker();
     }
     knobs_.showRange();

@@ -16,17 +16,40 @@ void SpectrumPainter::drawCollection(ChannelKind kind, util::Step& step, std::in
     const KeepDrawing keep(picture_);
     const std::int32_t count = store_.count(kind);
     step = 200;
+    tops_.beginKind(kind, store_.arrangement(kind));
     if (count >= nMany_)
         paintAtOnce(kind, false, kChnl);
     while (++kChnl <= count) {
+        const std::size_t place = placeForTop(kind, kChnl - 1);
         const channels::FreqSlotRef channel = store_.at(kind, kChnl - 1);
         if (!channel)
             throw util::RuntimeError(util::error_number::kSubscriptOutOfRange);
         const channels::DrawRecord record = channel->visibleRecord();
-        if (record.bVisible && record.dFreq > 0.0)
+        if (record.bVisible && record.dFreq > 0.0) {
             DrawChnl(*channel, record);
+            offerTop(kind, place, record);
+        }
     }
     step = 300;
+}
+
+std::size_t SpectrumPainter::placeForTop(ChannelKind kind, std::int32_t index) const noexcept {
+    const channels::ChannelList& list = store_.list(kind);
+    const auto at = static_cast<std::size_t>(index);
+    return tops_.columns() > 0 && at < list.size() ? list.placeOf(at) : 0;
+}
+
+void SpectrumPainter::offerTop(ChannelKind kind, std::size_t place, const channels::DrawRecord& record) {
+    const double minFreq = range_.DisplayMinFreq();
+    const double maxFreq = range_.DisplayMaxFreq();
+    if (tops_.columns() == 0 || !record.bVisible || !(record.dFreq >= minFreq && record.dFreq <= maxFreq) ||
+        record.dFreqLo > maxFreq || record.dFreqHi < minFreq)
+        return;
+    const double floor = range_.DisplayMinPwr();
+    const double top = record.dPwrDBM > floor ? record.dPwrDBM : range_.DisplayMaxPwr() / 2.0;
+    const raster::PixelMap map = picture_.pixelMap();
+    const auto [left, right] = std::minmax({map.x(record.dFreqLo), map.x(record.dFreqHi)});
+    tops_.offer(map.x(record.dFreq), {top, map.y(top), left, right, kind, place});
 }
 
 void SpectrumPainter::DrawChnl(channels::FreqSlot& channel) {
@@ -65,10 +88,15 @@ bool SpectrumPainter::drawRecord(const channels::DrawRecord& record) {
 
 void SpectrumPainter::refreshCollection(ChannelKind kind) {
     std::int32_t done = 0;
+    tops_.beginKind(kind, store_.arrangement(kind));
     if (store_.count(kind) >= nMany_)
         paintAtOnce(kind, true, done);
-    for (; const channels::FreqSlotRef channel = store_.at(kind, done); ++done)
-        DrawChnl(*channel);
+    for (; const channels::FreqSlotRef channel = store_.at(kind, done); ++done) {
+        const std::size_t place = placeForTop(kind, done);
+        const channels::DrawRecord record = channel->drawRecord();
+        DrawChnl(*channel, record);
+        offerTop(kind, place, record);
+    }
 }
 
 /// Paints the channels of a kind all at once, as far as that goes. `done` becomes the number of those that have been
@@ -124,12 +152,13 @@ void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::size
         drawVisible(kind, view, last);
         return;
     }
+    const CollectionPainter::Tops tops{tops_.columns() > 0 ? &tops_ : nullptr, kind};
     if (!view.refreshes) {
-        painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
+        painter_.paint(picture_, *picture_.raster(), snapshot, view, last, tops);
         return;
     }
     HiddenChannels hidden(store_, kind, view, last);
-    painter_.paint(picture_, *picture_.raster(), snapshot, view, last);
+    painter_.paint(picture_, *picture_.raster(), snapshot, view, last, tops);
     hidden.keep();
 }
 
@@ -137,8 +166,10 @@ void SpectrumPainter::paint(ChannelKind kind, const PaintedView& view, std::size
 void SpectrumPainter::drawVisible(ChannelKind kind, const PaintedView& view, std::size_t last) {
     const channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
     marks_.takeOff();
-    for (const std::size_t place : visiblePlaces(snapshot, view, reach_, last))
+    for (const std::size_t place : visiblePlaces(snapshot, view, reach_, last)) {
         drawRecord(snapshot.records()[place]);
+        offerTop(kind, place, snapshot.records()[place]);
+    }
 }
 
 }  // namespace kv::control

@@ -59,8 +59,9 @@ std::size_t CollectionPainter::firstUnknownStyle(const channels::ChannelSnapshot
 }
 
 void CollectionPainter::paint(PictureBox& picture, raster::RasterCanvas& canvas, channels::ChannelSnapshot& snapshot,
-                              const PaintedView& view, std::size_t last) {
+                              const PaintedView& view, std::size_t last, const Tops& tops) {
     snapshot_ = &snapshot;
+    tops_ = tops;
     picture_ = &picture;
     view_ = view;
     map_ = view.powers.pixels;
@@ -237,13 +238,16 @@ void CollectionPainter::paintRecord(std::size_t place) {
     const raster::Rgb color = picture_->platform().resolve(record.lColor);
     const bool hasLine = record.dFreq >= view_.minFreq && record.dFreq <= view_.maxFreq;
     const raster::Rgb lineColor = hasLine ? picture_->platform().resolve(record.lColorLine) : 0;
+    const int column = map_.x(record.dFreq);
     if (record.bVisible) {
         if (hasLine)
-            boxes_.line(map_.x(record.dFreq), top, lineColor);
+            boxes_.line(column, top, lineColor);
         boxes_.box(left, right, top, style, color);
+        if (tops_.tops && hasLine)
+            tops_.tops->offer(column, {view_.powers.top(record), top, left, right, tops_.kind, place});
     } else {
         if (hasLine)
-            boxes_.invertLine(map_.x(record.dFreq), top, lineColor);
+            boxes_.invertLine(column, top, lineColor);
         boxes_.invertBox(left, right, top, style, color);
     }
 }

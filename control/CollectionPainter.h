@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "channels/ChannelSnapshot.h"
+#include "control/BoxTops.h"
 #include "formenv/PictureBox.h"
 #include "raster/StandingBoxes.h"
 
@@ -45,9 +46,14 @@ class CollectionPainter {
     [[nodiscard]] static std::size_t firstUnknownStyle(const channels::ChannelSnapshot& snapshot,
                                                        const PaintedView& view);
 
+    /// What the boxes that can be seen are offered to.
+    struct Tops {
+        BoxTops* tops = nullptr;  ///< null if no labels are drawn
+        channels::ChannelKind kind{};
+    };
     /// Paints the records at the places up to, without, `last`. None of them has an unknown fill style.
     void paint(formenv::PictureBox& picture, raster::RasterCanvas& canvas, channels::ChannelSnapshot& snapshot,
-               const PaintedView& view, std::size_t last);
+               const PaintedView& view, std::size_t last, const Tops& tops);
 
   private:
     struct Places {
@@ -118,6 +124,7 @@ class CollectionPainter {
     double perMHz_ = 0.0;  ///< pixels
     const std::int16_t* rows_ = nullptr;
     raster::StandingBoxes boxes_;
+    Tops tops_;
 };
 
 }  // namespace kv::control

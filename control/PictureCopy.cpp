@@ -75,7 +75,7 @@ BitmapImage together(PictureBox& strip, PictureBox& picture) {
 PictureCopy::PictureCopy(const Shown& shown, const CopySize& size, int dpi)
     : shown_(shown),
       platform_(shown.strip.platform(), dpi),
-      painter_(picture_, strip_, shown.store, shown.range, marks_) {
+      painter_(picture_, strip_, shown.store, shown.range, marks_, shown.overlays) {
     const PictureBox& picture = shown.picture;
     const Edges edges = edgesOf(shown, dpi);
     strip_.move({0.0, 0.0, std::max(size.width, 0.0), std::max(size.height, 0.0)});

@@ -15,6 +15,7 @@ struct Shown {
     formenv::PictureBox& picture;
     const SpectrumPainter& painter;
     const Marks& marks;
+    const Overlays& overlays;
     channels::ChannelStore& store;
     DisplayRange& range;
 };

@@ -32,7 +32,7 @@ void SpectrumPainter::becomeCopyOf(const SpectrumPainter& original, int reach) {
 // The strip first, because the picture lies inside it.
 void SpectrumPainter::drawWhole(const Parts& parts) {
     strip_.cls();
-    picture_.cls();
+    clearPicture();
     if (parts.picture) {
         for (const ChannelKind kind : {ChannelKind::TX, ChannelKind::RX}) {
             drawnAsFarAsItGoes([&] {
@@ -44,6 +44,8 @@ void SpectrumPainter::drawWhole(const Parts& parts) {
         drawnAsFarAsItGoes([&] { DrawGrid(); });
     }
     drawnAsFarAsItGoes([&] { paintFreqLbls(parts); });
+    if (parts.picture)
+        drawnAsFarAsItGoes([&] { drawOverlays(); });
 }
 
 }  // namespace kv::control

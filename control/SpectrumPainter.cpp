@@ -77,10 +77,15 @@ void SpectrumPainter::showHeldBack() {
 }
 
 std::optional<SpectrumPainter::Source> SpectrumPainter::source(const Cursor& cursor) {
-    Source now{range_.span(),      {range_.DisplayMinPwr(), range_.DisplayMaxPwr()},
-               range_.nGridX(),    picture_.scale(),
-               GridColor_,         picture_.foreColor(),
-               strip_.foreColor(), cursor};
+    Source now{range_.span(),
+               {range_.DisplayMinPwr(), range_.DisplayMaxPwr()},
+               range_.nGridX(),
+               picture_.scale(),
+               GridColor_,
+               picture_.foreColor(),
+               strip_.foreColor(),
+               cursor,
+               overlays_.source(store_)};
     for (const auto& [kind, version] :
          {std::pair{channels::ChannelKind::TX, &now.tx}, std::pair{channels::ChannelKind::RX, &now.rx}}) {
         channels::ChannelSnapshot& snapshot = store_.snapshot(kind);
@@ -111,6 +116,15 @@ void SpectrumPainter::amongEvents(const std::function<void()>& events) {
 
 bool SpectrumPainter::isPictureCurrent(const Cursor& cursor) {
     return drawn_ && drawnStrokes_ == strokes() && drawn_ == source(cursor);
+}
+
+void SpectrumPainter::clearPicture() {
+    picture_.cls();
+    tops_.begin(overlays_.hasChannelLabels() ? picture_.pixelSize().width : 0);
+}
+
+void SpectrumPainter::drawOverlays() {
+    overlays_.draw(picture_, store_, tops_, [this] { marks_.takeOff(); });
 }
 
 bool SpectrumPainter::DrawGrid() {

@@ -10,9 +10,11 @@
 
 #include "channels/ChannelStore.h"
 #include "channels/Sentinels.h"
+#include "control/BoxTops.h"
 #include "control/CollectionPainter.h"
 #include "control/DisplayRange.h"
 #include "control/Marks.h"
+#include "control/Overlays.h"
 #include "formenv/PictureBox.h"
 #include "util/Trapped.h"
 
@@ -20,11 +22,11 @@ namespace kv::control {
 
 class SpectrumPainter {
   public:
-    /// `picture` shows the spectrum, with `marks` over it; `strip` is the box around it with the frequency labels. All
-    /// have to live longer.
+    /// `picture` shows the spectrum, with `overlays` and `marks` over it; `strip` is the box around it with the
+    /// frequency labels. All have to live longer.
     SpectrumPainter(formenv::PictureBox& picture, formenv::PictureBox& strip, channels::ChannelStore& store,
-                    DisplayRange& range, Marks& marks)
-        : picture_(picture), strip_(strip), store_(store), range_(range), marks_(marks) {}
+                    DisplayRange& range, Marks& marks, const Overlays& overlays)
+        : picture_(picture), strip_(strip), store_(store), range_(range), marks_(marks), overlays_(overlays) {}
     SpectrumPainter(const SpectrumPainter&) = delete;
     SpectrumPainter& operator=(const SpectrumPainter&) = delete;
 
@@ -64,13 +66,18 @@ class SpectrumPainter {
     /// Shows what was drawn so.
     void showHeldBack();
 
-    void clearPicture() { picture_.cls(); }
+    void clearPicture();
     void clearLabels() { strip_.cls(); }
 
     /// The grid lines over what is there. False without a range, which draws nothing.
     bool DrawGrid();
     /// The frequency labels with their ticks, in place of earlier labels.
     void DrawFreqLbls();
+    /// Power axis, legend and labels, as far as they are switched on, over the channels and the grid that were drawn
+    /// since the picture was cleared. The marks are removed before. Reads channels of the host's own classes.
+    void drawOverlays();
+    /// The boxes that the labels are for. Empty while the labels are off.
+    [[nodiscard]] const BoxTops& tops() const noexcept { return tops_; }
     /// The number format of the labels.
     [[nodiscard]] const std::wstring& FreqLblFormat() const noexcept { return FreqLblFormat_; }
 
@@ -108,6 +115,7 @@ class SpectrumPainter {
         raster::OleColor ticks = 0;
         raster::OleColor labels = 0;
         Cursor cursor;
+        Overlays::Source overlays;
         std::uint64_t tx = 0;  ///< versions of the snapshots
         std::uint64_t rx = 0;
         friend bool operator==(const Source&, const Source&) = default;
@@ -127,12 +135,18 @@ class SpectrumPainter {
     void drawVisible(channels::ChannelKind kind, const PaintedView& view, std::size_t last);
     void DrawChnl(channels::FreqSlot& channel, const channels::DrawRecord& record);
     bool drawRecord(const channels::DrawRecord& record);
+    /// Tells the labels of the box that was drawn for the channel at `place`.
+    void offerTop(channels::ChannelKind kind, std::size_t place, const channels::DrawRecord& record);
+    /// The place of a channel, if the labels need it.
+    [[nodiscard]] std::size_t placeForTop(channels::ChannelKind kind, std::int32_t index) const noexcept;
 
     formenv::PictureBox& picture_;
     formenv::PictureBox& strip_;
     channels::ChannelStore& store_;
     DisplayRange& range_;
     Marks& marks_;
+    const Overlays& overlays_;
+    BoxTops tops_;  ///< of the channels drawn since the picture was cleared
     CollectionPainter painter_;
     raster::OleColor GridColor_ = raster::system_color::kButtonFace;
     std::wstring FreqLblFormat_ = L"0.000";

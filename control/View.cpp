@@ -158,4 +158,12 @@ void View::setSnapToChannels(bool value) noexcept {
     scope_.snapping().turn(value);
 }
 
+const Overlays& View::overlays() const noexcept {
+    return scope_.overlays();
+}
+
+void View::setOverlays(const Overlays& value) {
+    scope_.setOverlays(value);
+}
+
 }  // namespace kv::control

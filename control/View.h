@@ -12,6 +12,7 @@
 namespace kv::control {
 
 class Bandscope;
+class Overlays;
 
 /// Frequencies in MHz. A wrong argument ends in RuntimeError 5, whose text contains the value and what is allowed.
 /// Nothing has changed then. No member raises an event.
@@ -52,6 +53,10 @@ class View {
     void setWheelZoom(bool value) noexcept;
     [[nodiscard]] bool snapToChannels() const noexcept;
     void setSnapToChannels(bool value) noexcept;
+
+    /// What is drawn over the spectrum. Setting it draws the display, also if nothing changes.
+    [[nodiscard]] const Overlays& overlays() const noexcept;
+    void setOverlays(const Overlays& value);
 
   private:
     [[nodiscard]] std::pair<double, double> shownRange(const wchar_t* member);

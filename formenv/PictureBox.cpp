@@ -250,6 +250,11 @@ void PictureBox::strokeBox(const raster::PixelRect& box, const raster::Pen& pen,
     touched();
 }
 
+void PictureBox::strokeText(raster::PixelPoint at, std::wstring_view text, raster::Rgb color) {
+    target().text(at, text, font(), color);
+    touched();
+}
+
 void PictureBox::print(std::wstring_view text, raster::PixelSize size) {
     const raster::PixelMap map = pixelMap();
     target().text({map.x(currentX), map.y(currentY)}, text, font(), platform_.resolve(foreColor()));

@@ -63,6 +63,8 @@ class PictureBox : public Widget {
     void strokeLine(raster::PixelPoint from, raster::PixelPoint to, const raster::Pen& pen, raster::DrawMode mode);
     void strokeBox(const raster::PixelRect& box, const raster::Pen& pen, const raster::Brush& brush,
                    raster::DrawMode mode);
+    /// A line of text in the font of the box, its upper left corner at `at`, on a transparent background.
+    void strokeText(raster::PixelPoint at, std::wstring_view text, raster::Rgb color);
 
     double currentX = 0.0;
     double currentY = 0.0;

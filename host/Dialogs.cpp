@@ -40,7 +40,9 @@ std::wstring askForPlan(HWND owner) {
 
 std::wstring askForPicture(HWND owner) {
     std::array<wchar_t, 32768> file{};
-    OPENFILENAMEW question = dialog(owner, file, L"Bitmaps (*.bmp)\0*.bmp\0", L"bmp");
+    OPENFILENAMEW question = dialog(
+        owner, file,
+        L"PNG pictures (*.png)\0*.png\0Bitmaps (*.bmp)\0*.bmp\0Enhanced metafiles, vectors (*.emf)\0*.emf\0", L"png");
     question.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
     return GetSaveFileNameW(&question) ? file.data() : L"";
 }

@@ -42,6 +42,7 @@ class MainWindow final : public ControlEvents {
     void enableCommands(HMENU menu) const;
     void openPlan();
     void savePicture();
+    void printPicture();
     void copyPicture();
     void showAll();
     void redraw();

@@ -1,6 +1,7 @@
 // The commands of the window's menu.
 #include "host/Dialogs.h"
 #include "host/MainWindow.h"
+#include "host/Printing.h"
 #include "host/resource.h"
 
 namespace kv::host {
@@ -14,6 +15,11 @@ std::wstring fullPath(const std::wstring& file) {
     return result.empty() ? file : result;
 }
 
+bool hasExtension(const std::wstring& file, const std::wstring& extension) {
+    return file.size() >= extension.size() &&
+           lstrcmpiW(file.c_str() + (file.size() - extension.size()), extension.c_str()) == 0;
+}
+
 }  // namespace
 
 void MainWindow::command(int id) {
@@ -25,6 +31,8 @@ void MainWindow::command(int id) {
             return openPlan();
         case IDC_SAVE:
             return savePicture();
+        case IDC_PRINT:
+            return printPicture();
         case IDC_COPY:
             return copyPicture();
         case IDC_EXIT:
@@ -63,7 +71,7 @@ void MainWindow::enableCommands(HMENU menu) const {
     const bool idle = opening_ == nullptr;
     const ProductOptions& products = idle ? shown_.products : opening_->next.products;
     for (const UINT id :
-         {IDC_OPEN, IDC_SAVE, IDC_COPY, IDC_REDRAW, IDC_MOUSE_REPORT, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
+         {IDC_OPEN, IDC_SAVE, IDC_PRINT, IDC_COPY, IDC_REDRAW, IDC_MOUSE_REPORT, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
         enable(id, idle);
     }
     enable(IDC_SHOW_ALL, idle && !shown_.plan.channels.empty());
@@ -95,11 +103,23 @@ void MainWindow::savePicture() {
 }
 
 void MainWindow::copyPicture() {
-    const DWORD before = GetClipboardSequenceNumber();
-    check(spectrum_->control().CopyDisplayToClipboard(), L"Copying the picture");
-    // The member returns no result, so the clipboard itself is checked.
-    const bool copied = GetClipboardSequenceNumber() != before && IsClipboardFormatAvailable(CF_BITMAP);
-    status_->setMessage(copied ? L"The picture was copied." : L"The picture could not be copied.");
+    check(spectrum_->view().CopyPicture(), L"Copying the picture");
+    status_->setMessage(L"The picture was copied.");
+}
+
+void MainWindow::printPicture() {
+    const std::optional<Printer> printer = askForPrinter(window_);
+    if (!printer) {
+        return;
+    }
+    PrintJob job(printer->dc(), shown_.name.empty() ? L"Spectrum" : shown_.name);
+    const RECT place = job.place();
+    const auto handle = static_cast<double>(reinterpret_cast<INT_PTR>(printer->dc()));
+    check(spectrum_->view().PrintPicture(handle, place.left, place.top, place.right - place.left,
+                                         place.bottom - place.top),
+          L"Printing the picture");
+    job.finish();
+    status_->setMessage(L"The picture was printed.");
 }
 
 void MainWindow::showAll() {
@@ -136,10 +156,20 @@ void MainWindow::toggleOrder(bool ProductOptions::*order) {
     }
 }
 
+// DisplayToBMP takes any name; a name for another format goes to the view, which tells formats by the extension.
 void MainWindow::writePicture(const std::wstring& file) {
+    Bstr name(fullPath(file));
+    if (hasExtension(file, L".png") || hasExtension(file, L".emf")) {
+        try {
+            check(spectrum_->view().SavePicture(name.get(), 0, 0, 0), L"Saving the picture");
+        } catch (Failure& failure) {
+            failure.code = kExitSaveFailed;
+            throw;
+        }
+        return;
+    }
     double height = 0.0;
     double width = 0.0;
-    Bstr name(fullPath(file));
     Bstr written;
     check(spectrum_->control().DisplayToBMP(&height, &width, name.inOut(), written.put()), L"Saving the picture");
     if (written.text().empty()) {

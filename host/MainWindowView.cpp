@@ -19,13 +19,19 @@ struct Toggle {
     const wchar_t* off;
 };
 
-constexpr std::array<Toggle, 3> kToggles{{
+constexpr std::array<Toggle, 6> kToggles{{
     {IDC_WHEEL_ZOOM, &_BandscopeView::get_WheelZoom, &_BandscopeView::put_WheelZoom,
      L"The wheel zooms; with Shift it moves the range.", L"The wheel does nothing."},
     {IDC_MARKER, &_BandscopeView::get_MarkerVisible, &_BandscopeView::put_MarkerVisible,
      L"The cursor is measured from the marker.", L"The marker is hidden."},
     {IDC_SNAP, &_BandscopeView::get_SnapToChannels, &_BandscopeView::put_SnapToChannels,
      L"Cursor and marker are attracted by channels.", L"Cursor and marker move freely."},
+    {IDC_POWER_AXIS, &_BandscopeView::get_PowerAxis, &_BandscopeView::put_PowerAxis, L"The power axis is shown.",
+     L"The power axis is hidden."},
+    {IDC_LEGEND, &_BandscopeView::get_Legend, &_BandscopeView::put_Legend, L"The legend is shown.",
+     L"The legend is hidden."},
+    {IDC_LABELS, &_BandscopeView::get_ChannelLabels, &_BandscopeView::put_ChannelLabels,
+     L"The channels are labeled where there is room.", L"The labels are hidden."},
 }};
 
 bool isOn(_BandscopeView& view, Getter read) {

@@ -9,6 +9,7 @@
 #define IDC_SAVE 101
 #define IDC_EXIT 102
 #define IDC_COPY 103
+#define IDC_PRINT 104
 #define IDC_SHOW_ALL 110
 #define IDC_REDRAW 111
 #define IDC_MOUSE_REPORT 112
@@ -19,6 +20,9 @@
 #define IDC_WHEEL_ZOOM 134
 #define IDC_MARKER 135
 #define IDC_SNAP 136
+#define IDC_POWER_AXIS 137
+#define IDC_LEGEND 138
+#define IDC_LABELS 139
 #define IDC_SECOND 122
 #define IDC_THIRD 123
 #define IDC_FIFTH 125

@@ -81,6 +81,9 @@ TEST_F(TypeLibraryNames, ArgumentsOfTheView) {
                                                           {6, L"AddTXChannels(channels)"},
                                                           {7, L"AddRXChannels(channels)"},
                                                           {8, L"RenderTimeMs"},
+                                                          {19, L"PowerAxis"},
+                                                          {20, L"Legend"},
+                                                          {21, L"ChannelLabels"},
                                                           {22, L"SavePicture(file,width,height,dpi)"},
                                                           {23, L"CopyPicture"},
                                                           {24, L"PrintPicture(hdc,left,top,width,height)"}};

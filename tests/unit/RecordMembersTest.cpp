@@ -70,6 +70,7 @@ TEST_F(RecordMembersTest, SizingKeepsTheComponentsThatStay) {
 
 using Fields = channels::FreqSlotFields;
 using channels::change::kDrawing;
+using channels::change::kGroup;
 using channels::change::kKey;
 using channels::change::kMatching;
 using channels::change::kNone;
@@ -103,12 +104,20 @@ TEST_F(RecordMembersTest, OnlyThoseWhoReadAMemberHearOfIt) {
              {kMatching, [&] { slot->set<&Fields::dFreqAlt>(1.0); }},
              {kMatching, [&] { slot->set<&Fields::dBW>(1.0); }},
              {kMatching, [&] { slot->set<&Fields::sBWUnits>(std::wstring(L"Hz")); }},
-             {kMatching, [&] { slot->set<&Fields::sLabel>(std::wstring(L"A")); }},
+             {kMatching | kGroup, [&] { slot->set<&Fields::sLabel>(std::wstring(L"A")); }},
              {kKey, [&] { slot->set<&Fields::sKey>(std::wstring(L"TX2")); }},
-             {kNone, [&] { slot->setNIMComps(3); }}}) {
+             {kGroup, [&] { slot->setNIMComps(3); }}}) {
         EXPECT_EQ(changesOf(change), expected);
         EXPECT_EQ(changesOf(change), kNone) << "the same value again";
     }
+}
+
+TEST_F(RecordMembersTest, OnlyWritingAComponentIsAChange) {
+    slot->setNIMComps(1);
+    ASSERT_TRUE(slot->watch(listener, 0));
+    EXPECT_EQ(changesOf([&] { slot->component(0).coefficient = 2; }), kGroup);
+    EXPECT_EQ(changesOf([&] { EXPECT_EQ(slot->imComponent(0).coefficient, 2); }), kNone);
+    EXPECT_EQ(changesOf([&] { EXPECT_EQ(std::as_const(*slot).component(0).coefficient, 2); }), kNone);
 }
 
 TEST_F(RecordMembersTest, AValueThatIsNoNumberIsTheSameValue) {

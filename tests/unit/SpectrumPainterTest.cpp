@@ -24,7 +24,8 @@ class SpectrumPainterTest : public PartsTest {
         EXPECT_EQ(step, 300);
     }
     Marks marks{picture};
-    SpectrumPainter painter{picture, strip, store, range, marks};
+    Overlays overlays;
+    SpectrumPainter painter{picture, strip, store, range, marks, overlays};
 };
 
 TEST_F(SpectrumPainterTest, DrawsTheChannelsOfTheKindThatIsAskedFor) {

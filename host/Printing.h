@@ -1,0 +1,49 @@
+// Printing on one page.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace kv::host {
+
+/// The printer that the user chose.
+class Printer {
+  public:
+    explicit Printer(HDC dc) noexcept : dc_(dc) {}
+    Printer(Printer&& other) noexcept : dc_(other.dc_) { other.dc_ = nullptr; }
+    Printer& operator=(Printer&&) = delete;
+    ~Printer();
+
+    [[nodiscard]] HDC dc() const noexcept { return dc_; }
+
+  private:
+    HDC dc_;
+};
+
+/// Shows the system's dialog. Nothing when the user cancels it. Throws a Failure without a printer.
+[[nodiscard]] std::optional<Printer> askForPrinter(HWND owner);
+
+/// A document of one page. Without `finish` it is given up.
+class PrintJob {
+  public:
+    /// Throws a Failure.
+    PrintJob(HDC dc, const std::wstring& name);
+    ~PrintJob();
+    PrintJob(const PrintJob&) = delete;
+    PrintJob& operator=(const PrintJob&) = delete;
+
+    /// Below a heading with the document's name, as large as the page allows; device units.
+    [[nodiscard]] RECT place() const noexcept { return place_; }
+    void finish();
+
+  private:
+    void printHeading(const std::wstring& name);
+
+    HDC dc_;
+    RECT place_{};
+    bool finished_ = false;
+};
+
+}  // namespace kv::host
