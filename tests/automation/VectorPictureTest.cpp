@@ -15,6 +15,11 @@ constexpr OLE_COLOR kFrame = RGB(20, 40, 220);
 constexpr OLE_COLOR kHatch = RGB(10, 140, 120);
 constexpr OLE_COLOR kLine = RGB(240, 0, 240);
 
+int CALLBACK count(HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPARAM counts) {
+    ++(*reinterpret_cast<std::map<DWORD, int>*>(counts))[record->iType];
+    return 1;
+}
+
 /// A metafile in memory.
 class Metafile {
   public:
@@ -31,13 +36,7 @@ class Metafile {
     /// By kind.
     [[nodiscard]] std::map<DWORD, int> records() const {
         std::map<DWORD, int> counts;
-        EnumEnhMetaFile(
-            nullptr, file_,
-            [](HDC, HANDLETABLE*, const ENHMETARECORD* record, int, LPARAM out) {
-                ++(*reinterpret_cast<std::map<DWORD, int>*>(out))[record->iType];
-                return 1;
-            },
-            &counts, nullptr);
+        EnumEnhMetaFile(nullptr, file_, &count, &counts, nullptr);
         return counts;
     }
     [[nodiscard]] Picture played(int width, int height) const {
@@ -137,11 +136,6 @@ TEST_F(VectorPicture, AtTheResolutionOfTheScreenItLooksAsOnTheScreen) {
     addThree();
     const Picture screen = plot.picture();
     const Picture played = saved()->played(screen.width, screen.height);
-    if (getenv("KVDUMP")) {
-        writeBmp(screen, L"Z:\\tmp\\vec_screen.bmp");
-        writeBmp(played, L"Z:\\tmp\\vec_played.bmp");
-        writeBmp(saved()->played(4388, 1863), L"Z:\\tmp\\vec_600.bmp");
-    }
     int inSpectrum = 0;
     int inStrip = 0;
     for (int y = 0; y < screen.height; ++y) {
@@ -250,11 +244,6 @@ TEST_F(VectorPicture, HalfAMillionProductsMakeASmallFileQuickly) {
     EXPECT_LT(time, 3000U);
     const Picture screen = plot.picture();
     const Picture played = file->played(screen.width, screen.height);
-    if (getenv("KVDUMP")) {
-        writeBmp(screen, L"Z:\\tmp\\many_screen.bmp");
-        writeBmp(played, L"Z:\\tmp\\many_played.bmp");
-        writeBmp(file->played(4388, 1863), L"Z:\\tmp\\many_600.bmp");
-    }
     int different = 0;
     for (int y = plot.spectrum.top; y <= plot.spectrum.bottom; ++y)
         for (int x = plot.spectrum.left; x <= plot.spectrum.right; ++x)
