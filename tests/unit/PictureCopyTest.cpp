@@ -12,7 +12,7 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-/// A canvas of which nobody can know that it has pixels. It counts the strokes.
+/// A canvas that does not tell that it has pixels. It counts the strokes.
 class HiddenPixels final : public raster::Canvas {
   public:
     explicit HiddenPixels(formenv::Surface& surface) : canvas_(surface.canvas()) {}
@@ -101,6 +101,27 @@ TEST_F(PictureCopyTest, NothingIsSkippedOfAFew) {
     addRandom(300, 5);
     scope.DrawByRange(400.0, 500.0);
     EXPECT_EQ(drawnByStrokes(), pixelsOf(ui.picSpectrum));
+}
+
+TEST_F(PictureCopyTest, OverlaysAndTheMarkerAreCopied) {
+    for (const int count : {20, 3000}) {
+        scope.ClearAllChnls();
+        addRandom(count, 6);
+        for (int i = 0; i < 20; ++i)
+            addTX(400.0 + 5.0 * i, 0.1, 60.0 + i)->fields().sLabel = L"TX " + std::to_wstring(i);
+        Overlays overlays;
+        overlays.setPowerAxis(true);
+        overlays.setLegend(true);
+        overlays.setChannelLabels(true);
+        scope.DrawByRange(400.0, 500.0);
+        const std::vector<std::uint32_t> plain = pixelsOf(ui.picSpectrum);
+        scope.setOverlays(overlays);
+        scope.setMarker(450.0, true);
+        EXPECT_NE(pixelsOf(ui.picSpectrum), plain);
+        EXPECT_EQ(copy()->pixels().pixels, PictureCopy::shownPixels(scope.shown()).pixels) << count;
+        EXPECT_EQ(drawnByStrokes(), pixelsOf(ui.picSpectrum)) << count << " by strokes";
+        scope.setOverlays({});
+    }
 }
 
 TEST_F(PictureCopyTest, TheDisplayAndItsRecordsStayAsTheyAre) {
