@@ -161,9 +161,11 @@ TEST_F(ChannelLabelsTest, AreasInUseAreLeftFree) {
 
 TEST_F(ChannelLabelsTest, OfEqualBoxesInAColumnTheOneDrawnLastHasTheLabel) {
     showRange();
-    addLabeled(450.0, 40.0, L"receive", ChannelKind::RX);
     addLabeled(450.0, 40.0, L"first");
     addLabeled(450.0, 40.0, L"second");
+    EXPECT_EQ(textsOf(chosen(0)), Texts{L"second"});
+    EXPECT_EQ(textsOf(chosen(1000)), Texts{L"second"});
+    addLabeled(450.0, 40.0, L"receive", ChannelKind::RX);
     EXPECT_EQ(textsOf(chosen(0)), Texts{L"receive"});
     EXPECT_EQ(textsOf(chosen(1000)), Texts{L"receive"});
 }

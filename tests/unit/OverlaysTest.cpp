@@ -163,16 +163,22 @@ TEST_F(OverlaysTest, HostCodeThatShowsAnotherRangeWhileALabelIsReadGetsThePictur
     slot->fields().sLabel = L"other range";
     scope.setOverlays(labels);
     scope.showExactly(400.0, 480.0);
+    scope.DrawDisplay();
     const Pixels other = pixels();
-    scope.showExactly(350.0, 550.0);
-    EXPECT_NE(pixels(), other);
-    bool isFirst = true;
-    slot->onRead = [&](std::string_view member) {
-        if (member == "sLabel" && std::exchange(isFirst, false))
-            scope.showExactly(400.0, 480.0);
-    };
-    scope.JustDrawIt();
-    EXPECT_EQ(pixels(), other);
+    for (const auto& draw : {std::function<void()>([&] { scope.JustDrawIt(); }), {[&] { scope.DrawDisplay(); }}}) {
+        slot->onRead = nullptr;
+        scope.showExactly(350.0, 550.0);
+        scope.setCursorVal(540.0);
+        ASSERT_NE(pixels(), other);
+        bool isFirst = true;
+        slot->onRead = [&](std::string_view member) {
+            if (member == "sLabel" && std::exchange(isFirst, false))
+                scope.showExactly(400.0, 480.0);
+        };
+        draw();
+        EXPECT_FALSE(isFirst);
+        EXPECT_EQ(pixels(), other);
+    }
 }
 
 TEST_F(OverlaysTest, AChannelWhoseLabelCannotBeReadHasNone) {
