@@ -142,7 +142,9 @@ class Bandscope final : private RangeView, private KnobActions, private KeyActio
     [[nodiscard]] double renderTimeMs() const noexcept { return renderTime_.milliseconds(); }
 
     /// For pictures of the display that are drawn once more.
-    [[nodiscard]] Shown shown() noexcept { return {ui_.picUnits, ui_.picSpectrum, painter_, marks_, overlays_, store_, range_}; }
+    [[nodiscard]] Shown shown() noexcept {
+        return {ui_.picUnits, ui_.picSpectrum, painter_, marks_, overlays_, store_, range_};
+    }
     [[nodiscard]] formenv::Platform& platform() noexcept { return services_.platform; }
     [[nodiscard]] formenv::FileServices& files() noexcept { return services_.files; }
 
