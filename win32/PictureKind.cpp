@@ -16,8 +16,11 @@ namespace {
 class PictureKind final : public WindowKindOf<PictureBox> {
   public:
     [[nodiscard]] WindowClass windowClass(const Widget& widget) const override {
-        // Hosts that handle only dialog keys reach a picture inside another one by WS_EX_CONTROLPARENT.
-        return {kPictureClass, WS_CLIPCHILDREN | (widget.takesFocus ? WS_TABSTOP : 0U),
+        // Hosts that handle only dialog keys reach a picture inside another one by WS_EX_CONTROLPARENT. A picture that
+        // takes the focus itself would be passed over with it.
+        if (widget.takesFocus)
+            return {kPictureClass, WS_CLIPCHILDREN | WS_TABSTOP, 0};
+        return {kPictureClass, WS_CLIPCHILDREN,
                 widget.children().empty() ? 0U : static_cast<DWORD>(WS_EX_CONTROLPARENT)};
     }
     [[nodiscard]] const std::wstring& windowText(const Widget& widget) const override { return widget.name(); }
