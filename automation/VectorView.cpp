@@ -42,8 +42,8 @@ double scaleFor(HDC dc, const RECT& part, const ToBounds& to) {
     const double width = std::max<double>(part.right - part.left, 1.0);
     const double height = std::max<double>(part.bottom - part.top, 1.0);
     if (GetObjectType(dc) == OBJ_ENHMETADC)
-        return std::clamp(std::floor(kMostUnits / std::max(width, height)), 1.0,
-                          static_cast<double>(formenv::kRecordedFineness));
+        return formenv::oddFineness(
+            std::min(static_cast<int>(kMostUnits / std::max(width, height)), formenv::kRecordedFineness));
     const RECTL logical = to.of(part);
     POINT corners[] = {{logical.left, logical.top}, {logical.right, logical.bottom}};
     LPtoDP(dc, corners, 2);

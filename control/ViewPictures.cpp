@@ -63,7 +63,7 @@ CopySize paper(PixelSize size, int dpi) {
 
 /// Units for each pixel: as many as `wanted`, unless coordinates would become too large.
 int finenessOf(PixelSize size, int wanted) {
-    return std::clamp(kMostUnits / std::max({size.width, size.height, 1}), 1, std::max(wanted, 1));
+    return formenv::oddFineness(std::min(kMostUnits / std::max({size.width, size.height, 1}), wanted));
 }
 
 }  // namespace

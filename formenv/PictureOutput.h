@@ -49,8 +49,14 @@ class PictureOutput {
     virtual void print(std::int64_t context, const raster::PixelRect& place, const VectorPicture& picture) = 0;
 };
 
-/// Units that a recorded picture has for each pixel of the screen, so that it stays sharp on a printer: 1152 an inch at
-/// 96 dpi.
-inline constexpr int kRecordedFineness = 12;
+/// Units that a recorded picture has for each pixel of the screen, so that it stays sharp on a printer: 1248 an inch at
+/// 96 dpi. An odd number, because then no coordinate is half way between two pixels: played at the resolution of the
+/// screen, each one is rounded to the pixel that it has on the screen.
+inline constexpr int kRecordedFineness = 13;
+
+/// The greatest number of this kind up to `most`, at least 1.
+[[nodiscard]] constexpr int oddFineness(int most) noexcept {
+    return most < 1 ? 1 : most - (most % 2 == 0 ? 1 : 0);
+}
 
 }  // namespace kv::formenv

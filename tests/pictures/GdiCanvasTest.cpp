@@ -122,8 +122,7 @@ TEST(GdiCanvas, BoxesHaveThePixelsOfTheScreen) {
                 canvas.rectangle(boxes[i].at(scale), {color, 1}, {style, color}, DrawMode::CopyPen);
             }
         };
-        // A corner that is half way between two pixels may be rounded to the other one.
-        EXPECT_LE(differences(played(strokes, 12, 1.0), shown(strokes)), kWidth * kHeight / 40) << int(style);
+        EXPECT_EQ(differences(played(strokes, formenv::kRecordedFineness, 1.0), shown(strokes)), 0) << int(style);
     }
 }
 
@@ -136,7 +135,7 @@ TEST(GdiCanvas, ABoxOnWholePixelsHasExactlyThePixelsOfTheScreen) {
         canvas.line({200 * scale, 150 * scale}, {200 * scale, 20 * scale}, {kInk, 1}, DrawMode::CopyPen);
         canvas.line({10 * scale, 170 * scale}, {250 * scale, 170 * scale}, {kInk, 1}, DrawMode::NotXorPen);
     };
-    EXPECT_EQ(differences(played(strokes, 12, 1.0), shown(strokes)), 0);
+    EXPECT_EQ(differences(played(strokes, 13, 1.0), shown(strokes)), 0);
     EXPECT_EQ(differences(played(strokes, 1, 1.0), shown(strokes)), 0);
 }
 
@@ -147,7 +146,7 @@ TEST(GdiCanvas, HatchesHaveThePixelsOfTheScreen) {
                              DrawMode::CopyPen);
         };
         const int inked = static_cast<int>(std::ranges::count(shown(strokes), raster::toPixel(kInk)));
-        EXPECT_LE(differences(played(strokes, 12, 1.0), shown(strokes)), inked / 20) << style;
+        EXPECT_LE(differences(played(strokes, 13, 1.0), shown(strokes)), inked / 20) << style;
     }
 }
 
@@ -163,7 +162,7 @@ TEST(GdiCanvas, OnAPrinterHatchesCoverTheSameShareOfABox) {
                    static_cast<double>(pixels.size());
         };
         const double onScreen = share(shown(strokes));
-        EXPECT_NEAR(share(played(strokes, 12, kFactor)), onScreen, onScreen * 0.1) << style;
+        EXPECT_NEAR(share(played(strokes, 13, kFactor)), onScreen, onScreen * 0.1) << style;
     }
 }
 
@@ -173,7 +172,7 @@ TEST(GdiCanvas, OnAPrinterEdgesAreWhereTheUnitsSay) {
     const Strokes strokes = [&](raster::Canvas& canvas, int scale) {
         canvas.rectangle(box.at(scale), {kInk, 1}, {FillStyle::Transparent, 0}, DrawMode::CopyPen);
     };
-    const std::vector<std::uint32_t> pixels = played(strokes, 12, kFactor);
+    const std::vector<std::uint32_t> pixels = played(strokes, 13, kFactor);
     const auto width = static_cast<std::size_t>(std::lround(kWidth * kFactor));
     const auto isInk = [&](std::size_t x, std::size_t y) { return pixels[y * width + x] == raster::toPixel(kInk); };
     const auto middleOfRun = [&](std::size_t from, std::size_t to, const std::function<bool(std::size_t)>& inked) {
@@ -200,7 +199,7 @@ TEST(GdiCanvas, NothingIsDrawnOutsideOfTheInnerPicture) {
                          DrawMode::CopyPen);
         canvas.line({-(1 << 24), 5 * scale}, {1 << 24, 5 * scale}, {0, 3}, DrawMode::CopyPen);
     };
-    const std::vector<std::uint32_t> pixels = played(strokes, 12, 1.0, inner);
+    const std::vector<std::uint32_t> pixels = played(strokes, 13, 1.0, inner);
     int outside = 0;
     int inside = 0;
     for (int y = 0; y < kHeight; ++y) {
@@ -217,13 +216,13 @@ TEST(GdiCanvas, NothingIsDrawnOutsideOfTheInnerPicture) {
 
 TEST(GdiCanvas, TextsHaveTheirSizeAtTheResolution) {
     const HDC dc = CreateCompatibleDC(nullptr);
-    GdiSheet fine(dc, 12.0, 1152);
+    GdiSheet fine(dc, 13.0, 1248);
     GdiSheet screen(dc, 1.0, 96);
     const raster::Font font{L"Tahoma", 8.0, false};
     const raster::PixelSize small = screen.textSize(L"450.000", font);
     const raster::PixelSize large = fine.textSize(L"450.000", font);
-    EXPECT_NEAR(large.width / 12.0, small.width, small.width * 0.15);
-    EXPECT_NEAR(large.height / 12.0, small.height, small.height * 0.15);
+    EXPECT_NEAR(large.width / 13.0, small.width, small.width * 0.15);
+    EXPECT_NEAR(large.height / 13.0, small.height, small.height * 0.15);
 }
 
 TEST(GdiCanvas, ManyColorsNeedFewObjects) {
@@ -235,7 +234,7 @@ TEST(GdiCanvas, ManyColorsNeedFewObjects) {
                              {FillStyle::Solid, color}, DrawMode::CopyPen);
         }
     };
-    EXPECT_EQ(differences(played(strokes, 12, 1.0), shown(strokes)), 0);
+    EXPECT_EQ(differences(played(strokes, 13, 1.0), shown(strokes)), 0);
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ TEST_F(ViewPicturesTest, AMetafileIsDrawnInFinerUnitsThanPixels) {
     pictures.save(L"C:\\some.folder\\a.emf", 0, 0, 0);
     const std::string& lines = files.files.at(L"C:\\some.folder\\a.emf");
     const raster::PixelMap map{ui.picSpectrum.scale(),
-                               {12 * ui.picSpectrum.pixelSize().width, 12 * ui.picSpectrum.pixelSize().height}};
+                               {13 * ui.picSpectrum.pixelSize().width, 13 * ui.picSpectrum.pixelSize().height}};
     EXPECT_THAT(lines, HasSubstr("rectangle " + std::to_string(map.x(445.0)) + ","));
 }
 
@@ -167,12 +167,12 @@ TEST_F(ViewPicturesTest, APrinterGetsThePictureInItsPixels) {
 }
 
 TEST_F(ViewPicturesTest, ADeviceThatRecordsGetsFinerUnits) {
-    platform.pictures.onPrinter = {96, 12};
+    platform.pictures.onPrinter = {96, 13};
     pictures.print(kPrinter, 0, 0, 720, 480);
     pictures.print(kPrinter, 0, 0, 16000, 480);
     ASSERT_EQ(platform.pictures.printed.size(), 2U);
-    EXPECT_EQ(platform.pictures.printed[0].picture.size, (raster::PixelSize{8640, 5760}));
-    EXPECT_EQ(platform.pictures.printed[1].picture.size, (raster::PixelSize{32000, 960})) << "no larger coordinates";
+    EXPECT_EQ(platform.pictures.printed[0].picture.size, (raster::PixelSize{9360, 6240}));
+    EXPECT_EQ(platform.pictures.printed[1].picture.size, (raster::PixelSize{16000, 480})) << "no larger coordinates";
 }
 
 TEST_F(ViewPicturesTest, WhatIsNoDeviceOrNoRectangleIsNotPrinted) {
