@@ -165,6 +165,7 @@ void mouseMove(benchmark::State& state, SetKind kind) {
     state.counters["median_ms"] = inside.median() * 1e3;
     state.counters["text_ms"] = text.median() * 1e3;
     state.counters["times_text"] = inside.median() / text.median();
+    state.counters["times_text_least"] = inside.least() / text.least();
     state.counters["further_ms"] = further.median() * 1e3;
     state.counters["text_shown_ms"] = shown.median() * 1e3;
     state.counters["times_shown"] = further.median() / shown.median();

@@ -52,6 +52,7 @@ inline AnySlot foreignSlot(const std::wstring& key) {
 [[nodiscard]] Cost addTaken(std::size_t count);
 [[nodiscard]] Cost addUnreadable(std::size_t count);
 // Adding all channels.
+[[nodiscard]] Cost addPlain(std::size_t count);  ///< the simplest loop that does the same
 [[nodiscard]] Cost addOwn(std::size_t count);
 [[nodiscard]] Cost addForeign(std::size_t count);
 [[nodiscard]] Cost addForeignNowAndThen(std::size_t count);

@@ -25,6 +25,7 @@ using channels::ChannelKind;
 // Removals.
 
 constexpr std::size_t kRemovals = 9;
+constexpr std::size_t kFewHoles = 256;  // that a list keeps, and as many as an eighth of its places
 
 template <class First, class Before>
 Cost removals(std::size_t count, First first, Before before) {
@@ -108,6 +109,23 @@ Cost removeAtTheEdge(std::size_t count) {
     return each(kRemovals, nothing, [&](std::size_t i) {
         removeByKey(filled.store, ChannelKind::TX, keyOf(ChannelKind::TX, order[i] + 1));
     });
+}
+
+/// The removal that closes the holes of a list that holds one record many times.
+Cost closeHolesOfOneRecord(std::size_t count) {
+    channels::ChannelStore store;
+    const AnySlot record = ownSlot(L"TX1");
+    for (std::size_t i = 0; i < count; ++i)
+        addQuietly(store, ChannelKind::TX, record);
+    const auto removeFirst = [&] { static_cast<void>(store.closeGap(ChannelKind::TX, 0)); };
+    return each(
+        3,
+        [&](std::size_t) {
+            const std::size_t places = store.list(ChannelKind::TX).places();
+            while (store.list(ChannelKind::TX).holes().count() < kFewHoles + places / 8)
+                removeFirst();
+        },
+        [&](std::size_t) { removeFirst(); });
 }
 
 // Equal receive channels.
@@ -201,6 +219,8 @@ struct Row {
 
 constexpr std::size_t kFewForeign = 16'000;
 constexpr std::size_t kManyForeign = 128'000;
+constexpr std::size_t kFewRepeated = 4'000;
+constexpr std::size_t kManyRepeated = 32'000;
 
 constexpr Row kRows[] = {
     {"AddRXWithoutKey", addUnkeyed, addKeyed},
@@ -222,13 +242,15 @@ constexpr Row kRows[] = {
     {"RemoveAfterPowerChanged", removeAfterPowerChanged, removeUsual},
     {"RemoveAfterEdgeChanged", removeAfterEdgeChanged, removeUsual},
     {"RemoveAtEdgeOfRange", removeAtTheEdge, removeUsual},
+    {"CloseHolesOfOneRecord", closeHolesOfOneRecord, removeUsual, kFewRepeated, kManyRepeated},
     {"MatchRXAfterRemoval", matchAfterRemoval, matchUsual},
     {"MatchRXAfterPowerChanged", matchAfterPowerChanged, matchUsual},
     {"MatchRXAmongOneForeign", matchAmongForeign, matchUsual},
     {"MatchRXAfterForeignLeft", matchAfterForeignLeft, matchUsual},
     {"RefreshEvery2ndHidden", refreshHidden, refreshUsual},
     {"RefreshEvery2ndWideHidden", refreshWideHidden, refreshWideUsual},
-    {"AddAllUsual", addOwn, addOwn},
+    {"AddAllUsual", addOwn, addPlain},
+    {"AddAllPlain", addPlain, addPlain},
     {"RemoveUsual", removeUsual, removeUsual},
     {"MatchRXUsual", matchUsual, matchUsual},
 };

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "bench/Growth.h"
+#include "bench/PlainLoops.h"
 
 namespace kv::bench {
 
@@ -56,6 +57,10 @@ static Cost addAll(std::size_t count, IsForeign isForeign) {
         for (const AnySlot& record : records)
             addQuietly(store, ChannelKind::TX, record);
     });
+}
+Cost addPlain(std::size_t count) {
+    const double seconds = plainAddSeconds(channelSet(SetKind::Narrow, count));
+    return {seconds, seconds};
 }
 Cost addOwn(std::size_t count) {
     return addAll(count, [](std::size_t) { return false; });

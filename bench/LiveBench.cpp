@@ -2,6 +2,7 @@
 // step with the same one without changes, measured in the same run:
 //   times_pan        with a pan, which draws all channels again
 //   us_per_change    what is above the pan, for each changed record
+//   us_per_set       what setting the same member costs a record that is in no control, which is the host's own share
 //   times_move       with a mouse move
 //   times_plain      with the simplest loop that does the same work
 #include <array>
@@ -94,21 +95,28 @@ constexpr std::array<Member, 6> kMembers{{
 
 void drawAfterChanges(benchmark::State& state, Change change, std::size_t changes) {
     Live live(kMany);
+    const std::vector<AnySlot> alone = makeRecords(ChannelKind::TX, kMany);
+    const auto changeSome = [=](const std::vector<AnySlot>& records, int round) {
+        for (std::size_t i = 0; i < changes; ++i)
+            change(*records[nth(i, kMany)], round);
+    };
     const double pan = live.pan();
     Times times;
+    Times sets;
     int round = 0;
     for (auto _ : state) {
         ++round;
         state.SetIterationTime(times.measure([&] {
-            for (std::size_t i = 0; i < changes; ++i)
-                change(*live.records[nth(i, kMany)], round);
+            changeSome(live.records, round);
             live.control.scope.DrawDisplay();
         }));
+        sets.measure([&] { changeSome(alone, round); });
     }
     state.counters["median_ms"] = times.median() * 1e3;
     state.counters["pan_ms"] = pan * 1e3;
     state.counters["times_pan"] = times.median() / pan;
     state.counters["us_per_change"] = (times.median() - pan) * 1e6 / static_cast<double>(changes);
+    state.counters["us_per_set"] = sets.median() * 1e6 / static_cast<double>(changes);
 }
 
 /// A record that is only in another control of the same process changes.

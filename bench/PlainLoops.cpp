@@ -41,8 +41,7 @@ double plainAddSeconds(const ChannelSet& set) {
     return times.median();
 }
 
-double plainRemovalSeconds(std::size_t count, std::size_t removals) {
-    std::vector<void*> pointers(count);
+double plainRemovalSeconds(std::size_t count, std::size_t removals, int rounds) {
     std::unordered_map<std::wstring, std::int32_t> index;
     std::vector<std::wstring> keys;
     for (std::size_t i = 0; i < count; ++i) {
@@ -50,14 +49,18 @@ double plainRemovalSeconds(std::size_t count, std::size_t removals) {
         index.emplace(keys.back(), static_cast<std::int32_t>(i));
     }
     Times times;
-    times.measure([&] {
-        for (std::size_t i = 0; i < removals; ++i) {
-            const auto at = static_cast<std::size_t>(index.find(keys[nth(i, count)])->second) % pointers.size();
-            std::memmove(pointers.data() + at, pointers.data() + at + 1, (pointers.size() - at - 1) * sizeof(void*));
-            pointers.pop_back();
-        }
-    });
-    benchmark::DoNotOptimize(pointers.data());
+    for (int round = 0; round < rounds; ++round) {
+        std::vector<void*> pointers(count);
+        times.measure([&] {
+            for (std::size_t i = 0; i < removals; ++i) {
+                const auto at = static_cast<std::size_t>(index.find(keys[nth(i, count)])->second) % pointers.size();
+                std::memmove(pointers.data() + at, pointers.data() + at + 1,
+                             (pointers.size() - at - 1) * sizeof(void*));
+                pointers.pop_back();
+            }
+        });
+        benchmark::DoNotOptimize(pointers.data());
+    }
     return times.median();
 }
 

@@ -9,7 +9,8 @@ namespace kv::bench {
 
 /// Seconds for adding all channels of a set: a struct with its string in an array, its index in a hash map.
 [[nodiscard]] double plainAddSeconds(const ChannelSet& set);
-/// Seconds for `removals` of `count` channels: a look-up in a hash map and a move of the pointers behind.
-[[nodiscard]] double plainRemovalSeconds(std::size_t count, std::size_t removals);
+/// Seconds for `removals` of `count` channels: a look-up in a hash map and a move of the pointers behind. The median of
+/// rounds.
+[[nodiscard]] double plainRemovalSeconds(std::size_t count, std::size_t removals, int rounds);
 
 }  // namespace kv::bench

@@ -245,10 +245,12 @@ FreqSlotRef ChannelStore::at(ChannelKind kind, std::int32_t index) const noexcep
 }
 
 FreqSlotRef ChannelStore::findByKey(ChannelKind kind, std::wstring_view key) const {
-    const std::optional<std::size_t> place = keys_.findPlace(key, kind);
-    if (!place)
+    const std::optional<KeyIndex::Found> found = keys_.findPlace(key, kind);
+    if (!found)
         return nullptr;
-    FreqSlotRef channel(lists_[kind].at(*place));
+    FreqSlotRef channel(lists_[kind].at(found->place));
+    if (found->hasKey)
+        return channel;
     const FreqSlotFields* const own = channel->peek();
     if (own ? own->sKey != key : channel->sKey() != key)
         return nullptr;
@@ -268,8 +270,8 @@ std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::int32_t index) 
 }
 
 std::exception_ptr ChannelStore::closeGap(ChannelKind kind, std::wstring_view key) {
-    const std::optional<std::size_t> place = keys_.findPlace(key, kind);
-    return place ? closeGapAt(kind, *place) : closeGap(kind, indexOfKey(key).value_or(0));
+    const std::optional<KeyIndex::Found> found = keys_.findPlace(key, kind);
+    return found ? closeGapAt(kind, found->place) : closeGap(kind, indexOfKey(key).value_or(0));
 }
 
 std::exception_ptr ChannelStore::closeGapAt(ChannelKind kind, std::size_t place) {

@@ -31,7 +31,7 @@ void KeyIndex::takenBack(ChannelKind kind) noexcept {
 bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::size_t place) {
     const std::int32_t number = numberOf(key);
     places_[kind].numbers[place] = number;
-    if (!lead(number, {static_cast<std::int32_t>(place), linkTo(kind)}))
+    if (!lead(number, {static_cast<std::int32_t>(place), linkTo(kind), texts_.text(number) == key}))
         return false;
     places_[kind].odd.erase(place);
     return true;
@@ -114,11 +114,9 @@ bool KeyIndex::takeBack(std::uint64_t version) noexcept {
     return true;
 }
 
-std::optional<KeyIndex::Entry> KeyIndex::entryOf(std::wstring_view key) const noexcept {
+std::int32_t KeyIndex::known(std::wstring_view key) const noexcept {
     const std::int32_t number = texts_.find(key);
-    if (number == KeyTable::kNone || entries_[static_cast<std::size_t>(number)].leads == Leads::Nowhere)
-        return std::nullopt;
-    return entries_[static_cast<std::size_t>(number)];
+    return number != KeyTable::kNone && entry(number).leads != Leads::Nowhere ? number : KeyTable::kNone;
 }
 
 std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
@@ -126,23 +124,24 @@ std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
 }
 
 std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const noexcept {
-    const std::optional<Entry> found = entryOf(key);
-    return found ? std::optional(indexOf(*found)) : std::nullopt;
+    const std::int32_t number = known(key);
+    return number != KeyTable::kNone ? std::optional(indexOf(entry(number))) : std::nullopt;
 }
 
-std::optional<std::size_t> KeyIndex::findPlace(std::wstring_view key, ChannelKind kind) const noexcept {
-    const std::optional<Entry> found = entryOf(key);
-    if (!found)
+std::optional<KeyIndex::Found> KeyIndex::findPlace(std::wstring_view key, ChannelKind kind) const noexcept {
+    const std::int32_t number = known(key);
+    if (number == KeyTable::kNone)
         return std::nullopt;
-    if (found->isLinked() && found->kind() == kind)
-        return static_cast<std::size_t>(found->value);
-    const auto index = static_cast<std::size_t>(indexOf(*found));
-    return index < lists_[kind].size() ? std::optional(lists_[kind].placeOf(index)) : std::nullopt;
+    const Entry& found = entry(number);
+    if (found.isLinked() && found.kind() == kind)
+        return Found{static_cast<std::size_t>(found.value), found.isExact && texts_.text(number) == key};
+    const auto index = static_cast<std::size_t>(indexOf(found));
+    return index < lists_[kind].size() ? std::optional(Found{lists_[kind].placeOf(index), false}) : std::nullopt;
 }
 
 bool KeyIndex::forget(std::wstring_view key) noexcept {
-    const std::int32_t number = texts_.find(key);
-    if (number == KeyTable::kNone || entry(number).leads == Leads::Nowhere)
+    const std::int32_t number = known(key);
+    if (number == KeyTable::kNone)
         return false;
     ++version_;
     unlink(entry(number));

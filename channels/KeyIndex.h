@@ -44,9 +44,13 @@ class KeyIndex {
 
     /// The index that the key leads to.
     [[nodiscard]] std::optional<std::int32_t> find(std::wstring_view key) const noexcept;
+    struct Found {
+        std::size_t place = 0;
+        bool hasKey = false;  ///< the channel has exactly this key; otherwise its own has to be read
+    };
     /// The place of the channel of this kind that has the index which the key leads to; nothing when the key is not
     /// known or the index is beyond the end.
-    [[nodiscard]] std::optional<std::size_t> findPlace(std::wstring_view key, ChannelKind kind) const noexcept;
+    [[nodiscard]] std::optional<Found> findPlace(std::wstring_view key, ChannelKind kind) const noexcept;
     /// Removes the key; false when it is not known.
     bool forget(std::wstring_view key) noexcept;
     /// The key of the channel at `place` may be another one now.
@@ -71,6 +75,7 @@ class KeyIndex {
     struct Entry {
         std::int32_t value = 0;  ///< the index or the place
         Leads leads = Leads::Nowhere;
+        bool isExact = false;  ///< the key of the linked channel is the text in the same letter case
         [[nodiscard]] bool isLinked() const noexcept { return leads >= Leads::ToTX; }
         [[nodiscard]] ChannelKind kind() const noexcept {
             return leads == Leads::ToTX ? ChannelKind::TX : ChannelKind::RX;
@@ -84,9 +89,13 @@ class KeyIndex {
     [[nodiscard]] static Leads linkTo(ChannelKind kind) noexcept {
         return kind == ChannelKind::TX ? Leads::ToTX : Leads::ToRX;
     }
-    [[nodiscard]] std::optional<Entry> entryOf(std::wstring_view key) const noexcept;
+    /// The number of a key that leads somewhere; KeyTable::kNone for any other.
+    [[nodiscard]] std::int32_t known(std::wstring_view key) const noexcept;
     [[nodiscard]] std::int32_t indexOf(const Entry& entry) const noexcept;
     [[nodiscard]] Entry& entry(std::int32_t number) noexcept { return entries_[static_cast<std::size_t>(number)]; }
+    [[nodiscard]] const Entry& entry(std::int32_t number) const noexcept {
+        return entries_[static_cast<std::size_t>(number)];
+    }
     std::int32_t numberOf(std::wstring_view key);
     bool lead(std::int32_t number, const Entry& to) noexcept;
     void unlink(Entry& entry) noexcept;

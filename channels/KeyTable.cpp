@@ -35,9 +35,11 @@ std::int32_t KeyTable::find(std::wstring_view key) const noexcept {
     if (last_ != kNone && text(last_) == key)
         return last_;
     const std::uint32_t hash = hashOf(key);
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t slot = hash & mask; slots_[slot] != kNone; slot = (slot + 1) & mask) {
-        const std::int32_t number = slots_[slot];
+    const auto mask = static_cast<std::uint32_t>(slots_.size() - 1);
+    for (std::size_t slot = hash & mask; slots_[slot] != 0; slot = (slot + 1) & mask) {
+        if (((slots_[slot] ^ hash) & ~mask) != 0)
+            continue;
+        const auto number = static_cast<std::int32_t>((slots_[slot] & mask) - 1);
         if (entries_[static_cast<std::size_t>(number)].hash == hash && equal(text(number), key))
             return last_ = number;
     }
@@ -59,23 +61,22 @@ std::int32_t KeyTable::add(std::wstring_view key) {
         characters_.resize(begin);
         throw;
     }
-    const auto number = static_cast<std::int32_t>(entries_.size() - 1);
-    enter(slots_, hash, number);
-    return number;
+    enter(slots_, hash, entries_.size() - 1);
+    return static_cast<std::int32_t>(entries_.size() - 1);
 }
 
-void KeyTable::enter(std::vector<std::int32_t>& slots, std::uint32_t hash, std::int32_t number) noexcept {
-    const std::size_t mask = slots.size() - 1;
+void KeyTable::enter(std::vector<std::uint32_t>& slots, std::uint32_t hash, std::size_t number) noexcept {
+    const auto mask = static_cast<std::uint32_t>(slots.size() - 1);
     std::size_t slot = hash & mask;
-    while (slots[slot] != kNone)
+    while (slots[slot] != 0)
         slot = (slot + 1) & mask;
-    slots[slot] = number;
+    slots[slot] = (hash & ~mask) | static_cast<std::uint32_t>(number + 1);
 }
 
 void KeyTable::growSlots() {
-    std::vector<std::int32_t> larger(std::max(kFewSlots, slots_.size() * 2), kNone);
+    std::vector<std::uint32_t> larger(std::max(kFewSlots, slots_.size() * 2));
     for (std::size_t number = 0; number < entries_.size(); ++number)
-        enter(larger, entries_[number].hash, static_cast<std::int32_t>(number));
+        enter(larger, entries_[number].hash, number);
     slots_.swap(larger);
 }
 

@@ -28,13 +28,16 @@ class KeyTable {
     };
     [[nodiscard]] bool isFull() const noexcept { return entries_.size() * 4 >= slots_.size() * 3; }
     [[nodiscard]] static std::uint32_t hashOf(std::wstring_view text) noexcept;
-    static void enter(std::vector<std::int32_t>& slots, std::uint32_t hash, std::int32_t number) noexcept;
+    static void enter(std::vector<std::uint32_t>& slots, std::uint32_t hash, std::size_t number) noexcept;
     void growSlots();
 
     std::vector<wchar_t> characters_;
     std::vector<Entry> entries_;
     mutable std::int32_t last_ = kNone;  ///< the text that was found last: a key is often looked up several times
-    std::vector<std::int32_t> slots_;    ///< numbers, at the first free slot from the hash on; a power of 2 of them
+    /// A power of 2 of them. A text is at the first slot from its hash on that was free: its number plus 1, which takes
+    /// fewer bits than a slot has, and above it the same bits of its hash. They tell nearly all other texts without a
+    /// look at their entries, which are scattered over the memory. 0 is a free slot.
+    std::vector<std::uint32_t> slots_;
 };
 
 }  // namespace kv::channels

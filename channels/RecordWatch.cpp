@@ -1,19 +1,21 @@
 #include "channels/RecordWatch.h"
 
-#include <algorithm>
+#include <limits>
 #include <memory>
-#include <vector>
+#include <set>
+#include <utility>
 
 namespace kv::channels {
 
-/// Passes on what it hears.
+/// Passes on what it hears. Sorted, because a record may be many times in one list, and closing the holes of that list
+/// moves each of these watches.
 class RecordWatches::Several final : public RecordWatcher {
   public:
     void recordChanges(std::int32_t, Changes what) noexcept override {
         for (const Watch& watch : watches)
             watch.watcher->recordChanges(watch.place, what);
     }
-    std::vector<Watch> watches;
+    std::set<Watch> watches;
 };
 
 RecordWatches::Several* RecordWatches::several() const noexcept {
@@ -29,7 +31,7 @@ void RecordWatches::add(RecordWatcher& watcher, std::int32_t place) {
     if (!only_.watcher) {
         only_ = added;
     } else if (Several* const known = several()) {
-        known->watches.push_back(added);
+        known->watches.insert(added);
     } else {
         auto made = std::make_unique<Several>();
         made->watches = {only_, added};
@@ -46,17 +48,15 @@ void RecordWatches::remove(RecordWatcher& watcher, std::int32_t place) noexcept 
     Several* const known = several();
     if (!known)
         return;
-    const auto found = std::ranges::find(known->watches, removed);
-    if (found == known->watches.end())
-        return;
-    *found = known->watches.back();
-    known->watches.pop_back();
-    simplify(known);
+    if (known->watches.erase(removed) != 0)
+        simplify(known);
 }
 
 void RecordWatches::removeAll(RecordWatcher& watcher) noexcept {
     if (Several* const known = several()) {
-        std::erase_if(known->watches, [&watcher](const Watch& watch) { return watch.watcher == &watcher; });
+        auto& watches = known->watches;
+        watches.erase(watches.lower_bound({&watcher, std::numeric_limits<std::int32_t>::min()}),
+                      watches.upper_bound({&watcher, std::numeric_limits<std::int32_t>::max()}));
         simplify(known);
     } else if (only_.watcher == &watcher) {
         only_ = {};
@@ -67,7 +67,7 @@ void RecordWatches::simplify(Several* known) noexcept {
     if (known->watches.size() > 1)
         return;
     const std::unique_ptr<Several> ended(known);
-    only_ = ended->watches.empty() ? Watch() : ended->watches.front();
+    only_ = ended->watches.empty() ? Watch() : *ended->watches.begin();
 }
 
 void RecordWatches::move(RecordWatcher& watcher, std::int32_t from, std::int32_t to) noexcept {
@@ -75,9 +75,11 @@ void RecordWatches::move(RecordWatcher& watcher, std::int32_t from, std::int32_t
     if (only_ == moved) {
         only_.place = to;
     } else if (Several* const known = several()) {
-        const auto found = std::ranges::find(known->watches, moved);
-        if (found != known->watches.end())
-            found->place = to;
+        auto node = known->watches.extract(moved);
+        if (!node)
+            return;
+        node.value().place = to;
+        known->watches.insert(std::move(node));
     }
 }
 

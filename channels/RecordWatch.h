@@ -1,6 +1,7 @@
 // How the stores that hold a record hear of its changes.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 namespace kv::channels {
@@ -46,7 +47,7 @@ class RecordWatches {
     struct Watch {
         RecordWatcher* watcher = nullptr;
         std::int32_t place = 0;
-        friend bool operator==(const Watch&, const Watch&) = default;
+        friend auto operator<=>(const Watch&, const Watch&) = default;
     };
     class Several;
     static constexpr std::int32_t kSeveral = -1;

@@ -183,7 +183,7 @@ void PictureBox::showHeldBack() {
     if (!std::exchange(heldBack_, false) || !peer())
         return;
     dirty_ = true;
-    peer()->changed(Change::Picture);
+    peer()->changed(Change::PictureNow);
 }
 
 void PictureBox::cls() {

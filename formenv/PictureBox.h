@@ -106,7 +106,7 @@ class PictureBox : public Widget {
 
     /// The window shows the picture now; the next stroke requests a repaint again.
     void shown() noexcept { dirty_ = heldBack_ = false; }
-    /// Requests the repaint for what was drawn under `HoldBack`.
+    /// Shows at once what was drawn under `HoldBack`.
     void showHeldBack();
 
     /// A canvas to draw on instead of the kept picture, or nullptr: for tests that read the strokes.

@@ -29,6 +29,7 @@ enum class Change {
     Items,
     Value,
     Picture,
+    PictureNow,  ///< the picture is complete: it is shown at once instead of when events run next
     Text,
     Locked,
     Spoken,

@@ -132,6 +132,7 @@ void KnobWindow::changed(Change what) {
         case Change::Colors:
         case Change::Font:
         case Change::Picture:
+        case Change::PictureNow:
             invalidate();
             break;
     }

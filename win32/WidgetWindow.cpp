@@ -57,6 +57,9 @@ void WidgetWindow::changed(Change what) {
         case Change::Picture:
             InvalidateRect(window_, nullptr, FALSE);
             break;
+        case Change::PictureNow:
+            tree_.paintNow(*this);
+            break;
         case Change::Spoken:
             Speech::tellValue(window_);
             break;

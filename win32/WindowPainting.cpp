@@ -37,12 +37,29 @@ void WindowTree::paintWindow(WidgetWindow& target) {
     EndPaint(target.window(), &paint);
 }
 
+void WindowTree::paintNow(WidgetWindow& target) noexcept {
+    const HWND window = target.window();
+    const HDC dc = IsWindowVisible(window) ? GetDC(window) : nullptr;
+    try {
+        if (dc)
+            paintWidget(target.widget(), dc, {0, 0});
+        else
+            InvalidateRect(window, nullptr, FALSE);
+    } catch (...) {
+        // Without memory for the picture, the system asks for it again.
+        InvalidateRect(window, nullptr, FALSE);
+    }
+    if (dc)
+        ReleaseDC(window, dc);
+}
+
 /// True if the window must show that a window inside it has the focus.
 bool WindowTree::framesFocus(const WidgetWindow& target) const {
+    if (!target.kind().showsFocusInside())
+        return false;
     const HWND focus = GetFocus();
     const WidgetWindow* inner = find(focus);
-    return inner && inner->kind().focusShownAround(inner->widget()) && target.kind().showsFocusInside() &&
-           IsChild(target.window(), focus);
+    return inner && inner->kind().focusShownAround(inner->widget()) && IsChild(target.window(), focus);
 }
 
 /// A picture has received or lost the focus.

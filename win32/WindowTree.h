@@ -78,6 +78,9 @@ class WindowTree {
     /// The window must be updated when pending events are processed.
     void noteStale(WidgetWindow& window);
     void showToolTip(const WidgetWindow& window) { toolTips_.set(root_, window.window(), window.widget().toolTip()); }
+    /// Paints a picture without a message. The system's way, an invalid area and WM_PAINT, can need several calls of
+    /// another process.
+    void paintNow(WidgetWindow& target) noexcept;
     /// The root widget changed its own size, in pixels.
     void rootResized(raster::PixelSize size);
     /// The root widget is a form that has another place.

@@ -149,6 +149,26 @@ TEST_F(RecordMembersTest, EachWatchIsHeardMovedAndEndedByItself) {
     EXPECT_EQ(other.places.size(), 1U);
 }
 
+TEST_F(RecordMembersTest, AWatcherThatEndsAllItsWatchesLeavesThoseOfOthers) {
+    Listener other;
+    Listener third;
+    for (const std::int32_t place : {5, 1, 0}) {
+        for (Listener* const watcher : {&third, &listener, &other})
+            ASSERT_TRUE(slot->watch(*watcher, place));
+    }
+    slot->unwatchAll(listener);
+    slot->setDFreq(1.0);
+    EXPECT_TRUE(listener.places.empty());
+    for (Listener* const watcher : {&other, &third}) {
+        std::ranges::sort(watcher->places);
+        EXPECT_EQ(watcher->places, std::vector<std::int32_t>({0, 1, 5}));
+    }
+    slot->unwatchAll(other);
+    slot->unwatchAll(third);
+    slot->setDFreq(2.0);
+    EXPECT_EQ(third.places.size(), 3U);
+}
+
 TEST_F(RecordMembersTest, MarkingAVisibleRecordAsDrawnIsNoChangeButUnmarkingIsOne) {
     ASSERT_TRUE(slot->watch(listener, 0));
     EXPECT_EQ(changesOf([&] { slot->setBDrawn(true); }), kNone);

@@ -4,7 +4,7 @@
 namespace kv::control {
 namespace {
 
-/// A window that is painted when events run, as the system paints it.
+/// A window that is painted when events run, as the system paints it, or at once.
 class PaintedPeer final : public formenv::Peer {
   public:
     explicit PaintedPeer(formenv::PictureBox& box) : box_(box) { box_.setPeer(this); }
@@ -12,7 +12,11 @@ class PaintedPeer final : public formenv::Peer {
     PaintedPeer(const PaintedPeer&) = delete;
     PaintedPeer& operator=(const PaintedPeer&) = delete;
 
-    void changed(formenv::Change what) override { invalid_ = invalid_ || what == formenv::Change::Picture; }
+    void changed(formenv::Change what) override {
+        invalid_ = invalid_ || what == formenv::Change::Picture || what == formenv::Change::PictureNow;
+        if (what == formenv::Change::PictureNow)
+            paintPending();
+    }
     void paintPending() {
         if (!std::exchange(invalid_, false))
             return;
