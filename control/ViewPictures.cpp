@@ -119,8 +119,9 @@ void ViewPictures::save(const std::wstring& file, std::int32_t width, std::int32
 
 std::string ViewPictures::metafile(PixelSize size, int dpi) const {
     const Shown shown = scope_.shown();
-    const int wanted = static_cast<int>(
-        std::lround(static_cast<double>(formenv::kRecordedFineness) * shown.strip.platform().dpi() / dpi));
+    constexpr int kLeastFineness = 3;  // for resolutions that are as fine as those of printers
+    const double screen = formenv::kRecordedFineness * shown.strip.platform().dpi();
+    const int wanted = std::max(kLeastFineness, static_cast<int>(std::lround(screen / dpi)));
     return scope_.platform().pictureOutput().metafile(
         PictureCopy::vectors(shown, paper(size, dpi), dpi * finenessOf(size, wanted)));
 }

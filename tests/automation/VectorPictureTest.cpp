@@ -147,6 +147,8 @@ TEST_F(VectorPicture, AtTheResolutionOfTheScreenItLooksAsOnTheScreen) {
             ++(inside ? inSpectrum : inStrip);
         }
     }
+    RecordProperty("differentInSpectrum", inSpectrum);
+    RecordProperty("differentInStrip", inStrip);
     // Diagonals and the ends of wide lines may be off by a pixel, and letters have other shapes.
     EXPECT_LE(inSpectrum, plot.spectrum.width() * plot.spectrum.height() / 200);
     EXPECT_LE(inStrip, screen.width * screen.height / 100);
@@ -248,6 +250,7 @@ TEST_F(VectorPicture, HalfAMillionProductsMakeASmallFileQuickly) {
     for (int y = plot.spectrum.top; y <= plot.spectrum.bottom; ++y)
         for (int x = plot.spectrum.left; x <= plot.spectrum.right; ++x)
             different += played.at(x, y) != screen.at(x, y) ? 1 : 0;
+    RecordProperty("different", different);
     EXPECT_LE(different, plot.spectrum.width() * plot.spectrum.height() / 50);
 }
 
