@@ -41,9 +41,13 @@ void Bandscope::drawInSteps(Step& step) {
     pumpEventsAndTakeMarksOff();
     step = 1300;
     drawCollection(ChannelKind::RX, L"DrawDisplayRX", Showing::Later);
+    services_.platform.pumpEvents();
     pumpEventsAndTakeMarksOff();
     step = 1400;
-    painter_.holdingBack([this] { painter_.DrawGrid(); });
+    bool drawn = false;
+    painter_.holdingBack([&] { drawn = painter_.DrawGrid(); });
+    if (drawn)
+        services_.platform.pumpEvents();
     pumpEventsAndTakeMarksOff();
     step = 1500;
     painter_.holdingBack([this] { painter_.DrawFreqLbls(); });
