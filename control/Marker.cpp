@@ -87,7 +87,7 @@ void Marker::placeReadout() {
     const int line = picture_.pixelX(frequency_);
     const int left = std::clamp(line + gap <= room ? line + gap : line - gap - width, 0, std::max(room, 0));
     readout_.move({raster::pixelsToTwips(left, dpi), raster::pixelsToTwips(gap, dpi), raster::pixelsToTwips(width, dpi),
-                   raster::pixelsToTwips(text.height + 2, dpi)});
+                   raster::pixelsToTwips(text.height + gap, dpi)});
 }
 
 }  // namespace kv::control
