@@ -3,8 +3,8 @@
 //   FirstPicture [MANIFEST] [PICTURE]
 //
 // MANIFEST is the path of kvBandscope.manifest, which must be in the same folder as kvBandscope.ocx. Without MANIFEST
-// the control must be registered. Without PICTURE the picture is saved in the scratch folder. The exit code is 0 when
-// the picture was saved.
+// the control must be registered. Without PICTURE the picture is saved in the scratch folder. The program prints the
+// name of the picture, or what went wrong. The exit code is 0 when the picture was saved.
 #include <windows.h>
 
 #include <ole2.h>
@@ -14,6 +14,8 @@
 #include "kvBandscope.h"
 
 #include <wrl/client.h>
+
+#include <cstdio>
 
 using Microsoft::WRL::ComPtr;
 
@@ -48,10 +50,14 @@ class Activation {
 bool savePicture(const wchar_t* file) {
     ComPtr<_kvBandscope> scope;
     ComPtr<_FreqSlot> channel;
-    if (FAILED(
-            CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf()))) ||
-        FAILED(CoCreateInstance(CLSID_FreqSlot, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(channel.GetAddressOf()))))
+    HRESULT hr = CoCreateInstance(CLSID_kvBandscope, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(scope.GetAddressOf()));
+    if (SUCCEEDED(hr))
+        hr = CoCreateInstance(CLSID_FreqSlot, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(channel.GetAddressOf()));
+    if (FAILED(hr)) {
+        fwprintf(stderr, L"The control cannot be created (error %08lX). Register it, or name its manifest.\n",
+                 static_cast<unsigned long>(hr));
         return false;
+    }
     BSTR key = SysAllocString(L"TX1");
     channel->put_sKey(key);
     channel->put_dFreq(462.55);     // MHz
@@ -75,6 +81,10 @@ bool savePicture(const wchar_t* file) {
     BSTR written = nullptr;
     scope->DisplayToBMP(&height, &width, &name, &written);
     const bool saved = SysStringLen(written) > 0;
+    if (saved)
+        wprintf(L"Picture saved as %ls\n", written);
+    else
+        fwprintf(stderr, L"The picture cannot be saved as %ls. The log KVTECSUP.TXT says why.\n", name);
     SysFreeString(written);
     SysFreeString(name);
     SysFreeString(key);

@@ -21,8 +21,17 @@ using Microsoft::WRL::ComPtr;
 
 namespace {
 
+constexpr DISPID kChgGridRange = 1;
 constexpr DISPID kChgHeight = 2;
 constexpr DISPID kChgFreqRange = 3;
+constexpr UINT kFollowHeight = WM_APP + 1;  // wParam: the control's new height in pixels
+
+int pixelsOfTwips(int twips) {
+    const HDC screen = GetDC(nullptr);
+    const int pixels = MulDiv(twips, GetDeviceCaps(screen, LOGPIXELSY), 1440);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
 
 // [site]
 /// The container's side of the control: client site, in-place site, frame, and the receiver of the control's events.
@@ -80,16 +89,22 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
     STDMETHODIMP SetStatusText(LPCOLESTR) override { return S_OK; }
     STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
 
-    // Events are identified by number. Their arguments are in reverse order.
+    // Events are identified by number. Their arguments are in reverse order. Questions about ambient properties have
+    // numbers as well; this window answers none of them.
     STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) override {
-        wchar_t title[100] = L"";
-        if (event == kChgFreqRange && arguments->cArgs == 2)
+        if (event == kChgFreqRange && arguments->cArgs == 2) {
+            wchar_t title[100] = L"";
             swprintf(title, 100, L"%.5f to %.5f MHz", arguments->rgvarg[1].dblVal, arguments->rgvarg[0].dblVal);
-        else if (event == kChgHeight && arguments->cArgs == 1)
-            swprintf(title, 100, L"%d twips high", arguments->rgvarg[0].iVal);
-        if (*title)
             SetWindowTextW(window_, title);
-        return S_OK;
+            return S_OK;
+        }
+        if (event == kChgHeight && arguments->cArgs == 1) {
+            // The panel was collapsed or expanded. The control has not finished yet, so the window follows later.
+            const int twips = arguments->rgvarg[0].iVal;
+            PostMessageW(window_, kFollowHeight, static_cast<WPARAM>(pixelsOfTwips(twips)), 0);
+            return S_OK;
+        }
+        return event == kChgGridRange ? S_OK : DISP_E_MEMBERNOTFOUND;
     }
 
     /// Passes a keyboard message to the control first; true when the control has handled it.
@@ -222,6 +237,16 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         spectrum->place(area);
         return 0;
     }
+    if (message == kFollowHeight) {
+        RECT outer{};
+        RECT inner{};
+        GetWindowRect(window, &outer);
+        GetClientRect(window, &inner);
+        const int border = (outer.bottom - outer.top) - inner.bottom;
+        SetWindowPos(window, nullptr, 0, 0, outer.right - outer.left, static_cast<int>(wParam) + border,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        return 0;
+    }
     if (message == WM_CLOSE) {
         PostQuitMessage(0);  // run() releases the control before it destroys the window
         return 0;
@@ -234,6 +259,7 @@ HWND makeWindow() {
     kind.lpfnWndProc = windowProcedure;
     kind.hInstance = GetModuleHandleW(nullptr);
     kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    kind.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
     kind.lpszClassName = L"SpectrumWindow";
     RegisterClassW(&kind);
     return CreateWindowW(kind.lpszClassName, L"Spectrum", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,

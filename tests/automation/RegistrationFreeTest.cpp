@@ -286,20 +286,71 @@ BOOL CALLBACK findSpectrum(HWND window, LPARAM found) {
     return FALSE;
 }
 
-TEST_F(RegistrationFreeTest, ADoubleClickOpensTheWindow) {
-    const ChildProcess program(quoted(L"SpectrumWindow.exe"));
+/// The panel's window, whose text is its caption: "-" while it is expanded.
+BOOL CALLBACK findPanel(HWND window, LPARAM found) {
+    const std::wstring text = windowText(window);
+    if (windowClass(window) != L"kvFrame" || (text != L"-" && text != L"+"))
+        return TRUE;
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+int clientHeight(HWND window) {
+    RECT client{};
+    GetClientRect(window, &client);
+    return client.bottom;
+}
+
+/// SpectrumWindow.exe without arguments, with its window on the screen.
+class OpenWindow {
+  public:
+    explicit OpenWindow(const std::wstring& command) : program_(command) {
+        for (int tries = 0; tries < 600 && !spectrum; ++tries) {
+            Sleep(50);
+            window = windowOf(program_.id());
+            if (window)
+                EnumChildWindows(window, findSpectrum, reinterpret_cast<LPARAM>(&spectrum));
+        }
+    }
+    void close() const {
+        PostMessageW(window, WM_CLOSE, 0, 0);
+        EXPECT_EQ(program_.wait(), 0U);
+    }
     HWND window = nullptr;
     HWND spectrum = nullptr;
-    for (int tries = 0; tries < 600 && !spectrum; ++tries) {
-        Sleep(50);
-        window = windowOf(program.id());
-        if (window)
-            EnumChildWindows(window, findSpectrum, reinterpret_cast<LPARAM>(&spectrum));
-    }
-    ASSERT_NE(spectrum, nullptr);
-    EXPECT_TRUE(IsWindowVisible(spectrum));
-    PostMessageW(window, WM_CLOSE, 0, 0);
-    EXPECT_EQ(program.wait(), 0U);
+
+  private:
+    ChildProcess program_;
+};
+
+TEST_F(RegistrationFreeTest, ADoubleClickOpensTheWindow) {
+    const OpenWindow opened(quoted(L"SpectrumWindow.exe"));
+    ASSERT_NE(opened.spectrum, nullptr);
+    EXPECT_TRUE(IsWindowVisible(opened.spectrum));
+    opened.close();
+}
+
+TEST_F(RegistrationFreeTest, TheWindowFollowsTheHeightOfItsControl) {
+    const OpenWindow opened(quoted(L"SpectrumWindow.exe"));
+    ASSERT_NE(opened.spectrum, nullptr);
+    HWND panel = nullptr;
+    EnumChildWindows(opened.window, findPanel, reinterpret_cast<LPARAM>(&panel));
+    ASSERT_NE(panel, nullptr);
+    const int before = clientHeight(opened.window);
+    const auto toggle = [&] {
+        const int height = clientHeight(opened.window);
+        SendMessageW(panel, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
+        for (int tries = 0; tries < 100 && clientHeight(opened.window) == height; ++tries)
+            Sleep(20);
+        RECT control{};
+        GetWindowRect(GetParent(panel), &control);
+        EXPECT_EQ(control.bottom - control.top, clientHeight(opened.window));
+    };
+    toggle();
+    EXPECT_LT(clientHeight(opened.window), before - 50);
+    toggle();
+    EXPECT_NEAR(clientHeight(opened.window), before, 1);
+    opened.close();
 }
 
 }  // namespace
