@@ -47,7 +47,7 @@ class RecordWatches {
     struct Watch {
         RecordWatcher* watcher = nullptr;
         std::int32_t place = 0;
-        friend auto operator<=>(const Watch&, const Watch&) = default;
+        friend auto operator<=>(const Watch&, const Watch&) = default;  // NOLINT(modernize-use-nullptr): there is none.
     };
     class Several;
     static constexpr std::int32_t kSeveral = -1;

@@ -34,9 +34,10 @@ std::wstring text(PixelSize size) {
 }
 
 void demandBetween(const wchar_t* what, int value, int least, int most, const wchar_t* unit) {
-    if (value < least || value > most)
+    if (value < least || value > most) {
         refuse(what + std::to_wstring(value) + L". It must be " + std::to_wstring(least) + L" to " +
                std::to_wstring(most) + unit);
+    }
 }
 
 /// Runs `body`; an error with this number gets another text.
@@ -94,9 +95,10 @@ void ViewPictures::save(const std::wstring& file, std::int32_t width, std::int32
     const std::wstring extension = extensionOf(file);
     if (extension != L".BMP" && extension != L".PNG" && extension != L".EMF")
         refuse(L"SavePicture: the file is \"" + file + L"\". Its name must end in .bmp, .png or .emf.");
-    if (dpi != 0)
+    if (dpi != 0) {
         demandBetween(L"SavePicture: the resolution is ", dpi, kLeastDpi, kMostDpi,
                       L" dpi, or 0 for that of the screen.");
+    }
     const int resolution = dpi != 0 ? dpi : scope_.platform().dpi();
     const PixelSize onScreen = shownSize(resolution);
     const PixelSize size{width != 0 ? width : onScreen.width, height != 0 ? height : onScreen.height};
@@ -130,12 +132,13 @@ std::string ViewPictures::bitmapFile(bool asPng, PixelSize size, int dpi) const 
     const Shown shown = scope_.shown();
     formenv::PictureOutput& output = scope_.platform().pictureOutput();
     BitmapImage image;
-    if (dpi != scope_.platform().dpi())
+    if (dpi != scope_.platform().dpi()) {
         image = output.pixels(PictureCopy::vectors(shown, paper(size, dpi), dpi));
-    else if (size == shown.strip.pixelSize())
+    } else if (size == shown.strip.pixelSize()) {
         image = PictureCopy::shownPixels(shown);
-    else
+    } else {
         image = PictureCopy(shown, paper(size, dpi), dpi).pixels();
+    }
     return asPng ? output.png(image, dpi)
                  : util::bmpFile(image.pixels.data(), image.width, image.height, image.width, dpi);
 }
@@ -163,9 +166,10 @@ void ViewPictures::print(double context, std::int32_t left, std::int32_t top, st
     const bool isWhole = std::abs(context) <= kMostHandle && std::floor(context) == context;
     const auto handle = isWhole ? static_cast<std::int64_t>(context) : 0;
     const formenv::OutputDevice device = output.device(handle);
-    if (device.dpi < 1)
+    if (device.dpi < 1) {
         refuse(L"PrintPicture: hdc is " + util::formatNumber(context, L"") +
                L". It must be the handle of a device context, as a number.");
+    }
     demandBetween(L"PrintPicture: the width is ", width, kLeastSize, kMostUnits, L" pixels of the device.");
     demandBetween(L"PrintPicture: the height is ", height, kLeastSize, kMostUnits, L" pixels of the device.");
     demandBetween(L"PrintPicture: left is ", left, -kMostUnits, kMostUnits, L" pixels of the device.");

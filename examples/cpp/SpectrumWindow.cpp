@@ -113,7 +113,17 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
         return active && message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST &&
                active->TranslateAccelerator(&message) == S_OK;
     }
-    void forget() { active_.Reset(); }
+    void adopt(IOleInPlaceObject* control) { control_ = control; }
+    void forget() {
+        active_.Reset();
+        control_.Reset();
+    }
+
+    // The control asks for another size, for example when the user collapses its panel. Without the call of
+    // SetObjectRects it would not get it.
+    STDMETHODIMP OnPosRectChange(const RECT* place) override {
+        return control_ ? control_->SetObjectRects(place, place) : E_UNEXPECTED;
+    }
 
     // Methods that this window does not need.
     STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
@@ -130,7 +140,6 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
     STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
     STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
     STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
-    STDMETHODIMP OnPosRectChange(const RECT*) override { return S_OK; }  // the control always fills the window
     STDMETHODIMP GetBorder(RECT*) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP RequestBorderSpace(const BORDERWIDTHS*) override { return INPLACE_E_NOTOOLSPACE; }
     STDMETHODIMP InsertMenus(HMENU, OLEMENUGROUPWIDTHS*) override { return E_NOTIMPL; }
@@ -146,6 +155,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleInP
   private:
     HWND window_;
     ComPtr<IOleInPlaceActiveObject> active_;
+    ComPtr<IOleInPlaceObject> control_;
 };
 // [end]
 
@@ -158,6 +168,8 @@ class Spectrum {
                                     IID_PPV_ARGS(scope_.GetAddressOf()))))
             return;
         scope_.As(&object_);
+        scope_.As(&inPlace_);
+        site.adopt(inPlace_.Get());
         object_->SetClientSite(&site);
         ComPtr<IPersistStreamInit> start;
         if (SUCCEEDED(scope_.As(&start)))
@@ -185,15 +197,15 @@ class Spectrum {
     [[nodiscard]] _kvBandscope* scope() const { return scope_.Get(); }
 
     void place(const RECT& area) {
-        ComPtr<IOleInPlaceObject> inPlace;
-        if (scope_ && SUCCEEDED(scope_.As(&inPlace)))
-            inPlace->SetObjectRects(&area, &area);
+        if (inPlace_)
+            inPlace_->SetObjectRects(&area, &area);
     }
 
   private:
     Site& site_;
     ComPtr<_kvBandscope> scope_;
     ComPtr<IOleObject> object_;
+    ComPtr<IOleInPlaceObject> inPlace_;
     ComPtr<IConnectionPoint> events_;
     DWORD cookie_ = 0;
 };

@@ -338,6 +338,8 @@ TEST_F(RegistrationFreeTest, TheWindowFollowsTheHeightOfItsControl) {
     ASSERT_NE(panel, nullptr);
     const int before = clientHeight(opened.window);
     const auto toggle = [&] {
+        // Beyond the time of a double-click, and after the window has handled its own change of size.
+        Sleep(GetDoubleClickTime() + 100);
         const int height = clientHeight(opened.window);
         SendMessageW(panel, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, 5));
         for (int tries = 0; tries < 100 && clientHeight(opened.window) == height; ++tries)
