@@ -1,6 +1,7 @@
 // Removing and clearing channels, and the buttons of the panel.
 #include <limits>
 
+#include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -41,6 +42,23 @@ TEST_F(StoreRemovalTest, RemovingTheOnlyTXChannelEmptiesTheStoreAndHidesTheLabel
     EXPECT_FALSE(ui.lblNumTX.visible());
     EXPECT_FALSE(ui.lblTXRange.visible());
     EXPECT_EQ(ui.lblNumTX.caption(), L"");
+}
+
+TEST_F(StoreRemovalTest, AKeyThatComesAgainInAnotherLetterCaseIsFoundInThatOneOnly) {
+    const auto add = [this](const wchar_t* key) {
+        const util::Ref<QuietSlot> slot(new QuietSlot);
+        slot->fields().sKey = key;
+        scope.AddTXChnl(channels::FreqSlotRef(slot.get()));
+        return slot;
+    };
+    add(L"TXab");
+    scope.RemoveChnlByKey(L"TXab");
+    const util::Ref<QuietSlot> again = add(L"TXAB");
+    EXPECT_FALSE(scope.GetTXbyKey(L"TXab"));
+    EXPECT_EQ(scope.GetTXbyKey(L"TXAB").get(), again.get());
+    again->fields().sKey = L"TXab";
+    EXPECT_EQ(scope.GetTXbyKey(L"TXab").get(), again.get());
+    EXPECT_FALSE(scope.GetTXbyKey(L"TXAB"));
 }
 
 TEST_F(StoreRemovalTest, RemovingAnUnknownKeyChangesNothing) {
