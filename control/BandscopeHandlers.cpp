@@ -3,14 +3,15 @@
 #include <cmath>
 
 #include "control/Bandscope.h"
+#include "formenv/ShiftKeys.h"
 
 namespace kv::control {
 
 using channels::ChannelKind;
 
-namespace {
+namespace shift_key = formenv::shift_key;
 
-constexpr int kCtrl = 2;
+namespace {
 
 /// To the nearest number, a half to the even one, as the conversion to a whole number rounds. A height beyond 16 bits,
 /// as of a window over several screens, becomes the largest one: the host has to hear of the change all the same.
@@ -115,7 +116,7 @@ void Bandscope::picSpectrum_MouseUp(int button, int shift, double x) {
         if (span) {
             const RangeAction action(navigation_.history(), range_.span());
             zoomTo(span->first, span->second);
-        } else if (isClick && shift == kCtrl && range_.isUsable() && range_.contains(x)) {
+        } else if (isClick && shift == shift_key::kCtrl && range_.isUsable() && range_.contains(x)) {
             setMarker(snapping_.at(x), true);
         }
     });

@@ -6,9 +6,12 @@
 
 #include "channels/ChannelIndex.h"
 #include "control/Formats.h"
+#include "formenv/ShiftKeys.h"
 #include "util/Trapped.h"
 
 namespace kv::control {
+
+namespace shift_key = formenv::shift_key;
 
 namespace {
 
@@ -32,9 +35,6 @@ constexpr int kPlus = 187;
 constexpr int kMinus = 189;
 }  // namespace key
 
-constexpr int kShift = 1;
-constexpr int kCtrl = 2;
-constexpr int kAlt = 4;
 constexpr double kZoom = 2.0;
 
 }  // namespace
@@ -70,13 +70,13 @@ bool Keyboard::wantsAltKey(int code) noexcept {
 }
 
 bool Keyboard::picSpectrum_KeyDown(int code, int shift) {
-    if (shift == kAlt && wantsAltKey(code)) {
+    if (shift == shift_key::kAlt && wantsAltKey(code)) {
         // Also without a range to go to the key is not the form's.
         util::reported(errors_, L"picSpectrum_KeyDown",
                        [&](util::Step&) { code == key::kLeft ? actions_.goBack() : actions_.goForward(); });
         return true;
     }
-    if (!wantsKey(code) || (shift & ~(kShift | kCtrl)) != 0)
+    if (!wantsKey(code) || (shift & ~(shift_key::kShift | shift_key::kCtrl)) != 0)
         return false;
     if (code == key::kEscape)
         return actions_.giveUpDrag() || pointer_.drag().dropSpan();
@@ -99,9 +99,9 @@ void Keyboard::steer(int code, int shift) {
     switch (code) {
         case key::kLeft:
         case key::kRight:
-            if (shift & kCtrl) {
+            if (shift & shift_key::kCtrl) {
                 cursorToChannel(side);
-            } else if (shift & kShift) {
+            } else if (shift & shift_key::kShift) {
                 const double from = cursorOrCenter();
                 cursorTo(actions_.snappedAhead(from, from + side * range_.GridStepX() / kNudges));
             } else {

@@ -2,16 +2,16 @@
 
 #include <cmath>
 
+#include "formenv/ShiftKeys.h"
 #include "raster/Twips.h"
 #include "util/Trapped.h"
 
 namespace kv::control {
 
+namespace shift_key = formenv::shift_key;
+
 namespace {
 
-constexpr int kShift = 1;
-constexpr int kCtrl = 2;
-constexpr int kAlt = 4;
 constexpr int kNotch = 120;
 constexpr double kZoom = 1.25;
 constexpr double kFineZoom = 1.05;
@@ -20,7 +20,7 @@ constexpr int kLeastDrag = 3;  // pixels
 }  // namespace
 
 bool Navigation::wheel(int delta, int shift, double x) {
-    if (!wheelZoom_ || (shift & kAlt) != 0 || !range_.derive()) {
+    if (!wheelZoom_ || (shift & shift_key::kAlt) != 0 || !range_.derive()) {
         turned_ = 0;
         return false;
     }
@@ -33,13 +33,13 @@ bool Navigation::wheel(int delta, int shift, double x) {
     if (notches == 0)
         return true;
     util::reported(errors_, L"picSpectrum_MouseWheel", [&](util::Step&) {
-        if (shift & kShift) {
+        if (shift & shift_key::kShift) {
             const double center = range_.DisplayCenterFreq() - notches * range_.drawnStep();
             // At 0 MHz and below there is no center.
             if (center > 0.0)
                 actions_.panTo(center);
         } else {
-            zoomAround(x, std::pow((shift & kCtrl) ? kFineZoom : kZoom, notches));
+            zoomAround(x, std::pow((shift & shift_key::kCtrl) ? kFineZoom : kZoom, notches));
         }
     });
     return true;

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "formenv/ShiftKeys.h"
 #include "win32/KeyState.h"
 #include "win32/WindowTree.h"
 
@@ -10,10 +11,11 @@ namespace kv::win32 {
 
 using formenv::Widget;
 
+namespace shift_key = formenv::shift_key;
+
 namespace {
 
 constexpr int kMostMoves = 1000;
-constexpr int kAlt = 4;
 
 /// The mouse buttons that are down, as the sum of their numbers in events.
 int buttonsDown(WPARAM keys) {
@@ -85,7 +87,7 @@ bool WindowTree::handleAltKey(Widget& widget, WPARAM key, LPARAM flags) {
     const formenv::KeyHandler handler = widget.onKeyDown;
     constexpr LPARAM kAltIsDown = 1 << 29;
     return (flags & kAltIsDown) != 0 && wants && wants(static_cast<int>(key)) && handler &&
-           handler(static_cast<int>(key), shiftState() | kAlt);
+           handler(static_cast<int>(key), shiftState() | shift_key::kAlt);
 }
 
 // Some systems send it to the window under the pointer, which may not have the focus, others to the window with the
