@@ -55,10 +55,10 @@ constexpr Step kSiteFirst[] = {{"site", &Replica::setSite},
                                {"events", &Replica::adviseEvents}};
 
 /// While the host's window is being destroyed: its site has no window any more.
-constexpr Step kEnd[] = {{"no window", [](Replica& r) { r.site->hasWindow = false; }},
-                         {"close", &Replica::close},
-                         {"no site", &Replica::unsite},
-                         {"release", &Replica::release}};
+constexpr Step kAtlEnd[] = {{"no window", [](Replica& r) { r.site->hasWindow = false; }},
+                            {"close", &Replica::close},
+                            {"no site", &Replica::unsite},
+                            {"release", &Replica::release}};
 
 class AtlTest : public testing::Test {
   protected:
@@ -110,7 +110,7 @@ TEST_F(AtlTest, AControlWhoseSiteHasNoWindowAnyMoreCanBeClosed) {
     container.play(kCreation);
     container.drawChannel();
     EXPECT_EQ(container.verbAt(OLEIVERB_UIACTIVATE, 0, container.host.get(), nullptr), S_OK);
-    container.play(kEnd);
+    container.play(kAtlEnd);
     container.expectAllReleased();
 }
 
@@ -119,7 +119,7 @@ TEST_F(AtlTest, TheHostsWindowIsDestroyedFirst) {
     container.drawChannel();
     container.host.destroy();
     EXPECT_FALSE(container.root());
-    container.play(kEnd);
+    container.play(kAtlEnd);
     container.expectAllReleased();
 }
 

@@ -9,7 +9,7 @@
 namespace kv::test {
 namespace {
 
-constexpr OLE_COLOR kPaper = RGB(240, 250, 230);
+constexpr OLE_COLOR kOwnPaper = RGB(240, 250, 230);
 
 class AxHostRecreation : public testing::Test {
   protected:
@@ -25,7 +25,7 @@ class AxHostRecreation : public testing::Test {
         Replica::setSite(host);
         Replica::adviseEvents(host);
         activate();
-        EXPECT_EQ(host.control->put_lColorSpecBack(kPaper), S_OK);
+        EXPECT_EQ(host.control->put_lColorSpecBack(kOwnPaper), S_OK);
         host.drawChannel();
         EXPECT_EQ(host.control->put_CursorVal(400.0), S_OK);
         pump();
@@ -72,7 +72,7 @@ class AxHostRecreation : public testing::Test {
 
 TEST_F(AxHostRecreation, KeepsChannelsRangePictureAndCursor) {
     const Picture first = shown();
-    EXPECT_GT(first.count(kPaper, first.all()), 10000);
+    EXPECT_GT(first.count(kOwnPaper, first.all()), 10000);
     double range[2]{};
     EXPECT_EQ(host.control->get_DisplayMinFreq(&range[0]), S_OK);
     for (int round = 1; round <= 3; ++round) {

@@ -116,12 +116,12 @@ constexpr Step kSitedAgain[] = {{"events off", &Replica::unadviseEvents},
                                 {"events", &Replica::adviseEvents}};
 
 /// Without Close.
-constexpr Step kEnd[] = {{"deactivate the interface", &Replica::uiDeactivate},
-                         {"deactivate", &Replica::deactivate},
-                         {"property changes off", &Replica::unadviseProperties},
-                         {"events off", &Replica::unadviseEvents},
-                         {"no site", &Replica::unsite},
-                         {"release", &Replica::release}};
+constexpr Step kAxHostEnd[] = {{"deactivate the interface", &Replica::uiDeactivate},
+                               {"deactivate", &Replica::deactivate},
+                               {"property changes off", &Replica::unadviseProperties},
+                               {"events off", &Replica::unadviseEvents},
+                               {"no site", &Replica::unsite},
+                               {"release", &Replica::release}};
 
 void AxHost::create(const SIZE& wanted) {
     setPlace(wanted);
@@ -390,7 +390,7 @@ TEST_F(AxHostTest, ItsEndWithoutACloseLeavesNothing) {
     EXPECT_EQ(host.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     EXPECT_EQ(host.activate(OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_TRUE(FindWindowW(L"kvForm", nullptr)) << "the window with the mouse information";
-    host.play(kEnd);
+    host.play(kAxHostEnd);
     EXPECT_FALSE(FindWindowW(L"kvForm", nullptr));
     host.expectAllReleased();
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
@@ -11,9 +12,7 @@
 namespace kv::test {
 namespace {
 
-constexpr OLE_COLOR kBack = RGB(250, 240, 230);
 constexpr OLE_COLOR kGrid = RGB(1, 160, 2);
-constexpr OLE_COLOR kBox = RGB(200, 30, 40);
 
 void fill(_kvBandscope* control) {
     long index = -1;
@@ -28,14 +27,6 @@ void fill(_kvBandscope* control) {
 }
 
 /// The part of a picture that begins at a pixel.
-Picture cut(const Picture& from, int left, int top, int width, int height) {
-    Picture part{width, height, {}};
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            part.pixels.push_back(from.at(left + x, top + y));
-    return part;
-}
-
 Picture fileOf(_kvBandscope* control) {
     const TempFile file(L"window.bmp");
     double height = 0.0;
@@ -68,10 +59,10 @@ TEST_F(ContainerPicture, TheWindowsShowTheExportedPicture) {
     ASSERT_EQ(file.height, strip.height);
     const RECT place = placeOf(spectrum());
     const Picture window = shown();
-    EXPECT_EQ(window, cut(file, place.left, place.top, window.width, window.height));
+    EXPECT_EQ(window, file.cut(place.left, place.top, window.width, window.height));
     const int below = place.bottom;
-    EXPECT_EQ(cut(strip, 0, below, strip.width, strip.height - below),
-              cut(file, 0, below, file.width, file.height - below));
+    EXPECT_EQ(strip.cut(0, below, strip.width, strip.height - below),
+              file.cut(0, below, file.width, file.height - below));
     EXPECT_GT(window.count(kBox, window.all()), 1000);
 }
 
@@ -169,7 +160,7 @@ TEST_F(DrawnByContainer, AnUnsitedControlShowsItsPicture) {
     const Picture all = paper.read();
     const Picture file = fileOf(control.Get());
     // fraPic is 4 pixels from the left, picUnits at 5, 11 inside it.
-    EXPECT_EQ(cut(all, 50 + 4 + 5, 30 + 11, file.width, file.height), file);
+    EXPECT_EQ(all.cut(50 + 4 + 5, 30 + 11, file.width, file.height), file);
     EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 819, 29}), 820 * 30);
     EXPECT_EQ(all.count(RGB(1, 2, 3), {0, 0, 49, 559}), 50 * 560);
     EXPECT_EQ(all.count(RGB(1, 2, 3), {770, 0, 819, 559}), 50 * 560);
@@ -261,7 +252,7 @@ TEST_P(HostedByLibrary, ShowsItselfRaisesEventsAndIsReleased) {
         fill(control.Get());
         pump();
         const Picture window = windowPicture(spectrum);
-        EXPECT_EQ(window, cut(fileOf(control.Get()), place.left, place.top, window.width, window.height));
+        EXPECT_EQ(window, fileOf(control.Get()).cut(place.left, place.top, window.width, window.height));
         postClick(GetParent(GetParent(GetParent(spectrum))), 1, 100);
         long count = 0;
         EXPECT_EQ(control->get_NumTX(&count), S_OK);

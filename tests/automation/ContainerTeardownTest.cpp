@@ -13,7 +13,7 @@ namespace {
 
 enum class End { Close, Unsite, Deactivate, DestroyParent, DestroyOwn, Release, Everything, CloseAndShowAgain };
 
-const char* nameOf(End end) {
+const char* endName(End end) {
     switch (end) {
         case End::Close:
             return "Close";
@@ -196,7 +196,7 @@ std::string testName(const testing::TestParamInfo<std::tuple<std::string, End>>&
     for (const char letter : std::get<0>(info.param))
         if (std::isalnum(static_cast<unsigned char>(letter)))
             name += letter;
-    return name + "_" + nameOf(std::get<1>(info.param));
+    return name + "_" + endName(std::get<1>(info.param));
 }
 
 INSTANTIATE_TEST_SUITE_P(Calls, ContainerTeardown,
@@ -225,7 +225,7 @@ TEST(ContainerEnds, TheEndingStepsCanComeInAnyOrder) {
             container.drawChannel();
             std::string said;
             for (const End step : order) {
-                said += std::string(" ") + nameOf(step);
+                said += std::string(" ") + endName(step);
                 // A container that has released the control has nothing left to call; only its window can still be
                 // destroyed.
                 if (step == End::DestroyParent)

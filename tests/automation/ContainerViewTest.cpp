@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/MessageBoxes.h"
@@ -15,8 +16,6 @@ using testing::IsEmpty;
 
 constexpr int kWidth = 720;
 constexpr int kHeight = 480;
-constexpr OLE_COLOR kBox = RGB(200, 30, 40);
-constexpr COLORREF kPaper = RGB(1, 2, 3);
 
 /// Pixels in which two pictures differ by more than a shade.
 int differences(const Picture& a, const Picture& b) {

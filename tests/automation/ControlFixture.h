@@ -185,6 +185,12 @@ class Scope {
     ComPtr<_kvBandscope> scope_;
 };
 
+/// The references that an object has.
+[[nodiscard]] inline ULONG referenceCount(IUnknown* object) {
+    object->AddRef();
+    return object->Release();
+}
+
 /// Tests that run early bound and by name, each on a new control.
 class BothWays : public testing::TestWithParam<Way> {
   protected:

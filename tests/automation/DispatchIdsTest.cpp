@@ -2,27 +2,24 @@
 // ever change its member.
 #include <gmock/gmock.h>
 
+#include "tests/automation/ExpectedMembers.h"
 #include "tests/automation/Module.h"
 
 namespace kv::test {
 namespace {
 
-constexpr INVOKEKIND kCall = INVOKE_FUNC;
-constexpr INVOKEKIND kGet = INVOKE_PROPERTYGET;
-constexpr INVOKEKIND kLet = INVOKE_PROPERTYPUT;
-
 struct Numbered {
     DISPID id;
     const wchar_t* name;
-    INVOKEKIND kind;
+    int kind;  ///< INVOKE_...
 };
 
 /// In the order of the interface, which is that of its function table.
-const Numbered kControl[] = {
-    {1, L"AddTXChnl", kCall},
-    {2, L"AddRXChnl", kCall},
-    {3, L"GetTXChnl", kCall},
-    {4, L"GetRXChnl", kCall},
+const Numbered kControlIds[] = {
+    {1, L"AddTXChnl", kFunction},
+    {2, L"AddRXChnl", kFunction},
+    {3, L"GetTXChnl", kFunction},
+    {4, L"GetRXChnl", kFunction},
     {5, L"dTXFreqMin", kGet},
     {6, L"dTXFreqMax", kGet},
     {7, L"dRXFreqMin", kGet},
@@ -35,15 +32,15 @@ const Numbered kControl[] = {
     {14, L"dFreqMax", kGet},
     {15, L"dPwrMin", kGet},
     {16, L"dPwrMax", kGet},
-    {17, L"DrawDisplay", kCall},
+    {17, L"DrawDisplay", kFunction},
     {18, L"bXLog", kLet},
     {18, L"bXLog", kGet},
-    {19, L"ReDrawChnl", kCall},
-    {20, L"ClearDisplay", kCall},
-    {21, L"ClearDisplayLabels", kCall},
-    {22, L"ClearAllChnls", kCall},
-    {23, L"ClearTXChnls", kCall},
-    {24, L"ClearRXChnls", kCall},
+    {19, L"ReDrawChnl", kFunction},
+    {20, L"ClearDisplay", kFunction},
+    {21, L"ClearDisplayLabels", kFunction},
+    {22, L"ClearAllChnls", kFunction},
+    {23, L"ClearTXChnls", kFunction},
+    {24, L"ClearRXChnls", kFunction},
     {25, L"nGridX", kLet},
     {25, L"nGridX", kGet},
     {26, L"DisplayCenterFreq", kGet},
@@ -58,20 +55,20 @@ const Numbered kControl[] = {
     {31, L"GridColor", kGet},
     {32, L"FreqEndBuffer", kLet},
     {32, L"FreqEndBuffer", kGet},
-    {33, L"ReScaleChannels", kCall},
-    {34, L"DrawInitialDisplay", kCall},
-    {35, L"JustDrawIt", kCall},
-    {36, L"DrawAll", kCall},
-    {37, L"RescaleAll", kCall},
-    {38, L"nFindMatchRX", kCall},
+    {33, L"ReScaleChannels", kFunction},
+    {34, L"DrawInitialDisplay", kFunction},
+    {35, L"JustDrawIt", kFunction},
+    {36, L"DrawAll", kFunction},
+    {37, L"RescaleAll", kFunction},
+    {38, L"nFindMatchRX", kFunction},
     {39, L"MinHgt", kGet},
     {40, L"MinWid", kGet},
     {41, L"CursorVal", kLet},
     {41, L"CursorVal", kGet},
     {42, L"lCursorColor", kLet},
     {42, L"lCursorColor", kGet},
-    {43, L"DisplayToBMP", kCall},
-    {44, L"CopyDisplayToClipboard", kCall},
+    {43, L"DisplayToBMP", kFunction},
+    {44, L"CopyDisplayToClipboard", kFunction},
     {45, L"bMouseInfo", kLet},
     {46, L"bChkVisMouseInfo", kLet},
     {47, L"ShowAll", kGet},
@@ -80,28 +77,28 @@ const Numbered kControl[] = {
     {49, L"bChkVisShowAll", kLet},
     {50, L"bLoadingAll", kGet},
     {50, L"bLoadingAll", kLet},
-    {51, L"GetTXbyKey", kCall},
-    {52, L"GetRXbyKey", kCall},
-    {53, L"GetChnlByKey", kCall},
-    {54, L"Refresh", kCall},
-    {55, L"DrawByRange", kCall},
-    {56, L"DrawNewCenterFreq", kCall},
-    {57, L"RemoveChnlByKey", kCall},
+    {51, L"GetTXbyKey", kFunction},
+    {52, L"GetRXbyKey", kFunction},
+    {53, L"GetChnlByKey", kFunction},
+    {54, L"Refresh", kFunction},
+    {55, L"DrawByRange", kFunction},
+    {56, L"DrawNewCenterFreq", kFunction},
+    {57, L"RemoveChnlByKey", kFunction},
     {58, L"lColorLblBack", kLet},
     {59, L"lColorLblFore", kLet},
     {60, L"lColorSpecBack", kLet},
 };
-static_assert(std::size(kControl) == 71);
+static_assert(std::size(kControlIds) == 71);
 
 /// A channel's members can all be set and read, the set first.
-const std::pair<DISPID, const wchar_t*> kChannel[] = {
+const std::pair<DISPID, const wchar_t*> kChannelIds[] = {
     {1, L"dFreq"},   {2, L"dFreqAlt"},  {3, L"dBW"},        {4, L"dFreqHi"},      {5, L"dFreqLo"},
     {6, L"dPwrDBM"}, {7, L"sLabel"},    {8, L"sFreqUnits"}, {9, L"sBWUnits"},     {10, L"lColorLine"},
     {11, L"lColor"}, {12, L"nIMComps"}, {13, L"nIMComp"},   {14, L"dIMCompFreq"}, {15, L"sIMCompLabel"},
     {16, L"sKey"},   {17, L"bVisible"}, {18, L"bDrawn"},    {19, L"iFillStyle"},
 };
 
-const std::pair<DISPID, const wchar_t*> kEvents[] = {{1, L"ChgGridRange"}, {2, L"ChgHeight"}, {3, L"ChgFreqRange"}};
+const std::pair<DISPID, const wchar_t*> kEventIds[] = {{1, L"ChgGridRange"}, {2, L"ChgHeight"}, {3, L"ChgFreqRange"}};
 
 class DispatchIds : public testing::Test {
   protected:
@@ -133,17 +130,17 @@ class DispatchIds : public testing::Test {
 TEST_F(DispatchIds, TheControlsMembersAreDescribedWithTheirNumbers) {
     std::vector<std::wstring> names;
     const std::vector<Numbered> members = described(IID__kvBandscope, names);
-    ASSERT_EQ(members.size(), std::size(kControl));
+    ASSERT_EQ(members.size(), std::size(kControlIds));
     for (std::size_t i = 0; i < members.size(); ++i) {
-        EXPECT_EQ(names[i], kControl[i].name) << i;
-        EXPECT_EQ(members[i].id, kControl[i].id) << i;
-        EXPECT_EQ(members[i].kind, kControl[i].kind) << i;
+        EXPECT_EQ(names[i], kControlIds[i].name) << i;
+        EXPECT_EQ(members[i].id, kControlIds[i].id) << i;
+        EXPECT_EQ(members[i].kind, kControlIds[i].kind) << i;
     }
 }
 
 TEST_F(DispatchIds, TheControlFindsItsMembersByName) {
     const ComPtr<IDispatch> control = createInstance<_kvBandscope>(CLSID_kvBandscope);
-    for (const Numbered& member : kControl)
+    for (const Numbered& member : kControlIds)
         expectNumber(control.Get(), member.name, member.id);
 }
 
@@ -151,9 +148,9 @@ TEST_F(DispatchIds, AChannelsMembersHaveTheirNumbers) {
     std::vector<std::wstring> names;
     const std::vector<Numbered> members = described(IID__FreqSlot, names);
     const ComPtr<IDispatch> slot = createInstance<_FreqSlot>(CLSID_FreqSlot);
-    ASSERT_EQ(members.size(), 2 * std::size(kChannel));
+    ASSERT_EQ(members.size(), 2 * std::size(kChannelIds));
     for (std::size_t i = 0; i < members.size(); ++i) {
-        const auto& [id, name] = kChannel[i / 2];
+        const auto& [id, name] = kChannelIds[i / 2];
         EXPECT_EQ(names[i], name) << i;
         EXPECT_EQ(members[i].id, id) << i;
         EXPECT_EQ(members[i].kind, i % 2 == 0 ? kLet : kGet) << i;
@@ -164,10 +161,10 @@ TEST_F(DispatchIds, AChannelsMembersHaveTheirNumbers) {
 TEST_F(DispatchIds, TheEventsHaveTheirNumbers) {
     std::vector<std::wstring> names;
     const std::vector<Numbered> members = described(DIID___kvBandscope, names);
-    ASSERT_EQ(members.size(), std::size(kEvents));
+    ASSERT_EQ(members.size(), std::size(kEventIds));
     for (std::size_t i = 0; i < members.size(); ++i) {
-        EXPECT_EQ(names[i], kEvents[i].second);
-        EXPECT_EQ(members[i].id, kEvents[i].first);
+        EXPECT_EQ(names[i], kEventIds[i].second);
+        EXPECT_EQ(members[i].id, kEventIds[i].first);
     }
 }
 

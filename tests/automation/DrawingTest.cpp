@@ -2,13 +2,12 @@
 // every pixel is right is proved in SpectrumPictureTest.cpp.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
 namespace {
 
-constexpr OLE_COLOR kRed = 0x000000FF;
-constexpr OLE_COLOR kBlue = 0x00FF0000;
 constexpr short kSolid = 0;
 
 class Drawing : public testing::Test {

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "tests/automation/ErrorReport.h"
+#include "tests/automation/Errors.h"
 
 namespace kv::test {
 namespace {
@@ -11,7 +12,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-constexpr HRESULT kError9 = static_cast<HRESULT>(0x800A0009UL);
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
 
 TEST_F(InstalledErrorReport, ATXChannelThatFailsWhileItIsDrawn) {

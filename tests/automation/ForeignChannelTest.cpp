@@ -1,6 +1,7 @@
 // Channels of the host's own class, reached by the names of their members only.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/DictionarySlot.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Picture.h"
@@ -8,8 +9,6 @@
 namespace kv::test {
 namespace {
 
-constexpr OLE_COLOR kRed = 0x000000FF;
-constexpr OLE_COLOR kBlue = 0x00FF0000;
 constexpr OLE_COLOR kOrange = 0x000080FF;
 
 ComPtr<DictionarySlot> foreign(const wchar_t* key, double low, double high, OLE_COLOR color) {

@@ -1,13 +1,11 @@
 // The class FreqSlot as early and late bound hosts use it.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Errors.h"
 #include "tests/automation/Module.h"
 
 namespace kv::test {
 namespace {
-
-constexpr HRESULT kError5 = static_cast<HRESULT>(0x800A0005);
-constexpr HRESULT kError9 = static_cast<HRESULT>(0x800A0009);
 
 class FreqSlotTest : public testing::Test {
   protected:

@@ -70,11 +70,6 @@ ComPtr<IUnknown> ask(IUnknown* from, const IID& iid) {
     return found;
 }
 
-ULONG count(IUnknown* object) {
-    object->AddRef();
-    return object->Release();
-}
-
 /// Every interface from every other one, and one IUnknown from all.
 template <std::size_t N>
 void expectOneIdentity(IUnknown* object, const Known (&interfaces)[N]) {
@@ -98,7 +93,7 @@ TEST(Identity, TheControlIsOneObject) {
     ComPtr<IUnknown> control = createInstance<IUnknown>(CLSID_kvBandscope);
     ASSERT_TRUE(control);
     expectOneIdentity(control.Get(), kOffered);
-    EXPECT_EQ(count(control.Get()), 1U);
+    EXPECT_EQ(referenceCount(control.Get()), 1U);
     EXPECT_EQ(control.Reset(), 0U);
     EXPECT_EQ(canUnloadNow(), S_OK);
 }
@@ -119,7 +114,7 @@ TEST(Identity, AChannelIsOneObject) {
     const auto slot = createInstance<IUnknown>(CLSID_FreqSlot);
     ASSERT_TRUE(slot);
     expectOneIdentity(slot.Get(), offered);
-    EXPECT_EQ(count(slot.Get()), 1U);
+    EXPECT_EQ(referenceCount(slot.Get()), 1U);
 }
 
 TEST(Identity, AViewIsOneObjectWithOrWithoutAControl) {
@@ -136,7 +131,7 @@ TEST(Identity, AViewIsOneObjectWithOrWithoutAControl) {
     expectOneIdentity(view.Get(), offered);
     EXPECT_FALSE(ask(view.Get(), IID__kvBandscope));
     EXPECT_FALSE(sameObject(view.Get(), control.Get()));
-    EXPECT_EQ(count(view.Get()), 1U);
+    EXPECT_EQ(referenceCount(view.Get()), 1U);
 }
 
 TEST(Identity, ConnectionPointsAreOneObjectEach) {
@@ -174,7 +169,7 @@ TEST(Identity, UnsupportedInterfacesAreRefused) {
         EXPECT_EQ(object, nullptr) << refused.name;
     }
     EXPECT_EQ(control->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
-    EXPECT_EQ(count(control.Get()), 1U);
+    EXPECT_EQ(referenceCount(control.Get()), 1U);
 }
 
 TEST(Identity, AggregationIsRefused) {
@@ -187,7 +182,7 @@ TEST(Identity, AggregationIsRefused) {
             EXPECT_EQ(factory->CreateInstance(outer.Get(), iid, &object), CLASS_E_NOAGGREGATION);
             EXPECT_EQ(object, nullptr);
         }
-        EXPECT_EQ(count(outer.Get()), 1U);
+        EXPECT_EQ(referenceCount(outer.Get()), 1U);
         void* object = &object;
         EXPECT_EQ(factory->CreateInstance(nullptr, IID_IClassFactory, &object), E_NOINTERFACE);
         EXPECT_EQ(object, nullptr);

@@ -33,6 +33,23 @@ std::wstring windowClass(HWND window) {
     return name;
 }
 
+namespace {
+
+BOOL CALLBACK noteForm(HWND window, LPARAM found) {
+    if (windowClass(window) == L"kvForm" && IsWindowVisible(window)) {
+        *reinterpret_cast<HWND*>(found) = window;
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+HWND textWindow() {
+    HWND found = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), &noteForm, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
 MessageBoxes::MessageBoxes() : hook_(SetWindowsHookExW(WH_CBT, &MessageBoxes::hook, nullptr, GetCurrentThreadId())) {
     EXPECT_TRUE(hook_);
     EXPECT_FALSE(watching);

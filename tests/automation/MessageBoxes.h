@@ -41,5 +41,7 @@ class MessageBoxes {
 /// The text of a window of this process.
 [[nodiscard]] std::wstring windowText(HWND window);
 [[nodiscard]] std::wstring windowClass(HWND window);
+/// The visible text window of a control of this thread; null when there is none.
+[[nodiscard]] HWND textWindow();
 
 }  // namespace kv::test

@@ -81,12 +81,12 @@ constexpr Step kHiddenCreation[] = {{"site", &Replica::setSite},
                                     {"extent", [](Replica& r) { mfc(r).negotiate(); }},
                                     {"hide", [](Replica& r) { EXPECT_EQ(mfc(r).verb(OLEIVERB_HIDE), S_OK); }}};
 
-constexpr Step kEnd[] = {{"deactivate the interface", &Replica::uiDeactivate},
-                         {"deactivate", &Replica::deactivate},
-                         {"close", &Replica::close},
-                         {"close again", &Replica::close},
-                         {"no site", &Replica::unsite},
-                         {"release", &Replica::release}};
+constexpr Step kMfcEnd[] = {{"deactivate the interface", &Replica::uiDeactivate},
+                            {"deactivate", &Replica::deactivate},
+                            {"close", &Replica::close},
+                            {"close again", &Replica::close},
+                            {"no site", &Replica::unsite},
+                            {"release", &Replica::release}};
 
 class MfcTest : public testing::Test {
   protected:
@@ -185,7 +185,7 @@ TEST_F(MfcTest, ItsEndWithTwoClosesLeavesNothing) {
     dialog.play(kQuickCreation);
     dialog.drawChannel();
     EXPECT_EQ(dialog.verb(OLEIVERB_UIACTIVATE), S_OK);
-    dialog.play(kEnd);
+    dialog.play(kMfcEnd);
     dialog.expectAllReleased();
 }
 

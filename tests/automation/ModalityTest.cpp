@@ -11,19 +11,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-BOOL CALLBACK noteForm(HWND window, LPARAM found) {
-    if (windowClass(window) == L"kvForm" && IsWindowVisible(window))
-        *reinterpret_cast<HWND*>(found) = window;
-    return TRUE;
-}
-
-/// The text window of the only control that has one.
-HWND textWindow() {
-    HWND found = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), &noteForm, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
 class Modality : public testing::Test {
   protected:
     FullContainer container;

@@ -10,7 +10,7 @@ HMODULE module() {
     static const HMODULE loaded = [] {
         const HMODULE handle = LoadLibraryW(modulePath().c_str());
         if (!handle) {
-            std::fputs("kvBandscope.ocx does not stand beside the test program or does not load\n", stderr);
+            std::fputs("kvBandscope.ocx is not beside the test program, or cannot be loaded\n", stderr);
             std::exit(3);
         }
         return handle;

@@ -35,12 +35,6 @@ SIZE sizeOf(HWND window) {
     return {place.right - place.left, place.bottom - place.top};
 }
 
-BOOL CALLBACK noteForm(HWND window, LPARAM found) {
-    if (windowClass(window) == L"kvForm" && IsWindowVisible(window))
-        *reinterpret_cast<HWND*>(found) = window;
-    return TRUE;
-}
-
 /// So that a control of twice the usual size is shown whole.
 void enlarge(const HostWindow& host) {
     SetWindowPos(host.get(), nullptr, 0, 0, 1500, 1000, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -200,8 +194,7 @@ TEST_F(MonitorDpi, TheTextWindowFollowsItsOwnMonitor) {
     const Shown shown(100);
     EXPECT_EQ(shown.container.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
     pump();
-    HWND form = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), &noteForm, reinterpret_cast<LPARAM>(&form));
+    const HWND form = textWindow();
     ASSERT_TRUE(form);
     const HWND text = FindWindowExW(form, nullptr, L"EDIT", nullptr);
     const HWND button = FindWindowExW(form, nullptr, L"BUTTON", nullptr);

@@ -1,10 +1,10 @@
 // Power axis, legend and channel labels as a host switches them on: on the control's own view, and by name on a View.
+#include "tests/automation/Errors.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
 namespace {
 
-constexpr auto kNotSet = static_cast<HRESULT>(0x800A005BL);
 const wchar_t* const kMembers[] = {L"PowerAxis", L"Legend", L"ChannelLabels"};
 
 class OverlayMembersTest : public testing::TestWithParam<Way> {

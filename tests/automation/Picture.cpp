@@ -81,6 +81,16 @@ std::optional<Area> Picture::find(std::uint32_t color, const Area& area) const {
     return found;
 }
 
+Picture Picture::cut(int left, int top, int cutWidth, int cutHeight) const {
+    Picture part{cutWidth, cutHeight, {}};
+    for (int y = 0; y < cutHeight; ++y) {
+        for (int x = 0; x < cutWidth; ++x) {
+            part.pixels.push_back(at(left + x, top + y));
+        }
+    }
+    return part;
+}
+
 int Picture::count(std::uint32_t color, const Area& area) const {
     int found = 0;
     for (int y = area.top; y <= area.bottom; ++y)

@@ -49,6 +49,8 @@ struct Picture {
     /// The smallest area that holds all pixels of a color inside `area`.
     [[nodiscard]] std::optional<Area> find(std::uint32_t color, const Area& area) const;
     [[nodiscard]] int count(std::uint32_t color, const Area& area) const;
+    /// A rectangle of it, `cutWidth` by `cutHeight` pixels.
+    [[nodiscard]] Picture cut(int left, int top, int cutWidth, int cutHeight) const;
     [[nodiscard]] Area all() const noexcept { return {0, 0, width - 1, height - 1}; }
     bool operator==(const Picture&) const = default;
 };

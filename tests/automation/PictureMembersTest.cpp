@@ -6,7 +6,9 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/Container.h"
+#include "tests/automation/Errors.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/OtherClipboard.h"
 #include "tests/automation/Picture.h"
@@ -19,9 +21,6 @@ using ::testing::StartsWith;
 
 constexpr auto kInvalid = static_cast<HRESULT>(0x800A0005L);
 constexpr auto kNoAccess = static_cast<HRESULT>(0x800A004BL);
-constexpr auto kNotSet = static_cast<HRESULT>(0x800A005BL);
-constexpr OLE_COLOR kBox = RGB(200, 30, 40);
-constexpr COLORREF kPaper = RGB(1, 2, 3);
 
 std::string bytesOf(const std::wstring& path) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);

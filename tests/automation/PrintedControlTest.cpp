@@ -2,23 +2,13 @@
 // was never active.
 #include <gmock/gmock.h>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/Picture.h"
 
 namespace kv::test {
 namespace {
-
-constexpr COLORREF kPaper = RGB(1, 2, 3);
-constexpr OLE_COLOR kBack = RGB(250, 240, 230);
-
-Picture cut(const Picture& from, int left, int top, int width, int height) {
-    Picture part{width, height, {}};
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            part.pixels.push_back(from.at(left + x, top + y));
-    return part;
-}
 
 /// As the control draws itself for a container.
 Picture drawn(IUnknown* control, int width, int height) {
@@ -98,7 +88,7 @@ TEST_F(PrintedControl, WindowBoundsOnABitmapChangeNothing) {
     EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, paper.dc(), &bounds, &window, nullptr, 0),
               S_OK);
     const Picture result = paper.read();
-    EXPECT_EQ(cut(result, 25, 15, width, height), whole());
+    EXPECT_EQ(result.cut(25, 15, width, height), whole());
     EXPECT_EQ(result.count(kPaper, result.all()), result.width * result.height - width * height);
 }
 

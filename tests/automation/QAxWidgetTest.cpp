@@ -71,11 +71,11 @@ constexpr Step kCreation[] = {
     {"events", &Replica::adviseEvents}};
 
 /// Without Close, and the view sink is never disconnected.
-constexpr Step kEnd[] = {{"deactivate", &Replica::deactivate},
-                         {"events off", &Replica::unadviseEvents},
-                         {"changes off", &Replica::unadviseObject},
-                         {"no site", &Replica::unsite},
-                         {"release", &Replica::release}};
+constexpr Step kQAxWidgetEnd[] = {{"deactivate", &Replica::deactivate},
+                                  {"events off", &Replica::unadviseEvents},
+                                  {"changes off", &Replica::unadviseObject},
+                                  {"no site", &Replica::unsite},
+                                  {"release", &Replica::release}};
 
 void QAxWidget::create() {
     play(kCreation);
@@ -260,7 +260,7 @@ TEST_F(QAxWidgetTest, ItsEndWithoutACloseLeavesNothing) {
     widget.create();
     widget.drawChannel();
     EXPECT_EQ(widget.control->put_bMouseInfo(VARIANT_TRUE), S_OK);
-    widget.play(kEnd);
+    widget.play(kQAxWidgetEnd);
     EXPECT_FALSE(FindWindowW(L"kvForm", nullptr));
     widget.expectAllReleased();
 }

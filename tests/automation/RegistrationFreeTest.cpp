@@ -16,7 +16,7 @@
 namespace kv::test {
 namespace {
 
-constexpr OLE_COLOR kBlue = RGB(31, 119, 180);
+constexpr OLE_COLOR kChannelColor = RGB(31, 119, 180);
 constexpr OLE_COLOR kGreen = RGB(56, 142, 60);
 
 /// Moves registry keys of an earlier registration away during a test.
@@ -252,7 +252,7 @@ TEST_F(RegistrationFreeTest, AProgramOpensTheManifestAndSavesAPicture) {
     const ChildProcess with(quoted(L"FirstPicture.exe") + L" \"" + manifest() + L"\" \"" + picture + L"\"");
     EXPECT_EQ(with.wait(), 0U);
     const Picture saved = Picture::read(picture);
-    EXPECT_GT(saved.count(kBlue, saved.all()), 100);
+    EXPECT_GT(saved.count(kChannelColor, saved.all()), 100);
 }
 
 TEST_F(RegistrationFreeTest, AProgramWithTheDependencyHostsAndDraws) {
@@ -260,7 +260,7 @@ TEST_F(RegistrationFreeTest, AProgramWithTheDependencyHostsAndDraws) {
     const ChildProcess program(quoted(L"SpectrumWindow.exe") + L" --save \"" + picture + L"\"");
     EXPECT_EQ(program.wait(), 0U);
     const Picture saved = Picture::read(picture);
-    const auto blue = saved.find(kBlue, saved.all());
+    const auto blue = saved.find(kChannelColor, saved.all());
     const auto green = saved.find(kGreen, saved.all());
     ASSERT_TRUE(blue && green);
     // The window is wider than the control's own size, so the picture has the size of the window.

@@ -2,13 +2,13 @@
 #include <gmock/gmock.h>
 
 #include "tests/automation/ControlFixture.h"
+#include "tests/automation/Errors.h"
 
 namespace kv::test {
 namespace {
 
 constexpr auto kInvalid = static_cast<HRESULT>(0x800A0005L);
 constexpr auto kMismatch = static_cast<HRESULT>(0x800A000DL);
-constexpr auto kNotSet = static_cast<HRESULT>(0x800A005BL);
 
 /// A two-dimensional array of variants, as Visual Basic makes it.
 class Rows {
@@ -56,11 +56,6 @@ std::vector<ComPtr<IUnknown>> objectsIn(const Var& array) {
         objects.emplace_back(element.punkVal);
     }
     return objects;
-}
-
-ULONG count(IUnknown* object) {
-    object->AddRef();
-    return object->Release();
 }
 
 /// Calls go to the control's own view, or by name to a View.
@@ -262,10 +257,10 @@ TEST(ScopeView, AViewHoldsItsControlUntilItIsReleasedOrGivenAnother) {
     auto control = createInstance<IDispatch>(CLSID_kvBandscope);
     EXPECT_EQ(view->putref_Scope(control.Get()), S_OK);
     EXPECT_EQ(second->put_Scope(control.Get()), S_OK);
-    EXPECT_GT(count(control.Get()), 1U);
+    EXPECT_GT(referenceCount(control.Get()), 1U);
     EXPECT_EQ(view->putref_Scope(nullptr), S_OK);
     EXPECT_EQ(second.Reset(), 0U);
-    EXPECT_EQ(count(control.Get()), 1U);
+    EXPECT_EQ(referenceCount(control.Get()), 1U);
     EXPECT_EQ(view->putref_Scope(control.Get()), S_OK);
     control.Reset();
     EXPECT_EQ(view->ShowRange(440.0, 460.0), S_OK) << "the view keeps the control";

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <map>
 
+#include "tests/automation/Colors.h"
 #include "tests/automation/Container.h"
 #include "tests/automation/GdiOracle.h"
 #include "tests/automation/Picture.h"
@@ -9,7 +10,6 @@
 namespace kv::test {
 namespace {
 
-constexpr COLORREF kPaper = RGB(1, 2, 3);
 constexpr OLE_COLOR kSolid = RGB(200, 30, 40);
 constexpr OLE_COLOR kFrame = RGB(20, 40, 220);
 constexpr OLE_COLOR kHatch = RGB(10, 140, 120);

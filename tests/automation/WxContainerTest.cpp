@@ -107,13 +107,13 @@ void hideWithoutARectangle(Replica& container) {
 }
 
 /// The event sink is never disconnected.
-constexpr Step kEnd[] = {{"deactivate", &Replica::deactivate},
-                         {"deactivate the interface", &Replica::uiDeactivate},
-                         {"changes off", &Replica::unadviseObject},
-                         {"hide", &hideWithoutARectangle},
-                         {"close", &Replica::close},
-                         {"no site", &Replica::unsite},
-                         {"release", &Replica::release}};
+constexpr Step kWxEnd[] = {{"deactivate", &Replica::deactivate},
+                           {"deactivate the interface", &Replica::uiDeactivate},
+                           {"changes off", &Replica::unadviseObject},
+                           {"hide", &hideWithoutARectangle},
+                           {"close", &Replica::close},
+                           {"no site", &Replica::unsite},
+                           {"release", &Replica::release}};
 
 void WxContainer::create() {
     play(kCreation);
@@ -217,7 +217,7 @@ TEST_F(WxContainerTest, AContainerThatStartsTinyIsAskedForMoreRoom) {
 TEST_F(WxContainerTest, ItsEndWithAHideAfterTheDeactivationLeavesNothing) {
     container.create();
     container.drawChannel();
-    container.play(kEnd);
+    container.play(kWxEnd);
     EXPECT_EQ(container.log.count("OnInPlaceActivate"), 0) << "a verb of the end makes nothing new";
     container.expectAllReleased();
 }

@@ -1,9 +1,9 @@
 // What drawing knows of each block of 256 records.
 #include "channels/BandBlocks.h"
+#include "tests/unit/Numbers.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <vector>
 
 namespace kv::channels {
@@ -49,7 +49,6 @@ TEST(BandBlocks, ABlockWithoutRegularRecordsIsEmpty) {
 }
 
 TEST(BandBlocks, ARecordThatIsNotRegularOnlySetsAFlag) {
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
     DrawRecord below = record(10.0, 20.0);
     below.dFreq = 9.0;
     DrawRecord above = record(10.0, 20.0);

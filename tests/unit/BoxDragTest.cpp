@@ -1,4 +1,5 @@
 // The drag of a box on the spectrum, its rubber band, and the zoom at its end.
+#include "tests/unit/Keys.h"
 #include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
@@ -7,9 +8,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kLeft = formenv::mouse_button::kLeft;
-constexpr int kRight = formenv::mouse_button::kRight;
-constexpr int kEscape = 27;
+using formenv::mouse_button::kLeft;
+using formenv::mouse_button::kRight;
 
 /// 350 to 550 MHz on 400 pixels, 0 to 100 dBm on 200.
 class BoxDragTest : public RangeTest {
@@ -141,8 +141,8 @@ TEST_F(BoxDragTest, EscapeCancels) {
     press(400.0);
     move(400.0);
     move(460.0);
-    EXPECT_TRUE(ui.picSpectrum.wantsKey(kEscape));
-    EXPECT_TRUE(ui.picSpectrum.onKeyDown(kEscape, 0));
+    EXPECT_TRUE(ui.picSpectrum.wantsKey(key::kEscape));
+    EXPECT_TRUE(ui.picSpectrum.onKeyDown(key::kEscape, 0));
     EXPECT_EQ(now(), untouched);
     // The button is still down.
     move(470.0);
@@ -157,8 +157,8 @@ TEST_F(BoxDragTest, EscapeCancels) {
 }
 
 TEST_F(BoxDragTest, EscapeOutsideADragIsTheHosts) {
-    EXPECT_FALSE(ui.picSpectrum.wantsKey(kEscape));
-    EXPECT_FALSE(ui.picSpectrum.onKeyDown(kEscape, 0));
+    EXPECT_FALSE(ui.picSpectrum.wantsKey(key::kEscape));
+    EXPECT_FALSE(ui.picSpectrum.onKeyDown(key::kEscape, 0));
 }
 
 TEST_F(BoxDragTest, TheRightButtonCancels) {
@@ -220,7 +220,7 @@ TEST_F(BoxDragTest, LeavesNoTraceWhenAChannelIsDrawnOverTheBand) {
     move(455.5);
     scope.ReDrawChnl(asChannel(slot));
     EXPECT_THAT(changedColumns(), ElementsAre(100, 211));
-    ui.picSpectrum.onKeyDown(kEscape, 0);
+    ui.picSpectrum.onKeyDown(key::kEscape, 0);
     EXPECT_EQ(now(), untouched);
 }
 
@@ -235,7 +235,7 @@ TEST_F(BoxDragTest, LeavesNoTraceWhenItMovesDuringADrawing) {
     EXPECT_GT(pumps, 4);
     EXPECT_EQ(now(), drawn);
     move(430.0);
-    ui.picSpectrum.onKeyDown(kEscape, 0);
+    ui.picSpectrum.onKeyDown(key::kEscape, 0);
     EXPECT_EQ(now(), drawn);
 }
 
@@ -256,7 +256,7 @@ TEST_F(BoxDragTest, LeavesNoTraceWhenTheControlIsResized) {
     move(400.0);
     move(460.0);
     scope.resize(12000.0, 8000.0);
-    ui.picSpectrum.onKeyDown(kEscape, 0);
+    ui.picSpectrum.onKeyDown(key::kEscape, 0);
     scope.resize(12000.0, 8000.0);
     const std::vector<std::uint32_t> after = pixelsOf(ui.picSpectrum);
     const int width = ui.picSpectrum.pixelSize().width;

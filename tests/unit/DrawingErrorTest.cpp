@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "tests/unit/Numbers.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -235,8 +236,6 @@ TEST_F(DrawingErrorTest, ClearingInsideTheKeysGetterWhileRemovingIsSafe) {
 
 TEST_F(DrawingErrorTest, HugeAndInvalidValuesAreDrawnWithoutACrash) {
     constexpr double kHuge = std::numeric_limits<double>::max();
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
     const std::vector<double> values = {kHuge, -kHuge, kNaN, kInfinity, -kInfinity, 0.0, 5e-324, 450.0};
     const SlotRef channel = makeSlot(450.0);
     for (const double low : values) {

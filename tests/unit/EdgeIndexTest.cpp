@@ -1,10 +1,10 @@
 // Bands that meet a range of frequencies, found in few steps.
 #include "channels/EdgeIndex.h"
+#include "tests/unit/Numbers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -13,9 +13,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 struct Edges {
     double low;

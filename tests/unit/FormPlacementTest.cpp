@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "tests/unit/FakeForm.h"
+#include "tests/unit/Numbers.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::forms {
@@ -198,7 +199,6 @@ TEST_F(FormPlacementTest, ADesignLargerThanTheOwnersMonitorIsMadeToFit) {
 
 TEST_F(FormPlacementTest, EachGivenValueReplacesTheSavedOne) {
     constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
     EXPECT_TRUE(SaveFormPlacement(form, store));
     const std::pair<Place, Place> cases[] = {
         {{150.0, 300.0, 4500.0, 3000.0}, {150.0, 300.0, 4500.0, 3000.0}},

@@ -1,17 +1,11 @@
 // The spectrum by keyboard at the edges of the display, and the keys of the number pad.
+#include "tests/unit/Keys.h"
 #include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
 namespace {
 
 using testing::IsEmpty;
-
-constexpr int kCtrl = 2;
-constexpr int kShift = 1;
-enum Key { kSpace = 32, kPageUp, kPageDown, kHome = 36, kLeft, kUp, kRight, kDown, kM = 77, kPadPlus = 107 };
-constexpr int kPadMinus = 109;
-constexpr int kPlus = 187;
-constexpr int kMinus = 189;
 
 /// 350 to 550 MHz in 20 divisions of 10, with a channel on each edge.
 class KeyboardEdgesTest : public RangeTest {
@@ -27,11 +21,11 @@ class KeyboardEdgesTest : public RangeTest {
 
 TEST_F(KeyboardEdgesTest, AChannelOnTheEdgeIsInTheDisplay) {
     scope.setCursorVal(450.0);
-    press(kRight, kCtrl);
+    press(key::kRight, key::kCtrl);
     EXPECT_EQ(scope.CursorVal(), 550.0);
     expectRange(350.0, 550.0);
-    press(kLeft, kCtrl);
-    press(kLeft, kCtrl);
+    press(key::kLeft, key::kCtrl);
+    press(key::kLeft, key::kCtrl);
     EXPECT_EQ(scope.CursorVal(), 350.0);
     expectRange(350.0, 550.0);
     EXPECT_THAT(events.heard, IsEmpty());
@@ -39,14 +33,15 @@ TEST_F(KeyboardEdgesTest, AChannelOnTheEdgeIsInTheDisplay) {
 
 TEST_F(KeyboardEdgesTest, ACursorThatLeavesTheDisplayTakesItAlong) {
     scope.setCursorVal(550.0);
-    press(kRight, kShift);
+    press(key::kRight, key::kShift);
     EXPECT_EQ(scope.CursorVal(), 551.0);
     expectRange(451.0, 651.0);
     EXPECT_EQ(ui.lblFMHz.caption(), L"551.00000 MHz");
 }
 
 TEST_F(KeyboardEdgesTest, TheNumberPadZoomsAsTheOtherKeysDo) {
-    for (const auto& [in, out] : {std::pair{int{kPadPlus}, kPadMinus}, {kPlus, kMinus}, {int{kUp}, int{kDown}}}) {
+    for (const auto& [in, out] :
+         {std::pair{key::kPadPlus, key::kPadMinus}, {key::kPlus, key::kMinus}, {key::kUp, key::kDown}}) {
         press(in);
         expectRange(400.0, 500.0);
         press(out);
@@ -55,8 +50,9 @@ TEST_F(KeyboardEdgesTest, TheNumberPadZoomsAsTheOtherKeysDo) {
 }
 
 TEST_F(KeyboardEdgesTest, TheSpectrumWantsItsKeysAndNoOthers) {
-    const std::vector<int> wanted{kSpace, kPageUp, kPageDown, kHome,     kLeft, kUp,   kRight,
-                                  kDown,  int{kM}, kPadPlus,  kPadMinus, kPlus, kMinus};
+    const std::vector<int> wanted{key::kSpace,    key::kPageUp, key::kPageDown, key::kHome,   key::kLeft,
+                                  key::kUp,       key::kRight,  key::kDown,     int{key::kM}, key::kPadPlus,
+                                  key::kPadMinus, key::kPlus,   key::kMinus};
     int count = 0;
     for (int key = 0; key < 256; ++key)
         count += ui.picSpectrum.wantsKey(key) ? 1 : 0;
@@ -69,10 +65,10 @@ TEST_F(KeyboardEdgesTest, TheSpectrumWantsItsKeysAndNoOthers) {
 
 TEST_F(KeyboardEdgesTest, WithoutACursorTheCenterIsWhereItStarts) {
     ui.tdKnMovCursor.setDVal(0.0);
-    press(kRight, kShift);
+    press(key::kRight, key::kShift);
     EXPECT_EQ(scope.CursorVal(), 451.0);
     ui.tdKnMovCursor.setDVal(0.0);
-    press(kLeft, kCtrl);
+    press(key::kLeft, key::kCtrl);
     EXPECT_EQ(scope.CursorVal(), 350.0);
 }
 
@@ -80,14 +76,14 @@ TEST_F(KeyboardEdgesTest, ACursorBelowAMegahertzIsACursor) {
     scope.setFreqEndBuffer(0.0);
     scope.DrawByRange(0.1, 0.9);
     scope.setCursorVal(0.7);
-    press(kRight, kShift);
+    press(key::kRight, key::kShift);
     EXPECT_DOUBLE_EQ(scope.CursorVal(), 0.704);
 }
 
 TEST_F(KeyboardEdgesTest, NoKeyMovesTheCenterToZero) {
     scope.DrawByRange(100.0, 100.0);
     expectRange(0.0, 200.0);
-    press(kPageUp);
+    press(key::kPageUp);
     expectRange(0.0, 200.0);
     EXPECT_THAT(events.heard, IsEmpty());
 }
@@ -98,7 +94,7 @@ TEST_F(KeyboardEdgesTest, ChannelsInOtherUnitsAreFoundInMegahertz) {
     const SlotRef unknown = addTX(0.455, 0.0, 60.0);
     unknown->fields().sFreqUnits = L"ghz";
     scope.setCursorVal(450.0);
-    press(kRight, kCtrl);
+    press(key::kRight, key::kCtrl);
     EXPECT_EQ(scope.CursorVal(), 460.0);
 }
 

@@ -65,7 +65,7 @@ std::unique_ptr<tdKnob> crowdedSelector() {
     return knob;
 }
 
-std::unique_ptr<tdKnMover> mover() {
+std::unique_ptr<tdKnMover> wheelKnob() {
     auto knob = std::make_unique<tdKnMover>(nullptr, L"");
     knob->bShowValue = true;
     knob->setSCaption(L"Center Freq (MHz) of the display");
@@ -197,17 +197,17 @@ TEST_F(KnobLooks, AreThoseOfTheApprovedSheet) {
     contrastOff->focus(true);
     show(*contrastOff, contrastPalette());
 
-    const auto wheel = mover();
+    const auto wheel = wheelKnob();
     show(*wheel);
     // On its right arrow.
     wheel->hover(true);
     wheel->mouseMove(150, 92, kPlain);
     wheel->wheel(120, kPlain);
     show(*wheel);
-    const auto darkWheel = mover();
+    const auto darkWheel = wheelKnob();
     darkWheel->setEnabled(false);
     show(*darkWheel, darkPalette());
-    const auto narrow = mover();
+    const auto narrow = wheelKnob();
     show(*narrow, {}, 75, 120);
 
     // Small, of many detents with its value off the scale, flat with the pointer on its left arrow, of many stops.
@@ -218,7 +218,7 @@ TEST_F(KnobLooks, AreThoseOfTheApprovedSheet) {
     fine->dStep = 0.5;
     fine->bShowValue = false;
     show(*fine);
-    const auto flat = mover();
+    const auto flat = wheelKnob();
     flat->setSCaption(L"");
     flat->sFormat = L"0";
     flat->setDVal(1.0);
@@ -243,7 +243,7 @@ double alike(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_
 
 TEST(KnobReadOut, OfATextThatIsNotTheKnobsValueLooksDifferent) {
     const auto painted = [](bool borrowed) {
-        const auto knob = mover();
+        const auto knob = wheelKnob();
         if (borrowed)
             knob->setSValText(L"450.00000");
         std::vector<std::uint32_t> pixels(static_cast<std::size_t>(kWidth * kHeight));

@@ -9,17 +9,17 @@
 #include <span>
 #include <vector>
 
+#include "tests/unit/Numbers.h"
 #include "turndial/DialLayout.h"
 
 namespace {
 
+using kv::kInfinity;
+using kv::kNaN;
 using kv::turndial::KnobScale;
 using testing::DoubleEq;
 using testing::ElementsAre;
 using testing::Optional;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-const double kNan = std::nan("");
 
 KnobScale range(double min, double max, double step) {
     return {min, max, step, {}, false, false};
@@ -58,7 +58,7 @@ TEST(KnobScale, PlacesRunFromZeroAtTheLowEndToOneAtTheHighEnd) {
         {kRange, 450.0, 1.0},
         {kRange, 429.0, -0.5},
         {kRange, 451.0, 1.5},
-        {kRange, kNan, -0.5},
+        {kRange, kNaN, -0.5},
         {range(5.0, 5.0, 1.0), 5.0, -0.5},
         // Stops are at even distances; off the scale is half a stop beyond it.
         {kStops, 0.5, 0.0},
@@ -121,7 +121,7 @@ TEST(KnobScale, ADragGivesTheNearestDetentStopOrTidyNumber) {
         {range(0.1, 0.7, 0.1), 1.0, 0.7},
         {range(2.0, 10.0, 1.0), 7.0, 10.0},
         {range(2.0, 10.0, 1.0), -7.0, 2.0},
-        {range(2.0, 10.0, 1.0), kNan, 2.0},
+        {range(2.0, 10.0, 1.0), kNaN, 2.0},
         // A smooth scale gives about a hundredth of a detent, a fine turn a thousandth.
         {smooth(430.0, 450.0, 2.0), 1.0 / 3.0, 436.67},
         {smooth(430.0, 450.0, 2.0), 1.0 / 3.0, 436.667, true},
@@ -190,8 +190,8 @@ TEST(KnobScale, StepsLeadToTheNextDetentsAndEndAtTheEnds) {
         {kRange, 12.0, -1, kNone},
         {kRange, 999.0, -3, 450.0},
         {kRange, 999.0, 1, kNone},
-        {kRange, kNan, 1, 430.0},
-        {kRange, kNan, -1, kNone},
+        {kRange, kNaN, 1, 430.0},
+        {kRange, kNaN, -1, kNone},
         {kRange, kInfinity, -1, 450.0},
         {smooth(430.0, 450.0, 2.0), 12.0, 1, 430.0},
         {smooth(430.0, 450.0, 2.0), 999.0, 1, kNone},
@@ -214,7 +214,7 @@ TEST(KnobScale, StepsOnStopsAndOnEndlessScalesCountThem) {
         {kStops, 0.1, -1, kNone},
         {kStops, 99.0, -1, 10.0},
         {kStops, 99.0, 1, kNone},
-        {kStops, kNan, 1, 0.5},
+        {kStops, kNaN, 1, 0.5},
         {kFalling, 5.0, 1, 1.0},
         {kFalling, 7.0, 1, 5.0},
         {kOne, 1.0, 1, 3.0},
@@ -252,8 +252,8 @@ TEST(KnobScale, AnInvalidRangeCannotBeTurned) {
     const double huge = std::numeric_limits<double>::max();
     for (const auto& [min, max] : {std::pair{5.0, 5.0},
                                    {9.0, 1.0},
-                                   {kNan, 1.0},
-                                   {0.0, kNan},
+                                   {kNaN, 1.0},
+                                   {0.0, kNaN},
                                    {-kInfinity, 0.0},
                                    {0.0, kInfinity},
                                    {-huge, huge}}) {
@@ -269,7 +269,7 @@ TEST(KnobScale, AnInvalidRangeCannotBeTurned) {
 }
 
 TEST(KnobScale, AnInvalidStepIsAHundredthOfTheRange) {
-    for (const double step : {0.0, -4.0, kNan, kInfinity, 1e-300}) {
+    for (const double step : {0.0, -4.0, kNaN, kInfinity, 1e-300}) {
         for (const double min : {0.0, 50.0}) {
             const KnobScale scale = range(min, min + 50.0, step);
             EXPECT_EQ(scale.detents(), 100.0) << step;

@@ -3,6 +3,7 @@
 
 #include "control/Spoken.h"
 #include "control/View.h"
+#include "tests/unit/Keys.h"
 #include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
@@ -10,10 +11,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr int kShift = 1;
-constexpr int kCtrl = 2;
 constexpr int kLeftButton = 1;
-enum Key { kD = 68, kLeft = 37, kRight = 39 };
 
 TEST(DifferenceTextTest, TheUnitFitsTheDifference) {
     EXPECT_EQ(differenceText(2.5, 0.1), L"+2.5 MHz");
@@ -86,28 +84,28 @@ class MarkerTest : public RangeTest {
 TEST_F(MarkerTest, DPutsItAtTheCursorAndTakesItAwayWithoutATrace) {
     scope.setCursorVal(445.0);
     scope.DrawDisplay();
-    EXPECT_TRUE(press(kD));
+    EXPECT_TRUE(press(key::kD));
     EXPECT_TRUE(view.isMarkerVisible());
     EXPECT_EQ(view.marker(), 445.0);
     EXPECT_EQ(changedColumns(), std::vector<int>{190});
-    EXPECT_TRUE(press(kD));
+    EXPECT_TRUE(press(key::kD));
     EXPECT_FALSE(view.isMarkerVisible());
     EXPECT_TRUE(isPlain());
 }
 
 TEST_F(MarkerTest, WithoutACursorItAppearsInTheCenter) {
     ui.tdKnMovCursor.setDVal(0.0);
-    press(kD);
+    press(key::kD);
     EXPECT_EQ(view.marker(), 450.0);
 }
 
 TEST_F(MarkerTest, AClickWithCtrlPutsItUnderThePointer) {
     click(460.0, 0);
     EXPECT_FALSE(view.isMarkerVisible());
-    click(460.0, kCtrl);
+    click(460.0, key::kCtrl);
     EXPECT_TRUE(view.isMarkerVisible());
     EXPECT_EQ(view.marker(), 460.0);
-    click(470.0, kCtrl);
+    click(470.0, key::kCtrl);
     EXPECT_EQ(view.marker(), 470.0);
     EXPECT_EQ(changedColumns(), std::vector<int>{240});
     events.heard.clear();
@@ -115,16 +113,16 @@ TEST_F(MarkerTest, AClickWithCtrlPutsItUnderThePointer) {
 }
 
 TEST_F(MarkerTest, ADragWithCtrlZoomsAndPutsNoMarker) {
-    ui.picSpectrum.onMouseDown(kLeftButton, kCtrl, 400.0, 50.0);
-    ui.picSpectrum.onMouseMove(kLeftButton, kCtrl, 400.0, 50.0);
-    ui.picSpectrum.onMouseMove(kLeftButton, kCtrl, 500.0, 50.0);
-    ui.picSpectrum.onMouseUp(kLeftButton, kCtrl, 500.0, 50.0);
+    ui.picSpectrum.onMouseDown(kLeftButton, key::kCtrl, 400.0, 50.0);
+    ui.picSpectrum.onMouseMove(kLeftButton, key::kCtrl, 400.0, 50.0);
+    ui.picSpectrum.onMouseMove(kLeftButton, key::kCtrl, 500.0, 50.0);
+    ui.picSpectrum.onMouseUp(kLeftButton, key::kCtrl, 500.0, 50.0);
     EXPECT_FALSE(view.isMarkerVisible());
     expectRange(400.0, 500.0);
 }
 
 TEST_F(MarkerTest, AReleaseWithoutAPressIsNoClick) {
-    ui.picSpectrum.onMouseUp(kLeftButton, kCtrl, 460.0, 50.0);
+    ui.picSpectrum.onMouseUp(kLeftButton, key::kCtrl, 460.0, 50.0);
     EXPECT_FALSE(view.isMarkerVisible());
 }
 
@@ -221,47 +219,47 @@ TEST_F(MarkerTest, TheReadOutStaysInsideThePicture) {
 
 TEST_F(MarkerTest, SnappingIsOffAtTheStart) {
     EXPECT_FALSE(view.snapToChannels());
-    click(441.0, kCtrl);
+    click(441.0, key::kCtrl);
     EXPECT_EQ(view.marker(), 441.0);
 }
 
 TEST_F(MarkerTest, ChannelsWithinSixPixelsAttractTheMarker) {
     view.setSnapToChannels(true);
-    click(442.5, kCtrl);
+    click(442.5, key::kCtrl);
     EXPECT_EQ(view.marker(), 440.0) << "an edge";
-    click(448.0, kCtrl);
+    click(448.0, key::kCtrl);
     EXPECT_EQ(view.marker(), 450.0) << "a center";
-    click(457.5, kCtrl);
+    click(457.5, key::kCtrl);
     EXPECT_EQ(view.marker(), 460.0);
-    click(463.0, kCtrl);
+    click(463.0, key::kCtrl);
     EXPECT_EQ(view.marker(), 460.0) << "exactly six pixels";
-    click(463.5, kCtrl);
+    click(463.5, key::kCtrl);
     EXPECT_EQ(view.marker(), 463.5);
     first->fields().bVisible = false;
-    click(448.0, kCtrl);
+    click(448.0, key::kCtrl);
     EXPECT_EQ(view.marker(), 448.0) << "not seen";
 }
 
 TEST_F(MarkerTest, TheNearestOneAttracts) {
     addTX(452.0, 0.5, 10.0);
     view.setSnapToChannels(true);
-    click(450.7, kCtrl);
+    click(450.7, key::kCtrl);
     EXPECT_EQ(view.marker(), 450.0);
-    click(451.1, kCtrl);
+    click(451.1, key::kCtrl);
     EXPECT_EQ(view.marker(), 451.5);
 }
 
 TEST_F(MarkerTest, AStepOfTheCursorIsAttractedAheadAndNeverSticks) {
     view.setSnapToChannels(true);
     scope.setCursorVal(438.0);
-    press(kRight, kShift);
+    press(key::kRight, key::kShift);
     EXPECT_EQ(scope.CursorVal(), 440.0);
-    press(kRight, kShift);
+    press(key::kRight, key::kShift);
     EXPECT_EQ(scope.CursorVal(), 441.0) << "the edge is behind";
     for (int i = 0; i < 6; ++i)
-        press(kRight, kShift);
+        press(key::kRight, key::kShift);
     EXPECT_EQ(scope.CursorVal(), 450.0);
-    press(kLeft, kShift);
+    press(key::kLeft, key::kShift);
     EXPECT_EQ(scope.CursorVal(), 449.0);
     ui.tdKnMovCursor.onValueChanged(1.0);
     EXPECT_EQ(scope.CursorVal(), 450.0);
@@ -280,7 +278,7 @@ TEST_F(MarkerTest, WhatTheHostSetsStaysExact) {
 TEST_F(MarkerTest, ARecordThatFailsOnlyEndsTheClick) {
     view.setSnapToChannels(true);
     first->onRead = failsAt("dFreqHi", 440);
-    click(448.0, kCtrl);
+    click(448.0, key::kCtrl);
     first->onRead = nullptr;
     EXPECT_FALSE(view.isMarkerVisible());
     ASSERT_FALSE(errors.reports.empty());

@@ -1,5 +1,6 @@
 // Moving by wheel, by a drag of the frequency scale, and back and forward.
 #include "control/View.h"
+#include "tests/unit/Keys.h"
 #include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
@@ -8,13 +9,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int kShift = 1;
-constexpr int kCtrl = 2;
-constexpr int kAlt = 4;
 constexpr int kLeftButton = 1;
 constexpr int kRightButton = 2;
 constexpr int kNotch = 120;
-enum Key { kEscape = 27, kHome = 36, kLeft, kUp, kRight, kDown };
 
 /// 350 to 550 MHz in 20 divisions of 10, on 400 pixels.
 class NavigationTest : public RangeTest {
@@ -53,14 +50,14 @@ TEST_F(NavigationTest, TwoNotchesAtOnceAreOneChange) {
 }
 
 TEST_F(NavigationTest, TheWheelZoomsFinelyWithCtrl) {
-    wheel(kNotch, 350.0, kCtrl);
+    wheel(kNotch, 350.0, key::kCtrl);
     expectRange(350.0, 350.0 + 200.0 / 1.05);
 }
 
 TEST_F(NavigationTest, TheWheelPansByADivisionWithShift) {
-    wheel(-kNotch, 400.0, kShift);
+    wheel(-kNotch, 400.0, key::kShift);
     expectRange(360.0, 560.0);
-    wheel(2 * kNotch, 400.0, kShift);
+    wheel(2 * kNotch, 400.0, key::kShift);
     expectRange(340.0, 540.0);
     EXPECT_THAT(events.heard, ElementsAre("ChgFreqRange 360 560", "ChgFreqRange 340 540"));
 }
@@ -96,11 +93,11 @@ TEST_F(NavigationTest, TheWheelIsLeftToTheParentWithoutAUsableRange) {
     scope.DrawInitialDisplay();
     EXPECT_FALSE(wheel(kNotch, 400.0));
     EXPECT_THAT(events.heard, IsEmpty());
-    EXPECT_FALSE(wheel(kNotch, 400.0, kShift));
+    EXPECT_FALSE(wheel(kNotch, 400.0, key::kShift));
 }
 
 TEST_F(NavigationTest, TheWheelWithAltIsNotUsed) {
-    EXPECT_FALSE(wheel(kNotch, 400.0, kAlt));
+    EXPECT_FALSE(wheel(kNotch, 400.0, key::kAlt));
     expectRange(350.0, 550.0);
 }
 
@@ -150,8 +147,8 @@ TEST_F(NavigationTest, AnUnsteadyClickOnTheScaleIsNoDrag) {
 TEST_F(NavigationTest, ADragOfTheScaleIsGivenUpByEscapeAndByTheRightButton) {
     dragScale({40});
     expectRange(330.0, 530.0);
-    EXPECT_TRUE(ui.picSpectrum.wantsKey(kEscape));
-    EXPECT_TRUE(press(kEscape));
+    EXPECT_TRUE(ui.picSpectrum.wantsKey(key::kEscape));
+    EXPECT_TRUE(press(key::kEscape));
     expectRange(350.0, 550.0);
     ui.picUnits.onMouseMove(kLeftButton, 0, 100.0, 10.0);
     expectRange(350.0, 550.0);
@@ -182,7 +179,7 @@ TEST_F(NavigationTest, TheScaleDoesNotMoveBeyondACenterOf0MHz) {
 
 TEST_F(NavigationTest, EachActionIsAStepBack) {
     wheel(kNotch, 400.0);
-    press(kRight);
+    press(key::kRight);
     dragScale({10, 20, 30});
     releaseScale();
     ui.picSpectrum.onDblClick(kLeftButton, 0, 400.0, 50.0);
@@ -192,22 +189,22 @@ TEST_F(NavigationTest, EachActionIsAStepBack) {
     ui.picSpectrum.onMouseUp(kLeftButton, 0, 420.0, 50.0);
     expectRange(400.0, 420.0);
     events.heard.clear();
-    EXPECT_TRUE(press(kLeft, kAlt));
+    EXPECT_TRUE(press(key::kLeft, key::kAlt));
     expectRange(320.0, 480.0);
-    EXPECT_TRUE(press(kLeft, kAlt));
+    EXPECT_TRUE(press(key::kLeft, key::kAlt));
     expectRange(356.0, 516.0);
-    EXPECT_TRUE(press(kLeft, kAlt));
+    EXPECT_TRUE(press(key::kLeft, key::kAlt));
     expectRange(368.0, 528.0);
-    EXPECT_TRUE(press(kLeft, kAlt));
+    EXPECT_TRUE(press(key::kLeft, key::kAlt));
     expectRange(360.0, 520.0);
-    EXPECT_TRUE(press(kLeft, kAlt));
+    EXPECT_TRUE(press(key::kLeft, key::kAlt));
     expectRange(350.0, 550.0);
     EXPECT_EQ(events.heard.size(), 5U);
     EXPECT_FALSE(view.canGoBack());
-    EXPECT_TRUE(press(kLeft, kAlt)) << "not the form's, though there is nothing to go back to";
+    EXPECT_TRUE(press(key::kLeft, key::kAlt)) << "not the form's, though there is nothing to go back to";
     EXPECT_EQ(events.heard.size(), 5U);
     for (int i = 0; i < 5; ++i)
-        EXPECT_TRUE(press(kRight, kAlt));
+        EXPECT_TRUE(press(key::kRight, key::kAlt));
     expectRange(400.0, 420.0);
     EXPECT_FALSE(view.canGoForward());
 }
@@ -217,7 +214,7 @@ TEST_F(NavigationTest, AnActionAfterGoingBackEndsTheWayForward) {
     ui.picSpectrum.onBack();
     expectRange(350.0, 550.0);
     EXPECT_TRUE(view.canGoForward());
-    press(kRight);
+    press(key::kRight);
     EXPECT_FALSE(view.canGoForward());
     ui.picUnits.onBack();
     expectRange(350.0, 550.0);
@@ -257,7 +254,7 @@ TEST_F(NavigationTest, AGivenUpTurnIsNoStep) {
 TEST_F(NavigationTest, WhatTheHostShowsIsNoStepButIsGoneBackTo) {
     scope.DrawByRange(400.0, 400.0);
     EXPECT_FALSE(view.canGoBack());
-    press(kUp);
+    press(key::kUp);
     expectRange(350.0, 450.0);
     view.showRange(100.0, 110.0);
     EXPECT_TRUE(view.back());
@@ -268,7 +265,7 @@ TEST_F(NavigationTest, WhatTheHostShowsIsNoStepButIsGoneBackTo) {
 
 TEST_F(NavigationTest, FiftyStepsAreKept) {
     for (int i = 0; i < 60; ++i)
-        press(kRight);
+        press(key::kRight);
     int steps = 0;
     while (view.back())
         ++steps;
@@ -285,9 +282,9 @@ TEST_F(NavigationTest, GoingBackByMemberRaisesNoEvent) {
 }
 
 TEST_F(NavigationTest, AKeyThatChangesNothingIsNoStep) {
-    press(kHome);
+    press(key::kHome);
     const bool before = view.canGoBack();
-    press(kHome);
+    press(key::kHome);
     EXPECT_EQ(view.canGoBack(), before);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/unit/Numbers.h"
 #include "util/NumberFormat.h"
 
 #include <gtest/gtest.h>
@@ -14,8 +15,6 @@ namespace kv::util {
 namespace {
 
 constexpr double kUnset = 8888888888888.0;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::wstring zeros(std::size_t count) {
     return std::wstring(count, L'0');

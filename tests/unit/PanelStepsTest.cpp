@@ -1,4 +1,5 @@
 // The panel and the mouse report step by step: which step a failure names, and what very large windows make of heights.
+#include "tests/unit/Keys.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -6,12 +7,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr int kB = 66;
-constexpr int kC = 67;
-constexpr int kEscape = 27;
-constexpr int kShift = 1;
-constexpr int kRight = 39;
 
 class PanelStepsTest : public ScopeTest {
   protected:
@@ -103,11 +98,11 @@ TEST_F(PanelStepsTest, HeightBeyondSixteenBitsIsTheLargestThatTheEventHolds) {
 }
 
 TEST_F(PanelStepsTest, KeyCTogglesThePanelWithAndWithoutChannels) {
-    EXPECT_TRUE(key(kC));
+    EXPECT_TRUE(key(key::kC));
     EXPECT_TRUE(scope.isCollapsed());
     addTX(450.0);
     scope.DrawDisplay();
-    EXPECT_TRUE(key(kC));
+    EXPECT_TRUE(key(key::kC));
     EXPECT_FALSE(scope.isCollapsed());
     EXPECT_EQ(events.heard.size(), 2U);
 }
@@ -116,11 +111,11 @@ TEST_F(PanelStepsTest, KeyBZoomsToTheSpanBetweenTwoPlacesOfTheCursor) {
     addTX(450.0, 20.0, 40.0);
     showTwoPixelsAUnit();
     scope.setCursorVal(440.0);
-    EXPECT_TRUE(key(kB));
+    EXPECT_TRUE(key(key::kB));
     EXPECT_THAT(events.heard, IsEmpty());
     for (int i = 0; i < 20; ++i)
-        EXPECT_TRUE(key(kRight, kShift));
-    EXPECT_TRUE(key(kB));
+        EXPECT_TRUE(key(key::kRight, key::kShift));
+    EXPECT_TRUE(key(key::kB));
     EXPECT_DOUBLE_EQ(scope.DisplayMinFreq(), 440.0);
     EXPECT_DOUBLE_EQ(scope.DisplayMaxFreq(), 460.0);
     EXPECT_THAT(events.heard, ElementsAre("ChgFreqRange 440 460"));
@@ -130,18 +125,18 @@ TEST_F(PanelStepsTest, EscapeDropsTheSpanAndItsBand) {
     addTX(450.0, 20.0, 40.0);
     showTwoPixelsAUnit();
     scope.setCursorVal(440.0);
-    EXPECT_FALSE(ui.picSpectrum.wantsKey(kEscape));
-    EXPECT_TRUE(key(kB));
-    EXPECT_TRUE(ui.picSpectrum.wantsKey(kEscape));
-    EXPECT_TRUE(key(kRight, kShift));
-    EXPECT_TRUE(key(kEscape));
-    EXPECT_FALSE(ui.picSpectrum.wantsKey(kEscape));
+    EXPECT_FALSE(ui.picSpectrum.wantsKey(key::kEscape));
+    EXPECT_TRUE(key(key::kB));
+    EXPECT_TRUE(ui.picSpectrum.wantsKey(key::kEscape));
+    EXPECT_TRUE(key(key::kRight, key::kShift));
+    EXPECT_TRUE(key(key::kEscape));
+    EXPECT_FALSE(ui.picSpectrum.wantsKey(key::kEscape));
     const std::vector<std::uint32_t> after = pixelsOf(ui.picSpectrum);
     scope.setCursorVal(441.0);
     EXPECT_EQ(after, pixelsOf(ui.picSpectrum)) << "nothing but the cursor line was left";
     EXPECT_EQ(scope.DisplayMinFreq(), 350.0);
     // The next one begins anew.
-    EXPECT_TRUE(key(kB));
+    EXPECT_TRUE(key(key::kB));
     EXPECT_EQ(scope.DisplayMinFreq(), 350.0);
 }
 

@@ -7,7 +7,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int kLeft = formenv::mouse_button::kLeft;
+using formenv::mouse_button::kLeft;
 
 /// -50 to 150 MHz on 400 pixels of 15 twips.
 class PointerEdgesTest : public RangeTest {

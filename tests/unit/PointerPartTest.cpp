@@ -6,14 +6,12 @@
 #include <sstream>
 
 #include "control/Keyboard.h"
+#include "tests/unit/Keys.h"
 #include "tests/unit/PartsFixture.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
 namespace {
-
-constexpr int kCtrlKey = 2;
-constexpr int kAlt = 4;
 
 using channels::ChannelKind;
 using formenv::mouse_button::kLeft;
@@ -186,8 +184,6 @@ TEST_F(PointerPartTest, AWindowThatCouldNotBeSetUpIsSetUpTheNextTime) {
 }
 
 TEST_F(PointerPartTest, EachKeyAsksForItsAction) {
-    constexpr int kShift = 1;
-    constexpr int kCtrl = 2;
     struct {
         int key;
         int shift;
@@ -206,10 +202,10 @@ TEST_F(PointerPartTest, EachKeyAsksForItsAction) {
         {36, 0, {"all"}},
         {32, 0, {"pan 440"}},
         {67, 0, {"toggle"}},
-        {37, kShift, {"cursor 439.5"}},
-        {39, kShift, {"cursor 440.5"}},
-        {39, kCtrl, {"cursor 450"}},
-        {37, kCtrl, {}},
+        {37, key::kShift, {"cursor 439.5"}},
+        {39, key::kShift, {"cursor 440.5"}},
+        {39, key::kCtrl, {"cursor 450"}},
+        {37, key::kCtrl, {}},
     };
     for (const auto& row : expected) {
         actions.cursor = 440.0;
@@ -221,11 +217,11 @@ TEST_F(PointerPartTest, EachKeyAsksForItsAction) {
 TEST_F(PointerPartTest, OtherKeysAndKeysWithAltAreTheHosts) {
     for (const int key : {9, 13, 27, 65, 112})
         EXPECT_FALSE(press(key)) << key;
-    EXPECT_FALSE(press(38, kAlt));
+    EXPECT_FALSE(press(38, key::kAlt));
     EXPECT_THAT(actions.take(), IsEmpty());
-    EXPECT_TRUE(press(37, kAlt));
-    EXPECT_TRUE(press(39, kAlt));
-    EXPECT_FALSE(press(37, kAlt | kCtrlKey));
+    EXPECT_TRUE(press(37, key::kAlt));
+    EXPECT_TRUE(press(39, key::kAlt));
+    EXPECT_FALSE(press(37, key::kAlt | key::kCtrl));
     EXPECT_THAT(actions.take(), ElementsAre("back", "forward"));
 }
 

@@ -1,9 +1,9 @@
 // Extremes by blocks compared with those of all records.
 #include "channels/RangeBlocks.h"
+#include "tests/unit/Numbers.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <random>
 
 namespace kv::channels {
@@ -40,9 +40,6 @@ class RangeBlocksTest : public ::testing::Test {
     PlaceSet except_;
     RangeBlocks ranges_;
 };
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 TEST_F(RangeBlocksTest, WhatDoesNotCountWidensNothing) {
     expectRange(FREQ_UNSET, -FREQ_UNSET, FREQ_UNSET, -FREQ_UNSET);

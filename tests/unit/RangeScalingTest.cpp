@@ -1,6 +1,7 @@
 // The range that the picture shows: derived from the channels, set by the host, shifted onto a center.
 #include <limits>
 
+#include "tests/unit/Numbers.h"
 #include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
@@ -8,8 +9,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 using RangeScalingTest = RangeTest;
 

@@ -1,6 +1,7 @@
 // The procedures that trap their errors: which one the record names, and which of its steps.
-#include <limits>
 
+#include "tests/unit/Keys.h"
+#include "tests/unit/Numbers.h"
 #include "tests/unit/RangeFixture.h"
 #include "tests/unit/WidgetFixture.h"
 
@@ -12,8 +13,7 @@ using util::error_number::kOutOfMemory;
 using util::error_number::kOverflow;
 using util::error_number::kPathFileAccess;
 
-constexpr int kLeft = formenv::mouse_button::kLeft;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+using formenv::mouse_button::kLeft;
 
 /// A surface whose n-th stroke fails, and none before or after.
 class CountdownCanvas final : public raster::Canvas {
@@ -149,12 +149,10 @@ TEST_F(StepFlagsTest, OfTheDrawButtons) {
 }
 
 TEST_F(StepFlagsTest, OfAKeyOnThePicture) {
-    constexpr int kRightKey = 39;
-    constexpr int kCtrl = 2;
     const SlotRef slot = addTX(450.0, 1.0, 10.0);
     // The cursor to the next channel, whose frequency cannot be read.
     slot->onRead = failsAt("dFreq", kAutomation);
-    ui.picSpectrum.onKeyDown(kRightKey, kCtrl);
+    ui.picSpectrum.onKeyDown(key::kRight, key::kCtrl);
     expectReport(L"picSpectrum_KeyDown", 100, kAutomation);
 }
 

@@ -1,7 +1,7 @@
 // Each procedure that traps its errors, made to fail: what the tech-support log says of it.
-#include <limits>
 
 #include "tests/unit/FakeSystem.h"
+#include "tests/unit/Numbers.h"
 #include "tests/unit/ScopeFixture.h"
 #include "util/ErrorHandler.h"
 #include "util/Product.h"
@@ -14,7 +14,6 @@ using util::error_number::kInvalidProcedureCall;
 using util::error_number::kOutOfMemory;
 using util::error_number::kOverflow;
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr wchar_t kLog[] = L"C:\\KV\\KVTECSUP.TXT";
 
 /// A surface that has run out of memory.

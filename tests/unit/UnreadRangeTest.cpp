@@ -1,6 +1,8 @@
 // What works on the display range before anything has drawn or read it, and on the powers of an empty store.
 #include <limits>
 
+#include "tests/unit/Keys.h"
+#include "tests/unit/Numbers.h"
 #include "tests/unit/RangeFixture.h"
 
 namespace kv::control {
@@ -36,9 +38,8 @@ TEST_F(UnreadRangeTest, CursorMoverNudgesBeforeTheFirstDrawing) {
 }
 
 TEST_F(UnreadRangeTest, ArrowKeyPansBeforeTheFirstDrawing) {
-    constexpr int kRight = 39;
     addTX(450.0);
-    EXPECT_TRUE(ui.picSpectrum.onKeyDown(kRight, 0));
+    EXPECT_TRUE(ui.picSpectrum.onKeyDown(key::kRight, 0));
     expectRange(360.0, 560.0);
 }
 
@@ -101,7 +102,6 @@ TEST_F(UnreadRangeTest, PowersThatTheHostSetOnAnEmptyStoreAreKept) {
 }
 
 TEST_F(UnreadRangeTest, PowerOfZeroWattsIsNoExtreme) {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
     addTX(450.0, 1.0, -kInfinity);
     addTX(460.0, 1.0, 20.0);
     addTX(470.0, 1.0, kInfinity);

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "control/View.h"
+#include "tests/unit/Numbers.h"
 #include "tests/unit/ScopeFixture.h"
 
 namespace kv::control {
@@ -13,9 +14,6 @@ namespace {
 
 using channels::ChannelKind;
 using channels::FreqSlotRef;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 class ViewTest : public ScopeTest {
   protected:

@@ -7,6 +7,7 @@
 #include <random>
 #include <utility>
 
+#include "tests/unit/Numbers.h"
 #include "tests/unit/QuietSlot.h"
 #include "tests/unit/ScopeFixture.h"
 
@@ -38,9 +39,6 @@ struct Twin {
 
 class VisiblePaintingTest : public ::testing::Test {
   protected:
-    static constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    static constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
     double between(double low, double high) { return std::uniform_real_distribution<double>(low, high)(random_); }
     bool oneIn(unsigned n) { return random_() % n == 0; }
     std::size_t upTo(std::size_t n) { return random_() % n; }
