@@ -1,5 +1,6 @@
 #include "control/Arrangement.h"
 
+#include <cmath>
 #include <initializer_list>
 
 namespace kv::control {
@@ -31,19 +32,23 @@ void putCheck(formenv::CheckBox& box, const wchar_t* caption, double left, doubl
     put(box, left, top, width, 17);
 }
 
-/// The summary of the channels, then the read-outs of the pointer.
-void arrangeReadouts(Children& ui) {
-    // Wide enough for a range of two frequencies with seven digits before the point.
-    constexpr double kLeft = 11.0;
-    constexpr double kWidth = 169.0;
-    put(ui.lblNumTX, kLeft, 25, kWidth, kTextHeight);
-    put(ui.lblTXRange, kLeft, 40, kWidth, kTextHeight);
-    put(ui.lblNumRX, kLeft, 59, kWidth, kTextHeight);
-    put(ui.lblRXRange, kLeft, 74, kWidth, kTextHeight);
-    put(ui.lblFMHz, kLeft, 95, kWidth, kTextHeight);
-    put(ui.lblFromCenter, kLeft, 110, kWidth, kTextHeight);
-    put(ui.lblPwrdBm, kLeft, 125, 100, kTextHeight);
-    put(ui.lblNumOther, kLeft + 104, 125, 56, kTextHeight);
+// The left column is wide enough for a range of two frequencies with seven digits before the point.
+constexpr double kColumnLeft = 11.0;
+constexpr double kColumnWidth = 169.0;
+
+// The room to the right of all other parts, from the width on in which large read-outs fit.
+constexpr double kRightLeft = 722.0;
+constexpr double kRightMargin = 10.0;
+constexpr double kLeastRightWidth = 220.0;
+
+/// The summary of the channels.
+void arrangeSummary(Children& ui) {
+    put(ui.lblNumTX, kColumnLeft, 25, kColumnWidth, kTextHeight);
+    put(ui.lblTXRange, kColumnLeft, 40, kColumnWidth, kTextHeight);
+    put(ui.lblNumRX, kColumnLeft, 59, kColumnWidth, kTextHeight);
+    put(ui.lblRXRange, kColumnLeft, 74, kColumnWidth, kTextHeight);
+    put(ui.lblPwrdBm, kColumnLeft, 125, 100, kTextHeight);
+    put(ui.lblNumOther, kColumnLeft + 104, 125, 56, kTextHeight);
     for (formenv::Label* label : {&ui.lblTXRange, &ui.lblRXRange, &ui.lblNumTX, &ui.lblNumRX})
         label->setVisible(false);
 }
@@ -75,7 +80,26 @@ void arrangeChoices(Children& ui) {
     putButton(ui.cmdClear, L"Clear", kSecond, 119);
 }
 
+void putReadout(formenv::Label& label, double left, double top, double width, double height, double points) {
+    put(label, left, top, width, height);
+    raster::Font font = label.font();
+    font.points = points;
+    label.setFont(font);
+}
+
 }  // namespace
+
+void placeReadouts(Children& ui, double panelWidth) {
+    const double rightWidth = std::floor(panelWidth / kUnit) - kRightLeft - kRightMargin;
+    if (rightWidth < kLeastRightWidth) {
+        const double points = raster::Font().points;
+        putReadout(ui.lblFMHz, kColumnLeft, 95, kColumnWidth, kTextHeight, points);
+        putReadout(ui.lblFromCenter, kColumnLeft, 110, kColumnWidth, kTextHeight, points);
+    } else {
+        putReadout(ui.lblFMHz, kRightLeft, 44, rightWidth, 30, 16.0);
+        putReadout(ui.lblFromCenter, kRightLeft, 78, rightWidth, 20, 10.0);
+    }
+}
 
 void arrangeParts(Children& ui) {
     ui.userControl.move({0.0, 0.0, kStartWidth, kStartHeight});
@@ -88,7 +112,8 @@ void arrangeParts(Children& ui) {
     // Ticks and rubber band: a gray that shows on light and on dark backgrounds.
     ui.picSpectrum.setForeColor(0x00808080);
 
-    arrangeReadouts(ui);
+    arrangeSummary(ui);
+    placeReadouts(ui, kStartWidth - 2.0 * kPanelMargin);
     arrangeKnobs(ui);
     arrangeChoices(ui);
 

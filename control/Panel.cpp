@@ -70,6 +70,7 @@ void Panel::sizeDisplay() {
 void Panel::placeControls() {
     const formenv::Frame& pic = ui_.fraPic;
     ui_.fraControl.move({kPanelMargin, pic.top() + pic.height() + kPanelMargin, pic.width(), ui_.fraControl.height()});
+    placeReadouts(ui_, pic.width());
 }
 
 void Panel::placeLabelStrip() {

@@ -23,13 +23,15 @@ constexpr COLORREF kLabelBack = RGB(0xF4, 0xF6, 0xF8);
 constexpr COLORREF kLabelFore = RGB(0x33, 0x3D, 0x4A);
 constexpr COLORREF kCursor = RGB(0xB0, 0x30, 0x30);
 
-/// Sets the colors of the control.
-void dress(_kvBandscope& control) {
+/// Sets the colors of the control, and what it draws over the channels.
+void dress(_kvBandscope& control, _BandscopeView& view) {
     check(control.put_GridColor(kGrid), L"Setting GridColor");
     check(control.put_lCursorColor(kCursor), L"Setting lCursorColor");
     check(control.put_lColorSpecBack(kSpectrumBack), L"Setting lColorSpecBack");
     check(control.put_lColorLblBack(kLabelBack), L"Setting lColorLblBack");
     check(control.put_lColorLblFore(kLabelFore), L"Setting lColorLblFore");
+    check(view.put_PowerAxis(VARIANT_TRUE), L"Setting PowerAxis");
+    check(view.put_Legend(VARIANT_TRUE), L"Setting Legend");
 }
 
 }  // namespace
@@ -42,7 +44,7 @@ MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_
         RECT client{};
         GetClientRect(window_, &client);
         spectrum_ = std::make_unique<Spectrum>(classes_, window_, client, *this);
-        dress(spectrum_->control());
+        dress(spectrum_->control(), spectrum_->view());
         showWindow();
     } catch (...) {
         close();

@@ -30,6 +30,7 @@ constexpr const wchar_t* kAids[] = {L"Command1", L"Command2", L"Command3", L"Com
 
 class PanelArrangementTest : public ScopeTest {
   protected:
+    void resize(double width, double height) { scope.resize(width * kPixel, height * kPixel); }
     const formenv::Widget* named(std::wstring_view name) {
         for (const formenv::Widget* child : ui.fraControl.children()) {
             if (child->name() == name)
@@ -45,6 +46,38 @@ TEST_F(PanelArrangementTest, ThePartsAreWhereTheyWereDesigned) {
         const formenv::Place place{part.left * kPixel, part.top * kPixel, part.width * kPixel, part.height * kPixel};
         EXPECT_EQ(named(part.name)->place(), place) << ::testing::PrintToString(std::wstring(part.name));
     }
+}
+
+/// In pixels, as `kPanel`.
+formenv::Place pixels(double left, double top, double width, double height) {
+    return {left * kPixel, top * kPixel, width * kPixel, height * kPixel};
+}
+
+TEST_F(PanelArrangementTest, AWidePanelHasLargeReadoutsToTheRightOfAllOtherParts) {
+    const double panel = 722.0 + 220.0 + 10.0;
+    resize(panel + 8.0, 480.0);
+    EXPECT_EQ(ui.lblFMHz.place(), pixels(722, 44, 220, 30));
+    EXPECT_EQ(ui.lblFromCenter.place(), pixels(722, 78, 220, 20));
+    EXPECT_EQ(ui.lblFMHz.font().points, 16.0);
+    EXPECT_EQ(ui.lblFromCenter.font().points, 10.0);
+    resize(panel + 100.0 + 8.0, 480.0);
+    EXPECT_EQ(ui.lblFMHz.place(), pixels(722, 44, 320, 30));
+    for (const Designed& part : kPanel) {
+        if (std::wstring(part.name) != L"lblFMHz" && std::wstring(part.name) != L"lblFromCenter") {
+            EXPECT_EQ(named(part.name)->place(), pixels(part.left, part.top, part.width, part.height))
+                << ::testing::PrintToString(std::wstring(part.name));
+        }
+    }
+}
+
+TEST_F(PanelArrangementTest, APanelOnePixelTooNarrowKeepsTheReadoutsInTheLeftColumn) {
+    const double panel = 722.0 + 220.0 + 10.0;
+    resize(panel + 8.0, 480.0);
+    resize(panel - 1.0 + 8.0, 480.0);
+    EXPECT_EQ(ui.lblFMHz.place(), pixels(11, 95, 169, 15));
+    EXPECT_EQ(ui.lblFromCenter.place(), pixels(11, 110, 169, 15));
+    EXPECT_EQ(ui.lblFMHz.font(), raster::Font());
+    EXPECT_EQ(ui.lblFromCenter.font(), raster::Font());
 }
 
 TEST_F(PanelArrangementTest, TheDevelopmentAidsAreInTheUpperLeftCorner) {
