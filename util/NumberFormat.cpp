@@ -248,7 +248,10 @@ std::optional<std::uint64_t> nearestSteps(double size, int decimals) {
     const double scaled = size * kPowers[static_cast<std::size_t>(decimals)];
     if (!(scaled < kMost))
         return std::nullopt;
-    const auto whole = static_cast<std::uint64_t>(scaled);
+    // Nearly all numbers are below that limit, where 32-bit programs need no call to convert.
+    constexpr double kSmall = 2147483648.0;
+    const auto whole = scaled < kSmall ? static_cast<std::uint64_t>(static_cast<std::int32_t>(scaled))
+                                       : static_cast<std::uint64_t>(scaled);
     const double rest = scaled - static_cast<double>(whole);
     if (rest > 0.5 - kDoubt && rest < 0.5 + kDoubt)
         return std::nullopt;
@@ -259,11 +262,22 @@ void writeSteps(std::uint64_t steps, int decimals, bool isNegative, std::wstring
     std::array<wchar_t, 24> reversed;
     std::size_t count = 0;
     const bool hasSign = isNegative && steps != 0;
-    for (int place = 0; place <= decimals || steps != 0; ++place) {
-        if (place == decimals)
+    // In parts of nine digits, because 32-bit programs divide larger numbers by calls.
+    constexpr std::uint64_t kPart = 1000000000;
+    constexpr int kPartDigits = 9;
+    const bool isShort = steps < kPart;
+    auto part = static_cast<std::uint32_t>(isShort ? steps : steps % kPart);
+    std::uint64_t rest = isShort ? 0 : steps / kPart;
+    for (int place = 0; place <= decimals || part != 0 || rest != 0; ++place) {
+        if (place > 0 && place % kPartDigits == 0) {
+            part = static_cast<std::uint32_t>(rest % kPart);
+            rest /= kPart;
+        }
+        if (place == decimals) {
             reversed[count++] = L'.';
-        reversed[count++] = static_cast<wchar_t>(L'0' + steps % 10);
-        steps /= 10;
+        }
+        reversed[count++] = static_cast<wchar_t>(L'0' + part % 10);
+        part /= 10;
     }
     if (hasSign)
         reversed[count++] = L'-';

@@ -57,6 +57,16 @@ TEST(FormatNumberTest, NumbersNextToAHalfRoundByTheirDecimalText) {
     expectBy(L"0.000", {{99999999.9995, L"100000000.000"}, {100000000.0005, L"100000000.001"}});
 }
 
+TEST(FormatNumberTest, NumbersOfManyDigits) {
+    EXPECT_EQ(formatNumber(12345.678901, L"0.000000"), L"12345.678901");
+    EXPECT_EQ(formatNumber(10000.000001, L"0.000000"), L"10000.000001");
+    EXPECT_EQ(formatNumber(50000.0, L"0.000000"), L"50000.000000");
+    EXPECT_EQ(formatNumber(99999999.9, L"0.0"), L"99999999.9");
+    EXPECT_EQ(formatNumber(100000000.0, L"0.0"), L"100000000.0");
+    EXPECT_EQ(formatNumber(2147.483647, L"0.000000"), L"2147.483647");
+    EXPECT_EQ(formatNumber(-2147.483648, L"0.000000"), L"-2147.483648");
+}
+
 TEST(FormatNumberTest, AKeptTextIsReplaced) {
     std::wstring text = L"an earlier and longer text";
     formatNumber(1.5, L"0.000", text);
