@@ -18,24 +18,28 @@ std::string field(const std::wstring& text) {
     if (!blankAtEnd && text.find_first_of(L",\"\r\n") == std::wstring::npos) {
         return util::toUtf8(text);
     }
-    std::wstring quoted = L"\"";
+    std::wstring quoted(1, L'"');
     for (const wchar_t character : text) {
         quoted += character;
         if (character == L'"') {
             quoted += L'"';
         }
     }
-    return util::toUtf8(quoted + L'"');
+    quoted += L'"';
+    return util::toUtf8(quoted);
 }
 
 template <class TextOf>
 std::string line(TextOf textOf) {
     std::string bytes;
     for (std::size_t column = 0; column < kHitColumns; ++column) {
-        bytes += column == 0 ? "" : ",";
+        if (column != 0) {
+            bytes += ',';
+        }
         bytes += field(textOf(static_cast<HitColumn>(column)));
     }
-    return bytes + "\r\n";
+    bytes += "\r\n";
+    return bytes;
 }
 
 /// A file that is deleted at the end if it has not been renamed.
@@ -75,7 +79,9 @@ class NewFile {
     static std::filesystem::path unusedName(const std::filesystem::path& target) {
         for (int number = 1; number <= kMostNames; ++number) {
             std::filesystem::path name = target;
-            name += "." + std::to_string(number) + ".tmp";
+            name += ".";
+            name += std::to_string(number);
+            name += ".tmp";
             if (std::error_code error; !std::filesystem::exists(name, error)) {
                 return name;
             }

@@ -99,6 +99,11 @@ void HitRows::filter(const HitFilter& filter) {
     countAll();
 }
 
+std::optional<std::size_t> HitRows::rowOf(std::uint32_t index) const {
+    const auto found = std::find(rows_.begin(), rows_.end(), index);
+    return found == rows_.end() ? std::nullopt : std::optional<std::size_t>(found - rows_.begin());
+}
+
 void HitRows::selectReceivers() {
     receiverSelected_.clear();
     const std::wstring wanted = util::foldCase(util::trim(filter_.receiver));

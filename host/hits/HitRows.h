@@ -41,6 +41,10 @@ class HitRows {
 
     [[nodiscard]] std::size_t size() const noexcept { return rows_.size(); }
     [[nodiscard]] const Hit& at(std::size_t row) const { return finder_.hits()[rows_[row]]; }
+    /// The index of a row's hit in the finder's list.
+    [[nodiscard]] std::uint32_t indexAt(std::size_t row) const { return rows_[row]; }
+    /// The row of a hit; none if the hit does not pass the filter.
+    [[nodiscard]] std::optional<std::size_t> rowOf(std::uint32_t index) const;
     [[nodiscard]] const HitFilter& filter() const noexcept { return filter_; }
     /// Those of the rows.
     [[nodiscard]] HitCounts counts() const noexcept { return {rows_.size(), products_, receiverCount_}; }
