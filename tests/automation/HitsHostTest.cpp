@@ -90,8 +90,8 @@ TEST(HitsOfTheCommandLine, FollowOrdersAndRange) {
     const std::wstring file = folder.file(L"hits.csv");
     const std::wstring plan = L"--plan \"" + planPath(L"gmrs.csv") + L"\" --hits \"" + file + L"\" ";
     EXPECT_EQ(runHost(plan + L"--orders 2"), 0U);
-    EXPECT_EQ(std::count_if(contentOf(file).begin(), contentOf(file).end(), [](char c) { return c == '\n'; }), 1)
-        << "no hits: only the header";
+    const std::string none = contentOf(file);
+    EXPECT_EQ(std::count(none.begin(), none.end(), '\n'), 1) << "no hits: only the header";
     // Only the products on output 15: 3 of the form 2A-B and 9 of the form A+B-C, on channel 1.
     EXPECT_EQ(runHost(plan + L"--range 462.549,462.551"), 0U);
     const std::string content = contentOf(file);
@@ -129,7 +129,7 @@ class HitsHost : public testing::Test {
         return search.found;
     }
     [[nodiscard]] HWND list() const { return GetDlgItem(hits, IDC_HITS_LIST); }
-    [[nodiscard]] bool waitForSummary(const std::wstring& text) const {
+    bool waitForSummary(const std::wstring& text) const {
         const bool came = waitFor([&] { return windowText(GetDlgItem(hits, IDC_HITS_SUMMARY)) == text; });
         EXPECT_TRUE(came) << "the summary is "
                           << testing::PrintToString(windowText(GetDlgItem(hits, IDC_HITS_SUMMARY)));
@@ -174,7 +174,8 @@ TEST_F(HitsHost, ARowMovesTheRangeAndTheCursorAndKeepsTheFocus) {
     EXPECT_THAT(value(), testing::StartsWith(L"462.35000 to 462.95000 MHz, cursor at 462.65000 MHz"));
     clickFirstRow();
     // TX15 + TX17 - TX16 on channel 1, 462.5625 MHz. The product's band ends 12.5 + 16.875 kHz from the channel's
-    // center; with a tenth of that as room and round grid lines this is 40 kHz on each side.
+    // center. With a tenth of that as room this is 32.3 kHz on each side, and the grid has an even number of 5 kHz
+    // steps.
     EXPECT_TRUE(waitFor([this] { return value().find(L"cursor at 462.57500 MHz") != std::wstring::npos; })) << value();
     EXPECT_THAT(value(), testing::StartsWith(L"462.52500 to 462.60500 MHz"));
     EXPECT_EQ(focus(), list());
