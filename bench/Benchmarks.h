@@ -28,6 +28,8 @@ void enlistCliffs(std::size_t count);
 void enlistOverlays(std::size_t count);
 /// Adding, finding, removing and clearing, as a host does it.
 void enlistHosting(SetKind kind, std::size_t count);
+/// The list of hits of the sample host.
+void enlistHits();
 /// Steps that must not become slow with unusual channels.
 void enlistGrowth();
 /// Times and memory by the number of channels.

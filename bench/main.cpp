@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
     }
     for (const std::size_t count : {1'000U, 10'000U, 100'000U, 495'000U, 1'000'000U})
         enlistStore(count);
+    enlistHits();
     enlistGrowth();
     enlistSizes();
     enlistLive();

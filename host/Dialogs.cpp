@@ -47,6 +47,13 @@ std::wstring askForPicture(HWND owner) {
     return GetSaveFileNameW(&question) ? file.data() : L"";
 }
 
+std::wstring askForHits(HWND owner) {
+    std::array<wchar_t, 32768> file{};
+    OPENFILENAMEW question = dialog(owner, file, L"Comma-separated values (*.csv)\0*.csv\0", L"csv");
+    question.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+    return GetSaveFileNameW(&question) ? file.data() : L"";
+}
+
 void showFailure(HWND owner, const Failure& failure) {
     MessageBoxW(owner, failure.text.c_str(), L"BandscopeHost", MB_OK | MB_ICONWARNING);
 }

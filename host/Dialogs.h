@@ -13,6 +13,9 @@ namespace kv::host {
 /// The file to save the picture in; empty when the user cancels.
 [[nodiscard]] std::wstring askForPicture(HWND owner);
 
+/// The CSV file to save hits in; empty when the user cancels.
+[[nodiscard]] std::wstring askForHits(HWND owner);
+
 /// Shows a message box and waits until the user closes it.
 void showFailure(HWND owner, const Failure& failure);
 

@@ -96,6 +96,7 @@ void MainWindow::close() noexcept {
         ShowWindow(window_, SW_HIDE);  // releasing half a million records takes a moment
     }
     opening_.reset();
+    hits_.reset();
     spectrum_.reset();
     if (window_ != nullptr) {
         const HWND window = std::exchange(window_, nullptr);
@@ -113,6 +114,8 @@ int MainWindow::run() {
         }
         if (opening_ != nullptr) {
             continueOpening();
+        } else if (hits_ != nullptr && hits_->finding()) {
+            hits_->continueFinding();
         } else {
             WaitMessage();
         }
@@ -134,6 +137,9 @@ void MainWindow::handleQueued() {
 void MainWindow::dispatch(MSG& message) {
     if (opening_ != nullptr && message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
         cancelProducts();
+        return;
+    }
+    if (hits_ != nullptr && hits_->translate(message)) {
         return;
     }
     // The active control gets a key first, then the accelerators of this window.

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "host/HitsWindow.h"
 #include "host/Loading.h"
 #include "host/Spectrum.h"
 #include "host/StatusBar.h"
@@ -14,7 +15,7 @@
 
 namespace kv::host {
 
-class MainWindow final : public ControlEvents {
+class MainWindow final : public ControlEvents, public HitsOwner {
   public:
     explicit MainWindow(const CommandLine& options);
     MainWindow(const MainWindow&) = delete;
@@ -90,6 +91,16 @@ class MainWindow final : public ControlEvents {
     void handleQueued();
     void dispatch(MSG& message);
 
+    void openHits();
+    void followHits();
+    void writeHits();
+    void drawSpot(const Spot& spot);
+    void showSpot(const Spot& spot, const std::wstring& text) override;
+    void findHits() override;
+    void saveShownHits() override;
+    void focusSpectrum() override;
+    void reportHitsFailure() noexcept override;
+
     void gridRangeChosen() override;
     void heightChanged(int twips) override;
     void rangeChanged(double lowest, double highest) override;
@@ -103,6 +114,8 @@ class MainWindow final : public ControlEvents {
     std::unique_ptr<Spectrum> spectrum_;
     Shown shown_;
     std::unique_ptr<Opening> opening_;
+    std::unique_ptr<HitsWindow> hits_;  // created when it is first opened
+    std::optional<std::pair<Spot, std::wstring>> nextSpot_;
     bool ended_ = false;
     int exitCode_ = kExitOk;
 };

@@ -51,6 +51,8 @@ void MainWindow::command(int id) {
             return redraw();
         case IDC_MOUSE_REPORT:
             return openMouseReport();
+        case IDC_HITS:
+            return openHits();
         case IDC_SECOND:
             return toggleOrder(&ProductOptions::second);
         case IDC_THIRD:
@@ -70,8 +72,8 @@ void MainWindow::enableCommands(HMENU menu) const {
     const auto enable = [menu](UINT id, bool on) { EnableMenuItem(menu, id, on ? MF_ENABLED : MF_GRAYED); };
     const bool idle = opening_ == nullptr;
     const ProductOptions& products = idle ? shown_.products : opening_->next.products;
-    for (const UINT id :
-         {IDC_OPEN, IDC_SAVE, IDC_PRINT, IDC_COPY, IDC_REDRAW, IDC_MOUSE_REPORT, IDC_SECOND, IDC_THIRD, IDC_FIFTH}) {
+    for (const UINT id : {IDC_OPEN, IDC_SAVE, IDC_PRINT, IDC_COPY, IDC_REDRAW, IDC_HITS, IDC_MOUSE_REPORT, IDC_SECOND,
+                          IDC_THIRD, IDC_FIFTH}) {
         enable(id, idle);
     }
     enable(IDC_SHOW_ALL, idle && !shown_.plan.channels.empty());
@@ -151,6 +153,7 @@ void MainWindow::toggleOrder(bool ProductOptions::*order) {
     products.*order = !(products.*order);
     if (shown_.plan.channels.empty()) {
         shown_.products = products;
+        followHits();
     } else {
         open({shown_.plan, shown_.name, products, shown_.range});
     }

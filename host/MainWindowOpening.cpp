@@ -72,12 +72,14 @@ void MainWindow::opened(const std::wstring& message) {
         shown_ = std::move(opening_->next);
         opening_.reset();
         describe(shown_);
+        followHits();
     }
     status_->setProgress(-1.0);
     status_->setMessage(message);
     if (const std::wstring file = std::exchange(options_.saveFile, L""); !file.empty()) {
         writePicture(file);
     }
+    writeHits();
     if (options_.quit) {
         finish(kExitOk);
     }

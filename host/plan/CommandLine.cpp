@@ -12,7 +12,7 @@ namespace kv::host {
 
 const wchar_t* const kUsage =
     L"BandscopeHost [--plan FILE] [--orders LIST] [--every-form] [--range MIN,MAX] [--size WxH] [--save FILE.bmp] "
-    L"[--quit]\n\n"
+    L"[--hits FILE.csv] [--quit]\n\n"
     L"--plan FILE\tchannel plan (CSV) to open\n"
     L"--orders LIST\tintermodulation products to compute: 2, 3 and 5, separated by commas, or 0 for none; "
     L"3 when left out\n"
@@ -20,6 +20,7 @@ const wchar_t* const kUsage =
     L"--range MIN,MAX\tMHz; compute products and show the spectrum in this range\n"
     L"--size WxH\tinner size of the window in pixels, such as 1100x760\n"
     L"--save FILE.bmp\tsave the picture after it is drawn\n"
+    L"--hits FILE.csv\tsave the products that overlap receivers of the plan\n"
     L"--quit\tend when all of this is done; write errors to standard error and show no message box\n";
 
 namespace {
@@ -105,11 +106,16 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
             result.size = readSize(value());
         } else if (option == L"--save") {
             result.saveFile = value();
+        } else if (option == L"--hits") {
+            result.hitsFile = value();
         } else if (option == L"--quit") {
             result.quit = true;
         } else {
             throw UsageError{inQuotes(option) + L" is not an option of this program."};
         }
+    }
+    if (!result.hitsFile.empty() && result.planFile.empty()) {
+        throw UsageError{L"--hits needs a plan: add --plan FILE."};
     }
     if (result.range) {
         result.products.lowestHz = std::llround(result.range->lowest * 1e6);

@@ -25,6 +25,7 @@ struct CommandLine {
     std::optional<RangeMhz> range;  ///< products are computed and shown in this range only
     std::optional<PixelSize> size;  ///< inner size of the window
     std::wstring saveFile;          ///< the picture is saved here after it is drawn; empty: not saved
+    std::wstring hitsFile;          ///< the list of hits is saved here as CSV; empty: not saved
     bool quit = false;              ///< the program ends when all is done and never waits for the user
 };
 

@@ -4,15 +4,15 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
 
-portable='util raster formenv headless turndial forms channels control host/plan'
+portable='util raster formenv headless turndial forms channels control host/plan host/hits'
 
 # What each folder may include from besides itself; "-" is nothing.
 declare -A allowed=(
     [util]='-' [raster]='util' [formenv]='raster util' [headless]='formenv raster util'
     [turndial]='formenv raster util' [forms]='formenv raster util' [channels]='raster util'
-    [control]='channels forms turndial formenv raster util' [host/plan]='util'
+    [control]='channels forms turndial formenv raster util' [host/plan]='util' [host/hits]='host/plan util'
     [win32]='turndial formenv raster util' [com]='util'
-    [automation]='com win32 control channels forms turndial formenv raster util' [host]='host/plan'
+    [automation]='com win32 control channels forms turndial formenv raster util' [host]='host/hits host/plan'
 )
 
 windows_headers='(win[a-z]*|ole[a-z0-9]*|oa[a-z]+|obj[a-z]+|unknwn|ocidl|docobj|comdef|comutil|comm[a-z]+|shl[a-z]+'
@@ -24,11 +24,11 @@ windows_names+='|CALLBACK|STDMETHODCALLTYPE|IUnknown|IDispatch|IPicture|IFont|Co
 windows_names+='|LOGFONTW?|BITMAPINFO(HEADER)?|BITMAPFILEHEADER|WNDPROC|GetLastError|MessageBoxW?|_?WIN32|_WIN64|__MINGW32__'
 windows_names+='|_MSC_VER|__stdcall|__declspec'
 
-# sources DIR: the C++ files below, and for host those of host/plan excepted, which is a layer of its own.
+# sources DIR: the C++ files below; for host without those of host/plan and host/hits, which are layers of their own.
 sources() {
     [[ -d $1 ]] || return 0
     find "$1" -name generated -prune -o \( -name '*.cpp' -o -name '*.h' \) -print | sort |
-        if [[ $1 == host ]]; then grep -v '^host/plan/' || true; else cat; fi
+        if [[ $1 == host ]]; then grep -vE '^host/(plan|hits)/' || true; else cat; fi
 }
 
 # The file with its comments blanked, each line kept as a line.
@@ -48,7 +48,7 @@ windows_mentions() {
 # Layer of an include's path: the longest folder of ours that it begins with; empty for a header that is not ours.
 layer_of() {
     case $1 in
-        host/plan/*) printf 'host/plan' ;;
+        host/plan/* | host/hits/*) printf '%s' "${1%/*}" ;;
         */*) [[ -z ${allowed[${1%%/*}]:-} ]] || printf '%s' "${1%%/*}" ;;
     esac
 }
@@ -96,7 +96,7 @@ violations() (
 # The check is worth nothing if it catches nothing: a small tree of good and bad files, and what must be said of it.
 fixture() {
     local tree=$1
-    mkdir -p "$tree"/{util,raster,formenv,headless,channels,control,win32,com,automation,host/plan}
+    mkdir -p "$tree"/{util,raster,formenv,headless,channels,control,win32,com,automation,host/plan,host/hits}
     printf '// Not an HWND, and no windows.h.\n/* HDC\n BSTR */\n#include <string>\nint HWNDs = 1'"'"'000; // it'"'"'s\n' \
         >"$tree/util/Good.h"
     printf '#include "util/Good.h"\n#include "Neighbour.h"\n' >"$tree/util/Good.cpp"
@@ -110,6 +110,9 @@ fixture() {
     printf '#include "kvBandscope.h"\n#include "host/plan/Plan.h"\n#include "util/Good.h"\n' >"$tree/host/Up.cpp"
     printf '#include "../control/Type.h"\n#include "util/Good.h"\n#include "raster/Canvas.h"\n' \
         >"$tree/host/plan/Up.cpp"
+    printf '#include "host/plan/Plan.h"\n#include "util/Good.h"\n#include "host/MainWindow.h"\n' \
+        >"$tree/host/hits/Up.cpp"
+    printf '#include "host/hits/Hit.h"\n' >"$tree/host/plan/Hits.cpp"
     # Each room against the next one up, and the doubles of the tests in a product.
     printf '#include "formenv/Widget.h"\n#include "util/Good.h"\n' >"$tree/raster/Up.cpp"
     printf '#include "control/Type.h"\n#include "raster/Canvas.h"\n' >"$tree/channels/Up.cpp"
@@ -126,7 +129,9 @@ control/Up.cpp:1: control may not include win32/Gdi.h
 formenv/Up.cpp:1: formenv may not include control/Type.h
 headless/Up.cpp:1: headless may not include channels/Store.h
 host/Up.cpp:3: host may not include util/Good.h
+host/hits/Up.cpp:3: host/hits may not include host/MainWindow.h
 host/plan/Guard.cpp:1:#ifdef _WIN32
+host/plan/Hits.cpp:1: host/plan may not include host/hits/Hit.h
 host/plan/Up.cpp:1: host/plan may not include ../control/Type.h
 host/plan/Up.cpp:3: host/plan may not include raster/Canvas.h
 raster/Up.cpp:1: raster may not include formenv/Widget.h

@@ -9,7 +9,7 @@ cd "$ROOT"
 cache=build/tidy-cache
 database=build/native/compile_commands.json
 layers=()
-for layer in util raster formenv headless turndial forms channels control host/plan; do
+for layer in util raster formenv headless turndial forms channels control host/plan host/hits; do
     [[ ! -d $layer ]] || layers+=("$layer")
 done
 

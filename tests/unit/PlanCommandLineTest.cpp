@@ -28,7 +28,7 @@ TEST(CommandLine, EmptyMeansAWindowAndThirdOrder) {
 TEST(CommandLine, AllOptions) {
     const CommandLine line =
         parseCommandLine({L"--plan", L"a b.csv", L"--orders", L"2,5", L"--every-form", L"--range", L"462.3,462.95",
-                          L"--size", L"1100x760", L"--save", L"out.bmp", L"--quit"});
+                          L"--size", L"1100x760", L"--save", L"out.bmp", L"--hits", L"hits.csv", L"--quit"});
     EXPECT_EQ(line.planFile, L"a b.csv");
     EXPECT_TRUE(line.products.second);
     EXPECT_FALSE(line.products.third);
@@ -41,6 +41,7 @@ TEST(CommandLine, AllOptions) {
     EXPECT_EQ(line.size.value().width, 1100);
     EXPECT_EQ(line.size.value().height, 760);
     EXPECT_EQ(line.saveFile, L"out.bmp");
+    EXPECT_EQ(line.hitsFile, L"hits.csv");
     EXPECT_TRUE(line.quit);
 }
 
@@ -52,6 +53,8 @@ TEST(CommandLine, OrderZeroMeansNone) {
 TEST(CommandLine, WhatIsWrongIsNamed) {
     const std::vector<std::pair<std::vector<std::wstring>, std::wstring>> cases = {
         {{L"--plan"}, L"--plan"},
+        {{L"--hits"}, L"--hits"},
+        {{L"--hits", L"hits.csv"}, L"--hits needs a plan"},
         {{L"--plan", L""}, L"--plan"},
         {{L"gmrs.csv"}, L"gmrs.csv"},
         {{L"--Quit"}, L"--Quit"},
