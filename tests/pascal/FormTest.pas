@@ -4,7 +4,7 @@ program FormTest;
 {$apptype console}
 
 uses
-  Interfaces, Windows, Messages, SysUtils, Math, Forms, MainUnit;
+  Interfaces, Windows, Messages, SysUtils, Math, Forms, MainUnit, kvBandscope_1_0_TLB;
 
 procedure CoFreeUnusedLibrariesEx(Delay, Reserved: DWORD); stdcall; external 'ole32.dll';
 
@@ -71,6 +71,8 @@ begin
   Expect(SpectrumHeight > Before, 'The picture takes the room of the collapsed panel');
   PressKey(Ord('C'));
   Expect(SpectrumHeight = Before, 'The expanded panel takes it back');
+  (MainForm.Scope.OleServer as _BandscopeView).ShowRange(462.54, 462.6);
+  Expect(SameValue(MainForm.Scope.OleServer.DisplayMaxFreq, 462.6), 'The second interface shows an exact range');
   MainForm.SetBounds(50, 50, 1000, 700);
   HandleMessages(300);
   MainForm.Scope.OleServer.DrawDisplay;
