@@ -4,7 +4,7 @@ program DelphiForm;
 {$ifdef FPC}{$mode delphi}{$endif}
 
 uses
-  Classes, SysUtils, Math, Forms, Controls, kvBandscope_TLB;
+  Classes, SysUtils, Forms, Controls, kvBandscope_TLB;
 
 type
   TMainForm = class(TForm)
@@ -65,8 +65,6 @@ end;
 var
   MainForm: TMainForm;
 begin
-  // The control computes with infinite numbers, which Pascal programs otherwise treat as errors.
-  SetExceptionMask([exInvalidOp, exDenormalized, exZeroDivide, exOverflow, exUnderflow, exPrecision]);
   Application.Initialize;
   Application.CreateForm(TMainForm, MainForm);
   Application.Run;

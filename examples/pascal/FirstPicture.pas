@@ -4,7 +4,7 @@ program FirstPicture;
 {$apptype console}
 
 uses
-  SysUtils, Math, Variants, ActiveX, ComObj;
+  SysUtils, Variants, ActiveX, ComObj;
 
 // Saves a picture of one channel, and returns the name of the file.
 function SavePicture: WideString;
@@ -38,8 +38,6 @@ end;
 var
   Written: WideString;
 begin
-  // The control computes with infinite numbers, which Pascal programs otherwise treat as errors.
-  SetExceptionMask([exInvalidOp, exDenormalized, exZeroDivide, exOverflow, exUnderflow, exPrecision]);
   CoInitialize(nil);
   try
     Written := SavePicture;

@@ -4,7 +4,7 @@ program Product;
 {$apptype console}
 
 uses
-  SysUtils, Math, Variants, ActiveX, ComObj;
+  SysUtils, Variants, ActiveX, ComObj;
 
 procedure ShowProduct;
 var
@@ -31,7 +31,6 @@ begin
 end;
 
 begin
-  SetExceptionMask([exInvalidOp, exDenormalized, exZeroDivide, exOverflow, exUnderflow, exPrecision]);
   CoInitialize(nil);
   try
     ShowProduct;

@@ -5,11 +5,9 @@ program SpectrumForm;
 {$apptype gui}
 
 uses
-  Interfaces, Forms, Math, MainUnit;
+  Interfaces, Forms, MainUnit;
 
 begin
-  // The control computes with infinite numbers, which Pascal programs otherwise treat as errors.
-  SetExceptionMask([exInvalidOp, exDenormalized, exZeroDivide, exOverflow, exUnderflow, exPrecision]);
   Application.Initialize;
   Application.CreateForm(TMainForm, MainForm);
   Application.Run;

@@ -84,7 +84,6 @@ begin
 end;
 
 begin
-  SetExceptionMask([exInvalidOp, exDenormalized, exZeroDivide, exOverflow, exUnderflow, exPrecision]);
   Application.Initialize;
   Application.CreateForm(TMainForm, MainForm);
   MainForm.Show;
