@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "com/OleTypes.h"
+#include "util/QuietArithmetic.h"
 #include "util/RuntimeError.h"
 
 namespace kv::com {
@@ -33,6 +34,7 @@ struct ErrorOrigin {
 /// Runs the body of a COM method. The body returns nothing, which is S_OK, or an HRESULT.
 template <class F>
 [[nodiscard]] HRESULT firewall(const ErrorOrigin& origin, F&& body) noexcept {
+    const util::QuietArithmetic quiet;
     try {
         if constexpr (std::is_void_v<std::invoke_result_t<F>>) {
             std::forward<F>(body)();

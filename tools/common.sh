@@ -7,6 +7,7 @@ WINE32_TREE=$CACHE/wine32-tree
 NEWER_WINE_TREE=$CACHE/wine-newer-tree
 NEWER_WINE=/usr/lib/x86_64-linux-gnu/wine # the programs of the newer Wine, inside its tree
 BENCHMARK_SOURCE=$CACHE/benchmark-source # cmake/benchmark.cmake searches there
+PASCAL_SOURCES=$CACHE/pascal-sources     # see tools/pascal
 PREFIXES=${KV_WINEPREFIX_ROOT:-$ROOT/build/wine}
 
 say() { printf '%s\n' "$*"; }

@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "util/QuietArithmetic.h"
 #include "win32/WindowKind.h"
 
 namespace kv::win32 {
@@ -197,6 +198,7 @@ class AccessibleWidget final : public IAccessible {
             return CO_E_OBJNOTCONNECTED;
         if (!isSelf(child))
             return E_INVALIDARG;
+        const util::QuietArithmetic quiet;
         try {
             return answer(static_cast<const Widget&>(**widget_));
         } catch (...) {

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "raster/Twips.h"
+#include "util/QuietArithmetic.h"
 #include "util/RuntimeError.h"
 #include "win32/FormKeys.h"
 #include "win32/Held.h"
@@ -148,6 +149,7 @@ LRESULT CALLBACK FormWindow::Root::childProcedure(HWND window, UINT message, WPA
     // Message loops for dialogs must leave all keys to the window.
     if (message == WM_GETDLGCODE && lParam)
         return root->pass(window, message, wParam, 0) | DLGC_WANTALLKEYS;
+    const util::QuietArithmetic quiet;
     try {
         if (isFormKey(message) && kept && kept->form_) {
             if (const std::optional<LRESULT> answer = formKey(*kept->form_, window, message, wParam))

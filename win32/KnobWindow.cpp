@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "raster/Twips.h"
+#include "util/QuietArithmetic.h"
 #include "win32/DibSurface.h"
 #include "win32/Held.h"
 #include "win32/WindowClasses.h"
@@ -195,6 +196,7 @@ LRESULT CALLBACK KnobWindow::procedure(HWND window, UINT message, WPARAM wParam,
         return DefWindowProcW(window, message, wParam, lParam);
     const Held held(self->owner_);
     const std::shared_ptr<bool> alive = self->alive_;
+    const util::QuietArithmetic quiet;
     try {
         return self->handle(message, wParam, lParam);
     } catch (...) {

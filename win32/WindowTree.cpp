@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "raster/Twips.h"
+#include "util/QuietArithmetic.h"
 #include "win32/Held.h"
 #include "win32/WindowClasses.h"
 #include "win32/WindowDpi.h"
@@ -168,6 +169,7 @@ LRESULT CALLBACK WindowTree::windowProcedure(HWND window, UINT message, WPARAM w
         return DefWindowProcW(window, message, wParam, lParam);
     const Held held(tree->callbacks_.owner);
     const std::shared_ptr<void> kept = tree->callbacks_.keep.lock();
+    const util::QuietArithmetic quiet;
     try {
         return tree->handle(window, message, wParam, lParam);
     } catch (...) {

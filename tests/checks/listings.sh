@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Each listing in the host author's guide is the file, or the part of one, that the line above it names, or is marked as
-# not run. A part stands in its file between "// [name]" and "// [end]".
+# Each listing in the pages for host authors is the file, or the part of one, that the line above it names, or is marked
+# as not run. A part is in its file between "// [name]" and "// [end]". Python examples must compile.
 # To repair it: tests/checks/listings.sh --write
 # Prints "PASS name" or "FAIL name: why" lines.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
 cd "$ROOT"
 
-guide=docs/host-guide.md
+pages=(docs/host-guide.md docs/{visual-basic,dotnet,python,pascal}.md)
 
 # part FILE [NAME]
 part() {
@@ -21,13 +21,16 @@ part() {
 language() {
     case $1 in
         *.cpp) printf cpp ;;
-        *.vbs) printf vb ;;
+        *.vbs | *.bas) printf vb ;;
+        *.cs) printf csharp ;;
+        *.pas) printf pascal ;;
+        *.py) printf python ;;
         *.js) printf js ;;
         *) printf xml ;;
     esac
 }
 
-# The guide as it should be: a new block behind each mark in place of the one that stands there.
+# filled PAGE: the page as it should be, with a new block behind each mark in place of the present one.
 filled() {
     local line skipping=0 awaited=0 mark='^<!-- listing: ([^ ]+)( \[([^]]+)\])? -->$'
     while IFS= read -r line || [[ -n $line ]]; do
@@ -48,34 +51,54 @@ filled() {
             printf '```\n'
             awaited=1
         fi
-    done <"$guide"
+    done <"$1"
 }
 
-# Blocks under no mark, in sections that do not say that they are not run.
+# unmarked PAGE: blocks under no mark, in sections that do not say that they are not run.
 unmarked() {
     awk '/^## /   { said = 0 }
          /\*Not run here\.\*/ { said = 1 }
          /^```/   { if (!inside && !said && before !~ /^<!-- listing: /) print FNR ": " $0; inside = !inside }
-                  { before = $0 }' "$guide"
+                  { before = $0 }' "$1"
 }
 
 scratch=$(mktemp)
 trap 'rm -f "$scratch"' EXIT
-filled >"$scratch"
-if [[ ${1:-} == --write ]]; then
-    cp "$scratch" "$guide"
-    exit 0
-fi
-marks=$(grep -c '^<!-- listing: ' "$guide" || true)
-if ((marks == 0)); then
-    say "FAIL listings: no listing found"
-elif difference=$(diff "$guide" "$scratch"); then
-    say "PASS listings"
-else
-    say "FAIL listings: not what stands in the files:"$'\n'"$difference"
-fi
-if lines=$(unmarked) && [[ -z $lines ]]; then
-    say "PASS listings-marked"
-else
-    say "FAIL listings-marked: neither from a file nor marked as not run: $lines"
-fi
+for page in "${pages[@]}"; do
+    filled "$page" >"$scratch"
+    if [[ ${1:-} == --write ]]; then
+        cp "$scratch" "$page"
+        continue
+    fi
+    name=$(basename "$page" .md)
+    marks=$(grep -c '^<!-- listing: ' "$page" || true)
+    if ((marks == 0)); then
+        say "FAIL listings-$name: no listing found"
+    elif difference=$(diff "$page" "$scratch"); then
+        say "PASS listings-$name"
+    else
+        say "FAIL listings-$name: not what is in the files:"$'\n'"$difference"
+    fi
+    if lines=$(unmarked "$page") && [[ -z $lines ]]; then
+        say "PASS listings-marked-$name"
+    else
+        say "FAIL listings-marked-$name: neither from a file nor marked as not run: $lines"
+    fi
+done
+[[ ${1:-} != --write ]] || exit 0
+for example in examples/python/*.py; do
+    if said=$(python3 -c 'import sys; compile(open(sys.argv[1], encoding="utf-8").read(), *sys.argv[1:2], "exec")' \
+        "$example" 2>&1); then
+        say "PASS listings-compile-$(basename "$example" .py)"
+    else
+        say "FAIL listings-compile-$(basename "$example" .py): $said"
+    fi
+done
+# A listing that no page shows would be an example that nothing explains.
+for example in examples/{dotnet,pascal,python,scripts,vb6,vba}/*; do
+    if grep -qF -e "listing: $example " -e "$(basename "$example")" "${pages[@]}"; then
+        say "PASS listings-shows-$(basename "$example")"
+    else
+        say "FAIL listings-shows-$(basename "$example"): no page mentions $example"
+    fi
+done
