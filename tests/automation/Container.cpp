@@ -11,14 +11,14 @@ namespace {
 
 constexpr wchar_t kHostClass[] = L"kvBandscopeTestHost";
 
-struct Search {
+struct ChildSearch {
     const wchar_t* className;  ///< null: any
     const wchar_t* text;       ///< null: any
     std::vector<HWND> found;
 };
 
 BOOL CALLBACK collect(HWND window, LPARAM parameter) {
-    auto& search = *reinterpret_cast<Search*>(parameter);
+    auto& search = *reinterpret_cast<ChildSearch*>(parameter);
     if ((!search.className || lstrcmpiW(windowClass(window).c_str(), search.className) == 0) &&
         (!search.text || windowText(window) == search.text))
         search.found.push_back(window);
@@ -26,7 +26,7 @@ BOOL CALLBACK collect(HWND window, LPARAM parameter) {
 }
 
 std::vector<HWND> windowsIn(HWND parent, const wchar_t* className, const wchar_t* text) {
-    Search search{className, text, {}};
+    ChildSearch search{className, text, {}};
     // Without a parent the system would list the windows of all programs.
     if (parent)
         EnumChildWindows(parent, &collect, reinterpret_cast<LPARAM>(&search));
