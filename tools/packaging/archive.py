@@ -11,5 +11,6 @@ def write_zip(archive, folder, top, epoch):
             if path.is_file():
                 entry = zipfile.ZipInfo(f"{top}/{path.relative_to(folder).as_posix()}", stamp)
                 entry.compress_type = zipfile.ZIP_DEFLATED
-                entry.create_system = 0
+                entry.create_system = 3
+                entry.external_attr = 0o100644 << 16
                 out.writestr(entry, path.read_bytes())
