@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The version stands in CMakeLists.txt and nowhere else, and everything that is built has it. The change log describes it.
+# The version is in CMakeLists.txt and nowhere else, and everything that is built has it. The change log describes it.
 # Prints "PASS name" or "FAIL name: why" lines.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
@@ -18,8 +18,10 @@ report() {
 
 # The lines outside of the change log that give the version, or the version of a resource as numbers.
 mentions() {
-    find . \( -path ./build -o -path ./out -o -path ./.git \) -prune -o -type f ! -name '*.png' ! -name CHANGELOG.md -print |
-        sort | xargs grep -nE "(^|[^0-9.])(${version//./\\.})([^0-9.]|\.0[^0-9]|$)|^ *(FILE|PRODUCT)VERSION +[0-9]" |
+    local text=${version//./\\.}
+    find . \( -path ./build -o -path ./out -o -path ./.git \) -prune -o \
+        -type f ! -name '*.png' ! -name CHANGELOG.md -print | sort |
+        xargs grep -nE "(^|[^0-9.])$text([^0-9.]|\.0[^0-9]|$)|^ *(FILE|PRODUCT)VERSION +[0-9]" |
         grep -vF './CMakeLists.txt:2:project(kvBandscope VERSION ' || true
 }
 
@@ -56,8 +58,9 @@ change_log() {
     local heads
     heads=$(sed -nE 's/^## (.*)$/\1/p' CHANGELOG.md)
     [[ $(sed -n 1p <<<"$heads") == Unreleased ]] || say "\"Unreleased\" is not first"
-    [[ $(sed -n 2p <<<"$heads") =~ ^${version//./\\.}\ -\ 20[0-9]{2}-[01][0-9]-[0-3][0-9]$ ]] || say "$version is not next"
-    [[ -z $(sed 1d <<<"$heads" | grep -vE '^[0-9]+\.[0-9]+\.[0-9]+ - [-0-9]{10}$') ]] || say "a heading is no version"
+    [[ $(sed -n 2p <<<"$heads") =~ ^${version//./\\.}\ -\ 20[0-9]{2}-[01][0-9]-[0-3][0-9]$ ]] ||
+        say "$version is not next"
+    ! sed 1d <<<"$heads" | grep -qvE '^[0-9]+\.[0-9]+\.[0-9]+ - [-0-9]{10}$' || say "a heading is no version"
 }
 
 if [[ -z $version ]]; then

@@ -40,10 +40,10 @@ regsvr32() {
 
 user_programs() { printf '%s' "$(cd "$drive/users/$(id -un)" && pwd -P)/AppData/Local/Programs"; }
 
-# Keys for things of others, which always exist in Windows. Wine and its Windows Installer make and remove the empty ones.
+# Keys for things of many programs, which always exist in Windows. Wine makes and removes them while they are empty.
 containers='Classes|Wow6432Node\\\\CLSID|Uninstall|Features|Products|UpgradeCodes|Components'
 
-# take_picture NAME: the registry and the files, without what Wine writes at each start, empty containers, and the folders
+# take_picture NAME: the registry and the files, without what Wine writes at each start, empty containers, and folders
 # that are always there in Windows. The files of the registry are complete when the server has ended.
 take_picture() {
     "$ROOT/tools/wine" "$arch" --stop

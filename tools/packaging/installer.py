@@ -4,6 +4,7 @@ import re
 import struct
 import subprocess
 import uuid
+from pathlib import Path
 from xml.sax.saxutils import quoteattr
 
 from contents import PackageError
@@ -104,6 +105,7 @@ class Installer:
             # Without it an installed file of any version would be kept.
             self.update("File", key, "Version", version)
             self.update("File", key, "Language", "1033")
+            self.queries.append(f"DELETE FROM `MsiFileHash` WHERE `File_` = '{key}'")
         return (f"<File Id={quoteattr(key)} Name={quoteattr(path.name)} Source={quoteattr(path.as_posix())} "
                 'KeyPath="yes"/>')
 
@@ -130,18 +132,20 @@ class Installer:
         return f"{NAME} (x86)" if self.scope == "user" and self.arch == "x86" else NAME
 
     def directories(self):
-        inner = self.tree(self.files[0].parents[len(self.files[0].parents) - 1])
+        inner = self.tree(Path())
         # The same in the packages of both architectures, so that the entries stay until the last one is removed.
         inner += self.component("shared", guid("component", self.scope, "shared"), self.registry("shared"))
         self.update("Directory", "INSTALLDIR", "DefaultDir", with_short(self.folder_name(), set()))
         # The control writes this log into the folder of the program that it runs in.
-        self.queries.append("INSERT INTO `RemoveFile` (`FileKey`, `Component_`, `FileName`, `DirProperty`, `InstallMode`) "
+        self.queries.append("INSERT INTO `RemoveFile` "
+                            "(`FileKey`, `Component_`, `FileName`, `DirProperty`, `InstallMode`) "
                             "VALUES ('log', 'module', 'KVTecSup.Txt', 'INSTALLDIR', 2)")
+        inner = f'<Directory Id="INSTALLDIR" Name="{self.folder_name()}">\n{inner}</Directory>'
         if self.scope == "machine":
             folder = "ProgramFiles64Folder" if self.arch == "x64" else "ProgramFilesFolder"
-            return f'<Directory Id="{folder}"><Directory Id="INSTALLDIR" Name="{self.folder_name()}">\n{inner}</Directory></Directory>'
+            return f'<Directory Id="{folder}">{inner}</Directory>'
         return ('<Directory Id="LocalAppDataFolder"><Directory Id="USERPROGRAMS" Name="Programs">'
-                f'<Directory Id="INSTALLDIR" Name="{self.folder_name()}">\n{inner}</Directory></Directory></Directory>')
+                f"{inner}</Directory></Directory>")
 
     def source(self):
         scope = "perMachine" if self.scope == "machine" else "perUser"
