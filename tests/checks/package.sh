@@ -96,6 +96,7 @@ compiles_alone() {
     fi
     cd "$unpacked"
     "$compiler" -std=c++20 -Wall -Wextra -Werror -fsyntax-only -x c++ -include cpp/kvBandscope.h /dev/null
+    "$compiler" -std=c++20 -municode -fsyntax-only -I cpp examples/cpp/SpectrumWindow.cpp
     $line
     (wine FirstPicture.exe kvBandscope.manifest first.bmp) >"$work/$arch-cpp.log" 2>&1 || say "no picture was saved"
 }
@@ -126,10 +127,8 @@ run_host() {
     (($(identify -format '%k' "$picture") > 5)) || say "an empty picture"
 }
 
-# The files of a package are in the folder, and no others.
-has_files() {
-    diff <(cd "$unpacked" && find . -type f | sort) <(cd "$1" && find . -type f ! -iname KVTECSUP.TXT | sort)
-}
+# has_files FOLDER VERSION: the files of that package are in the folder, and no others but the log of the sample host.
+has_files() { diff -r -x '[Kk][Vv]*.[Tt][Xx][Tt]' "${unpacked%/*}/kvBandscope-$2-$arch" "$1"; }
 
 one_product() {
     local found
@@ -148,12 +147,12 @@ installs_and_removes() {
     local scope=$1 suffix=$2 folder=$3
     shift 3
     judge "$scope-install" install "kvBandscope-$older-$arch$suffix"
-    judge "$scope-old-files" has_files "$folder"
+    judge "$scope-old-files" has_files "$folder" "$older"
     # The 32-bit and the 64-bit Wine of Debian 12 do not look for classes of a user.
     [[ $scope == user ]] || judge "$scope-script" run_script "$folder"
     judge "$scope-sample-host" run_host "$folder"
     judge "$scope-upgrade" install "kvBandscope-$version-$arch$suffix"
-    judge "$scope-new-files" has_files "$folder"
+    judge "$scope-new-files" has_files "$folder" "$version"
     judge "$scope-refuses-older" refuses "kvBandscope-$older-$arch$suffix"
     take_picture installed
     judge "$scope-one-product" one_product "$version"
@@ -203,6 +202,7 @@ test_one() {
     judge same-again same_again
     mkdir -p "${unpacked%/*}"
     judge unpack /usr/bin/python3 -m zipfile -e "$packages/$name.zip" "${unpacked%/*}"
+    judge unpack-older /usr/bin/python3 -m zipfile -e "$packages/kvBandscope-$older-$arch.zip" "${unpacked%/*}"
     judge no-traces no_traces
     judge links working_links
     judge version right_version

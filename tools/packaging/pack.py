@@ -3,7 +3,7 @@
     --build         the folder of the build
     --registration  the output of kv_registration_list
     --epoch         the time of everything in the packages, in seconds from 1970
-    --old           the programs may have another version than V, as in the tests of upgrades
+    --old           for tests of upgrades: the programs may have another version than V, and there is one file more
     --tested        the build has no debug information, so no archive of symbols is made
 """
 import argparse
@@ -41,7 +41,9 @@ def pack(options, scratch):
     name = f"kvBandscope-{options.version}-{options.arch}"
     folder, symbols = scratch / name, scratch / "symbols"
     contents.lay_out(options.arch, options.build, options.version, folder, symbols, options.epoch, not options.tested)
-    if not options.old:
+    if options.old:
+        (folder / "old.txt").write_text("Later versions do not have this file.\n")
+    else:
         check_versions(folder, options.version)
     archive.write_zip(options.out / f"{name}.zip", folder, name, options.epoch)
     if not options.tested:
