@@ -7,7 +7,7 @@ import sys
 from pathlib import Path
 
 # widl writes the time as a text and as a number into a type library. With a fixed one, builds can be compared.
-TIMED = re.compile(rb"(Created by WIDL version \S+ at )(\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4})(\n.{5})(.{4})",
+TIMED = re.compile(rb"(Created by WIDL version \S+ at )(\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4})(\nWW\x13\0)(.{4})",
                    re.DOTALL)
 FIXED_TEXT = b"Thu Jan  1 00:00:00 1970"
 

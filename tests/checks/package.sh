@@ -50,9 +50,22 @@ same_again() {
     done
 }
 
-# No path or time of the build is in the files. The time of a program is the first field after "PE".
+# Where widl has written the time into a type library there are a fixed text and a zero.
+has_fixed_times() {
+    /usr/bin/python3 - "$1" <<'END'
+import sys
+data = open(sys.argv[1], "rb").read()
+place = data.find(b"Created by WIDL")
+sys.exit(place < 0 or b" at Thu Jan  1 00:00:00 1970\nWW\x13\0\0\0\0\0WW" not in data[place:place + 80])
+END
+}
+
+# No path or time of the build is in the files.
 no_traces() {
     local file
+    for file in "$unpacked/kvBandscope.ocx" "$unpacked/cpp/kvBandscope.tlb"; do
+        has_fixed_times "$file" || say "the type library in ${file##*/} has the time of its build"
+    done
     while read -r file; do
         ! grep -qaF -e "$ROOT" -e "$builds" "$file" || say "${file##*/} has a path of the build"
         ! LC_ALL=C grep -qaE "[[:space:]][0-9:]{8} $(date +%Y)" "$file" || say "${file##*/} has a time"
