@@ -67,7 +67,7 @@ no_traces() {
         has_fixed_times "$file" || say "the type library in ${file##*/} has the time of its build"
     done
     while read -r file; do
-        ! grep -qaF -e "$ROOT" -e "$builds" "$file" || say "${file##*/} has a path of the build"
+        ! grep -qaF -e "$ROOT/" -e "$builds/" "$file" || say "${file##*/} has a path of the build"
         ! LC_ALL=C grep -qaE "[[:space:]][0-9:]{8} $(date +%Y)" "$file" || say "${file##*/} has a time"
     done < <(find "$unpacked" -type f)
     for file in "$unpacked"/*.ocx "$unpacked"/*.exe; do

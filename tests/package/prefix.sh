@@ -38,7 +38,11 @@ regsvr32() {
     wine regsvr32 "${@:1:$#-1}" "C:${module//\//\\}" || say "exit code $?"
 }
 
-user_programs() { printf '%s' "$(cd "$drive/users/$(id -un)" && pwd -P)/AppData/Local/Programs"; }
+# The folder for programs of the one user of the prefix.
+user_programs() {
+    local folders=("$drive"/users/*/AppData/Local)
+    printf '%s' "${folders[0]}/Programs"
+}
 
 # Keys for things of many programs, which always exist in Windows. Wine makes and removes them while they are empty.
 containers='Classes|Wow6432Node\\\\CLSID|Uninstall|Features|Products|UpgradeCodes|Components'

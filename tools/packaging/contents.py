@@ -4,7 +4,7 @@ import shutil
 import subprocess
 from pathlib import Path
 
-from pages import Page
+from pages import Page, check_anchors
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 LIST = Path(__file__).resolve().parent / "contents.txt"
@@ -62,6 +62,7 @@ def lay_out(arch, build, version, folder, symbols, epoch, debug_link=True):
             path.with_suffix(".html").write_text(text, encoding="utf-8")
         else:
             shutil.copyfile(source, path)
+    check_anchors(folder.resolve())
     for tree in (folder, symbols):
         for path in sorted(tree.rglob("*")) if tree.exists() else []:
             path.chmod(0o755 if path.is_dir() else 0o644)

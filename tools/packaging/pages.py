@@ -87,3 +87,14 @@ class Page:
     def folder(linked, places):
         """The place of a folder: that of the files that are directly in it."""
         return next((place.parent for source, place in places.items() if source.parent == linked), None)
+
+
+def check_anchors(folder):
+    """Fails when a link leads to a heading that its page does not have."""
+    texts = {path: path.read_text(encoding="utf-8") for path in folder.rglob("*.html")}
+    anchors = {path: set(re.findall(r' id="([^"]+)"', text)) for path, text in texts.items()}
+    for page, text in texts.items():
+        for path, anchor in re.findall(r'href="([^"#]*)#([^"]+)"', text):
+            target = (page.parent / html.unescape(path)).resolve() if path else page
+            if html.unescape(anchor) not in anchors.get(target, ()):
+                raise PageError(f"{page.name}: {path} has no heading for #{anchor}")
