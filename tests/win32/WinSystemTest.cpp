@@ -216,7 +216,7 @@ TEST(HostProgramTest, IsTheProgramOfThisProcess) {
 }
 
 TEST(HostProgramTest, VersionIsReadFromTheFile) {
-    EXPECT_EQ(fileVersion(hostProgram().folder + L"kvBandscope.ocx"), L"1.0.0");
+    EXPECT_EQ(fileVersion(hostProgram().folder + L"kvBandscope.ocx"), KV_MODULE_VERSION);
     EXPECT_EQ(fileVersion(L"C:\\none.exe"), L"0.0.0");
     EXPECT_EQ(fileVersion(L""), L"0.0.0");
 }
