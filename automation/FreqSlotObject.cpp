@@ -44,7 +44,7 @@ HRESULT FreqSlotObject::GetClassInfo(ITypeInfo** info) {
 }
 
 HRESULT FreqSlotObject::put_nIMComps(short value) {
-    return com::firewall(kFreqSlotErrors, [&] { setNIMComps(value); });
+    return com::plainFirewall(kFreqSlotErrors, [&] { setNIMComps(value); });
 }
 
 HRESULT FreqSlotObject::get_nIMComps(short* value) {
@@ -59,7 +59,7 @@ HRESULT createFreqSlot(REFIID iid, void** object) {
     if (!object)
         return E_POINTER;
     *object = nullptr;
-    return com::firewall(kFreqSlotErrors, [&] {
+    return com::plainFirewall(kFreqSlotErrors, [&] {
         auto* const slot = new FreqSlotObject;
         const HRESULT hr = slot->QueryInterface(iid, object);
         slot->Release();

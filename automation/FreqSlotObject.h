@@ -103,7 +103,7 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
     HRESULT STDMETHODCALLTYPE put_bVisible(VARIANT_BOOL value) override { return put<&Fields::bVisible>(value); }
     HRESULT STDMETHODCALLTYPE get_bVisible(VARIANT_BOOL* value) override { return get(&Fields::bVisible, value); }
     HRESULT STDMETHODCALLTYPE put_bDrawn(VARIANT_BOOL value) override {
-        return com::firewall(kFreqSlotErrors, [&] { setBDrawn(com::boolFromIn(value)); });
+        return com::plainFirewall(kFreqSlotErrors, [&] { setBDrawn(com::boolFromIn(value)); });
     }
     HRESULT STDMETHODCALLTYPE get_bDrawn(VARIANT_BOOL* value) override { return get(&Fields::bDrawn, value); }
     HRESULT STDMETHODCALLTYPE put_iFillStyle(short value) override { return put<&Fields::iFillStyle>(value); }
@@ -123,7 +123,7 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
     }
     template <auto Member, class Value>
     HRESULT put(Value value) noexcept {
-        return com::firewall(kFreqSlotErrors, [&] {
+        return com::plainFirewall(kFreqSlotErrors, [&] {
             std::remove_cvref_t<decltype(std::declval<Fields&>().*Member)> converted{};
             store(converted, value);
             set<Member>(std::move(converted));
@@ -136,7 +136,7 @@ class FreqSlotObject final : public com::DispatchImpl<_FreqSlot>,
     }
     template <class Field, class Value>
     HRESULT put(long i, Field Component::*field, Value value) noexcept {
-        return com::firewall(kFreqSlotErrors, [&] { store(component(i).*field, value); });
+        return com::plainFirewall(kFreqSlotErrors, [&] { store(component(i).*field, value); });
     }
     template <class Field, class Out>
     HRESULT get(long i, Field Component::*field, Out* out) noexcept {
