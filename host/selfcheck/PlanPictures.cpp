@@ -12,7 +12,9 @@ namespace kv::host {
 namespace {
 
 constexpr int kPlainDpi = 96;
-constexpr PictureSize kSize = {900, 420, kPlainDpi};
+// The spectrum in it is 896 x 400 pixels. Multiples of large powers of two have few round frequencies half way between
+// two pixels, where the last bit of a number would decide.
+constexpr PictureSize kSize = {923, 424, kPlainDpi};
 constexpr COLORREF kTextColor = RGB(0x33, 0x3D, 0x4A);
 constexpr COLORREF kOtherTextColor = RGB(0xD0, 0x20, 0xA0);
 // With more text than this, the comparison would be worth little.
@@ -133,11 +135,13 @@ void checkPlans(Context& context) {
     if (plans.empty()) {
         throw Failure{kExitOther, L"there is no plan in the folder plans beside the program"};
     }
-    const int dpi = screenDpi();
     const PlainDpi plain;
-    context.report.fact(L"Resolution of pictures", std::to_wstring(kPlainDpi) + L" dpi on a screen of " +
-                                                       std::to_wstring(dpi) + L" dpi, shown as " +
-                                                       std::to_wstring(screenDpi()) + L" dpi");
+    if (const int dpi = screenDpi(); dpi != kPlainDpi) {
+        // Labels and lines of the reference pictures are those of 96 dpi.
+        context.report.notPossible(L"Pictures of the plans",
+                                   L"this Windows shows every program at " + std::to_wstring(dpi) + L" dpi");
+        return;
+    }
     for (const std::wstring& plan : plans) {
         checkPlan(context, plan);
     }
