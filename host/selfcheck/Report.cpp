@@ -25,6 +25,11 @@ std::wstring fullPath(const std::wstring& file) {
 
 /// With the byte order mark that makes every version of Notepad read it as UTF-8.
 bool writeText(const std::wstring& file, const std::wstring& text) {
+    // On systems with owners and modes below this attribute, the superuser could open the file all the same.
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        return false;
+    }
     const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                                       FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) {

@@ -48,7 +48,7 @@ void Undo::run() noexcept {
     while (!steps_.empty()) {
         try {
             steps_.back()();
-        } catch (const std::exception&) {
+        } catch (...) {
             // The other changes are undone all the same.
         }
         steps_.pop_back();

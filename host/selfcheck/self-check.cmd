@@ -8,16 +8,22 @@ if not exist "%folder%BandscopeHost.exe" (
     if not "%~1"=="quiet" pause
     exit /b 1
 )
-rem In a folder that cannot be written to, the report goes to the user's temporary folder.
-copy /y nul "%folder%kvBandscope-report.txt" >nul 2>&1
-if errorlevel 1 set "report=%TEMP%\kvBandscope-report.txt"
 echo Checking kvBandscope. This takes about a minute. Please leave the mouse and the keyboard alone meanwhile.
-start "" /wait "%folder%BandscopeHost.exe" --self-check "%report%"
-set "result=%errorlevel%"
+call :check
+rem 5: the report cannot be written here. Then it goes to the user's temporary folder.
+if "%result%"=="5" (
+    set "report=%TEMP%\kvBandscope-report.txt"
+    call :check
+)
 if "%result%"=="0" echo Nothing differs and nothing failed.
 if "%result%"=="6" echo Something differs or failed. The report says what.
 echo Please send this file, and the pictures beside it whose names begin with kvBandscope-report:
-echo     %report%
+echo     "%report%"
 if not "%~1"=="quiet" start "" notepad "%report%"
 if not "%~1"=="quiet" pause
 exit /b %result%
+
+:check
+start "" /wait "%folder%BandscopeHost.exe" --self-check "%report%"
+set "result=%errorlevel%"
+exit /b
