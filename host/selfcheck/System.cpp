@@ -13,7 +13,7 @@ namespace {
 /// A function that older systems do not have; null there.
 template <class Function>
 Function systemFunction(const wchar_t* library, const char* name) {
-    const HMODULE module = LoadLibraryExW(library, nullptr, 0);
+    const HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
     return module == nullptr ? nullptr
                              : reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }

@@ -3,11 +3,10 @@
 
 #include <array>
 #include <filesystem>
-#include <map>
-#include <vector>
 
 #include "host/selfcheck/Comparison.h"
 #include "tests/automation/ChildProcess.h"
+#include "tests/automation/MachineState.h"
 #include "tests/automation/Module.h"
 #include "tests/automation/OtherClipboard.h"
 #include "tests/win32/TempFolder.h"
@@ -31,72 +30,9 @@ std::string textOf(const std::wstring& file) {
     return contentOf(file);
 }
 
-/// Names and lengths of all files below a folder.
-std::map<std::wstring, std::uintmax_t> filesBelow(const std::wstring& folder) {
-    std::map<std::wstring, std::uintmax_t> files;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        files[entry.path().wstring()] = entry.is_regular_file() ? entry.file_size() : 0;
-    return files;
-}
-
 std::wstring variable(const wchar_t* name) {
     std::array<wchar_t, 1024> text{};
     return {text.data(), GetEnvironmentVariableW(name, text.data(), static_cast<DWORD>(text.size()))};
-}
-
-using RegistryValues = std::map<std::wstring, std::vector<BYTE>>;
-
-void addValues(HKEY key, const std::wstring& path, RegistryValues& values) {
-    std::array<wchar_t, 512> name{};
-    std::vector<BYTE> data(65536);
-    for (DWORD i = 0;; ++i) {
-        auto nameLength = static_cast<DWORD>(name.size());
-        auto size = static_cast<DWORD>(data.size());
-        if (RegEnumValueW(key, i, name.data(), &nameLength, nullptr, nullptr, data.data(), &size) != ERROR_SUCCESS)
-            break;
-        values[path + L"@" + name.data()] = {data.begin(), data.begin() + static_cast<std::ptrdiff_t>(size)};
-    }
-    for (DWORD i = 0;; ++i) {
-        auto length = static_cast<DWORD>(name.size());
-        if (RegEnumKeyExW(key, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
-            break;
-        HKEY inner = nullptr;
-        values[path + L"\\" + name.data()] = {};
-        if (RegOpenKeyExW(key, name.data(), 0, KEY_READ, &inner) == ERROR_SUCCESS) {
-            addValues(inner, path + L"\\" + name.data(), values);
-            RegCloseKey(inner);
-        }
-    }
-}
-
-RegistryValues registryBelow(HKEY root, const wchar_t* path) {
-    RegistryValues values;
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) == ERROR_SUCCESS) {
-        addValues(key, path, values);
-        RegCloseKey(key);
-    }
-    return values;
-}
-
-RegistryValues registryState() {
-    RegistryValues values = registryBelow(HKEY_CURRENT_USER, L"Software");
-    for (const wchar_t* path :
-         {L"Software\\Classes\\CLSID", L"Software\\Classes\\TypeLib", L"Software\\Microsoft\\Windows\\CurrentVersion"})
-        values.merge(registryBelow(HKEY_LOCAL_MACHINE, path));
-    return values;
-}
-
-/// Names of keys and values that are in one of the states only, or differ. Wine keeps some of its own state below its
-/// own key.
-std::vector<std::wstring> changes(const RegistryValues& before, const RegistryValues& after) {
-    std::vector<std::wstring> names;
-    for (const auto& [first, second] : {std::pair(&before, &after), std::pair(&after, &before)})
-        for (const auto& [name, value] : *first)
-            if (const auto found = second->find(name);
-                (found == second->end() || found->second != value) && !name.starts_with(L"Software\\Wine\\"))
-                names.push_back(name);
-    return names;
 }
 
 /// A folder with the program, the control and one plan, as a user has them.
@@ -242,8 +178,9 @@ TEST_F(SelfCheck, AMissingModuleIsReported) {
 TEST_F(SelfCheck, AModuleThatIsNoProgramIsReported) {
     writeContent(temp.file(L"kvBandscope.ocx"), "no module");
     EXPECT_EQ(run(), kDiffersOrFailed);
-    EXPECT_THAT(report,
-                HasSubstr("failed             Creation from the file beside the program: the file cannot be loaded"));
+    EXPECT_THAT(
+        report,
+        HasSubstr("failed             Creation from the file beside the program: the file cannot be loaded, or"));
 }
 
 TEST_F(SelfCheck, AStepThatHangsIsReported) {
@@ -265,6 +202,48 @@ TEST_F(SelfCheck, AReportThatCannotBeWrittenIsAnError) {
     SetFileAttributesW(temp.file(L"protected.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(run(temp.file(L"protected.txt")), kCannotWrite);
     EXPECT_EQ(contentOf(temp.file(L"protected.txt")), "before");
+}
+
+/// The control of the build is registered for all users while the object exists.
+class RegisteredControl {
+  public:
+    RegisteredControl() { EXPECT_EQ(exported<ExportedFunction>("DllRegisterServer")(), S_OK); }
+    ~RegisteredControl() { EXPECT_EQ(exported<ExportedFunction>("DllUnregisterServer")(), S_OK); }
+    RegisteredControl(const RegisteredControl&) = delete;
+    RegisteredControl& operator=(const RegisteredControl&) = delete;
+    /// Registers another file.
+    static void setFile(const wchar_t* file) {
+        HKEY key = nullptr;
+        ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE,
+                                L"Software\\Classes\\CLSID\\{3C676CE2-05C1-42D9-9D9B-E86519090CF2}\\InprocServer32", 0,
+                                KEY_SET_VALUE, &key),
+                  ERROR_SUCCESS);
+        EXPECT_EQ(RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(file),
+                                 static_cast<DWORD>((lstrlenW(file) + 1) * sizeof(wchar_t))),
+                  ERROR_SUCCESS);
+        RegCloseKey(key);
+    }
+};
+
+TEST_F(SelfCheck, ARegisteredControlIsNamedAndCreated) {
+    copy(L"broken\\kvBandscope.ocx", L"kvBandscope.ocx");  // the check is short then
+    const RegisteredControl registered;
+    EXPECT_EQ(run(), kDiffersOrFailed);
+    const std::wstring path = modulePath();
+    const std::string module(path.begin(), path.end());
+    EXPECT_THAT(report, HasSubstr("{3C676CE2-05C1-42D9-9D9B-E86519090CF2}, " + module + ", version 1.0.0.0"));
+    EXPECT_THAT(report, HasSubstr("passed             Creation by the registered name: " + module));
+    EXPECT_THAT(report, HasSubstr("failed             Creation from the file beside the program: "));
+}
+
+TEST_F(SelfCheck, ARegisteredFileThatIsMissingIsAFailure) {
+    copy(L"broken\\kvBandscope.ocx", L"kvBandscope.ocx");
+    const RegisteredControl registered;
+    registered.setFile(L"C:\\no such folder\\kvBandscope.ocx");
+    EXPECT_EQ(run(), kDiffersOrFailed);
+    EXPECT_THAT(report, HasSubstr("the registered file is missing"));
+    EXPECT_THAT(report,
+                HasSubstr("failed             Creation by the registered name: the registered file cannot be loaded"));
 }
 
 class SelfCheckCommand : public SelfCheck {
