@@ -108,7 +108,9 @@ ControlClasses tryFile(Context& context, const std::wstring& file) {
     constexpr wchar_t kWay[] = L"Creation from the file beside the program";
     ControlClasses classes = classesOfModule(file);
     if (!classes.complete()) {
-        context.report.failed(kWay, L"the file cannot be loaded, or it has no such classes");
+        const bool loads = LoadLibraryW(file.c_str()) != nullptr;
+        context.report.failed(kWay, loads ? L"the file has no such classes"
+                                          : L"the file cannot be loaded, error " + std::to_wstring(GetLastError()));
     } else {
         attempt(context, kWay, [&] { tryClasses(context, kWay, classes); });
     }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "host/selfcheck/MessageBoxes.h"
+#include "host/selfcheck/Progress.h"
 #include "host/selfcheck/Steps.h"
 #include "host/selfcheck/Watchdog.h"
 
@@ -121,6 +122,7 @@ class Times {
 
 void runSteps(Context& context, Watchdog& watchdog) {
     Times times;
+    const Progress progress;
     for (const Step& step : kSteps) {
         if (step.run == &checkPlans) {
             context.report.section(L"Checks of the control");
@@ -130,6 +132,7 @@ void runSteps(Context& context, Watchdog& watchdog) {
         context.report.write(L"The check is running, or was ended from outside, in the step " +
                              std::wstring(step.name) + L".");
         running.step = step.name;
+        progress.show(step.name);
         const DWORD start = GetTickCount();
         watchdog.begin(step.name);
         runStep(context, step);

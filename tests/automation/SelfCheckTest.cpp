@@ -170,7 +170,8 @@ TEST_F(SelfCheck, AModuleThatIsNoProgramIsReported) {
     EXPECT_EQ(run(), kDiffersOrFailed);
     EXPECT_THAT(
         report,
-        HasSubstr("failed             Creation from the file beside the program: the file cannot be loaded, or"));
+        HasSubstr(
+            "failed             Creation from the file beside the program: the file cannot be loaded, error 193"));
 }
 
 TEST_F(SelfCheck, AStepThatHangsIsReported) {

@@ -6,7 +6,7 @@
 
 #include <cwchar>
 
-extern "C" __declspec(dllexport) HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, void**) {
+extern "C" HRESULT WINAPI DllGetClassObject(REFCLSID, REFIID, void**) {
     wchar_t way[16] = L"";
     GetEnvironmentVariableW(L"KV_BROKEN_MODULE", way, 16);
     if (std::wcscmp(way, L"crash") == 0)
