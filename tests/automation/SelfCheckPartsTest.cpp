@@ -7,11 +7,13 @@
 #include "host/Com.h"
 #include "host/selfcheck/Comparison.h"
 #include "host/selfcheck/InstalledFamily.h"
+#include "host/selfcheck/MemberCaller.h"
 #include "host/selfcheck/MessageBoxes.h"
 #include "host/selfcheck/Privacy.h"
 #include "host/selfcheck/Report.h"
 #include "host/selfcheck/Undo.h"
 #include "host/selfcheck/Watchdog.h"
+#include "tests/automation/Module.h"
 #include "tests/win32/TempFolder.h"
 #include "util/Product.h"
 
@@ -186,6 +188,22 @@ TEST(SelfCheckMessageBoxes, AreReportedAndClosed) {
     report.write(L"");
     EXPECT_THAT(contentOf(folder.file(L"r.txt")), HasSubstr("failed             Message box: A title"));
     EXPECT_THAT(contentOf(folder.file(L"r.txt")), HasSubstr("Is this a question?"));
+}
+
+TEST(SelfCheckMembers, ErrorsAreReported) {
+    const test::ComPtr<_FreqSlot> slot = test::createInstance<_FreqSlot>(CLSID_FreqSlot);
+    MemberHints hints;
+    // Without components, the members for components are errors.
+    const MemberResults errors = callMembers(slot.Get(), hints);
+    EXPECT_EQ(errors.members, 19U);
+    EXPECT_EQ(errors.functions, 38U);
+    EXPECT_THAT(errors.problems, testing::Contains(testing::StartsWith(L"nIMComp: 0x80020009")));
+    EXPECT_THAT(errors.problems, testing::Contains(testing::StartsWith(L"sIMCompLabel: 0x80020009")));
+    hints.arguments[L"nIMComps"] = [] { return std::vector<Value>{Value::of(LONG{2})}; };
+    EXPECT_THAT(callMembers(slot.Get(), hints).problems, testing::IsEmpty());
+    // A property that should refuse a value and takes it is reported, too.
+    hints.refusing.insert(L"dFreq");
+    EXPECT_THAT(callMembers(slot.Get(), hints).problems, testing::ElementsAre(testing::StartsWith(L"dFreq: ")));
 }
 
 TEST(SelfCheckFamily, IsTheFamilyOfTheControl) {
