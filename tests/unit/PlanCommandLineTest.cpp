@@ -11,6 +11,7 @@ namespace {
 
 using kv::host::CommandLine;
 using kv::host::parseCommandLine;
+using kv::host::SelfCheckOptions;
 using kv::host::UsageError;
 
 TEST(CommandLine, EmptyMeansAWindowAndThirdOrder) {
