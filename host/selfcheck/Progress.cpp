@@ -7,18 +7,27 @@ namespace kv::host {
 namespace {
 
 constexpr int kWidth = 440;
-constexpr int kHeight = 110;
+constexpr int kHeight = 130;
+constexpr int kMargin = 12;
 
 }  // namespace
 
 Progress::Progress() {
     // Some steps handle no messages for seconds.
     DisableProcessWindowsGhosting();
+    try {
+        window_ = newTopWindow();
+    } catch (const Failure&) {
+        return;  // the steps with windows report it
+    }
     RECT work{};
+    RECT client{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    window_ = CreateWindowExW(0, L"STATIC", L"kvBandscope self-check", WS_OVERLAPPED | WS_CAPTION | SS_CENTER,
-                              work.right - kWidth, work.bottom - kHeight, kWidth, kHeight, nullptr, nullptr,
-                              GetModuleHandleW(nullptr), nullptr);
+    SetWindowPos(window_, nullptr, work.right - kWidth, work.bottom - kHeight, kWidth, kHeight, SWP_NOZORDER);
+    GetClientRect(window_, &client);
+    label_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, kMargin, kMargin, client.right - 2 * kMargin,
+                             client.bottom - 2 * kMargin, window_, nullptr, GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
     ShowWindow(window_, SW_SHOW);
     SetForegroundWindow(window_);
 }
@@ -30,9 +39,7 @@ Progress::~Progress() {
 }
 
 void Progress::show(const std::wstring& step) const {
-    // The text of the window is its title, too.
-    SetWindowTextW(window_, (L"kvBandscope self-check: " + step).c_str());
-    InvalidateRect(window_, nullptr, TRUE);
+    SetWindowTextW(label_, (step + L"\n\nPlease leave the mouse and the keyboard alone.").c_str());
     runMessages(1);
 }
 

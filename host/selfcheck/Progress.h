@@ -18,7 +18,8 @@ class Progress {
     void show(const std::wstring& step) const;
 
   private:
-    HWND window_;
+    HWND window_ = nullptr;  ///< null if there can be no windows
+    HWND label_ = nullptr;
 };
 
 }  // namespace kv::host
