@@ -138,6 +138,10 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
             throw UsageError{inQuotes(option) + L" is not an option of this program."};
         }
     }
+    if (result.selfCheck && (!result.planFile.empty() || result.range || result.size || !result.saveFile.empty())) {
+        throw UsageError{
+            L"--self-check opens no plan and saves no picture, so it allows none of the options for them."};
+    }
     if (result.range) {
         result.products.lowestHz = std::llround(result.range->lowest * 1e6);
         result.products.highestHz = std::llround(result.range->highest * 1e6);

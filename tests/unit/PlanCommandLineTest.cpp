@@ -72,6 +72,8 @@ TEST(CommandLine, WhatIsWrongIsNamed) {
         {{L"gmrs.csv"}, L"gmrs.csv"},
         {{L"--Quit"}, L"--Quit"},
         {{L"--self-check"}, L"--self-check"},
+        {{L"--self-check", L"r.txt", L"--plan", L"gmrs.csv"}, L"--self-check"},
+        {{L"--size", L"1100x760", L"--self-check", L"r.txt"}, L"--self-check"},
         {{L"--self-check-seconds", L"3"}, L"--self-check-seconds"},
         {{L"--self-check", L"r.txt", L"--self-check-seconds", L"0"}, L"--self-check-seconds"},
         {{L"--self-check", L"r.txt", L"--self-check-limit", L"1.5"}, L"--self-check-limit"},
