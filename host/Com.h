@@ -20,7 +20,8 @@ enum ExitCode : int {
     kExitUsage = 2,           ///< the command line is not understood, or asks for too much
     kExitBadPlan = 3,         ///< the channel plan cannot be read
     kExitControlMissing = 4,  ///< the control is neither registered nor in the program's folder
-    kExitSaveFailed = 5       ///< the picture or the list of hits could not be written
+    kExitSaveFailed = 5,      ///< the picture, the list of hits or the report could not be written
+    kExitCheckFailed = 6      ///< the self-check has found a difference or a failure
 };
 
 /// A failure that the user must be told.

@@ -19,12 +19,11 @@ ComPtr<IClassFactory> registered(const wchar_t* progId) {
     return factory;
 }
 
-HMODULE moduleBesideProgram() {
+std::wstring moduleBesideProgram() {
     std::array<wchar_t, 32768> path{};
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     const std::wstring program(path.data(), length);
-    const std::wstring module = program.substr(0, program.find_last_of(L"\\/") + 1) + L"kvBandscope.ocx";
-    return LoadLibraryW(module.c_str());  // the module stays loaded until the program ends
+    return program.substr(0, program.find_last_of(L"\\/") + 1) + L"kvBandscope.ocx";
 }
 
 using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
@@ -43,13 +42,21 @@ ComPtr<IClassFactory> fromModule(HMODULE module, REFCLSID clsid) {
 
 }  // namespace
 
+ControlClasses registeredClasses() {
+    return {registered(L"kvBandscope.kvBandscope"), registered(L"kvBandscope.FreqSlot")};
+}
+
+ControlClasses classesOfModule(const std::wstring& file) {
+    const HMODULE module = LoadLibraryW(file.c_str());  // it stays loaded until the program ends
+    return {fromModule(module, CLSID_kvBandscope), fromModule(module, CLSID_FreqSlot)};
+}
+
 ControlClasses findControlClasses() {
-    ControlClasses classes{registered(L"kvBandscope.kvBandscope"), registered(L"kvBandscope.FreqSlot")};
-    if (classes.control == nullptr || classes.freqSlot == nullptr) {
-        const HMODULE module = moduleBesideProgram();
-        classes = {fromModule(module, CLSID_kvBandscope), fromModule(module, CLSID_FreqSlot)};
+    ControlClasses classes = registeredClasses();
+    if (!classes.complete()) {
+        classes = classesOfModule(moduleBesideProgram());
     }
-    if (classes.control == nullptr || classes.freqSlot == nullptr) {
+    if (!classes.complete()) {
         throw Failure{kExitControlMissing,
                       L"The control kvBandscope was not found. Register it with \"regsvr32 kvBandscope.ocx\", or copy "
                       L"kvBandscope.ocx into the folder of this program."};

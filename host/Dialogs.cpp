@@ -19,6 +19,8 @@ OPENFILENAMEW dialog(HWND owner, std::array<wchar_t, 32768>& file, const wchar_t
     return result;
 }
 
+}  // namespace
+
 std::string utf8Of(const std::wstring& text) {
     const int length = static_cast<int>(text.size());
     std::string bytes(
@@ -28,8 +30,6 @@ std::string utf8Of(const std::wstring& text) {
                         nullptr);
     return bytes;
 }
-
-}  // namespace
 
 std::wstring askForPlan(HWND owner) {
     std::array<wchar_t, 32768> file{};

@@ -19,6 +19,9 @@ namespace kv::host {
 /// Shows a message box and waits until the user closes it.
 void showFailure(HWND owner, const Failure& failure);
 
+/// The text in UTF-8.
+[[nodiscard]] std::string utf8Of(const std::wstring& text);
+
 /// Writes a message to standard error, or to the console that the program was started from.
 void writeFailure(const Failure& failure);
 

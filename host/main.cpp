@@ -2,7 +2,8 @@
 // It uses the control through its automation interface only.
 //
 // Exit codes: 0 success; 1 any other failure; 2 the command line is wrong or would give too many products or hits; 3 the
-// plan cannot be read; 4 the control is missing; 5 the picture or the list of hits cannot be saved.
+// plan cannot be read; 4 the control is missing; 5 the picture, the list of hits or the report cannot be saved; 6 the
+// self-check has found a difference or a failure.
 #include <windows.h>
 
 #include <ole2.h>
@@ -12,6 +13,7 @@
 
 #include "host/Dialogs.h"
 #include "host/MainWindow.h"
+#include "host/selfcheck/SelfCheck.h"
 
 namespace {
 
@@ -40,13 +42,23 @@ std::vector<std::wstring> arguments() {
 int hostMain(const std::vector<std::wstring>& options) {
     try {
         const Ole ole;
-        kv::host::MainWindow window(kv::host::parseCommandLine(options));
+        const kv::host::CommandLine line = kv::host::parseCommandLine(options);
+        if (line.selfCheck) {
+            return kv::host::runSelfCheck(*line.selfCheck);
+        }
+        kv::host::MainWindow window(line);
         return window.run();
     } catch (const kv::host::UsageError& error) {
         throw Failure{kv::host::kExitUsage, error.text + L"\n\n" + kv::host::kUsage};
     } catch (const std::exception&) {
         throw Failure{kv::host::kExitOther, L"There is not enough memory."};
     }
+}
+
+/// True when messages are written to standard error instead of being shown.
+bool isUnattended(const std::vector<std::wstring>& options) {
+    const auto isOne = [](const std::wstring& option) { return option == L"--quit" || option == L"--self-check"; };
+    return std::any_of(options.begin(), options.end(), isOne);
 }
 
 }  // namespace
@@ -56,7 +68,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     try {
         return hostMain(options);
     } catch (const Failure& failure) {
-        if (std::find(options.begin(), options.end(), L"--quit") != options.end()) {
+        if (isUnattended(options)) {
             kv::host::writeFailure(failure);
         } else {
             kv::host::showFailure(nullptr, failure);

@@ -12,7 +12,8 @@ namespace kv::host {
 
 const wchar_t* const kUsage =
     L"BandscopeHost [--plan FILE] [--orders LIST] [--every-form] [--range MIN,MAX] [--size WxH] [--save FILE.bmp] "
-    L"[--hits FILE.csv] [--quit]\n\n"
+    L"[--hits FILE.csv] [--quit]\n"
+    L"BandscopeHost --self-check REPORT.txt\n\n"
     L"--plan FILE\tchannel plan (CSV) to open\n"
     L"--orders LIST\tintermodulation products to compute: 2, 3 and 5, separated by commas, or 0 for none; "
     L"3 when left out\n"
@@ -21,7 +22,8 @@ const wchar_t* const kUsage =
     L"--size WxH\tinner size of the window in pixels, such as 1100x760\n"
     L"--save FILE.bmp\tsave the picture after it is drawn\n"
     L"--hits FILE.csv\tsave the products that overlap receivers of the plan\n"
-    L"--quit\tend when all of this is done; write errors to standard error and show no message box\n";
+    L"--quit\tend when all of this is done; write errors to standard error and show no message box\n"
+    L"--self-check REPORT.txt\tcheck the control on this machine and write a report; see self-check.md\n";
 
 namespace {
 
@@ -82,6 +84,29 @@ PixelSize readSize(const std::wstring& argument) {
     return {static_cast<int>(width), static_cast<int>(height)};
 }
 
+int readSeconds(const std::wstring& option, const std::wstring& argument) {
+    const std::optional<double> seconds = util::parseNumber(argument);
+    if (!seconds || !(*seconds >= 1.0 && *seconds <= 3600.0) || *seconds != std::floor(*seconds)) {
+        throw UsageError{option + L" expects 1 to 3600 seconds, but found " + inQuotes(argument) + L"."};
+    }
+    return static_cast<int>(*seconds);
+}
+
+/// The options after --self-check, which are for tests and maintainers. False for any other option.
+template <class Value>
+bool readSelfCheckOption(const std::wstring& option, const Value& value, SelfCheckOptions& check) {
+    if (option == L"--self-check-seconds") {
+        check.redrawSeconds = readSeconds(option, value());
+    } else if (option == L"--self-check-limit") {
+        check.limitSeconds = readSeconds(option, value());
+    } else if (option == L"--self-check-pictures") {
+        check.picturesFolder = value();
+    } else {
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
@@ -110,12 +135,18 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
             result.hitsFile = value();
         } else if (option == L"--quit") {
             result.quit = true;
-        } else {
+        } else if (option == L"--self-check") {
+            result.selfCheck.emplace().report = value();
+        } else if (!result.selfCheck || !readSelfCheckOption(option, value, *result.selfCheck)) {
             throw UsageError{inQuotes(option) + L" is not an option of this program."};
         }
     }
     if (!result.hitsFile.empty() && result.planFile.empty()) {
         throw UsageError{L"--hits needs a plan: add --plan FILE."};
+    }
+    if (result.selfCheck && (!result.planFile.empty() || result.range || result.size || !result.saveFile.empty())) {
+        throw UsageError{
+            L"--self-check opens no plan and saves no picture, so it allows none of the options for them."};
     }
     if (result.range) {
         result.products.lowestHz = std::llround(result.range->lowest * 1e6);

@@ -19,14 +19,23 @@ struct PixelSize {
     int height = 0;
 };
 
+struct SelfCheckOptions {
+    std::wstring report;     ///< the file to write
+    int redrawSeconds = 10;  ///< how long the display is drawn again and again
+    int limitSeconds = 120;  ///< a step that takes longer counts as hung
+    /// The reference pictures are written here instead of being compared; empty: compared.
+    std::wstring picturesFolder;
+};
+
 struct CommandLine {
-    std::wstring planFile;          ///< empty: no plan
-    ProductOptions products;        ///< orders; the third order when the command line gives none
-    std::optional<RangeMhz> range;  ///< products are computed and shown in this range only
-    std::optional<PixelSize> size;  ///< inner size of the window
-    std::wstring saveFile;          ///< the picture is saved here after it is drawn; empty: not saved
-    std::wstring hitsFile;          ///< the list of hits is saved here as CSV; empty: not saved
-    bool quit = false;              ///< the program ends when all is done and never waits for the user
+    std::wstring planFile;                      ///< empty: no plan
+    ProductOptions products;                    ///< orders; the third order when the command line gives none
+    std::optional<RangeMhz> range;              ///< products are computed and shown in this range only
+    std::optional<PixelSize> size;              ///< inner size of the window
+    std::wstring saveFile;                      ///< the picture is saved here after it is drawn; empty: not saved
+    std::wstring hitsFile;                      ///< the list of hits is saved here as CSV; empty: not saved
+    std::optional<SelfCheckOptions> selfCheck;  ///< the program checks the control instead of opening its window
+    bool quit = false;                          ///< the program ends when all is done and never waits for the user
 };
 
 struct UsageError {

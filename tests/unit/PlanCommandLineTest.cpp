@@ -11,6 +11,7 @@ namespace {
 
 using kv::host::CommandLine;
 using kv::host::parseCommandLine;
+using kv::host::SelfCheckOptions;
 using kv::host::UsageError;
 
 TEST(CommandLine, EmptyMeansAWindowAndThirdOrder) {
@@ -45,6 +46,21 @@ TEST(CommandLine, AllOptions) {
     EXPECT_TRUE(line.quit);
 }
 
+TEST(CommandLine, SelfCheck) {
+    EXPECT_FALSE(parseCommandLine({L"--quit"}).selfCheck.has_value());
+    const SelfCheckOptions usual = parseCommandLine({L"--self-check", L"my report.txt"}).selfCheck.value();
+    EXPECT_EQ(usual.report, L"my report.txt");
+    EXPECT_EQ(usual.redrawSeconds, 10);
+    EXPECT_EQ(usual.limitSeconds, 120);
+    EXPECT_EQ(usual.picturesFolder, L"");
+    const SelfCheckOptions all = parseCommandLine({L"--self-check", L"r.txt", L"--self-check-seconds", L"3",
+                                                   L"--self-check-limit", L"7", L"--self-check-pictures", L"folder"})
+                                     .selfCheck.value();
+    EXPECT_EQ(all.redrawSeconds, 3);
+    EXPECT_EQ(all.limitSeconds, 7);
+    EXPECT_EQ(all.picturesFolder, L"folder");
+}
+
 TEST(CommandLine, OrderZeroMeansNone) {
     const CommandLine line = parseCommandLine({L"--orders", L"0"});
     EXPECT_FALSE(line.products.second || line.products.third || line.products.fifth);
@@ -58,6 +74,14 @@ TEST(CommandLine, WhatIsWrongIsNamed) {
         {{L"--plan", L""}, L"--plan"},
         {{L"gmrs.csv"}, L"gmrs.csv"},
         {{L"--Quit"}, L"--Quit"},
+        {{L"--self-check"}, L"--self-check"},
+        {{L"--self-check", L"r.txt", L"--plan", L"gmrs.csv"}, L"--self-check"},
+        {{L"--size", L"1100x760", L"--self-check", L"r.txt"}, L"--self-check"},
+        {{L"--self-check-seconds", L"3"}, L"--self-check-seconds"},
+        {{L"--self-check", L"r.txt", L"--self-check-seconds", L"0"}, L"--self-check-seconds"},
+        {{L"--self-check", L"r.txt", L"--self-check-limit", L"1.5"}, L"--self-check-limit"},
+        {{L"--self-check", L"r.txt", L"--self-check-limit", L"3601"}, L"--self-check-limit"},
+        {{L"--self-check", L"r.txt", L"--self-check-pictures"}, L"--self-check-pictures"},
         {{L"--orders", L"4"}, L"--orders"},
         {{L"--orders", L"35"}, L"--orders"},
         {{L"--orders", L"3,"}, L"--orders"},
