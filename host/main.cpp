@@ -1,8 +1,8 @@
 // BandscopeHost: opens a channel plan, computes its intermodulation products and shows both in the kvBandscope control.
 // It uses the control through its automation interface only.
 //
-// Exit codes: 0 success; 1 any other failure; 2 the command line is wrong or would give too many products or hits; 3 the
-// plan cannot be read; 4 the control is missing; 5 the picture or the list of hits cannot be saved.
+// Exit codes: 0 success; 1 any other failure; 2 the command line is wrong or would give too many products or hits; 3
+// the plan cannot be read; 4 the control is missing; 5 the picture or the list of hits cannot be saved.
 #include <windows.h>
 
 #include <ole2.h>
