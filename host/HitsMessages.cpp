@@ -33,6 +33,7 @@ void HitsWindow::guarded(Work work) noexcept {
             finder_->stop();
         }
         owner_.reportHitsFailure();
+        afterFailure();
     }
 }
 
@@ -56,6 +57,18 @@ void HitsWindow::continueFinding() noexcept {
             UpdateWindow(controls_->list());
         }
     });
+}
+
+/// Shows that the search has ended.
+void HitsWindow::afterFailure() noexcept {
+    try {
+        if (rows_ != nullptr) {
+            controls_->setRowCount(rows_->size(), false);
+            describe();
+        }
+    } catch (...) {
+        // There is not even enough memory for that. The window stays as it is.
+    }
 }
 
 LRESULT HitsWindow::handle(UINT message, WPARAM first, LPARAM second) {

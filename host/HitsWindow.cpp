@@ -44,8 +44,7 @@ void HitsWindow::create(HWND ownerWindow) {
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
     windowClass.lpszClassName = kClass;
     RegisterClassExW(&windowClass);
-    window_ = CreateWindowExW(0, kClass, L"Hits", kStyle, 0, 0, 0, 0, ownerWindow, nullptr, instance,
-                              nullptr);
+    window_ = CreateWindowExW(0, kClass, L"Hits", kStyle, 0, 0, 0, 0, ownerWindow, nullptr, instance, nullptr);
     if (window_ == nullptr) {
         throw Failure{kExitOther, L"The window with the hits could not be created."};
     }

@@ -74,6 +74,7 @@ class HitsWindow {
     void selectHit(std::optional<std::uint32_t> hit);
     template <class Work>
     void guarded(Work work) noexcept;
+    void afterFailure() noexcept;
 
     HitsOwner& owner_;
     HWND window_ = nullptr;

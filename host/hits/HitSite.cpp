@@ -25,7 +25,7 @@ HitSite::HitSite(const Plan& plan) {
 std::wstring HitSite::formulaOf(const Hit& hit) const {
     std::wstring text;
     for (std::size_t i = 0; i < hit.coefficients.size() && hit.coefficients[i] != 0; ++i) {
-        const int coefficient = hit.coefficients[i];
+        const auto coefficient = hit.coefficients[i];
         if (coefficient < 0) {
             text += i == 0 ? L"-" : L" - ";
         } else if (i > 0) {
