@@ -13,6 +13,7 @@ namespace {
 
 constexpr wchar_t kClass[] = L"BandscopeHost";
 constexpr UINT kFollowHeight = WM_APP + 1;
+constexpr UINT kDropped = WM_APP + 2;
 // Inner size of the window in twips when the command line gives none.
 constexpr int kWidthTwips = 16500;
 constexpr int kHeightTwips = 11400;
@@ -34,8 +35,12 @@ void dress(_kvBandscope& control) {
 
 }  // namespace
 
-MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_(findControlClasses()) {
-    shown_.products = options.products;
+MainWindow::MainWindow(const CommandLine& options)
+    : options_(options),
+      settings_(options.quit || options.noSettings ? std::wstring() : SettingsFile::usualPath()),
+      classes_(findControlClasses()) {
+    options_.products = productsOf(options, settings_.read().options);
+    shown_.products = options_.products;
     create();
     try {
         status_.emplace(window_);
@@ -43,6 +48,8 @@ MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_
         GetClientRect(window_, &client);
         spectrum_ = std::make_unique<Spectrum>(classes_, window_, client, *this);
         dress(spectrum_->control());
+        restoreOptions();
+        drop_ = std::make_unique<FileDrop>(window_, kDropped);
         showWindow();
     } catch (...) {
         close();
@@ -76,6 +83,7 @@ void MainWindow::create() {
     if (window_ == nullptr) {
         throw Failure{kExitOther, L"The main window could not be created."};
     }
+    restorePlace();
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
 
@@ -84,7 +92,7 @@ void MainWindow::showWindow() {
     status_->setProgress(-1.0);
     status_->setMessage(L"To show a channel plan, choose Open plan... in the menu File.");
     if (!options_.quit) {  // with --quit the program runs without a user
-        ShowWindow(window_, SW_SHOWDEFAULT);
+        ShowWindow(window_, startsMaximized_ ? SW_SHOWMAXIMIZED : SW_SHOWDEFAULT);
         spectrum_->focus();
     }
 }
@@ -94,6 +102,7 @@ void MainWindow::close() noexcept {
         ShowWindow(window_, SW_HIDE);  // releasing half a million records takes a moment
     }
     opening_.reset();
+    drop_.reset();
     spectrum_.reset();
     if (window_ != nullptr) {
         const HWND window = std::exchange(window_, nullptr);
@@ -115,6 +124,7 @@ int MainWindow::run() {
             WaitMessage();
         }
     }
+    rememberWindow();
     return exitCode_;
 }
 
@@ -173,6 +183,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
             return 0;
         }
         case WM_INITMENUPOPUP:
+            fillRecentPlans(reinterpret_cast<HMENU>(first));
             enableCommands(reinterpret_cast<HMENU>(first));
             return 0;
         case WM_COMMAND:
@@ -183,6 +194,14 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
             return 0;
         case kFollowHeight:
             followHeight(static_cast<int>(first));
+            return 0;
+        case kDropped:
+            openDropped();
+            return 0;
+        case WM_ENDSESSION:
+            if (first != FALSE) {
+                rememberWindow();  // the process may end as soon as this message is handled
+            }
             return 0;
         case WM_CLOSE:
             finish(kExitOk);

@@ -21,19 +21,27 @@ std::wstring counted(std::size_t number, const wchar_t* noun) {
 Plan planOf(const std::wstring& file) {
     try {
         return loadPlan(file);
-    } catch (const PlanError& error) {
-        throw Failure{kExitBadPlan, error.text()};
+    } catch (const PlanErrors& errors) {
+        std::vector<std::wstring> list = errors.texts();
+        const std::wstring number = errors.hasMore()    ? L"more than " + std::to_wstring(kMostPlanErrors) + L" errors"
+                                    : list.size() == 1U ? L"1 error"
+                                                        : std::to_wstring(list.size()) + L" errors";
+        throw Failure{kExitBadPlan, L"The plan was not opened, because it has " + number + L":", std::move(list)};
     }
 }
 
 }  // namespace
 
-void MainWindow::load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range) {
-    open({planOf(file), file.substr(file.find_last_of(L"\\/") + 1), products, range});
+void MainWindow::load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range,
+                      const std::optional<RangeMhz>& kept) {
+    const std::wstring path = fullPath(file);
+    // The stamp is taken first, so that a change while the plan is read is noticed later.
+    const std::optional<FileStamp> stamp = stampOf(path);
+    open({planOf(file), file.substr(file.find_last_of(L"\\/") + 1), products, range, 0, path, stamp}, kept);
 }
 
-void MainWindow::open(Shown next) {
-    opening_ = std::make_unique<Opening>(spectrum_->control(), *classes_.freqSlot.Get(), std::move(next));
+void MainWindow::open(Shown next, const std::optional<RangeMhz>& kept) {
+    opening_ = std::make_unique<Opening>(spectrum_->control(), *classes_.freqSlot.Get(), std::move(next), kept);
     try {
         describe(opening_->next);
         status_->setMessage(L"Computing products. Press Esc to stop.");
@@ -47,7 +55,7 @@ void MainWindow::open(Shown next) {
 void MainWindow::continueOpening() {
     guarded([this] {
         if (opening_->loading.step()) {
-            opened(L"");
+            opened(std::exchange(opening_->message, L""));
         } else {
             status_->setProgress(opening_->loading.fractionDone());
             status_->setCounts(counted(opening_->loading.productCount(), L"product"));
@@ -72,6 +80,7 @@ void MainWindow::opened(const std::wstring& message) {
         shown_ = std::move(opening_->next);
         opening_.reset();
         describe(shown_);
+        rememberPlan();
     }
     status_->setProgress(-1.0);
     status_->setMessage(message);

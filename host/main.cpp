@@ -39,8 +39,13 @@ std::vector<std::wstring> arguments() {
 
 int hostMain(const std::vector<std::wstring>& options) {
     try {
+        const kv::host::CommandLine line = kv::host::parseCommandLine(options);
+        if (line.help) {
+            kv::host::showUsage();
+            return kv::host::kExitOk;
+        }
         const Ole ole;
-        kv::host::MainWindow window(kv::host::parseCommandLine(options));
+        kv::host::MainWindow window(line);
         return window.run();
     } catch (const kv::host::UsageError& error) {
         throw Failure{kv::host::kExitUsage, error.text + L"\n\n" + kv::host::kUsage};

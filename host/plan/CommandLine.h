@@ -26,6 +26,9 @@ struct CommandLine {
     std::optional<PixelSize> size;  ///< inner size of the window
     std::wstring saveFile;          ///< the picture is saved here after it is drawn; empty: not saved
     bool quit = false;              ///< the program ends when all is done and never waits for the user
+    bool ordersGiven = false;       ///< the command line has the orders, so that remembered ones do not count
+    bool noSettings = false;        ///< settings are neither read nor written; the same with quit
+    bool help = false;              ///< only the description of the options is wanted
 };
 
 struct UsageError {
@@ -35,7 +38,8 @@ struct UsageError {
 /// A description of the options, one line for each.
 extern const wchar_t* const kUsage;
 
-/// Reads the arguments after the program's name; throws UsageError.
+/// Reads the arguments after the program's name; throws UsageError. If one of them asks for help, the others do not
+/// count.
 [[nodiscard]] CommandLine parseCommandLine(const std::vector<std::wstring>& arguments);
 
 }  // namespace kv::host

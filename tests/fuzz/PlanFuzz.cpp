@@ -137,8 +137,8 @@ void checkOtherLines(const PlanErrors& errors, const std::string& bytes) {
     std::set<std::size_t> lines;
     for (const PlanError& error : errors.list())
         lines.insert(error.line());
-    const bool wholeFile = lines.contains(0) || *lines.begin() <= headerOf(bytes);
-    if (wholeFile || errors.hasMore())
+    const std::size_t header = headerOf(bytes);
+    if (header == 0 || *lines.begin() <= header || errors.hasMore())
         return;
     const Result rest = parsed(without(lines, bytes));
     const PlanErrors* const others = std::get_if<PlanErrors>(&rest);

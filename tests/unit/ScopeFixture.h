@@ -15,7 +15,7 @@
 
 #include "control/Bandscope.h"
 #include "headless/HeadlessPlatform.h"
-#include "headless/IniText.h"
+#include "headless/TextIniSource.h"
 #include "headless/Pixels.h"
 #include "headless/RecordingCanvas.h"
 #include "util/Ini.h"
