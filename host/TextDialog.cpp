@@ -1,5 +1,6 @@
 #include "host/TextDialog.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -105,7 +106,28 @@ LRESULT CALLBACK editProcedure(HWND edit, UINT message, WPARAM first, LPARAM sec
     return CallWindowProcW(original, edit, message, first, second);
 }
 
+/// Over the middle of the owner, but on its monitor.
+void center(HWND window, HWND owner) {
+    RECT rect{};
+    RECT middle{};
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    if (!GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        return;
+    }
+    const RECT& work = monitor.rcWork;
+    GetWindowRect(window, &rect);
+    GetWindowRect(owner, &middle);
+    const LONG width = rect.right - rect.left;
+    const LONG height = rect.bottom - rect.top;
+    const LONG left = std::min((middle.left + middle.right - width) / 2, work.right - width);
+    const LONG top = std::min((middle.top + middle.bottom - height) / 2, work.bottom - height);
+    SetWindowPos(window, nullptr, std::max(left, work.left), std::max(top, work.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void start(HWND window, TextDialog& dialog) {
+    center(window, GetWindow(window, GW_OWNER));
     SetDlgItemTextW(window, IDC_SUMMARY, dialog.summary.c_str());
     const HWND edit = GetDlgItem(window, IDC_TEXT);
     SetWindowLongPtrW(edit, GWLP_USERDATA, GetWindowLongPtrW(edit, GWLP_WNDPROC));

@@ -106,13 +106,13 @@ TEST_F(HostFiles, ThePlaceIsRemembered) {
     {
         HostProcess host(L"");
         EXPECT_TRUE(isThere(host));
-        ShowWindow(host.main(), SW_MAXIMIZE);
+        SendMessageW(host.main(), WM_SYSCOMMAND, SC_MAXIMIZE, 0);
         EXPECT_TRUE(waitFor([&] { return IsZoomed(host.main()) != FALSE; }));
         EXPECT_EQ(host.close(), 0U);
     }
     HostProcess host(L"");
     EXPECT_TRUE(waitFor([&] { return IsZoomed(host.main()) != FALSE; }));
-    ShowWindow(host.main(), SW_RESTORE);
+    SendMessageW(host.main(), WM_SYSCOMMAND, SC_RESTORE, 0);
     EXPECT_TRUE(isThere(host));
     EXPECT_EQ(host.close(), 0U);
 }

@@ -164,9 +164,17 @@ DWORD HostProcess::close() {
 }
 
 void HostProcess::chooseFromFileMenu(wchar_t key) const {
-    PostMessageW(main_, WM_SYSCOMMAND, SC_KEYMENU, L'f');
+    // A menu is not opened, or is closed at once, while the focus moves, for example after a dialog.
+    constexpr DWORD kOpening = 1000;  // milliseconds
     HWND menu = nullptr;
-    EXPECT_TRUE(waitFor([&] { return (menu = windowOfClass(L"#32768")) != nullptr; }));
+    DWORD posted = GetTickCount() - kOpening;
+    EXPECT_TRUE(waitFor([&] {
+        if (GetTickCount() - posted >= kOpening) {
+            PostMessageW(main_, WM_SYSCOMMAND, SC_KEYMENU, L'f');
+            posted = GetTickCount();
+        }
+        return (menu = windowOfClass(L"#32768")) != nullptr;
+    }));
     PostMessageW(menu, WM_CHAR, key, 1);
     EXPECT_TRUE(waitFor([this] { return windowOfClass(L"#32768") == nullptr; }));
 }

@@ -43,7 +43,7 @@ TEST(HostWindowPlace, AWindowThatIsTooLargeIsMadeSmaller) {
 }
 
 TEST(PageHeading, NamesThePlanTheTimeAndTheRange) {
-    const host::PageHeading heading = host::headingOf(L"gmrs.csv", {2026, 3, 9, 7, 4}, {462.3, 467.98765});
+    const host::PageHeading heading = host::headingOf(L"gmrs.csv", {2026, 3, 9, 7, 4}, {462.3, 467.98768});
     EXPECT_EQ(heading.title, L"gmrs.csv");
     EXPECT_EQ(heading.details, L"2026-03-09 07:04, 462.3000 to 467.9877 MHz");
     EXPECT_EQ(host::headingOf(L"", {}, {}).title, L"Spectrum");
