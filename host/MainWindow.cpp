@@ -88,6 +88,9 @@ void MainWindow::create() {
 }
 
 void MainWindow::showWindow() {
+    if (!options_.size && !options_.quit) {
+        keepLeastSize();
+    }
     layOut();
     status_->setProgress(-1.0);
     status_->setMessage(L"To show a channel plan, choose Open plan... in the menu File.");

@@ -34,6 +34,8 @@ class MainWindow final : public ControlEvents {
     void create();
     /// Moves the new window to where it was the last time.
     void restorePlace();
+    /// The place may be from another resolution or from a file that was edited.
+    void keepLeastSize() const;
     void restoreOptions();
     void rememberWindow() noexcept;
     void showWindow();

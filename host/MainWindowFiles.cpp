@@ -85,8 +85,7 @@ void MainWindow::openDropped() {
 
 void MainWindow::reloadOrRedraw() {
     if (shown_.path.empty()) {
-        redraw();
-        status_->setMessage(L"The picture was drawn again.");
+        status_->setMessage(L"There is no plan to load again.");
         return;
     }
     const std::optional<FileStamp> now = stampOf(shown_.path);

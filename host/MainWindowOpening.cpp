@@ -18,15 +18,19 @@ std::wstring counted(std::size_t number, const wchar_t* noun) {
     return grouped(number) + L" " + noun + (number == 1 ? L"" : L"s");
 }
 
+std::wstring summaryOf(const PlanErrors& errors) {
+    if (errors.line() == 0) {
+        return L"The plan was not opened:";
+    }
+    return L"The plan was not opened, because it has " + std::wstring(errors.hasMore() ? L"more than " : L"") +
+           counted(errors.list().size(), L"error") + L":";
+}
+
 Plan planOf(const std::wstring& file) {
     try {
         return loadPlan(file);
     } catch (const PlanErrors& errors) {
-        std::vector<std::wstring> list = errors.texts();
-        const std::wstring number = errors.hasMore()    ? L"more than " + std::to_wstring(kMostPlanErrors) + L" errors"
-                                    : list.size() == 1U ? L"1 error"
-                                                        : std::to_wstring(list.size()) + L" errors";
-        throw Failure{kExitBadPlan, L"The plan was not opened, because it has " + number + L":", std::move(list)};
+        throw Failure{kExitBadPlan, summaryOf(errors), errors.texts()};
     }
 }
 

@@ -57,6 +57,14 @@ void MainWindow::restorePlace() {
     startsMaximized_ = place->maximized && !options_.size;
 }
 
+void MainWindow::keepLeastSize() const {
+    RECT rect{};
+    GetWindowRect(window_, &rect);
+    // The system limits the size by WM_GETMINMAXINFO, for which the control must exist.
+    SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void MainWindow::rememberWindow() noexcept {
     try {
         const WINDOWPLACEMENT placement = placementOf(window_);

@@ -129,6 +129,16 @@ TEST_F(HostFiles, AWindowOfAMonitorThatIsGoneIsMovedOntoOneThatExists) {
     EXPECT_EQ(host.close(), 0U);
 }
 
+TEST_F(HostFiles, ARememberedWindowIsNotTooSmallForTheControl) {
+    writeSettings("[Window]\r\nLeft=50\r\nTop=30\r\nWidth=60\r\nHeight=40\r\n");
+    HostProcess host(L"");
+    RECT client{};
+    GetClientRect(host.main(), &client);
+    EXPECT_GE(client.right, 10800 / 15) << "MinWid in pixels";
+    EXPECT_GE(client.bottom, 7200 / 15);
+    EXPECT_EQ(host.close(), 0U);
+}
+
 TEST_F(HostFiles, TheSizeOfTheCommandLineWinsOverTheRememberedOne) {
     writeSettings("[Window]\r\nLeft=50\r\nTop=30\r\nWidth=900\r\nHeight=650\r\nMaximized=1\r\n");
     HostProcess host(L"--size 1000x600");
