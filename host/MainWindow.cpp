@@ -88,7 +88,7 @@ void MainWindow::create() {
 }
 
 void MainWindow::showWindow() {
-    if (!options_.size && !options_.quit) {
+    if (settings_.read().place && !options_.size) {
         keepLeastSize();
     }
     layOut();
@@ -182,7 +182,10 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
             const SIZE smallest = spectrum_->smallestSize();
             RECT rect = {0, 0, smallest.cx, smallest.cy + status_->height()};
             AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, 0);
-            reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {rect.right - rect.left, rect.bottom - rect.top};
+            auto& limits = *reinterpret_cast<MINMAXINFO*>(second);
+            // On a small screen the window must stay as large as the screen at most.
+            limits.ptMinTrackSize = {std::min(rect.right - rect.left, limits.ptMaxTrackSize.x),
+                                     std::min(rect.bottom - rect.top, limits.ptMaxTrackSize.y)};
             return 0;
         }
         case WM_INITMENUPOPUP:
