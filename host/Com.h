@@ -8,6 +8,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kv::host {
 
@@ -28,6 +29,7 @@ enum ExitCode : int {
 struct Failure {
     ExitCode code = kExitOther;
     std::wstring text;
+    std::vector<std::wstring> list{};  ///< what exactly is wrong, if that is more than the text says
 };
 
 /// When hr is an error, throws a Failure that names what was tried and adds the control's error description, if any.

@@ -3,6 +3,13 @@
 #include <commdlg.h>
 
 #include <array>
+#include <vector>
+
+#include "host/Console.h"
+#include "host/TextDialog.h"
+#include "host/plan/CommandLine.h"
+#include "host/plan/ConsoleUsage.h"
+#include "host/resource.h"
 
 namespace kv::host {
 
@@ -20,16 +27,6 @@ OPENFILENAMEW dialog(HWND owner, std::array<wchar_t, 32768>& file, const wchar_t
 }
 
 }  // namespace
-
-std::string utf8Of(const std::wstring& text) {
-    const int length = static_cast<int>(text.size());
-    std::string bytes(
-        static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr)),
-        '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), static_cast<int>(bytes.size()), nullptr,
-                        nullptr);
-    return bytes;
-}
 
 std::wstring askForPlan(HWND owner) {
     std::array<wchar_t, 32768> file{};
@@ -55,27 +52,28 @@ std::wstring askForHits(HWND owner) {
 }
 
 void showFailure(HWND owner, const Failure& failure) {
-    MessageBoxW(owner, failure.text.c_str(), L"BandscopeHost", MB_OK | MB_ICONWARNING);
+    if (failure.list.empty()) {
+        MessageBoxW(owner, failure.text.c_str(), L"BandscopeHost", MB_OK | MB_ICONWARNING);
+        return;
+    }
+    std::wstring text;
+    for (const std::wstring& line : failure.list) {
+        text += (text.empty() ? L"" : L"\r\n") + line;
+    }
+    showTextDialog(owner, IDD_PLAN_ERRORS, failure.text, text);
 }
 
 void writeFailure(const Failure& failure) {
-    const std::wstring line = L"BandscopeHost: " + failure.text + L"\r\n";
-    DWORD written = 0;
-    // A program with windows has a standard error stream only if its caller has passed one to it.
-    const HANDLE error = GetStdHandle(STD_ERROR_HANDLE);
-    const std::string bytes = utf8Of(line);
-    if (error != nullptr && error != INVALID_HANDLE_VALUE &&
-        WriteFile(error, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) {
-        return;
+    std::wstring text;
+    for (const std::wstring& line : failure.list.empty() ? std::vector{failure.text} : failure.list) {
+        text += L"BandscopeHost: " + line + L"\n";
     }
-    if (AttachConsole(ATTACH_PARENT_PROCESS)) {
-        const HANDLE console = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                           nullptr, OPEN_EXISTING, 0, nullptr);
-        if (console != INVALID_HANDLE_VALUE) {
-            WriteConsoleW(console, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-            CloseHandle(console);
-        }
-        FreeConsole();
+    writeError(text);
+}
+
+void showUsage() {
+    if (!writeOutput(consoleUsage(kUsage))) {
+        MessageBoxW(nullptr, kUsage, L"BandscopeHost", MB_OK | MB_ICONINFORMATION);
     }
 }
 

@@ -64,11 +64,12 @@ std::vector<Transmitter> numbersOf(const std::vector<const PlanChannel*>& channe
 }  // namespace
 
 Loading::Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options,
-                 const std::optional<RangeMhz>& range)
+                 const std::optional<RangeMhz>& range, const std::optional<RangeMhz>& kept)
     : control_(control),
       freqSlot_(freqSlot),
       plan_(plan),
       range_(range),
+      kept_(kept),
       transmitters_(transmittersOf(plan)),
       combinations_(allowedCombinations(transmitters_.size(), options)),
       generator_(combinations_ == 0 ? std::vector<Transmitter>() : numbersOf(transmitters_), options) {
@@ -92,7 +93,7 @@ void Loading::start() {
     earlier_.emplace(control_);
     change([this] {
         addChannels();
-        draw();
+        draw(false);
     });
 }
 
@@ -107,7 +108,7 @@ void Loading::cancel() {
 }
 
 void Loading::show() {
-    change([this] { draw(); });
+    change([this] { draw(true); });
 }
 
 void Loading::addChannels() {
@@ -239,15 +240,16 @@ void Loading::setPowerScale() {
     check(control_.put_DisplayMinPwr(std::floor((powers_->lowest - kRoom) / kStep) * kStep), L"Setting DisplayMinPwr");
 }
 
-void Loading::draw() {
+void Loading::draw(bool hasProducts) {
     if (!powers_) {
         return;
     }
     setPowerScale();
+    if (kept_ && (!hasProducts || reaches(*kept_))) {
+        return drawExactly(*kept_);
+    }
     if (range_) {
-        check(control_.put_FreqEndBuffer(0.0), L"Setting FreqEndBuffer");
-        check(control_.DrawByRange(range_->lowest, range_->highest), L"Drawing");
-        return;
+        return drawExactly(*range_);
     }
     double lowest = 0.0;
     double highest = 0.0;
@@ -259,6 +261,19 @@ void Loading::draw() {
         check(control_.get_dTXFreqMax(&highest), L"Reading dTXFreqMax");
     }
     drawTidily(control_, lowest, highest);
+}
+
+void Loading::drawExactly(const RangeMhz& range) {
+    check(control_.put_FreqEndBuffer(0.0), L"Setting FreqEndBuffer");
+    check(control_.DrawByRange(range.lowest, range.highest), L"Drawing");
+}
+
+bool Loading::reaches(const RangeMhz& range) {
+    double lowest = 0.0;
+    double highest = 0.0;
+    check(control_.get_dFreqMin(&lowest), L"Reading dFreqMin");
+    check(control_.get_dFreqMax(&highest), L"Reading dFreqMax");
+    return range.lowest <= highest && range.highest >= lowest;
 }
 
 void drawTidily(_kvBandscope& control, double lowest, double highest) {

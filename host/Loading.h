@@ -20,9 +20,10 @@ class Loading {
   public:
     /// Changes nothing in the control yet. Throws Failure with kExitUsage when the selected orders would give more than
     /// two million products. The range is `range` if it is given. Otherwise it is that of all transmit channels,
-    /// including products, or of all channels if there is no transmit channel.
+    /// including products, or of all channels if there is no transmit channel. `kept` is the range that the user looks
+    /// at. It takes precedence as long as a channel may be in it.
     Loading(_kvBandscope& control, IClassFactory& freqSlot, const Plan& plan, const ProductOptions& options,
-            const std::optional<RangeMhz>& range);
+            const std::optional<RangeMhz>& range, const std::optional<RangeMhz>& kept = std::nullopt);
 
     /// Replaces the channels, and draws the new ones.
     void start();
@@ -47,7 +48,10 @@ class Loading {
     void change(Work work);
     void addChannels();
     bool addProducts();
-    void draw();
+    /// Before the products are added, it is not known yet what can be seen in the kept range.
+    void draw(bool hasProducts);
+    void drawExactly(const RangeMhz& range);
+    [[nodiscard]] bool reaches(const RangeMhz& range);
     void addProduct(const Product& product);
     void addTerms(_FreqSlot& slot, const Product& product);
     void add(const PlanChannel& channel);
@@ -62,6 +66,7 @@ class Loading {
     IClassFactory& freqSlot_;
     const Plan& plan_;
     std::optional<RangeMhz> range_;
+    std::optional<RangeMhz> kept_;
     std::optional<EarlierContents> earlier_;        // empty before the start
     std::vector<const PlanChannel*> transmitters_;  // products contain indexes into this list
     std::vector<Bstr> transmitterLabels_;

@@ -13,6 +13,7 @@ namespace {
 
 constexpr wchar_t kClass[] = L"BandscopeHost";
 constexpr UINT kFollowHeight = WM_APP + 1;
+constexpr UINT kDropped = WM_APP + 2;
 // Inner size of the window in twips when the command line gives none.
 constexpr int kWidthTwips = 16500;
 constexpr int kHeightTwips = 11400;
@@ -36,8 +37,12 @@ void dress(_kvBandscope& control, _BandscopeView& view) {
 
 }  // namespace
 
-MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_(findControlClasses()) {
-    shown_.products = options.products;
+MainWindow::MainWindow(const CommandLine& options)
+    : options_(options),
+      settings_(options.quit || options.noSettings ? std::wstring() : SettingsFile::usualPath()),
+      classes_(findControlClasses()) {
+    options_.products = productsOf(options, settings_.read().options);
+    shown_.products = options_.products;
     create();
     try {
         status_.emplace(window_);
@@ -45,6 +50,8 @@ MainWindow::MainWindow(const CommandLine& options) : options_(options), classes_
         GetClientRect(window_, &client);
         spectrum_ = std::make_unique<Spectrum>(classes_, window_, client, *this);
         dress(spectrum_->control(), spectrum_->view());
+        restoreOptions();
+        drop_ = std::make_unique<FileDrop>(window_, kDropped);
         showWindow();
     } catch (...) {
         close();
@@ -78,15 +85,19 @@ void MainWindow::create() {
     if (window_ == nullptr) {
         throw Failure{kExitOther, L"The main window could not be created."};
     }
+    restorePlace();
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
 
 void MainWindow::showWindow() {
+    if (settings_.read().place && !options_.size) {
+        keepLeastSize();
+    }
     layOut();
     status_->setProgress(-1.0);
     status_->setMessage(L"To show a channel plan, choose Open plan... in the menu File.");
     if (!options_.quit) {  // with --quit the program runs without a user
-        ShowWindow(window_, SW_SHOWDEFAULT);
+        ShowWindow(window_, startsMaximized_ ? SW_SHOWMAXIMIZED : SW_SHOWDEFAULT);
         spectrum_->focus();
     }
 }
@@ -97,6 +108,7 @@ void MainWindow::close() noexcept {
     }
     opening_.reset();
     hits_.reset();
+    drop_.reset();
     spectrum_.reset();
     if (window_ != nullptr) {
         const HWND window = std::exchange(window_, nullptr);
@@ -120,6 +132,7 @@ int MainWindow::run() {
             WaitMessage();
         }
     }
+    rememberWindow();
     return exitCode_;
 }
 
@@ -177,10 +190,14 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
             const SIZE smallest = spectrum_->smallestSize();
             RECT rect = {0, 0, smallest.cx, smallest.cy + status_->height()};
             AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, 0);
-            reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {rect.right - rect.left, rect.bottom - rect.top};
+            auto& limits = *reinterpret_cast<MINMAXINFO*>(second);
+            // On a small screen the window must stay as large as the screen at most.
+            limits.ptMinTrackSize = {std::min(rect.right - rect.left, limits.ptMaxTrackSize.x),
+                                     std::min(rect.bottom - rect.top, limits.ptMaxTrackSize.y)};
             return 0;
         }
         case WM_INITMENUPOPUP:
+            fillRecentPlans(reinterpret_cast<HMENU>(first));
             enableCommands(reinterpret_cast<HMENU>(first));
             return 0;
         case WM_COMMAND:
@@ -191,6 +208,14 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
             return 0;
         case kFollowHeight:
             followHeight(static_cast<int>(first));
+            return 0;
+        case kDropped:
+            openDropped();
+            return 0;
+        case WM_ENDSESSION:
+            if (first != FALSE) {
+                rememberWindow();  // the process may end as soon as this message is handled
+            }
             return 0;
         case WM_CLOSE:
             finish(kExitOk);

@@ -6,8 +6,11 @@
 #include <string>
 #include <utility>
 
+#include "host/FileDrop.h"
+#include "host/FileStamp.h"
 #include "host/HitsWindow.h"
 #include "host/Loading.h"
+#include "host/SettingsFile.h"
 #include "host/Spectrum.h"
 #include "host/StatusBar.h"
 #include "host/plan/CommandLine.h"
@@ -30,6 +33,12 @@ class MainWindow final : public ControlEvents, public HitsOwner {
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
     [[nodiscard]] LRESULT handle(UINT message, WPARAM first, LPARAM second);
     void create();
+    /// Moves the new window to where it was the last time.
+    void restorePlace();
+    /// The place may be from another resolution or from a file that was edited.
+    void keepLeastSize() const;
+    void restoreOptions();
+    void rememberWindow() noexcept;
     void showWindow();
     void layOut();
     void close() noexcept;
@@ -42,6 +51,17 @@ class MainWindow final : public ControlEvents, public HitsOwner {
     void command(int id);
     void enableCommands(HMENU menu) const;
     void openPlan();
+    /// Opens a plan with the present orders.
+    void openAnother(const std::wstring& file);
+    void openRecent(std::size_t index);
+    void openDropped();
+    void rememberPlan();
+    void fillRecentPlans(HMENU menu);
+    /// F5: opens the plan again if its file has changed.
+    void reloadOrRedraw();
+    void reload();
+    void showAboutBox();
+    [[nodiscard]] RangeMhz shownRange() const;
     void savePicture();
     void printPicture();
     void copyPicture();
@@ -62,21 +82,25 @@ class MainWindow final : public ControlEvents, public HitsOwner {
         ProductOptions products;
         std::optional<RangeMhz> range;
         std::size_t productCount = 0;
+        std::wstring path;               ///< of the plan's file
+        std::optional<FileStamp> stamp;  ///< of the file as it was read
     };
     /// A plan that is being opened. Until that has succeeded, `shown_` is the earlier one.
     struct Opening {
-        Opening(_kvBandscope& control, IClassFactory& freqSlot, Shown wanted)
-            : next(std::move(wanted)), loading(control, freqSlot, next.plan, next.products, next.range) {}
+        Opening(_kvBandscope& control, IClassFactory& freqSlot, Shown wanted, const std::optional<RangeMhz>& kept)
+            : next(std::move(wanted)), loading(control, freqSlot, next.plan, next.products, next.range, kept) {}
         Opening(const Opening&) = delete;
         Opening& operator=(const Opening&) = delete;
 
         Shown next;
         Loading loading;
+        std::wstring message;  ///< of the status bar, when the plan has been opened
     };
 
     void openFirst();
-    void load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range);
-    void open(Shown next);
+    void load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range,
+              const std::optional<RangeMhz>& kept = std::nullopt);
+    void open(Shown next, const std::optional<RangeMhz>& kept = std::nullopt);
     void continueOpening();
     void cancelProducts();
     void opened(const std::wstring& message);
@@ -107,11 +131,16 @@ class MainWindow final : public ControlEvents, public HitsOwner {
     void followHeight(int pixels);
 
     CommandLine options_;
+    SettingsFile settings_;
+    ChosenOptions chosen_;                   // in this run
+    std::vector<std::wstring> recentPlans_;  // as the menu showed them last
+    bool startsMaximized_ = false;
     ControlClasses classes_;
     HWND window_ = nullptr;
     HACCEL keys_ = nullptr;
     std::optional<StatusBar> status_;
     std::unique_ptr<Spectrum> spectrum_;
+    std::unique_ptr<FileDrop> drop_;
     Shown shown_;
     std::unique_ptr<Opening> opening_;
     std::unique_ptr<HitsWindow> hits_;  // created when it is first opened

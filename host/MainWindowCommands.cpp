@@ -1,5 +1,6 @@
 // The commands of the window's menu.
 #include "host/Dialogs.h"
+#include "host/FileStamp.h"
 #include "host/MainWindow.h"
 #include "host/Printing.h"
 #include "host/resource.h"
@@ -7,13 +8,6 @@
 namespace kv::host {
 
 namespace {
-
-std::wstring fullPath(const std::wstring& file) {
-    std::wstring result(32768, L'\0');
-    const DWORD length = GetFullPathNameW(file.c_str(), static_cast<DWORD>(result.size()), result.data(), nullptr);
-    result.resize(length < result.size() ? length : 0);
-    return result.empty() ? file : result;
-}
 
 bool hasExtension(const std::wstring& file, const std::wstring& extension) {
     return file.size() >= extension.size() &&
@@ -25,6 +19,9 @@ bool hasExtension(const std::wstring& file, const std::wstring& extension) {
 void MainWindow::command(int id) {
     if (opening_ != nullptr && id != IDC_EXIT) {
         return;
+    }
+    if (id >= IDC_RECENT_FIRST && id <= IDC_RECENT_LAST) {
+        return openRecent(static_cast<std::size_t>(id - IDC_RECENT_FIRST));
     }
     switch (id) {
         case IDC_OPEN:
@@ -48,7 +45,9 @@ void MainWindow::command(int id) {
         case IDC_ZOOM_OUT:
             return zoom(0.5);
         case IDC_REDRAW:
-            return redraw();
+            return reloadOrRedraw();
+        case IDC_ABOUT:
+            return showAboutBox();
         case IDC_MOUSE_REPORT:
             return openMouseReport();
         case IDC_HITS:
@@ -73,7 +72,7 @@ void MainWindow::enableCommands(HMENU menu) const {
     const bool idle = opening_ == nullptr;
     const ProductOptions& products = idle ? shown_.products : opening_->next.products;
     for (const UINT id : {IDC_OPEN, IDC_SAVE, IDC_PRINT, IDC_COPY, IDC_REDRAW, IDC_HITS, IDC_MOUSE_REPORT, IDC_SECOND,
-                          IDC_THIRD, IDC_FIFTH}) {
+                          IDC_THIRD, IDC_FIFTH, IDC_ABOUT}) {
         enable(id, idle);
     }
     enable(IDC_SHOW_ALL, idle && !shown_.plan.channels.empty());
@@ -88,11 +87,7 @@ void MainWindow::enableCommands(HMENU menu) const {
 void MainWindow::openPlan() {
     const std::wstring file = askForPlan(window_);
     if (!file.empty()) {
-        // The range of the command line was for the first plan.
-        ProductOptions products = shown_.products;
-        products.lowestHz = ProductOptions().lowestHz;
-        products.highestHz = ProductOptions().highestHz;
-        load(file, products, std::nullopt);
+        openAnother(file);
     }
 }
 
@@ -114,7 +109,10 @@ void MainWindow::printPicture() {
     if (!printer) {
         return;
     }
-    PrintJob job(printer->dc(), shown_.name.empty() ? L"Spectrum" : shown_.name);
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    PrintJob job(printer->dc(),
+                 headingOf(shown_.name, {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute}, shownRange()));
     const RECT place = job.place();
     const auto handle = static_cast<double>(reinterpret_cast<INT_PTR>(printer->dc()));
     check(spectrum_->view().PrintPicture(handle, place.left, place.top, place.right - place.left,
@@ -155,8 +153,14 @@ void MainWindow::toggleOrder(bool ProductOptions::*order) {
         shown_.products = products;
         followHits();
     } else {
-        open({shown_.plan, shown_.name, products, shown_.range});
+        Shown next = shown_;
+        next.products = products;
+        open(std::move(next));
     }
+    chosen_.secondOrder = products.second;
+    chosen_.thirdOrder = products.third;
+    chosen_.fifthOrder = products.fifth;
+    chosen_.everyFifthForm = products.everyFifthForm;
 }
 
 // DisplayToBMP takes any name; a name for another format goes to the view, which tells formats by the extension.

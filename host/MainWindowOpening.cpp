@@ -18,22 +18,34 @@ std::wstring counted(std::size_t number, const wchar_t* noun) {
     return grouped(number) + L" " + noun + (number == 1 ? L"" : L"s");
 }
 
+std::wstring summaryOf(const PlanErrors& errors) {
+    if (errors.line() == 0) {
+        return L"The plan was not opened:";
+    }
+    return L"The plan was not opened, because it has " + std::wstring(errors.hasMore() ? L"more than " : L"") +
+           counted(errors.list().size(), L"error") + L":";
+}
+
 Plan planOf(const std::wstring& file) {
     try {
         return loadPlan(file);
-    } catch (const PlanError& error) {
-        throw Failure{kExitBadPlan, error.text()};
+    } catch (const PlanErrors& errors) {
+        throw Failure{kExitBadPlan, summaryOf(errors), errors.texts()};
     }
 }
 
 }  // namespace
 
-void MainWindow::load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range) {
-    open({planOf(file), file.substr(file.find_last_of(L"\\/") + 1), products, range});
+void MainWindow::load(const std::wstring& file, const ProductOptions& products, const std::optional<RangeMhz>& range,
+                      const std::optional<RangeMhz>& kept) {
+    const std::wstring path = fullPath(file);
+    // The stamp is taken first, so that a change while the plan is read is noticed later.
+    const std::optional<FileStamp> stamp = stampOf(path);
+    open({planOf(file), file.substr(file.find_last_of(L"\\/") + 1), products, range, 0, path, stamp}, kept);
 }
 
-void MainWindow::open(Shown next) {
-    opening_ = std::make_unique<Opening>(spectrum_->control(), *classes_.freqSlot.Get(), std::move(next));
+void MainWindow::open(Shown next, const std::optional<RangeMhz>& kept) {
+    opening_ = std::make_unique<Opening>(spectrum_->control(), *classes_.freqSlot.Get(), std::move(next), kept);
     try {
         describe(opening_->next);
         status_->setMessage(L"Computing products. Press Esc to stop.");
@@ -47,7 +59,7 @@ void MainWindow::open(Shown next) {
 void MainWindow::continueOpening() {
     guarded([this] {
         if (opening_->loading.step()) {
-            opened(L"");
+            opened(std::exchange(opening_->message, L""));
         } else {
             status_->setProgress(opening_->loading.fractionDone());
             status_->setCounts(counted(opening_->loading.productCount(), L"product"));
@@ -73,6 +85,7 @@ void MainWindow::opened(const std::wstring& message) {
         opening_.reset();
         describe(shown_);
         followHits();
+        rememberPlan();
     }
     status_->setProgress(-1.0);
     status_->setMessage(message);

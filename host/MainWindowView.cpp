@@ -17,21 +17,22 @@ struct Toggle {
     Setter write;
     const wchar_t* on;  ///< what the status line says
     const wchar_t* off;
+    std::optional<bool> ChosenOptions::*remembered;  ///< null for a switch of the present plan
 };
 
 constexpr std::array<Toggle, 6> kToggles{{
     {IDC_WHEEL_ZOOM, &_BandscopeView::get_WheelZoom, &_BandscopeView::put_WheelZoom,
-     L"The wheel zooms; with Shift it moves the range.", L"The wheel does nothing."},
+     L"The wheel zooms; with Shift it moves the range.", L"The wheel does nothing.", &ChosenOptions::wheelZoom},
     {IDC_MARKER, &_BandscopeView::get_MarkerVisible, &_BandscopeView::put_MarkerVisible,
-     L"The cursor is measured from the marker.", L"The marker is hidden."},
+     L"The cursor is measured from the marker.", L"The marker is hidden.", nullptr},
     {IDC_SNAP, &_BandscopeView::get_SnapToChannels, &_BandscopeView::put_SnapToChannels,
-     L"Cursor and marker are attracted by channels.", L"Cursor and marker move freely."},
+     L"Cursor and marker are attracted by channels.", L"Cursor and marker move freely.", &ChosenOptions::snap},
     {IDC_POWER_AXIS, &_BandscopeView::get_PowerAxis, &_BandscopeView::put_PowerAxis, L"The power axis is shown.",
-     L"The power axis is hidden."},
+     L"The power axis is hidden.", &ChosenOptions::powerAxis},
     {IDC_LEGEND, &_BandscopeView::get_Legend, &_BandscopeView::put_Legend, L"The legend is shown.",
-     L"The legend is hidden."},
+     L"The legend is hidden.", &ChosenOptions::legend},
     {IDC_LABELS, &_BandscopeView::get_ChannelLabels, &_BandscopeView::put_ChannelLabels,
-     L"The channels are labeled where there is room.", L"The labels are hidden."},
+     L"The channels are labeled where there is room.", L"The labels are hidden.", &ChosenOptions::labels},
 }};
 
 bool isOn(_BandscopeView& view, Getter read) {
@@ -59,10 +60,24 @@ bool MainWindow::toggleView(int id) {
             check(view.put_Marker(cursorOf(spectrum_->control())), L"Setting Marker");
         }
         check((view.*toggle.write)(on ? VARIANT_TRUE : VARIANT_FALSE), L"Setting a property of the view");
+        if (toggle.remembered != nullptr) {
+            chosen_.*toggle.remembered = on;
+        }
         status_->setMessage(on ? toggle.on : toggle.off);
         return true;
     }
     return false;
+}
+
+void MainWindow::restoreOptions() {
+    const ChosenOptions options = settings_.read().options;
+    for (const Toggle& toggle : kToggles) {
+        if (toggle.remembered != nullptr && options.*toggle.remembered) {
+            const bool on = *(options.*toggle.remembered);
+            check((spectrum_->view().*toggle.write)(on ? VARIANT_TRUE : VARIANT_FALSE),
+                  L"Setting a property of the view");
+        }
+    }
 }
 
 void MainWindow::enableView(HMENU menu) const {

@@ -4,7 +4,8 @@
 #include <windows.h>
 
 #include <optional>
-#include <string>
+
+#include "host/plan/PageHeading.h"
 
 namespace kv::host {
 
@@ -29,18 +30,16 @@ class Printer {
 class PrintJob {
   public:
     /// Throws a Failure.
-    PrintJob(HDC dc, const std::wstring& name);
+    PrintJob(HDC dc, const PageHeading& heading);
     ~PrintJob();
     PrintJob(const PrintJob&) = delete;
     PrintJob& operator=(const PrintJob&) = delete;
 
-    /// Below a heading with the document's name, as large as the page allows; device units.
+    /// The place of the picture below the heading, as large as the page allows; device units.
     [[nodiscard]] RECT place() const noexcept { return place_; }
     void finish();
 
   private:
-    void printHeading(const std::wstring& name);
-
     HDC dc_;
     RECT place_{};
     bool finished_ = false;

@@ -3,9 +3,9 @@
 #include <commctrl.h>
 
 #include <array>
-#include <cwchar>
 
 #include "host/Spectrum.h"
+#include "host/plan/PageHeading.h"
 
 namespace kv::host {
 
@@ -62,9 +62,7 @@ void StatusBar::setMessage(const std::wstring& text) {
 }
 
 void StatusBar::setRange(double lowestMhz, double highestMhz) {
-    std::array<wchar_t, 64> text{};
-    std::swprintf(text.data(), text.size(), L"%.4f to %.4f MHz", lowestMhz, highestMhz);
-    setPart(kRange, text.data());
+    setPart(kRange, rangeText({lowestMhz, highestMhz}));
 }
 
 void StatusBar::setCounts(const std::wstring& text) {

@@ -41,8 +41,12 @@ std::vector<std::wstring> arguments() {
 
 int hostMain(const std::vector<std::wstring>& options) {
     try {
-        const Ole ole;
         const kv::host::CommandLine line = kv::host::parseCommandLine(options);
+        if (line.help) {
+            kv::host::showUsage();
+            return kv::host::kExitOk;
+        }
+        const Ole ole;
         if (line.selfCheck) {
             return kv::host::runSelfCheck(*line.selfCheck);
         }

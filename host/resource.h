@@ -38,3 +38,15 @@
 #define IDC_THIRD 123
 #define IDC_FIFTH 125
 #define IDC_EVERY_FORM 126
+
+// One for each recent plan.
+#define IDC_RECENT_FIRST 170
+#define IDC_RECENT_LAST 178
+#define IDC_RECENT_SEPARATOR 179
+#define IDC_ABOUT 180
+#define IDD_PLAN_ERRORS 181
+#define IDD_ABOUT 182
+#define IDC_SUMMARY 183
+#define IDC_TEXT 184
+#define IDC_COPY_TEXT 185
+#define IDC_PRODUCT_ICON 186

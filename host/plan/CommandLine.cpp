@@ -1,5 +1,6 @@
 #include "host/plan/CommandLine.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <string_view>
@@ -12,18 +13,22 @@ namespace kv::host {
 
 const wchar_t* const kUsage =
     L"BandscopeHost [--plan FILE] [--orders LIST] [--every-form] [--range MIN,MAX] [--size WxH] [--save FILE.bmp] "
-    L"[--hits FILE.csv] [--quit]\n"
-    L"BandscopeHost --self-check REPORT.txt\n\n"
+    L"[--hits FILE.csv] [--no-settings] [--quit]\n"
+    L"BandscopeHost --self-check REPORT.txt\n"
+    L"BandscopeHost --help\n\n"
     L"--plan FILE\tchannel plan (CSV) to open\n"
     L"--orders LIST\tintermodulation products to compute: 2, 3 and 5, separated by commas, or 0 for none; "
-    L"3 when left out\n"
+    L"when left out, those last chosen in the menu, at first 3\n"
     L"--every-form\tall forms of the fifth order, not only 3A-2B and 2A+B-2C\n"
     L"--range MIN,MAX\tMHz; compute products and show the spectrum in this range\n"
     L"--size WxH\tinner size of the window in pixels, such as 1100x760\n"
     L"--save FILE.bmp\tsave the picture after it is drawn\n"
     L"--hits FILE.csv\tsave the products that overlap receivers of the plan\n"
-    L"--quit\tend when all of this is done; write errors to standard error and show no message box\n"
-    L"--self-check REPORT.txt\tcheck the control on this machine and write a report; see self-check.md\n";
+    L"--no-settings\tneither read nor write the settings (recent plans, window position and options)\n"
+    L"--quit\tend when all of this is done; write errors to standard error and show no message box; "
+    L"implies --no-settings\n"
+    L"--self-check REPORT.txt\tcheck the control on this machine and write a report; see self-check.md\n"
+    L"--help\tshow this description and end; also -h and /?\n";
 
 namespace {
 
@@ -107,10 +112,18 @@ bool readSelfCheckOption(const std::wstring& option, const Value& value, SelfChe
     return true;
 }
 
+bool asksForHelp(const std::wstring& argument) {
+    return argument == L"--help" || argument == L"-h" || argument == L"/?";
+}
+
 }  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
     CommandLine result;
+    if (std::ranges::any_of(arguments, asksForHelp)) {
+        result.help = true;
+        return result;
+    }
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::wstring& option = arguments[i];
         const auto value = [&]() -> const std::wstring& {
@@ -123,6 +136,7 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
             result.planFile = value();
         } else if (option == L"--orders") {
             readOrders(value(), result.products);
+            result.ordersGiven = true;
         } else if (option == L"--every-form") {
             result.products.everyFifthForm = true;
         } else if (option == L"--range") {
@@ -133,6 +147,8 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
             result.saveFile = value();
         } else if (option == L"--hits") {
             result.hitsFile = value();
+        } else if (option == L"--no-settings") {
+            result.noSettings = true;
         } else if (option == L"--quit") {
             result.quit = true;
         } else if (option == L"--self-check") {

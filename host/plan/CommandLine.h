@@ -36,6 +36,9 @@ struct CommandLine {
     std::wstring hitsFile;                      ///< the list of hits is saved here as CSV; empty: not saved
     std::optional<SelfCheckOptions> selfCheck;  ///< the program checks the control instead of opening its window
     bool quit = false;                          ///< the program ends when all is done and never waits for the user
+    bool ordersGiven = false;                   ///< the command line has the orders, so that remembered ones do not count
+    bool noSettings = false;                    ///< settings are neither read nor written; the same with quit
+    bool help = false;                          ///< only the description of the options is wanted
 };
 
 struct UsageError {
@@ -45,7 +48,8 @@ struct UsageError {
 /// A description of the options, one line for each.
 extern const wchar_t* const kUsage;
 
-/// Reads the arguments after the program's name; throws UsageError.
+/// Reads the arguments after the program's name; throws UsageError. If one of them asks for help, the others do not
+/// count.
 [[nodiscard]] CommandLine parseCommandLine(const std::vector<std::wstring>& arguments);
 
 }  // namespace kv::host

@@ -31,13 +31,14 @@ struct CsvFault {
     std::wstring message;
 };
 
-/// Reads line by line, so that what is wrong with a line is found before the lines below it are read.
+/// Reads line by line, so that what is wrong with a line is found before the lines below it are read, and does not keep
+/// them from being read.
 class CsvReader {
   public:
     explicit CsvReader(std::string_view bytes);
 
     /// The next line that is neither empty nor a comment; none at the end. Throws CsvFault for text that is not UTF-8,
-    /// for quotes that do not match, and for a line above the limits.
+    /// for quotes that do not match, and for a line above the limits; the next call reads the line below.
     [[nodiscard]] std::optional<CsvLine> next();
 
   private:

@@ -5,7 +5,7 @@
 #include <cwchar>
 
 #include "host/Com.h"
-#include "host/Dialogs.h"
+#include "host/Console.h"
 #include "host/selfcheck/Privacy.h"
 
 namespace kv::host {

@@ -88,7 +88,11 @@ std::wstring messageOf(HWND box) {
     std::wstring text;
     for (HWND label = nullptr; (label = FindWindowExW(box, label, L"Static", nullptr)) != nullptr;)
         text += windowText(label);
-    return text;
+    // The list of errors, if the dialog has one.
+    std::wstring list(40000, L'\0');
+    list.resize(static_cast<std::size_t>(SendMessageW(FindWindowExW(box, nullptr, L"Edit", nullptr), WM_GETTEXT,
+                                                      list.size(), reinterpret_cast<LPARAM>(list.data()))));
+    return text + list;
 }
 
 class SampleHost : public testing::Test {

@@ -14,7 +14,7 @@
 #include "formenv/FileServices.h"
 #include "forms/FormPlacement.h"
 #include "headless/HeadlessDesktop.h"
-#include "headless/IniText.h"
+#include "headless/TextIniSource.h"
 #include "tests/fuzz/Fuzz.h"
 #include "util/Ini.h"
 #include "util/RuntimeError.h"
@@ -25,6 +25,7 @@ namespace {
 
 using formenv::Place;
 using fuzz::require;
+using util::IniText;
 
 constexpr wchar_t kFile[] = L"C:\\fuzz.ini";
 

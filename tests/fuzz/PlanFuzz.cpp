@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "host/plan/Plan.h"
 #include "tests/fuzz/Fuzz.h"
@@ -24,13 +25,13 @@ using fuzz::require;
 constexpr wchar_t kFile[] = L"fuzz.csv";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-using Result = std::variant<Plan, PlanError>;
+using Result = std::variant<Plan, PlanErrors>;
 
 Result parsed(const std::string& bytes) {
     try {
         return parsePlan(bytes, kFile);
-    } catch (const PlanError& error) {
-        return error;
+    } catch (const PlanErrors& errors) {
+        return errors;
     }
 }
 
@@ -104,6 +105,56 @@ void checkError(const PlanError& error, std::string_view bytes) {
     require(error.column() <= static_cast<std::size_t>(characters) + 1, "the column is in the line");
 }
 
+bool holdsNoFields(std::string_view line) {
+    return line.starts_with('#') || line.find_first_not_of(" \t\r") == std::string_view::npos;
+}
+
+/// The number of the line that names the columns; 0 without one.
+std::size_t headerOf(std::string_view bytes) {
+    for (std::size_t number = 1;; ++number) {
+        const std::optional<std::string_view> line = lineOf(bytes, number);
+        if (!line)
+            return 0;
+        if (!holdsNoFields(*line))
+            return number;
+    }
+}
+
+/// The text with these lines emptied.
+std::string without(const std::set<std::size_t>& lines, const std::string& bytes) {
+    std::string kept;
+    std::size_t number = 1;
+    for (const char c : bytes) {
+        if (c == '\n' || !lines.contains(number))
+            kept += c;
+        number += c == '\n' ? 1 : 0;
+    }
+    return kept;
+}
+
+/// Every line that is not in the list is good.
+void checkOtherLines(const PlanErrors& errors, const std::string& bytes) {
+    std::set<std::size_t> lines;
+    for (const PlanError& error : errors.list())
+        lines.insert(error.line());
+    const std::size_t header = headerOf(bytes);
+    if (header == 0 || *lines.begin() <= header || errors.hasMore())
+        return;
+    const Result rest = parsed(without(lines, bytes));
+    const PlanErrors* const others = std::get_if<PlanErrors>(&rest);
+    require(others == nullptr || (others->list().size() == 1 && others->line() == 0), "all wrong lines are listed");
+}
+
+void checkErrors(const PlanErrors& errors, const std::string& bytes) {
+    require(!errors.list().empty() && errors.list().size() <= kMostPlanErrors, "the list is limited");
+    require(!errors.hasMore() || errors.list().size() == kMostPlanErrors, "the list is filled");
+    require(errors.text() == errors.list().front().text(), "the first error is the one that is named");
+    require(std::ranges::is_sorted(errors.list(), {}, &PlanError::line), "the list has the order of the file");
+    for (const PlanError& error : errors.list())
+        checkError(error, bytes);
+    checkOtherLines(errors, bytes);
+}
+
 std::string quoted(const std::wstring& text) {
     std::string result = "\"";
     for (const char c : util::toUtf8(text))
@@ -144,11 +195,14 @@ void checkSame(const Result& result, const std::string& other, std::size_t lines
         require(samePlan(*plan, std::get<Plan>(otherResult)), "the form of the file does not change a channel");
         return;
     }
-    const auto& error = std::get<PlanError>(result);
-    const auto& otherError = std::get<PlanError>(otherResult);
-    require(error.column() == otherError.column() && error.field() == otherError.field(),
-            "the form of the file does not move an error");
-    require(otherError.line() == (error.line() == 0 ? 0 : error.line() + lines), "lines are counted");
+    const std::vector<PlanError>& errors = std::get<PlanErrors>(result).list();
+    const std::vector<PlanError>& others = std::get<PlanErrors>(otherResult).list();
+    require(errors.size() == others.size(), "the form of the file does not add an error");
+    for (std::size_t i = 0; i < errors.size(); ++i) {
+        require(errors[i].column() == others[i].column() && errors[i].field() == others[i].field(),
+                "the form of the file does not move an error");
+        require(others[i].line() == (errors[i].line() == 0 ? 0 : errors[i].line() + lines), "lines are counted");
+    }
 }
 
 void checkForms(const Result& result, const std::string& bytes) {
@@ -172,7 +226,7 @@ void check(const std::string& bytes) {
         require(std::holds_alternative<Plan>(again), "a plan that is written again is readable");
         require(samePlan(*plan, std::get<Plan>(again)), "a plan that is written again is the same");
     } else {
-        checkError(std::get<PlanError>(result), bytes);
+        checkErrors(std::get<PlanErrors>(result), bytes);
     }
     checkForms(result, bytes);
 }

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "headless/IniText.h"
+#include "headless/TextIniSource.h"
 #include "util/Product.h"
 #include "util/RuntimeError.h"
 #include "util/System.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "headless/IniText.h"
+#include "headless/TextIniSource.h"
 #include "util/RuntimeError.h"
 
 namespace kv::util {
@@ -103,7 +103,7 @@ struct Setting {
 };
 
 void expectSettings(const wchar_t* text, const std::vector<Setting>& settings) {
-    const headless::IniText ini(text);
+    const util::IniText ini(text);
     for (const auto& [section, key, value] : settings)
         EXPECT_EQ(ini.find(key, section), value)
             << testing::PrintToString(key) << " in " << testing::PrintToString(text);
@@ -162,7 +162,7 @@ TEST(IniTextTest, AnyLineEndsAndAByteOrderMark) {
 }
 
 TEST(IniTextTest, AnEmptyTextHasNoSettings) {
-    EXPECT_EQ(headless::IniText().find(L"a", L"S"), std::nullopt);
+    EXPECT_EQ(util::IniText().find(L"a", L"S"), std::nullopt);
     expectSettings(L"", {{L"S", L"a", {}}});
     expectSettings(L"\r\n", {{L"", L"", {}}});
 }

@@ -112,6 +112,22 @@ TEST(CommandLine, WhatIsWrongIsNamed) {
     }
 }
 
+TEST(CommandLine, HelpIsAllThatCounts) {
+    for (const wchar_t* option : {L"--help", L"-h", L"/?"}) {
+        EXPECT_TRUE(parseCommandLine({option}).help);
+        EXPECT_TRUE(parseCommandLine({L"--unknown", L"--plan", option}).help);
+    }
+    EXPECT_FALSE(parseCommandLine({L"--quit"}).help);
+    EXPECT_THROW((void)parseCommandLine({L"-help"}), UsageError);
+}
+
+TEST(CommandLine, SettingsAndOrdersAreMarked) {
+    EXPECT_FALSE(parseCommandLine({}).noSettings);
+    EXPECT_TRUE(parseCommandLine({L"--no-settings"}).noSettings);
+    EXPECT_FALSE(parseCommandLine({L"--every-form"}).ordersGiven);
+    EXPECT_TRUE(parseCommandLine({L"--orders", L"3"}).ordersGiven);
+}
+
 bool hasDecimalComma() {
     return std::string(std::localeconv()->decimal_point) == ",";
 }

@@ -15,9 +15,9 @@
 
 #include "control/Bandscope.h"
 #include "headless/HeadlessPlatform.h"
-#include "headless/IniText.h"
 #include "headless/Pixels.h"
 #include "headless/RecordingCanvas.h"
+#include "headless/TextIniSource.h"
 #include "util/Ini.h"
 #include "util/RuntimeError.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "headless/IniText.h"
+#include "headless/TextIniSource.h"
 #include "util/Utf8.h"
 
 namespace kv::util {
@@ -25,7 +25,7 @@ TEST(SettingTextTest, AValueIsQuotedOnlyWhenItWouldLoseSomethingAndIsReadBack) {
           Case{L"\"\"", L"\"\"\"\""}, Case{L"''", L"\"''\""}, Case{L"\"", L"\""}, Case{L"aba", L"aba"},
           Case{L"a=b", L"a=b"}, Case{L"; a", L"; a"}}) {
         EXPECT_EQ(AnySource::written(value), written);
-        const headless::IniText ini(L"[S]\r\nK=" + written + L"\r\n");
+        const util::IniText ini(L"[S]\r\nK=" + written + L"\r\n");
         EXPECT_EQ(ini.find(L"k", L"s"), value) << testing::PrintToString(value);
     }
 }

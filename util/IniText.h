@@ -1,4 +1,4 @@
-// INI files as texts in memory, read as the system's own calls read them.
+// The text of an INI file, read as the system's own calls read it.
 #pragma once
 
 #include <map>
@@ -7,9 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "util/Ini.h"
-
-namespace kv::headless {
+namespace kv::util {
 
 /// The settings of one INI file.
 ///
@@ -33,19 +31,4 @@ class IniText {
     std::map<std::pair<std::wstring, std::wstring>, std::wstring> values_;  // By folded section and key.
 };
 
-/// INI files held in memory.
-class TextIniSource : public util::IniSource {
-  public:
-    /// Makes `text` the content of the file at `path`, replacing what was there. Paths differ in more than case.
-    void setFile(std::wstring_view path, std::wstring_view text);
-
-    [[nodiscard]] std::optional<std::wstring> read(std::wstring_view key, std::wstring_view section,
-                                                   std::wstring_view file) override;
-    void write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
-               std::wstring_view value) override;
-
-  private:
-    std::map<std::wstring, IniText> files_;
-};
-
-}  // namespace kv::headless
+}  // namespace kv::util

@@ -1,11 +1,12 @@
-#include "headless/IniText.h"
+#include "util/IniText.h"
 
 #include <algorithm>
 #include <cstddef>
 
+#include "util/Ini.h"
 #include "util/Text.h"
 
-namespace kv::headless {
+namespace kv::util {
 
 namespace {
 
@@ -14,7 +15,7 @@ constexpr wchar_t kByteOrderMark = 0xFEFF;
 
 /// The form in which names of sections and keys are compared.
 std::wstring nameOf(std::wstring_view text) {
-    return util::foldCase(util::trimBlanks(text));
+    return foldCase(trimBlanks(text));
 }
 
 }  // namespace
@@ -25,7 +26,7 @@ IniText::IniText(std::wstring_view text) {
     std::optional<std::wstring> section;
     while (!text.empty()) {
         const std::size_t length = std::min(text.find_first_of(kLineEnds), text.size());
-        const std::wstring_view line = util::trimBlanks(text.substr(0, length));
+        const std::wstring_view line = trimBlanks(text.substr(0, length));
         text.remove_prefix(std::min(length + 1, text.size()));
         if (line.starts_with(L';'))
             continue;
@@ -39,8 +40,7 @@ IniText::IniText(std::wstring_view text) {
             continue;
         std::wstring key = nameOf(line.substr(0, equals));
         if (!key.empty()) {
-            values_.try_emplace({*section, std::move(key)},
-                                util::withoutQuotes(util::trimBlanks(line.substr(equals + 1))));
+            values_.try_emplace({*section, std::move(key)}, withoutQuotes(trimBlanks(line.substr(equals + 1))));
         }
     }
 }
@@ -56,20 +56,4 @@ void IniText::set(std::wstring_view key, std::wstring_view section, std::wstring
     values_.insert_or_assign({nameOf(section), nameOf(key)}, std::wstring(value));
 }
 
-void TextIniSource::setFile(std::wstring_view path, std::wstring_view text) {
-    files_.insert_or_assign(util::foldCase(path), IniText(text));
-}
-
-std::optional<std::wstring> TextIniSource::read(std::wstring_view key, std::wstring_view section,
-                                                std::wstring_view file) {
-    const auto found = files_.find(util::foldCase(file));
-    return found == files_.end() ? std::nullopt : found->second.find(key, section);
-}
-
-void TextIniSource::write(std::wstring_view key, std::wstring_view section, std::wstring_view file,
-                          std::wstring_view value) {
-    demandWritable(key, section, value);
-    files_[util::foldCase(file)].set(key, section, value);
-}
-
-}  // namespace kv::headless
+}  // namespace kv::util
