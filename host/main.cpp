@@ -1,9 +1,9 @@
 // BandscopeHost: opens a channel plan, computes its intermodulation products and shows both in the kvBandscope control.
 // It uses the control through its automation interface only.
 //
-// Exit codes: 0 success; 1 any other failure; 2 the command line is wrong or would give too many products or hits; 3 the
-// plan cannot be read; 4 the control is missing; 5 the picture, the list of hits or the report cannot be saved; 6 the
-// self-check has found a difference or a failure.
+// Exit codes: 0 success; 1 any other failure; 2 the command line is wrong or would give too many products or hits; 3
+// the plan cannot be read; 4 the control is missing; 5 the picture, the list of hits or the report cannot be saved; 6
+// the self-check has found a difference or a failure.
 #include <windows.h>
 
 #include <ole2.h>

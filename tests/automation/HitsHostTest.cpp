@@ -13,6 +13,7 @@
 
 #include "host/resource.h"
 #include "tests/automation/ChildProcess.h"
+#include "tests/automation/HostProcess.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Module.h"
 #include "tests/win32/TempFolder.h"
@@ -20,62 +21,18 @@
 namespace kv::test {
 namespace {
 
-constexpr DWORD kPatience = 60000;  // milliseconds
-
-std::wstring planPath(const wchar_t* name) {
-    const std::string root = KV_SOURCE_DIR;
-    std::wstring path = L"Z:" + std::wstring(root.begin(), root.end()) + L"/examples/plans/" + name;
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return path;
-}
-
 std::wstring hostCommand(const std::wstring& options) {
-    const std::wstring module = modulePath();
-    return L"\"" + module.substr(0, module.find_last_of(L'\\') + 1) + L"BandscopeHost.exe\" " + options;
+    return L"\"" + hostProgram() + L"\" " + options;
 }
 
 DWORD runHost(const std::wstring& options) {
     return ChildProcess(hostCommand(options + L" --quit")).wait();
 }
 
-bool waitFor(const std::function<bool()>& happened) {
-    const DWORD start = GetTickCount();
-    while (GetTickCount() - start < kPatience) {
-        if (happened())
-            return true;
-        Sleep(20);
-    }
-    return false;
-}
-
-struct Search {
-    DWORD process = 0;
-    std::wstring wanted;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK compareClass(HWND window, LPARAM parameter) {
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != search->process || !IsWindowVisible(window) || windowClass(window) != search->wanted)
-        return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
-BOOL CALLBACK compareName(HWND window, LPARAM parameter) {
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    if (windowText(window) != search->wanted)
-        return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
 TEST(HitsOfTheCommandLine, AreWrittenWithoutAUser) {
     const TempFolder folder(L"kv hits");
     const std::wstring file = folder.file(L"gmrs hits.csv");
-    EXPECT_EQ(runHost(L"--plan \"" + planPath(L"gmrs.csv") + L"\" --hits \"" + file + L"\""), 0U);
+    EXPECT_EQ(runHost(L"--plan \"" + samplePlan(L"gmrs.csv") + L"\" --hits \"" + file + L"\""), 0U);
     const std::string content = contentOf(file);
     EXPECT_THAT(content, testing::StartsWith("Receiver,Label,Product (MHz),Offset (kHz),Order,Formula,Power (dBm),"
                                              "Overlap (kHz)\r\n"));
@@ -88,7 +45,7 @@ TEST(HitsOfTheCommandLine, AreWrittenWithoutAUser) {
 TEST(HitsOfTheCommandLine, FollowOrdersAndRange) {
     const TempFolder folder(L"kv hits");
     const std::wstring file = folder.file(L"hits.csv");
-    const std::wstring plan = L"--plan \"" + planPath(L"gmrs.csv") + L"\" --hits \"" + file + L"\" ";
+    const std::wstring plan = L"--plan \"" + samplePlan(L"gmrs.csv") + L"\" --hits \"" + file + L"\" ";
     EXPECT_EQ(runHost(plan + L"--orders 2"), 0U);
     const std::string none = contentOf(file);
     EXPECT_EQ(std::count(none.begin(), none.end(), '\n'), 1) << "no hits: only the header";
@@ -100,7 +57,7 @@ TEST(HitsOfTheCommandLine, FollowOrdersAndRange) {
 
 TEST(HitsOfTheCommandLine, AFailureHasItsExitCodeAndLeavesNothing) {
     const TempFolder folder(L"kv hits");
-    const std::wstring plan = L"--plan \"" + planPath(L"gmrs.csv") + L"\" --hits ";
+    const std::wstring plan = L"--plan \"" + samplePlan(L"gmrs.csv") + L"\" --hits ";
     EXPECT_EQ(runHost(plan + L"\"" + folder.file(L"missing\\hits.csv") + L"\""), 5U);
     EXPECT_EQ(runHost(plan + L"\"" + folder.path() + L"\""), 5U) << "a folder";
     EXPECT_EQ(runHost(L"--hits \"" + folder.file(L"hits.csv") + L"\""), 2U) << "no plan";
@@ -118,15 +75,9 @@ class HitsHost : public testing::Test {
         ASSERT_TRUE(waitFor([this] { return (hits = window(L"BandscopeHits")) != nullptr; }));
         ASSERT_TRUE(waitForSummary(L"224 hits: 124 products overlap 7 of 22 receivers."));
     }
-    [[nodiscard]] HWND window(const wchar_t* className) const {
-        Search search{host.id(), className};
-        EnumWindows(&compareClass, reinterpret_cast<LPARAM>(&search));
-        return search.found;
-    }
+    [[nodiscard]] HWND window(const wchar_t* className) const { return windowOfClass(host.id(), className); }
     [[nodiscard]] HWND spectrum() const {
-        Search search{host.id(), L"picSpectrum"};
-        EnumChildWindows(main, &compareName, reinterpret_cast<LPARAM>(&search));
-        return search.found;
+        return findInner(main, [](HWND each) { return windowText(each) == L"picSpectrum"; });
     }
     [[nodiscard]] HWND list() const { return GetDlgItem(hits, IDC_HITS_LIST); }
     bool waitForSummary(const std::wstring& text) const {
@@ -165,7 +116,7 @@ class HitsHost : public testing::Test {
     }
     void choose(int id) const { SendMessageW(main, WM_COMMAND, static_cast<WPARAM>(id), 0); }
 
-    ChildProcess host{hostCommand(L"--plan \"" + planPath(L"gmrs.csv") + L"\"")};
+    ChildProcess host{hostCommand(L"--plan \"" + samplePlan(L"gmrs.csv") + L"\"")};
     HWND main = nullptr;
     HWND hits = nullptr;
 };

@@ -17,20 +17,17 @@ namespace {
 
 constexpr DWORD kPatience = 60000;  // milliseconds
 
-struct Search {
-    DWORD process = 0;
-    std::wstring windowClass;
+struct WindowSearch {
+    const std::function<bool(HWND)>& fits;
     HWND found = nullptr;
 };
 
-BOOL CALLBACK compareClass(HWND window, LPARAM parameter) {
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != search->process || !IsWindowVisible(window) || windowClass(window) != search->windowClass)
-        return TRUE;
-    search->found = window;
-    return FALSE;
+BOOL CALLBACK tryWindow(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<WindowSearch*>(parameter);
+    if (search.fits(window)) {
+        search.found = window;
+    }
+    return search.found == nullptr;
 }
 
 PROCESS_INFORMATION start(std::wstring command, HANDLE output, HANDLE error) {
@@ -91,6 +88,27 @@ class RemoteText {
 
 }  // namespace
 
+HWND findWindow(DWORD process, const std::function<bool(HWND)>& fits) {
+    const std::function<bool(HWND)> isOfProcess = [&](HWND window) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        return owner == process && IsWindowVisible(window) && fits(window);
+    };
+    WindowSearch search{isOfProcess};
+    EnumWindows(&tryWindow, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+HWND windowOfClass(DWORD process, const std::wstring& name) {
+    return findWindow(process, [&](HWND window) { return windowClass(window) == name; });
+}
+
+HWND findInner(HWND parent, const std::function<bool(HWND)>& fits) {
+    WindowSearch search{fits};
+    EnumChildWindows(parent, &tryWindow, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 bool waitFor(const std::function<bool()>& happened) {
     const DWORD begin = GetTickCount();
     while (GetTickCount() - begin < kPatience) {
@@ -141,9 +159,7 @@ HostProcess::~HostProcess() {
 }
 
 HWND HostProcess::windowOfClass(const wchar_t* name) const {
-    Search search{id_, name};
-    EnumWindows(&compareClass, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    return test::windowOfClass(id_, name);
 }
 
 std::wstring HostProcess::title() const {

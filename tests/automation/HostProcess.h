@@ -11,6 +11,12 @@ namespace kv::test {
 
 /// Asks until the answer is yes, for at most a minute.
 bool waitFor(const std::function<bool()>& happened);
+/// A visible window of a process for which `fits` is true; null without one.
+[[nodiscard]] HWND findWindow(DWORD process, const std::function<bool(HWND)>& fits);
+[[nodiscard]] HWND windowOfClass(DWORD process, const std::wstring& name);
+/// A window inside of `parent`; null without one.
+[[nodiscard]] HWND findInner(HWND parent, const std::function<bool(HWND)>& fits);
+
 [[nodiscard]] std::wstring hostProgram();
 [[nodiscard]] std::wstring samplePlan(const std::wstring& name);
 

@@ -7,6 +7,7 @@
 
 #include "host/resource.h"
 #include "tests/automation/ChildProcess.h"
+#include "tests/automation/HostProcess.h"
 #include "tests/automation/MessageBoxes.h"
 #include "tests/automation/Module.h"
 #include "tests/automation/OtherClipboard.h"
@@ -16,65 +17,10 @@
 namespace kv::test {
 namespace {
 
-constexpr DWORD kPatience = 60000;  // milliseconds
 constexpr wchar_t kReportTitle[] = L"Mouse Information";
 
-std::wstring planPath() {
-    const std::string root = KV_SOURCE_DIR;
-    std::wstring path = L"Z:" + std::wstring(root.begin(), root.end()) + L"/examples/plans/gmrs.csv";
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return path;
-}
-
 std::wstring hostCommand(const std::wstring& picture) {
-    const std::wstring module = modulePath();
-    const std::wstring folder = module.substr(0, module.find_last_of(L'\\') + 1);
-    return L"\"" + folder + L"BandscopeHost.exe\" --plan \"" + planPath() + L"\" --save \"" + picture + L"\"";
-}
-
-struct Search {
-    DWORD process = 0;
-    std::wstring title;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK compareTitle(HWND window, LPARAM parameter) {
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != search->process || !IsWindowVisible(window) ||
-        windowText(window).find(search->title) == std::wstring::npos)
-        return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
-bool waitFor(const std::function<bool()>& happened) {
-    const DWORD start = GetTickCount();
-    while (GetTickCount() - start < kPatience) {
-        if (happened())
-            return true;
-        Sleep(20);
-    }
-    return false;
-}
-
-BOOL CALLBACK compareName(HWND window, LPARAM parameter) {
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    if (windowText(window) != search->title)
-        return TRUE;
-    search->found = window;
-    return FALSE;
-}
-
-BOOL CALLBACK compareClass(HWND window, LPARAM parameter) {
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != search->process || !IsWindowVisible(window) || windowClass(window) != search->title)
-        return TRUE;
-    search->found = window;
-    return FALSE;
+    return L"\"" + hostProgram() + L"\" --plan \"" + samplePlan(L"gmrs.csv") + L"\" --save \"" + picture + L"\"";
 }
 
 int countDifferent(const Picture& a, const Picture& b) {
@@ -102,9 +48,7 @@ class SampleHost : public testing::Test {
         ASSERT_TRUE(waitFor([this] { return (main = window(L"BandscopeHost")) != nullptr && fileExists(picture); }));
     }
     [[nodiscard]] HWND window(const wchar_t* title) const {
-        Search search{host.id(), title};
-        EnumWindows(&compareTitle, reinterpret_cast<LPARAM>(&search));
-        return search.found;
+        return findWindow(host.id(), [&](HWND each) { return windowText(each).find(title) != std::wstring::npos; });
     }
     [[nodiscard]] HWND report() const { return window(kReportTitle); }
     [[nodiscard]] bool waitForReport(bool open) const {
@@ -112,9 +56,7 @@ class SampleHost : public testing::Test {
     }
     void choose(int command) const { SendMessageW(main, WM_COMMAND, static_cast<WPARAM>(command), 0); }
     [[nodiscard]] HWND inside(const wchar_t* name) const {
-        Search search{host.id(), name};
-        EnumChildWindows(main, &compareName, reinterpret_cast<LPARAM>(&search));
-        return search.found;
+        return findInner(main, [&](HWND each) { return windowText(each) == name; });
     }
     [[nodiscard]] std::wstring reportedText() const {
         const HWND edit = FindWindowExW(report(), nullptr, L"EDIT", nullptr);
@@ -125,11 +67,7 @@ class SampleHost : public testing::Test {
     }
 
     /// The dialog or message box that the host shows; null without one.
-    [[nodiscard]] HWND dialog() const {
-        Search search{host.id(), L"#32770"};
-        EnumWindows(&compareClass, reinterpret_cast<LPARAM>(&search));
-        return search.found;
-    }
+    [[nodiscard]] HWND dialog() const { return windowOfClass(host.id(), L"#32770"); }
     [[nodiscard]] HWND waitForDialog() const {
         HWND found = nullptr;
         EXPECT_TRUE(waitFor([&] { return (found = dialog()) != nullptr; }));
@@ -143,12 +81,12 @@ class SampleHost : public testing::Test {
     void openPlan(const std::wstring& path) const {
         PostMessageW(main, WM_COMMAND, IDC_OPEN, 0);
         const HWND question = waitForDialog();
-        Search name{host.id(), L"Edit"};
+        HWND name = nullptr;
         EXPECT_TRUE(waitFor([&] {
-            EnumChildWindows(question, &compareClass, reinterpret_cast<LPARAM>(&name));
-            return name.found != nullptr;
+            name = findInner(question, [](HWND each) { return windowClass(each) == L"Edit" && IsWindowVisible(each); });
+            return name != nullptr;
         }));
-        SendMessageW(name.found, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+        SendMessageW(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
         closeDialog(question);
     }
 

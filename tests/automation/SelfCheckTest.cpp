@@ -39,6 +39,8 @@ std::wstring variable(const wchar_t* name) {
 class SelfCheck : public testing::Test {
   protected:
     void SetUp() override {
+        // The prefix may be one in which the control was registered to be used.
+        ASSERT_EQ(exported<ExportedFunction>("DllUnregisterServer")(), S_OK);
         for (const wchar_t* folder : {L"plans", L"pictures"})
             ASSERT_TRUE(CreateDirectoryW(temp.file(folder).c_str(), nullptr));
         for (const wchar_t* file : {L"BandscopeHost.exe", L"kvBandscope.ocx", L"kvBandscope.manifest",
@@ -222,7 +224,7 @@ TEST_F(SelfCheck, ARegisteredControlIsNamedAndCreated) {
     EXPECT_EQ(run(), kDiffersOrFailed);
     const std::wstring path = modulePath();
     const std::string module(path.begin(), path.end());
-    EXPECT_THAT(report, HasSubstr("{3C676CE2-05C1-42D9-9D9B-E86519090CF2}, " + module + ", version 1.0.0.0"));
+    EXPECT_THAT(report, HasSubstr("{3C676CE2-05C1-42D9-9D9B-E86519090CF2}, " + module + ", version "));
     EXPECT_THAT(report, HasSubstr("passed             Creation by the registered name: " + module));
     EXPECT_THAT(report, HasSubstr("failed             Creation from the file beside the program: "));
 }
