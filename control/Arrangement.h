@@ -11,8 +11,8 @@ inline constexpr double kPanelMargin = 60.0;
 /// Arranges a new control at its start size.
 void arrangeParts(Children& ui);
 
-/// Places the read-outs of the pointer in a panel of that width (twips). In a wide panel they are large and to the right
-/// of all other parts; otherwise they are in the left column. The other parts never move.
+/// Places the read-outs of the pointer in a panel of that width (twips). In a wide panel they are large and to the
+/// right of all other parts; otherwise they are in the left column. The other parts never move.
 void placeReadouts(Children& ui, double panelWidth);
 
 }  // namespace kv::control

@@ -36,9 +36,9 @@ struct CommandLine {
     std::wstring hitsFile;                      ///< the list of hits is saved here as CSV; empty: not saved
     std::optional<SelfCheckOptions> selfCheck;  ///< the program checks the control instead of opening its window
     bool quit = false;                          ///< the program ends when all is done and never waits for the user
-    bool ordersGiven = false;                   ///< the command line has the orders, so that remembered ones do not count
-    bool noSettings = false;                    ///< settings are neither read nor written; the same with quit
-    bool help = false;                          ///< only the description of the options is wanted
+    bool ordersGiven = false;  ///< the command line has the orders, so that remembered ones do not count
+    bool noSettings = false;   ///< settings are neither read nor written; the same with quit
+    bool help = false;         ///< only the description of the options is wanted
 };
 
 struct UsageError {
