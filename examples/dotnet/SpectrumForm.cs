@@ -38,7 +38,8 @@ sealed class SpectrumForm : Form
         scope.AddTXChnl(channel);
         FreqSlot product = new FreqSlot
         {
-            sKey = "TXIM1", sLabel = "Intermod Product [third order product] 2A-B", dFreq = 462.6, dBW = 24,
+            sKey = "TXIM1", sLabel = "Intermod Product [third order product] 2A-B", dFreq = 462.6,
+            dBW = 24,                       // kHz; the box is twice as wide
             dPwrDBM = 10, lColor = 0x5AA0E3
         };
         product.nIMComps = 2;               // set the number of components first

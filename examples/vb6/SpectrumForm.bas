@@ -28,7 +28,7 @@ Private Sub AddProduct()
     product.sKey = "TXIM1"
     product.sLabel = "Intermod Product [third order product] 2A-B"
     product.dFreq = 462.6
-    product.dBW = 24
+    product.dBW = 24                                ' kHz; the box is twice as wide
     product.dPwrDBM = 10
     product.lColor = RGB(227, 160, 90)
     product.nIMComps = 2                            ' set the number of components first
