@@ -116,6 +116,17 @@ bool asksForHelp(const std::wstring& argument) {
     return argument == L"--help" || argument == L"-h" || argument == L"/?";
 }
 
+/// Throws UsageError for options that make no sense together.
+void refuseContradictions(const CommandLine& line) {
+    if (!line.hitsFile.empty() && line.planFile.empty()) {
+        throw UsageError{L"--hits needs a plan: add --plan FILE."};
+    }
+    if (line.selfCheck && (!line.planFile.empty() || line.range || line.size || !line.saveFile.empty())) {
+        throw UsageError{
+            L"--self-check opens no plan and saves no picture, so it allows none of the options for them."};
+    }
+}
+
 }  // namespace
 
 CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
@@ -157,13 +168,7 @@ CommandLine parseCommandLine(const std::vector<std::wstring>& arguments) {
             throw UsageError{inQuotes(option) + L" is not an option of this program."};
         }
     }
-    if (!result.hitsFile.empty() && result.planFile.empty()) {
-        throw UsageError{L"--hits needs a plan: add --plan FILE."};
-    }
-    if (result.selfCheck && (!result.planFile.empty() || result.range || result.size || !result.saveFile.empty())) {
-        throw UsageError{
-            L"--self-check opens no plan and saves no picture, so it allows none of the options for them."};
-    }
+    refuseContradictions(result);
     if (result.range) {
         result.products.lowestHz = std::llround(result.range->lowest * 1e6);
         result.products.highestHz = std::llround(result.range->highest * 1e6);
