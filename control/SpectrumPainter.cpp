@@ -156,9 +156,30 @@ void SpectrumPainter::paintGrid(double minFreq, double maxFreq, double minPwr, d
     }
 }
 
+// Text takes longer than all the rest of a drawing with few channels.
 void SpectrumPainter::DrawFreqLbls() {
-    strip_.cls();
-    paintFreqLbls({});
+    strip_.setFontSize(kLabelPoints);
+    const bool areCurrent = drawnLabels_ && *drawnLabels_ == labelSource();
+    if (!areCurrent) {
+        drawnLabels_.reset();
+        strip_.cls();
+    }
+    paintFreqLbls({.picture = true, .labels = !areCurrent});
+    drawnLabels_ = labelSource();
+}
+
+SpectrumPainter::LabelSource SpectrumPainter::labelSource() {
+    const formenv::Platform& platform = strip_.platform();
+    return {{range_.DisplayMinFreq(), range_.DisplayMaxFreq()},
+            range_.nGridX(),
+            {picture_.left(), picture_.top(), picture_.width(), picture_.height()},
+            strip_.scale(),
+            strip_.pixelSize(),
+            platform.dpi(),
+            strip_.font(),
+            platform.resolve(strip_.foreColor()),
+            platform.resolve(strip_.backColor()),
+            strip_.changes()};
 }
 
 void SpectrumPainter::paintFreqLbls(const Parts& parts) {

@@ -2,6 +2,7 @@
 // picture box turns them into pixels.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -71,7 +72,7 @@ class SpectrumPainter {
 
     /// The grid lines over what is there. False without a range, which draws nothing.
     bool DrawGrid();
-    /// The frequency labels with their ticks, in place of earlier labels.
+    /// The frequency labels with their ticks, in place of earlier labels. Labels that would be the same stay.
     void DrawFreqLbls();
     /// Power axis, legend and labels, as far as they are switched on, over the channels and the grid that were drawn
     /// since the picture was cleared. The marks are removed before. Reads channels of the host's own classes.
@@ -120,6 +121,20 @@ class SpectrumPainter {
         std::uint64_t rx = 0;
         friend bool operator==(const Source&, const Source&) = default;
     };
+    /// What the labels on the strip are drawn from. Equal sources give equal labels.
+    struct LabelSource {
+        std::pair<double, double> span;  ///< MHz
+        std::int16_t divisions = 0;
+        std::array<double, 4> picture{};  ///< left, top, width and height, twips
+        raster::UserScale scale;          ///< the strip's
+        raster::PixelSize pixels;
+        int dpi = 0;
+        raster::Font font;
+        raster::Rgb color = 0;
+        raster::Rgb background = 0;
+        std::uint64_t changes = 0;  ///< of the strip
+        friend bool operator==(const LabelSource&, const LabelSource&) = default;
+    };
     /// Strokes on the picture and on the strip.
     using Strokes = std::pair<std::uint64_t, std::uint64_t>;
 
@@ -127,6 +142,7 @@ class SpectrumPainter {
     std::optional<Source> source(const Cursor& cursor);
     [[nodiscard]] Strokes strokes() const noexcept { return {picture_.changes(), strip_.changes()}; }
     void paintGrid(double minFreq, double maxFreq, double minPwr, double maxPwr);
+    LabelSource labelSource();
     void paintFreqLbls(const Parts& parts);
     void drawFreqLabel(double x);
     std::optional<PaintedView> paintable(channels::ChannelKind kind, bool refreshes);
@@ -159,7 +175,8 @@ class SpectrumPainter {
     std::optional<Source> drawing_;                                                     ///< of the running drawing
     std::optional<Source> drawn_;  ///< of the picture, as long as there were no strokes since
     Strokes drawnStrokes_;
-    std::int32_t nMany_ = 400;  ///< from here on painting all at once is faster
+    std::optional<LabelSource> drawnLabels_;  ///< of the labels on the strip, if they are complete
+    std::int32_t nMany_ = 400;                ///< from here on painting all at once is faster
 };
 
 }  // namespace kv::control

@@ -110,7 +110,10 @@ class PictureBox : public Widget {
     void showHeldBack();
 
     /// A canvas to draw on instead of the kept picture, or nullptr: for tests that read the strokes.
-    void divert(raster::Canvas* canvas) noexcept { diverted_ = canvas; }
+    void divert(raster::Canvas* canvas) noexcept {
+        diverted_ = canvas;
+        ++changes_;  // what is on it is not known
+    }
 
   protected:
     void placed() override;

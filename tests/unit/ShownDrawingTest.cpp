@@ -56,11 +56,19 @@ class ShownDrawingTest : public ScopeTest {
 
 TEST_F(ShownDrawingTest, EachWindowIsPaintedOnceWithTheWholePicture) {
     channel->fields().dPwrDBM = 30.0;
+    scope.setNGridX(6);
     scope.DrawDisplay();
     EXPECT_EQ(spectrum.paints, 1);
     EXPECT_EQ(labels.paints, 1);
     EXPECT_TRUE(spectrum.shown == pixelsOf(ui.picSpectrum));
     EXPECT_TRUE(labels.shown == pixelsOf(ui.picUnits));
+}
+
+TEST_F(ShownDrawingTest, LabelsThatStayTheSameAreNotPainted) {
+    channel->fields().dPwrDBM = 30.0;
+    scope.DrawDisplay();
+    EXPECT_EQ(spectrum.paints, 1);
+    EXPECT_EQ(labels.paints, 0);
 }
 
 TEST_F(ShownDrawingTest, WhatAnEventDrawsBetweenTheStepsIsShownAtOnce) {
