@@ -126,7 +126,7 @@ class Row {
 
 constexpr std::size_t kColumnCount = 7;
 
-FreqSlotRef channelOf(const Row& row) {
+FreqSlotRef channelFrom(const Row& row) {
     const util::Ref<channels::FreqSlotBase> record = makeFreqSlot();
     FreqSlotFields& fields = record->fields();
     row.read(0, fields.sKey);
@@ -149,7 +149,7 @@ std::vector<FreqSlotRef> fromRows(const wchar_t* member, const Elements& rows) {
     std::vector<FreqSlotRef> result;
     result.reserve(rows.count(1));
     for (std::size_t row = 0; row < rows.count(1); ++row)
-        result.push_back(channelOf(Row(rows, row, member)));
+        result.push_back(channelFrom(Row(rows, row, member)));
     return result;
 }
 

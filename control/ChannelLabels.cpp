@@ -12,7 +12,7 @@ using channels::FreqSlotRef;
 namespace {
 
 constexpr int kRows = 3;                // that a label moves at most
-constexpr int kGap = 1;                 // pixels at 96 dots per inch, between rows and above a box
+constexpr int kLabelGap = 1;            // pixels at 96 dots per inch, between rows and above a box
 constexpr int kSideGap = 3;             // the same, between labels side by side
 constexpr std::size_t kMost = 128;      // boxes that are considered, so that time does not grow with the width
 constexpr std::size_t kLongest = 1000;  // characters; a longer label does not fit into any picture
@@ -75,7 +75,7 @@ std::wstring labelOf(channels::FreqSlot& channel) {
 ChannelLabels::ChannelLabels(const BoxTops& tops, const channels::ChannelStore& store, OverlayInk& ink, int firstColumn,
                              std::vector<raster::PixelRect> taken)
     : picture_(ink.size()),
-      gap_(ink.scaled(kGap)),
+      gap_(ink.scaled(kLabelGap)),
       sideGap_(ink.scaled(kSideGap)),
       firstColumn_(firstColumn),
       taken_(std::move(taken)) {

@@ -15,8 +15,8 @@ using channels::GroupCounts;
 namespace {
 
 // Pixels at 96 dots per inch.
-constexpr int kMargin = 6;   // from the picture's edge
-constexpr int kPadding = 5;  // from the frame to what is in it
+constexpr int kLegendMargin = 6;  // from the picture's edge
+constexpr int kPadding = 5;       // from the frame to what is in it
 constexpr int kColumnGap = 6;
 constexpr int kLineGap = 2;
 constexpr int kSwatch = 9;
@@ -85,7 +85,7 @@ Legend::Legend(std::vector<Row> rows, OverlayInk& ink) : rows_(std::move(rows)) 
     const int width = 2 * padding + ink.scaled(kSwatch) + 2 * gap + nameWidth + countWidth;
     const int lines = static_cast<int>(rows_.size());
     const int height = 2 * padding + lines * (textHeight_ + ink.scaled(kLineGap)) - ink.scaled(kLineGap);
-    const int margin = ink.scaled(kMargin);
+    const int margin = ink.scaled(kLegendMargin);
     const raster::PixelSize picture = ink.size();
     if (height > (picture.height - margin) / 2 || width > (picture.width - margin) * 2 / 5)
         return;

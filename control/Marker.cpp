@@ -17,7 +17,7 @@ struct Unit {
 };
 constexpr std::array<Unit, 3> kUnits{{{L" MHz", 1.0}, {L" kHz", 1e3}, {L" Hz", 1e6}}};
 constexpr int kMostDecimals = 9;
-constexpr int kGap = 4;  // pixels between the line and its read-out, at 96 dots per inch
+constexpr int kReadOutGap = 4;  // pixels between the line and its read-out, at 96 dots per inch
 
 /// Decimals of a unit in which one pixel is `resolution`.
 int decimalsFor(double resolution) {
@@ -81,7 +81,7 @@ void Marker::placeReadout() {
     formenv::Platform& platform = picture_.platform();
     const int dpi = platform.dpi();
     const raster::PixelSize text = platform.textSize(readout_.caption(), readout_.font());
-    const int gap = raster::twipsToPixels(kGap * raster::kTwipsPerInch / 96.0, dpi);
+    const int gap = raster::twipsToPixels(kReadOutGap * raster::kTwipsPerInch / 96.0, dpi);
     const int width = text.width + 2 * gap;
     const int room = picture_.pixelSize().width - width;
     const int line = picture_.pixelX(frequency_);

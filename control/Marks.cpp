@@ -10,7 +10,7 @@ using raster::FillStyle;
 
 namespace {
 
-constexpr int kDash = 4;  // pixels
+constexpr int kMarkerDash = 4;  // pixels
 
 }  // namespace
 
@@ -92,7 +92,7 @@ void Marks::strokeDashes(const Stroked& marker) {
     const int bottom = std::max(marker.from.y, marker.to.y);
     // Nothing shows outside of the picture, however long the line is.
     const int last = std::min(bottom, picture_.pixelSize().height);
-    const int dash = std::max(1, raster::toNearestPixel(kDash * scale_));
+    const int dash = std::max(1, raster::toNearestPixel(kMarkerDash * scale_));
     for (int y = std::max(top, 0); y < last; y += 2 * dash) {
         picture_.strokeLine({marker.from.x, y}, {marker.from.x, std::min(y + dash, last)}, {marker.color, 1},
                             DrawMode::NotXorPen);

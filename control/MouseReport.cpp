@@ -19,7 +19,7 @@ constexpr wchar_t kIndented[] = L"\r\n     ";
 // The columns of a component's line: " +2x" and "  462.56250"; longer ones push the rest to the right.
 constexpr std::size_t kCoefficientWidth = 4;
 constexpr std::size_t kFrequencyWidth = 11;
-constexpr wchar_t kGap[] = L"  ";
+constexpr wchar_t kTermGap[] = L"  ";
 
 std::wstring rightAligned(std::wstring text, std::size_t width) {
     if (text.size() < width)
@@ -30,9 +30,9 @@ std::wstring rightAligned(std::wstring text, std::size_t width) {
 std::wstring componentText(const channels::ImComponent& component) {
     const std::wstring term = (component.coefficient < 0 ? L"-" : L"+") +
                               std::to_wstring(std::abs(static_cast<int>(component.coefficient))) + L"x";
-    std::wstring text = rightAligned(term, kCoefficientWidth) + kGap +
+    std::wstring text = rightAligned(term, kCoefficientWidth) + kTermGap +
                         rightAligned(util::formatNumber(component.frequency, L"##0.00000"), kFrequencyWidth);
-    return component.label.empty() ? text : text + kGap + component.label;
+    return component.label.empty() ? text : text + kTermGap + component.label;
 }
 
 }  // namespace

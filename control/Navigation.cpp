@@ -15,7 +15,7 @@ namespace {
 constexpr int kNotch = 120;
 constexpr double kZoom = 1.25;
 constexpr double kFineZoom = 1.05;
-constexpr int kLeastDrag = 3;  // pixels
+constexpr int kLeastPan = 3;  // pixels
 
 }  // namespace
 
@@ -66,7 +66,7 @@ void Navigation::scaleMoved(int buttons, double x) {
         return;
     }
     const double twips = x - pan_->from;
-    if (!pan_->moved && std::abs(twips) < raster::pixelsToTwips(kLeastDrag, picture_.platform().dpi()))
+    if (!pan_->moved && std::abs(twips) < raster::pixelsToTwips(kLeastPan, picture_.platform().dpi()))
         return;
     const double center = pan_->center - twips * picture_.scaleWidth() / picture_.width();
     if (!(center > 0.0))

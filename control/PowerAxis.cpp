@@ -11,9 +11,9 @@ namespace kv::control {
 namespace {
 
 constexpr int kLineHeights = 2;      // from one line to the next, at least
-constexpr int kMargin = 3;           // pixels at 96 dots per inch, left of the labels
-constexpr int kDash = 1;             // pixels at 96 dots per inch
-constexpr int kGap = 3;              // the same
+constexpr int kAxisMargin = 3;       // pixels at 96 dots per inch, left of the labels
+constexpr int kAxisDash = 1;         // pixels at 96 dots per inch
+constexpr int kAxisGap = 3;          // the same
 constexpr double kClosest = 1e-12;   // a span below this share of its powers has no numbers of its own
 constexpr double kFixedBelow = 1e7;  // dBm; other numbers are written with an exponent
 constexpr double kFixedFrom = 1e-4;  // dBm
@@ -94,7 +94,7 @@ void PowerAxis::addLines(const raster::PixelMap& map) {
 
 void PowerAxis::placeLabels(OverlayInk& ink) {
     const int height = ink.size().height;
-    const int left = ink.scaled(kMargin);
+    const int left = ink.scaled(kAxisMargin);
     bool hasUnit = false;
     for (auto line = lines_.rbegin(); line != lines_.rend(); ++line) {
         std::wstring text = hasUnit ? line->text : line->text + std::wstring(kUnit);
@@ -122,8 +122,8 @@ int PowerAxis::right() const noexcept {
 }
 
 void PowerAxis::drawLines(OverlayInk& ink) const {
-    const int dash = ink.scaled(kDash);
-    const int period = dash + ink.scaled(kGap);
+    const int dash = ink.scaled(kAxisDash);
+    const int period = dash + ink.scaled(kAxisGap);
     const int width = ink.size().width;
     for (const Line& line : lines_) {
         for (int x = 0; x < width; x += period)

@@ -9,7 +9,7 @@ namespace {
 
 constexpr wchar_t kReportCaption[] = L"Mouse Information";
 // A channel counts as under the pointer from this distance on, so that one of a pixel's width can be hit.
-constexpr double kReach = 1.5;  // pixels
+constexpr double kReportReach = 1.5;  // pixels
 
 }  // namespace
 
@@ -66,7 +66,7 @@ void ReportWindow::close() noexcept {
 
 void ReportWindow::BuildMouseReport(double x, const std::wstring& location) {
     util::reported(services_.errors, L"BuildMouseReport", [&](util::Step& step) {
-        const double reach = kReach * picture_.scaleWidth() / picture_.pixelSize().width;
+        const double reach = kReportReach * picture_.scaleWidth() / picture_.pixelSize().width;
         step = 200;
         report_.begin(location);
         for (const channels::ChannelKind kind : {channels::ChannelKind::RX, channels::ChannelKind::TX}) {

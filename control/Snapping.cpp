@@ -8,13 +8,13 @@ namespace kv::control {
 
 namespace {
 
-constexpr int kReach = 6;  // pixels
+constexpr int kSnapReach = 6;  // pixels
 
 }  // namespace
 
 template <class IsAllowed>
 double Snapping::nearest(double frequency, IsAllowed&& isAllowed) const {
-    const double reach = std::abs(picture_.scaleWidth()) * kReach / std::max(picture_.pixelSize().width, 1);
+    const double reach = std::abs(picture_.scaleWidth()) * kSnapReach / std::max(picture_.pixelSize().width, 1);
     double found = frequency;
     double distance = reach;
     const auto consider = [&](double candidate) {

@@ -8,7 +8,7 @@
 
 #include "channels/ChannelIndex.h"
 #include "control/Bandscope.h"
-#include "util/RuntimeError.h"
+#include "control/Refuse.h"
 
 namespace kv::control {
 
@@ -22,10 +22,6 @@ std::wstring text(double value) {
     std::array<char, 32> digits{};
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     return {digits.data(), written.ptr};
-}
-
-[[noreturn]] void refuse(const std::wstring& why) {
-    throw util::RuntimeError(util::error_number::kInvalidProcedureCall, why);
 }
 
 }  // namespace

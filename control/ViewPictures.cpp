@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "control/Bandscope.h"
+#include "control/Refuse.h"
 #include "util/Bmp.h"
 #include "util/NumberFormat.h"
 #include "util/RuntimeError.h"
@@ -24,10 +25,6 @@ constexpr int kMostDpi = 2400;
 constexpr int kLeastSpectrum = 16;  // pixels each way
 // Metafiles keep coordinates up to this in 16 bits.
 constexpr int kMostUnits = 32000;
-
-[[noreturn]] void refuse(const std::wstring& why) {
-    throw RuntimeError(util::error_number::kInvalidProcedureCall, why);
-}
 
 std::wstring text(PixelSize size) {
     return std::to_wstring(size.width) + L" x " + std::to_wstring(size.height);

@@ -22,7 +22,7 @@ constexpr wchar_t kSection[] = L"CONFIG";
 // All in twips.
 constexpr double kFarthest = 1'000'000.0;  // beyond every desktop
 constexpr double kLeastWidth = 2400.0;
-constexpr double kLeastHeight = 1500.0;
+constexpr double kLeastFormHeight = 1500.0;
 constexpr double kTitleHeight = 450.0;
 // The part of the title bar that has to be visible so that the user can drag it: more than its buttons need.
 constexpr double kGripWidth = 3000.0;
@@ -186,7 +186,7 @@ Place placeToRestore(const Place& design, const PlacementStore& store, std::intp
         return design;
     Place place = design;
     place.width = size(given.width, L"Width", kLeastWidth).value_or(design.width);
-    place.height = size(given.height, L"Height", kLeastHeight).value_or(design.height);
+    place.height = size(given.height, L"Height", kLeastFormHeight).value_or(design.height);
     place = screens.bounded(place);
     const Place home = screens.home(owner);
     const std::optional<double> left = position(given.left, L"Left");

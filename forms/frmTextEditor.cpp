@@ -26,7 +26,7 @@ constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 // The design, twips.
 constexpr double kWidth = 7050.0;
 constexpr double kHeight = 4500.0;
-constexpr double kLeastHeight = 2400.0;
+constexpr double kLeastEditorHeight = 2400.0;
 constexpr double kMargin = 120.0;
 constexpr double kGap = 90.0;
 constexpr double kButtonWidth = 1095.0;
@@ -157,7 +157,7 @@ void frmTextEditor::setLeastSize() {
         if (child != &txtEdit && child->visible())
             right = std::max(right, child->left() + child->width());
     }
-    form_.setLeastSize(right + kMargin + platform_.formBorder().width, kLeastHeight);
+    form_.setLeastSize(right + kMargin + platform_.formBorder().width, kLeastEditorHeight);
 }
 
 void frmTextEditor::ClearChange() noexcept {

@@ -30,7 +30,7 @@ std::string number(double value) {
     return {digits.data(), result.ptr};
 }
 
-std::string pair(int x, int y) {
+std::string point(int x, int y) {
     return std::to_string(x) + ',' + std::to_string(y);
 }
 
@@ -74,13 +74,13 @@ void RecordingCanvas::clear(raster::Rgb color) {
 
 void RecordingCanvas::line(raster::PixelPoint from, raster::PixelPoint to, const raster::Pen& pen,
                            raster::DrawMode mode) {
-    lines_.push_back("line " + pair(from.x, from.y) + ' ' + pair(to.x, to.y) + ' ' + penText(pen) + ' ' +
+    lines_.push_back("line " + point(from.x, from.y) + ' ' + point(to.x, to.y) + ' ' + penText(pen) + ' ' +
                      modeText(mode));
 }
 
 void RecordingCanvas::rectangle(raster::PixelRect box, const raster::Pen& pen, const raster::Brush& brush,
                                 raster::DrawMode mode) {
-    lines_.push_back("rectangle " + pair(box.left, box.top) + ' ' + pair(box.right, box.bottom) + ' ' + penText(pen) +
+    lines_.push_back("rectangle " + point(box.left, box.top) + ' ' + point(box.right, box.bottom) + ' ' + penText(pen) +
                      " brush " + std::to_string(static_cast<int>(brush.style)) + ' ' + colorText(brush.color) + ' ' +
                      modeText(mode));
 }
@@ -92,7 +92,7 @@ raster::PixelSize RecordingCanvas::textSize(std::wstring_view text, const raster
 }
 
 void RecordingCanvas::text(raster::PixelPoint at, std::wstring_view text, const raster::Font& font, raster::Rgb color) {
-    lines_.push_back("text " + pair(at.x, at.y) + ' ' + quoted(text) + " font " + quoted(font.face) + ' ' +
+    lines_.push_back("text " + point(at.x, at.y) + ' ' + quoted(text) + " font " + quoted(font.face) + ' ' +
                      number(font.points) + (font.bold ? " bold" : "") + " color " + colorText(color));
 }
 

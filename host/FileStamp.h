@@ -1,4 +1,4 @@
-// By what a change of a file is noticed.
+// Whether files exist, where they are, and by what their changes are noticed.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +13,9 @@ struct FileStamp {
 
     bool operator==(const FileStamp&) const = default;
 };
+
+/// Whether there is a file or a folder.
+[[nodiscard]] bool exists(const std::wstring& path);
 
 /// Nothing if there is no such file.
 [[nodiscard]] std::optional<FileStamp> stampOf(const std::wstring& path);

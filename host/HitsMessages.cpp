@@ -9,7 +9,7 @@ namespace kv::host {
 
 namespace {
 
-constexpr DWORD kStepMilliseconds = 30;
+constexpr DWORD kFindingMilliseconds = 30;
 
 }  // namespace
 
@@ -40,7 +40,7 @@ void HitsWindow::guarded(Work work) noexcept {
 void HitsWindow::continueFinding() noexcept {
     guarded([this] {
         const DWORD start = GetTickCount();
-        while (finder_->step() == HitFinder::State::kFinding && GetTickCount() - start < kStepMilliseconds) {
+        while (finder_->step() == HitFinder::State::kFinding && GetTickCount() - start < kFindingMilliseconds) {
         }
         const bool first = rows_->size() == 0;
         rows_->extend();

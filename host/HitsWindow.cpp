@@ -11,7 +11,7 @@ namespace kv::host {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"BandscopeHits";
+constexpr wchar_t kHitsClass[] = L"BandscopeHits";
 constexpr DWORD kStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX | WS_CLIPCHILDREN;
 
 }  // namespace
@@ -42,9 +42,9 @@ void HitsWindow::create(HWND ownerWindow) {
     windowClass.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(IDI_BANDSCOPE));
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
-    windowClass.lpszClassName = kClass;
+    windowClass.lpszClassName = kHitsClass;
     RegisterClassExW(&windowClass);
-    window_ = CreateWindowExW(0, kClass, L"Hits", kStyle, 0, 0, 0, 0, ownerWindow, nullptr, instance, nullptr);
+    window_ = CreateWindowExW(0, kHitsClass, L"Hits", kStyle, 0, 0, 0, 0, ownerWindow, nullptr, instance, nullptr);
     if (window_ == nullptr) {
         throw Failure{kExitOther, L"The window with the hits could not be created."};
     }

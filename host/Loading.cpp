@@ -10,7 +10,7 @@ namespace kv::host {
 namespace {
 
 constexpr std::uint64_t kMostCombinations = 2'000'000;
-constexpr DWORD kStepMilliseconds = 30;
+constexpr DWORD kLoadingMilliseconds = 30;
 
 // Quiet colors for a light background. The lines of products have nearly the color of their boxes, because among many
 // narrow boxes only the lines are visible. Colors in the plan take precedence.
@@ -135,7 +135,7 @@ bool Loading::addProducts() {
             case ProductGenerator::Step::kEnd:
                 return true;
         }
-    } while (GetTickCount() - start < kStepMilliseconds);
+    } while (GetTickCount() - start < kLoadingMilliseconds);
     return false;
 }
 

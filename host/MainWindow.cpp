@@ -11,7 +11,7 @@ namespace kv::host {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"BandscopeHost";
+constexpr wchar_t kMainClass[] = L"BandscopeHost";
 constexpr UINT kFollowHeight = WM_APP + 1;
 constexpr UINT kDropped = WM_APP + 2;
 // Inner size of the window in twips when the command line gives none.
@@ -73,15 +73,15 @@ void MainWindow::create() {
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
     windowClass.lpszMenuName = MAKEINTRESOURCEW(IDM_MENU);
-    windowClass.lpszClassName = kClass;
+    windowClass.lpszClassName = kMainClass;
     RegisterClassExW(&windowClass);
     keys_ = LoadAcceleratorsW(instance, MAKEINTRESOURCEW(IDA_KEYS));
     const PixelSize inner = options_.size.value_or(PixelSize{pixelsOfTwips(kWidthTwips), pixelsOfTwips(kHeightTwips)});
     RECT rect = {0, 0, inner.width, inner.height};
     const DWORD style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
     AdjustWindowRectEx(&rect, style, TRUE, 0);
-    window_ = CreateWindowExW(0, kClass, L"BandscopeHost", style, CW_USEDEFAULT, CW_USEDEFAULT, rect.right - rect.left,
-                              rect.bottom - rect.top, nullptr, nullptr, instance, nullptr);
+    window_ = CreateWindowExW(0, kMainClass, L"BandscopeHost", style, CW_USEDEFAULT, CW_USEDEFAULT,
+                              rect.right - rect.left, rect.bottom - rect.top, nullptr, nullptr, instance, nullptr);
     if (window_ == nullptr) {
         throw Failure{kExitOther, L"The main window could not be created."};
     }

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "host/About.h"
+#include "host/FileStamp.h"
 #include "host/MainWindow.h"
 #include "host/plan/Quoted.h"
 #include "host/plan/RecentPlans.h"
@@ -13,7 +14,7 @@ namespace {
 
 /// Whether a path certainly has no file. One that is out of reach for another reason may come back.
 bool isMissing(const std::wstring& path) {
-    if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    if (exists(path)) {
         return false;
     }
     const DWORD error = GetLastError();

@@ -1,12 +1,10 @@
 #include "win32/EventPump.h"
 
+#include "win32/MessageLimits.h"
+
 namespace kv::win32 {
 
 namespace {
-
-// More than any usual burst of messages. A window that never stops posting must not delay the container forever.
-constexpr int kMostMessages = 10000;
-constexpr UINT kLastMessage = 0xFFFFFFFF;
 
 /// The next message that is neither user input nor a posted keyboard message.
 bool takeNext(MSG& message, HWND window) {

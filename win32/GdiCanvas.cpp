@@ -6,6 +6,7 @@
 
 #include "raster/HatchLines.h"
 #include "util/RuntimeError.h"
+#include "win32/Demand.h"
 
 namespace kv::win32 {
 
@@ -29,13 +30,6 @@ GdiObject<HPEN> makePen(raster::Rgb color, int width, int units) {
     const LOGBRUSH ink{BS_SOLID, color, 0};
     return GdiObject<HPEN>(ExtCreatePen(PS_GEOMETRIC | PS_SOLID | PS_ENDCAP_FLAT | PS_JOIN_MITER,
                                         static_cast<DWORD>(units), &ink, 0, nullptr));
-}
-
-template <class Made>
-auto demand(Made made) {
-    if (!made)
-        throw util::RuntimeError(util::error_number::kOutOfMemory);
-    return made;
 }
 
 /// Saves the state of a device context for the duration of a block.

@@ -6,15 +6,14 @@
 #include <optional>
 #include <vector>
 
+#include "win32/MessageLimits.h"
+
 namespace kv::win32 {
 
 namespace {
 
-// More than any usual burst of input. Windows that never stop posting must not delay a drawing forever.
-constexpr int kMostMessages = 10000;
 /// PeekMessage's filter for messages without a window.
 const HWND kThreadOnly = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
-constexpr UINT kLastMessage = 0xFFFFFFFF;
 
 bool isKey(UINT message) {
     return message >= WM_KEYFIRST && message <= WM_KEYLAST;

@@ -9,6 +9,7 @@
 
 #include "util/RuntimeError.h"
 #include "win32/Clipboard.h"
+#include "win32/Demand.h"
 #include "win32/GdiCanvas.h"
 
 namespace kv::win32 {
@@ -27,13 +28,6 @@ struct GlobalDeleter {
     void operator()(HGLOBAL memory) const noexcept { GlobalFree(memory); }
 };
 using GlobalMemory = std::unique_ptr<void, GlobalDeleter>;
-
-template <class Made>
-Made demand(Made made) {
-    if (!made)
-        throw RuntimeError(kOutOfMemory);
-    return made;
-}
 
 void demandSuccess(HRESULT hr) {
     if (FAILED(hr))

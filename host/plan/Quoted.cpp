@@ -6,7 +6,7 @@ namespace kv::host {
 
 namespace {
 
-constexpr std::size_t kMostCharacters = 60;
+constexpr std::size_t kMostQuoted = 60;
 constexpr wchar_t kEllipsis = L'\u2026';
 
 bool isBetween(wchar_t c, wchar_t first, wchar_t last) {
@@ -65,10 +65,10 @@ std::wstring shortened(std::wstring_view text) {
     std::size_t cut = 0;  // where the ellipsis follows if the text is too long; not inside an escape or a pair
     for (const wchar_t c : text) {
         appendEscaped(result, c);
-        if (result.size() > kMostCharacters) {
+        if (result.size() > kMostQuoted) {
             return result.substr(0, cut) + kEllipsis;
         }
-        if (result.size() < kMostCharacters && !isFirstOfPair(c)) {
+        if (result.size() < kMostQuoted && !isFirstOfPair(c)) {
             cut = result.size();
         }
     }

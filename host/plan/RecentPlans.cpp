@@ -9,7 +9,7 @@ namespace kv::host {
 
 namespace {
 
-constexpr std::size_t kMostCharacters = 60;  // of a path in the menu
+constexpr std::size_t kMostMenuCharacters = 60;  // of a path in the menu
 constexpr std::wstring_view kSeparators = L"\\/";
 
 /// The length of "C:\" or "\\server\".
@@ -22,7 +22,7 @@ std::size_t rootLength(std::wstring_view path) {
 /// The beginning of a path and as many of its last folders as there is room for. The file's name is always complete.
 std::wstring shortPath(std::wstring_view path) {
     constexpr std::wstring_view kGap = L"...";
-    if (path.size() <= kMostCharacters) {
+    if (path.size() <= kMostMenuCharacters) {
         return std::wstring(path);
     }
     const std::wstring_view root = path.substr(0, rootLength(path));
@@ -30,7 +30,7 @@ std::wstring shortPath(std::wstring_view path) {
     if (last == std::wstring_view::npos) {
         return std::wstring(path);
     }
-    std::size_t from = path.size() - std::min(kMostCharacters - root.size() - kGap.size(), path.size());
+    std::size_t from = path.size() - std::min(kMostMenuCharacters - root.size() - kGap.size(), path.size());
     from = std::min(path.find_first_of(kSeparators, std::max(from, root.size())), last);
     return std::wstring(root) + std::wstring(kGap) + std::wstring(path.substr(from));
 }

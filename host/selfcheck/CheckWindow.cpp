@@ -8,17 +8,17 @@ namespace kv::host {
 
 namespace {
 
-constexpr wchar_t kClass[] = L"BandscopeSelfCheck";
-constexpr int kWidth = 1100;
-constexpr int kHeight = 760;
+constexpr wchar_t kCheckClass[] = L"BandscopeSelfCheck";
+constexpr int kWindowWidth = 1100;
+constexpr int kWindowHeight = 760;
 
-struct Search {
+struct WindowSearch {
     const wchar_t* name;
     HWND found;
 };
 
 BOOL CALLBACK compareName(HWND window, LPARAM parameter) {
-    auto& search = *reinterpret_cast<Search*>(parameter);
+    auto& search = *reinterpret_cast<WindowSearch*>(parameter);
     std::array<wchar_t, 64> text{};
     GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
     if (std::wstring(text.data()) != search.name) {
@@ -43,10 +43,11 @@ HWND newTopWindow() {
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
-    windowClass.lpszClassName = kClass;
+    windowClass.lpszClassName = kCheckClass;
     RegisterClassExW(&windowClass);
-    const HWND window = CreateWindowExW(0, kClass, L"kvBandscope self-check", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 20,
-                                        20, kWidth, kHeight, nullptr, nullptr, windowClass.hInstance, nullptr);
+    const HWND window =
+        CreateWindowExW(0, kCheckClass, L"kvBandscope self-check", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 20, 20,
+                        kWindowWidth, kWindowHeight, nullptr, nullptr, windowClass.hInstance, nullptr);
     if (window == nullptr) {
         throw Failure{kExitOther, L"the window could not be created"};
     }
@@ -82,7 +83,7 @@ HWND CheckWindow::controlWindow() const {
 }
 
 HWND CheckWindow::picture() const {
-    Search search{L"picSpectrum", nullptr};
+    WindowSearch search{L"picSpectrum", nullptr};
     EnumChildWindows(window_, &compareName, reinterpret_cast<LPARAM>(&search));
     if (search.found == nullptr) {
         throw Failure{kExitOther, L"the control has no window picSpectrum"};

@@ -1,6 +1,7 @@
 // Creates the control in each way in which a host can create it.
 #include <array>
 
+#include "host/FileStamp.h"
 #include "host/selfcheck/Sample.h"
 #include "host/selfcheck/Steps.h"
 
@@ -77,10 +78,6 @@ class Activation {
     HANDLE context_ = INVALID_HANDLE_VALUE;
     ULONG_PTR cookie_ = 0;
 };
-
-bool exists(const std::wstring& file) {
-    return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
 
 ControlClasses tryRegistration(Context& context) {
     constexpr wchar_t kWay[] = L"Creation by the registered name";

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "host/FileStamp.h"
 #include "host/selfcheck/Steps.h"
 
 namespace kv::host {
@@ -24,10 +25,6 @@ std::wstring versionOf(const std::wstring& file) {
     return L"version " + std::to_wstring(HIWORD(info->dwFileVersionMS)) + L"." +
            std::to_wstring(LOWORD(info->dwFileVersionMS)) + L"." + std::to_wstring(HIWORD(info->dwFileVersionLS)) +
            L"." + std::to_wstring(LOWORD(info->dwFileVersionLS));
-}
-
-bool exists(const std::wstring& file) {
-    return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 std::wstring about(const std::wstring& file) {

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "host/FileStamp.h"
+
 namespace kv::host {
 
 namespace {
@@ -24,7 +26,7 @@ bool hasInstalledFamily(const std::wstring& programFolder) {
             return true;
         }
     }
-    return GetFileAttributesW((programFolder + L"KVRegistry.INI").c_str()) != INVALID_FILE_ATTRIBUTES;
+    return exists(programFolder + L"KVRegistry.INI");
 }
 
 }  // namespace kv::host

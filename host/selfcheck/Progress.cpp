@@ -6,8 +6,8 @@ namespace kv::host {
 
 namespace {
 
-constexpr int kWidth = 440;
-constexpr int kHeight = 130;
+constexpr int kPanelWidth = 440;
+constexpr int kPanelHeight = 130;
 constexpr int kMargin = 12;
 
 }  // namespace
@@ -23,7 +23,8 @@ Progress::Progress() {
     RECT work{};
     RECT client{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    SetWindowPos(window_, nullptr, work.right - kWidth, work.bottom - kHeight, kWidth, kHeight, SWP_NOZORDER);
+    SetWindowPos(window_, nullptr, work.right - kPanelWidth, work.bottom - kPanelHeight, kPanelWidth, kPanelHeight,
+                 SWP_NOZORDER);
     GetClientRect(window_, &client);
     label_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, kMargin, kMargin, client.right - 2 * kMargin,
                              client.bottom - 2 * kMargin, window_, nullptr, GetModuleHandleW(nullptr), nullptr);

@@ -36,7 +36,7 @@ UINT dpiOf(HWND window) {
     return get != nullptr ? get(window) : static_cast<UINT>(screenDpi());
 }
 
-struct Search {
+struct MonitorSearch {
     HWND window;
     UINT dpi;  ///< of the monitor where the window was
     bool found;
@@ -44,7 +44,7 @@ struct Search {
 
 /// Moves the window to the monitor and asks for its resolution there. Ends the search at another one.
 BOOL CALLBACK moveTo(HMONITOR monitor, HDC, RECT*, LPARAM parameter) {
-    auto& search = *reinterpret_cast<Search*>(parameter);
+    auto& search = *reinterpret_cast<MonitorSearch*>(parameter);
     MONITORINFO info{};
     info.cbSize = sizeof info;
     GetMonitorInfoW(monitor, &info);
@@ -73,7 +73,7 @@ void checkOtherMonitor(Context& context, const CheckWindow& window) {
     const Pixels before = window.saved();
     RECT place{};
     GetWindowRect(window.window(), &place);
-    Search search{window.window(), dpiOf(window.window()), false};
+    MonitorSearch search{window.window(), dpiOf(window.window()), false};
     EnumDisplayMonitors(nullptr, nullptr, &moveTo, reinterpret_cast<LPARAM>(&search));
     if (!search.found) {
         context.report.notPossible(kWhat, L"no monitor has another resolution");

@@ -60,11 +60,9 @@ std::string wrongRows(int count) {
     return rows;
 }
 
-const std::string kHeader = "kind,key,frequency,bandwidth\n";
-
 class HostErrors : public testing::Test {
   protected:
-    void writePlan(const std::string& rows) const { writeContent(plan.path(), kHeader + rows); }
+    void writePlan(const std::string& rows) const { writeContent(plan.path(), kPlanHeader + rows); }
     [[nodiscard]] std::wstring options() const { return L"--no-settings --plan \"" + plan.path() + L"\""; }
 
     TempFile plan{L"wrong plan.csv"};

@@ -12,8 +12,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr wchar_t kVariable[] = L"BANDSCOPEHOST_SETTINGS";
-const std::string kHeader = "kind,key,frequency,bandwidth\n";
-const std::string kTwo = kHeader + "TX,TX1,160,20\nTX,TX2,160.1,20\n";
+const std::string kTwo = kPlanHeader + "TX,TX1,160,20\nTX,TX2,160.1,20\n";
 
 /// Hosts with settings in a folder of the test's own.
 class HostFiles : public testing::Test {
@@ -85,7 +84,7 @@ TEST_F(HostFiles, ARecentPlanThatIsMissingIsRemovedWithAMessage) {
 }
 
 TEST_F(HostFiles, APlanWithErrorsDoesNotBecomeARecentOne) {
-    HostProcess host(opening(plan(L"wrong.csv", kHeader + "TX,TX1,?,10\n")));
+    HostProcess host(opening(plan(L"wrong.csv", kPlanHeader + "TX,TX1,?,10\n")));
     host.closeDialog(host.waitForDialog());
     EXPECT_EQ(host.close(), 0U);
     EXPECT_THAT(settings(), AllOf(HasSubstr("[Window]"), Not(HasSubstr("wrong.csv"))));
@@ -267,7 +266,7 @@ TEST_F(HostFiles, F5ReloadsAChangedPlanAndKeepsTheRange) {
     EXPECT_EQ(host.status(1), range);
     host.choose(IDC_REDRAW);
     EXPECT_TRUE(host.waitForStatus(L"The file has not changed. The picture was drawn again."));
-    writeContent(path, kHeader + "TX,TX1,470,20\nTX,TX2,470.1,20\n");
+    writeContent(path, kPlanHeader + "TX,TX1,470,20\nTX,TX2,470.1,20\n");
     host.choose(IDC_REDRAW);
     EXPECT_TRUE(host.waitForStatus(L"The file had changed. The plan was opened again."));
     EXPECT_THAT(host.status(1), HasSubstr(L"469.")) << "nothing of this plan is in the earlier range";

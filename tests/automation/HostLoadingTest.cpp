@@ -21,7 +21,7 @@ constexpr std::size_t kFunctions = 78;
 using FunctionTable = std::array<void*, kFunctions>;
 
 /// The place in the function table of the member with this number in the IDL.
-constexpr std::size_t placeOf(std::size_t number) {
+constexpr std::size_t tablePlaceOf(std::size_t number) {
     return 6 + number;
 }
 
@@ -43,7 +43,7 @@ class FailingTable {
         current = this;
         callsLeft_ = call;
         failing_ = original_;
-        failing_[placeOf(number)] = reinterpret_cast<void*>(&FailingTable::replaced<number, Arguments...>);
+        failing_[tablePlaceOf(number)] = reinterpret_cast<void*>(&FailingTable::replaced<number, Arguments...>);
     }
     [[nodiscard]] bool hasFailed() const noexcept { return callsLeft_ <= 0; }
 
@@ -53,7 +53,7 @@ class FailingTable {
         using Member = HRESULT(STDMETHODCALLTYPE*)(_kvBandscope*, Arguments...);
         if (--current->callsLeft_ == 0)
             return E_OUTOFMEMORY;
-        return reinterpret_cast<Member>(current->original_[placeOf(number)])(control, arguments...);
+        return reinterpret_cast<Member>(current->original_[tablePlaceOf(number)])(control, arguments...);
     }
     [[nodiscard]] void** tablePointerValue() const { return *reinterpret_cast<void***>(scope.get()); }
     [[nodiscard]] FunctionTable* table() { return reinterpret_cast<FunctionTable*>(originalTable_); }
@@ -111,14 +111,14 @@ void load(_kvBandscope& control, IClassFactory& records, const Plan& plan, const
 }
 
 /// What a user sees of a control and what a host can read of it.
-struct State {
+struct LoadedState {
     std::vector<std::wstring> channels;
     std::vector<double> view;
     Picture picture;
 };
 
-State stateOf(Scope& scope) {
-    State state;
+LoadedState loadedState(Scope& scope) {
+    LoadedState state;
     for (long i = 0; i < scope.NumTX(); ++i)
         state.channels.push_back(keyOf(scope.GetTXChnl(i).Get()));
     for (long i = 0; i < scope.NumRX(); ++i)
@@ -143,7 +143,7 @@ State stateOf(Scope& scope) {
     return state;
 }
 
-void expectSame(const State& now, const State& before) {
+void expectSame(const LoadedState& now, const LoadedState& before) {
     EXPECT_EQ(now.channels, before.channels);
     EXPECT_EQ(now.view, before.view);
     EXPECT_TRUE(now.picture == before.picture);
@@ -154,7 +154,7 @@ class HostLoading : public testing::Test {
     using Prepare = std::function<void(int call)>;
 
     /// Lets the first call of a member fail, then the second and so on, until a loading succeeds.
-    void expectEachFailureLeaves(const State& before, const Prepare& prepare, int leastFailures) {
+    void expectEachFailureLeaves(const LoadedState& before, const Prepare& prepare, int leastFailures) {
         LimitedFactory records(100000);
         int call = 1;
         for (;; ++call) {
@@ -167,34 +167,34 @@ class HostLoading : public testing::Test {
                 EXPECT_THAT(failure.text, testing::HasSubstr(L"0x8007000E"));
             }
             EXPECT_TRUE(table.hasFailed());
-            expectSame(stateOf(table.scope), before);
+            expectSame(loadedState(table.scope), before);
         }
         EXPECT_FALSE(table.hasFailed());
         EXPECT_GT(call, leastFailures);
         EXPECT_EQ(table.scope.NumRX(), 1);
         EXPECT_EQ(keyOf(table.scope.GetRXChnl(0).Get()), L"RX9");
     }
-    State loadEarlier(const std::optional<RangeMhz>& range = {}) {
+    LoadedState loadEarlier(const std::optional<RangeMhz>& range = {}) {
         LimitedFactory records(1000);
         load(*table.scope.get(), records, earlierPlan(), range);
-        return stateOf(table.scope);
+        return loadedState(table.scope);
     }
 
     FailingTable table;
 };
 
-struct Member {
+struct FailingMember {
     const char* name;
     void (*fail)(FailingTable& table, int call);
     int leastFailures;
 };
 
-void PrintTo(const Member& member, std::ostream* stream) {
+void PrintTo(const FailingMember& member, std::ostream* stream) {
     *stream << member.name;
 }
 
 // The numbers are those of the members in the IDL.
-const Member kMembers[] = {
+const FailingMember kFailingMembers[] = {
     {"AddTXChnl", [](FailingTable& t, int call) { t.failOnce<1, _FreqSlot*, LONG*>(call); }, 4},
     {"AddRXChnl", [](FailingTable& t, int call) { t.failOnce<2, _FreqSlot*, LONG*>(call); }, 1},
     {"GetTXChnl", [](FailingTable& t, int call) { t.failOnce<3, LONG, _FreqSlot**>(call); }, 12},
@@ -209,20 +209,20 @@ const Member kMembers[] = {
     {"DrawByRange", [](FailingTable& t, int call) { t.failOnce<66, double, double>(call); }, 2},
 };
 
-class HostLoadingMember : public HostLoading, public testing::WithParamInterface<Member> {};
+class HostLoadingMember : public HostLoading, public testing::WithParamInterface<FailingMember> {};
 
 TEST_P(HostLoadingMember, FailureLeavesTheEarlierPlanAndItsPicture) {
-    const State before = loadEarlier();
+    const LoadedState before = loadEarlier();
     ASSERT_EQ(before.channels.size(), 13U);  // 3 transmitters, 9 products, 1 receiver
     expectEachFailureLeaves(
         before, [&](int call) { GetParam().fail(table, call); }, GetParam().leastFailures);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, HostLoadingMember, testing::ValuesIn(kMembers),
+INSTANTIATE_TEST_SUITE_P(All, HostLoadingMember, testing::ValuesIn(kFailingMembers),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 TEST_F(HostLoading, FailureLeavesTheRangeOfTheCommandLine) {
-    const State before = loadEarlier(RangeMhz{462.3, 462.95});
+    const LoadedState before = loadEarlier(RangeMhz{462.3, 462.95});
     expectEachFailureLeaves(
         before, [&](int call) { table.failOnce<1, _FreqSlot*, LONG*>(call); }, 4);
 }
@@ -231,7 +231,7 @@ TEST_F(HostLoading, FailureLeavesTheRangeThatTheUserHasChosen) {
     loadEarlier();
     table.scope.DrawByRange(462.5125, 462.6875);
     ASSERT_EQ(table.scope->put_CursorVal(462.6), S_OK);
-    const State before = stateOf(table.scope);
+    const LoadedState before = loadedState(table.scope);
     expectEachFailureLeaves(
         before, [&](int call) { table.failOnce<1, _FreqSlot*, LONG*>(call); }, 4);
 }
@@ -241,7 +241,7 @@ TEST_F(HostLoading, FailureLeavesARangeThatBeginsBelow0) {
     table.scope.DrawByRange(400.0, 1400.0);
     ASSERT_EQ(table.scope->put_DisplayCenterFreq(480.0), S_OK);
     ASSERT_EQ(table.scope->DrawNewCenterFreq(), S_OK);
-    const State before = stateOf(table.scope);
+    const LoadedState before = loadedState(table.scope);
     ASSERT_EQ(before.view.at(0), -20.0);
     expectEachFailureLeaves(
         before, [&](int call) { table.failOnce<1, _FreqSlot*, LONG*>(call); }, 4);
@@ -258,34 +258,34 @@ TEST_F(HostLoading, FailureWithoutAnEarlierPlanLeavesNothing) {
 }
 
 TEST_F(HostLoading, RecordsThatCannotBeCreatedLeaveTheEarlierPlan) {
-    const State before = loadEarlier();
+    const LoadedState before = loadEarlier();
     for (int records = 0; records < 5; ++records) {
         SCOPED_TRACE(records);
         LimitedFactory limited(records);
         EXPECT_THROW(load(*table.scope.get(), limited, nextPlan()), Failure);
-        expectSame(stateOf(table.scope), before);
+        expectSame(loadedState(table.scope), before);
     }
 }
 
 TEST_F(HostLoading, TooManyProductsLeaveTheEarlierPlan) {
-    const State before = loadEarlier();
+    const LoadedState before = loadEarlier();
     std::string text = "kind,key,frequency,bandwidth\n";
     for (int i = 0; i < 200; ++i)
         text += "TX,TX" + std::to_string(i) + "," + std::to_string(100 + i) + ",10\n";
     LimitedFactory records(100000);
     EXPECT_THROW(load(*table.scope.get(), records, host::parsePlan(text, L"large.csv")), Failure);
-    expectSame(stateOf(table.scope), before);
+    expectSame(loadedState(table.scope), before);
 }
 
 TEST_F(HostLoading, StoppingThatFailsLeavesTheEarlierPlan) {
-    const State before = loadEarlier();
+    const LoadedState before = loadEarlier();
     LimitedFactory records(100000);
     const Plan plan = nextPlan();
     Loading loading(*table.scope.get(), records, plan, ProductOptions(), std::nullopt);
     loading.start();
     table.failOnce<2, _FreqSlot*, LONG*>(1);
     EXPECT_THROW(loading.cancel(), Failure);
-    expectSame(stateOf(table.scope), before);
+    expectSame(loadedState(table.scope), before);
 }
 
 }  // namespace

@@ -9,6 +9,9 @@
 
 namespace kv::test {
 
+/// The first line of a plan with the columns that it must have.
+inline const std::string kPlanHeader = "kind,key,frequency,bandwidth\n";
+
 /// Asks until the answer is yes, for at most a minute.
 bool waitFor(const std::function<bool()>& happened);
 /// A visible window of a process for which `fits` is true; null without one.

@@ -48,7 +48,7 @@ Var sample(VARTYPE type, IDispatch* slot) {
     }
 }
 
-struct Member {
+struct DeclaredMember {
     std::wstring name;
     DISPID id = 0;
     INVOKEKIND kind = INVOKE_FUNC;
@@ -56,8 +56,8 @@ struct Member {
     VARTYPE result = VT_VOID;
 };
 
-Member describe(ITypeInfo* info, UINT index) {
-    Member member;
+DeclaredMember describe(ITypeInfo* info, UINT index) {
+    DeclaredMember member;
     FUNCDESC* function = nullptr;
     if (FAILED(info->GetFuncDesc(index, &function)))
         return member;
@@ -80,14 +80,14 @@ Member describe(ITypeInfo* info, UINT index) {
     return member;
 }
 
-std::vector<Member> allMembers(IDispatch* object) {
-    std::vector<Member> members;
+std::vector<DeclaredMember> allMembers(IDispatch* object) {
+    std::vector<DeclaredMember> members;
     ComPtr<ITypeInfo> info;
     TYPEATTR* attributes = nullptr;
     if (FAILED(object->GetTypeInfo(0, LOCALE_NEUTRAL, info.GetAddressOf())) || FAILED(info->GetTypeAttr(&attributes)))
         return members;
     for (UINT i = 0; i < attributes->cFuncs; ++i) {
-        Member member = describe(info.Get(), i);
+        DeclaredMember member = describe(info.Get(), i);
         // The dispatch view lists IDispatch's own members too.
         if (member.id > 0 && member.id < 0x60000000)
             members.push_back(std::move(member));
@@ -98,10 +98,10 @@ std::vector<Member> allMembers(IDispatch* object) {
 
 TEST(Members, EachMemberCanBeCalledByNameAndReturnsItsDeclaredType) {
     const Scope listed;
-    const std::vector<Member> members = allMembers(listed.get());
+    const std::vector<DeclaredMember> members = allMembers(listed.get());
     ASSERT_EQ(members.size(), kMembers);
     const MessageBoxes boxes;
-    for (const Member& member : members) {
+    for (const DeclaredMember& member : members) {
         SCOPED_TRACE(testing::PrintToString(member.name));
         Scope scope;
         const auto slot = channel({.freq = 450.0, .key = L"TX1"});
@@ -130,7 +130,7 @@ TEST(Members, EachMemberCanBeCalledByNameAndReturnsItsDeclaredType) {
 
 TEST(Members, EachMemberNeedsItsArguments) {
     const Scope scope;
-    for (const Member& member : allMembers(scope.get())) {
+    for (const DeclaredMember& member : allMembers(scope.get())) {
         if (member.parameters.empty() || member.name == L"DrawByRange")
             continue;
         SCOPED_TRACE(testing::PrintToString(member.name));

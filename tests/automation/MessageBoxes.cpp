@@ -8,7 +8,7 @@ namespace {
 
 thread_local MessageBoxes* watching = nullptr;
 
-BOOL CALLBACK collect(HWND child, LPARAM parameter) {
+BOOL CALLBACK collectTexts(HWND child, LPARAM parameter) {
     auto& box = *reinterpret_cast<SeenBox*>(parameter);
     const std::wstring kind = windowClass(child);
     const std::wstring text = windowText(child);
@@ -74,7 +74,7 @@ LRESULT CALLBACK MessageBoxes::hook(int code, WPARAM window, LPARAM details) {
 void MessageBoxes::answer(HWND box) {
     last_ = box;
     SeenBox seen{windowText(box), L"", {}, GetWindow(box, GW_OWNER)};
-    EnumChildWindows(box, &collect, reinterpret_cast<LPARAM>(&seen));
+    EnumChildWindows(box, &collectTexts, reinterpret_cast<LPARAM>(&seen));
     seen_.push_back(seen);
     if (onBox)
         onBox();

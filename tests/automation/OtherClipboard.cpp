@@ -9,8 +9,8 @@ namespace kv::test {
 
 namespace {
 
-constexpr DWORD kPatience = 30000;  // milliseconds
-constexpr DWORD kAllWell = 42;
+constexpr DWORD kReadingPatience = 30000;  // milliseconds
+constexpr DWORD kWasRead = 42;
 
 /// 0x00RRGGBB as hosts write colors.
 std::uint32_t hostColor(std::uint32_t pixel) {
@@ -59,14 +59,14 @@ OtherProgram::~OtherProgram() {
 
 DWORD OtherProgram::wait() const {
     DWORD code = 0;
-    EXPECT_EQ(WaitForSingleObject(process_, kPatience), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(process_, kReadingPatience), WAIT_OBJECT_0);
     GetExitCodeProcess(process_, &code);
     return code;
 }
 
 ClipboardContent readClipboardElsewhere() {
     const TempFile file(L"clipboard.bin");
-    EXPECT_EQ(OtherProgram(L"read \"" + file.path() + L"\"").wait(), kAllWell);
+    EXPECT_EQ(OtherProgram(L"read \"" + file.path() + L"\"").wait(), kWasRead);
     const std::string numbers = contentOf(file.path());
     std::size_t place = 0;
     ClipboardContent content;
@@ -80,11 +80,11 @@ HeldElsewhere::HeldElsewhere(int milliseconds) {
     const std::wstring name = L"kvHeldElsewhere" + std::to_wstring(GetCurrentProcessId());
     ready_ = CreateEventW(nullptr, TRUE, FALSE, name.c_str());
     program_ = std::make_unique<OtherProgram>(L"hold " + name + L" " + std::to_wstring(milliseconds));
-    EXPECT_EQ(WaitForSingleObject(ready_, kPatience), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(ready_, kReadingPatience), WAIT_OBJECT_0);
 }
 
 HeldElsewhere::~HeldElsewhere() {
-    EXPECT_EQ(program_->wait(), kAllWell);
+    EXPECT_EQ(program_->wait(), kWasRead);
     CloseHandle(ready_);
 }
 

@@ -10,9 +10,9 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 // Pixels at 96 dpi.
-constexpr int kPanelHeight = 152;
+constexpr int kPanelPixels = 152;
 constexpr int kStripHeight = 21;
-constexpr int kCollapsedBy = kPanelHeight - kStripHeight;
+constexpr int kCollapsedBy = kPanelPixels - kStripHeight;
 
 class Panel : public UserInput {
   protected:
@@ -67,7 +67,7 @@ TEST_F(Panel, CollapseHidesFiveControlsAndExpandShowsThem) {
         EXPECT_TRUE(isShown(container.children(L"ComboBox").at(0)));
         toggle();
         EXPECT_EQ(windowText(container.panel()), L"-");
-        EXPECT_EQ(panelHeight(), kPanelHeight);
+        EXPECT_EQ(panelHeight(), kPanelPixels);
         EXPECT_EQ(container.size().cy, full.cy);
         for (const HWND part : collapsing())
             EXPECT_TRUE(IsWindowVisible(part)) << windowText(part).c_str();

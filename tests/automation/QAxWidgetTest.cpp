@@ -54,19 +54,19 @@ void askForAmbients(Replica& container) {
     EXPECT_EQ(control->GetControlInfo(&info), S_OK);
 }
 
-void activate(Replica& container) {
+void activateWidget(Replica& container) {
     EXPECT_EQ(container.verbAt(OLEIVERB_INPLACEACTIVATE, 0, container.host.get(), &container.site->place), S_OK);
     EXPECT_TRUE(container.root());
 }
 
-constexpr Step kCreation[] = {
+constexpr Step kWidgetCreation[] = {
     {"new", &Replica::initNew},
     {"site", &Replica::setSite},
     {"view changes", &Replica::adviseView},
     {"changes of the object", &Replica::adviseObject},
     {"host names", &Replica::setHostNames},
     {"size hint", [](Replica& r) { qAxWidget(r).hint = pixelsOf(r.setExtent(himetricOf(kHint))); }},
-    {"activate", &activate},
+    {"activate", &activateWidget},
     {"ambient properties", &askForAmbients},
     {"events", &Replica::adviseEvents}};
 
@@ -78,7 +78,7 @@ constexpr Step kQAxWidgetEnd[] = {{"deactivate", &Replica::deactivate},
                                   {"release", &Replica::release}};
 
 void QAxWidget::create() {
-    play(kCreation);
+    play(kWidgetCreation);
     pump();
 }
 
@@ -196,7 +196,7 @@ TEST_F(QAxWidgetTest, AnExtentOfZeroBeforeTheActivationHarmsNothing) {
         const SIZEL got = widget.setExtent(none);
         EXPECT_TRUE(got.cx == none.cx && got.cy == none.cy);
     }
-    activate(widget);
+    activateWidget(widget);
     EXPECT_TRUE(isSize(widget.window(), 800, 500));
     widget.expectLaidOutFor({800, 500});
 }

@@ -279,7 +279,7 @@ HWND windowOf(DWORD process) {
     return nullptr;
 }
 
-BOOL CALLBACK findSpectrum(HWND window, LPARAM found) {
+BOOL CALLBACK findPicture(HWND window, LPARAM found) {
     if (windowClass(window) != L"kvPictureBox" || windowText(window) != L"picSpectrum")
         return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
@@ -309,7 +309,7 @@ class OpenWindow {
             Sleep(50);
             window = windowOf(program_.id());
             if (window)
-                EnumChildWindows(window, findSpectrum, reinterpret_cast<LPARAM>(&spectrum));
+                EnumChildWindows(window, findPicture, reinterpret_cast<LPARAM>(&spectrum));
         }
     }
     void close() const {

@@ -9,7 +9,7 @@ namespace kv::test {
 namespace {
 
 constexpr int kHimetricPerInch = 2540;
-constexpr int kMargin = 4;  // pixels at 96 dpi
+constexpr int kReplicaMargin = 4;  // pixels at 96 dpi
 
 LONG himetric(LONG pixels, int dpi) {
     return (kHimetricPerInch * pixels + (dpi >> 1)) / dpi;
@@ -153,10 +153,10 @@ void Replica::release(Replica& c) {
 void Replica::expectLaidOutFor(const SIZE& size) const {
     const RECT panelPlace = placeOf(panel());
     const RECT picture = placeOf(GetParent(pictureBox(L"picUnits")));
-    EXPECT_EQ(panelPlace.bottom, size.cy - kMargin);
-    EXPECT_EQ(panelPlace.right, size.cx - kMargin);
+    EXPECT_EQ(panelPlace.bottom, size.cy - kReplicaMargin);
+    EXPECT_EQ(panelPlace.right, size.cx - kReplicaMargin);
     EXPECT_EQ(picture.top, 0);
-    EXPECT_EQ(picture.bottom, panelPlace.top - kMargin) << "a gap between picture and panel, or an overlap";
+    EXPECT_EQ(picture.bottom, panelPlace.top - kReplicaMargin) << "a gap between picture and panel, or an overlap";
     EXPECT_EQ(picture.right, panelPlace.right);
 }
 

@@ -7,7 +7,7 @@
 namespace kv::test {
 namespace {
 
-constexpr auto kInvalid = static_cast<HRESULT>(0x800A0005L);
+constexpr auto kInvalidCall = static_cast<HRESULT>(0x800A0005L);
 constexpr auto kMismatch = static_cast<HRESULT>(0x800A000DL);
 
 /// A two-dimensional array of variants, as Visual Basic makes it.
@@ -109,14 +109,14 @@ TEST_P(ScopeViewTest, RangesZoomsAndPansShowInTheControl) {
 
 TEST_P(ScopeViewTest, WrongArgumentsAreErrorsWithATextAndASource) {
     const Result result = run(L"ShowRange", {Var(460.0), Var(440.0)});
-    EXPECT_EQ(result.hr, kInvalid);
+    EXPECT_EQ(result.hr, kInvalidCall);
     EXPECT_THAT(result.text, testing::HasSubstr(L"460 to 440 MHz cannot be shown"));
-    EXPECT_EQ(view->ShowRange(460.0, 440.0), kInvalid);
+    EXPECT_EQ(view->ShowRange(460.0, 440.0), kInvalidCall);
     GUID iid{};
     EXPECT_THAT(takeErrorText(&iid), testing::HasSubstr(L"460 to 440"));
     EXPECT_TRUE(iid == IID__BandscopeView);
-    EXPECT_EQ(run(L"ZoomBy", {Var(0.0)}).hr, kInvalid);
-    EXPECT_EQ(run(L"HitTest", {Var(450.0), Var(-1.0)}).hr, kInvalid);
+    EXPECT_EQ(run(L"ZoomBy", {Var(0.0)}).hr, kInvalidCall);
+    EXPECT_EQ(run(L"HitTest", {Var(450.0), Var(-1.0)}).hr, kInvalidCall);
 }
 
 TEST_P(ScopeViewTest, BothInterfacesHaveErrorInformation) {
@@ -186,7 +186,7 @@ TEST_P(ScopeViewTest, AWrongElementAddsNothing) {
     const auto slot = channel({.freq = 450.0, .key = L"TX3"});
     EXPECT_EQ(run(L"AddTXChannels", {arrayOf({Var(slot.Get()), Var(7)})}).text,
               L"AddTXChannels: element 1 is '7'. It must be a FreqSlot object.");
-    EXPECT_EQ(run(L"AddTXChannels", {Rows(1, 8).get()}).hr, kInvalid);
+    EXPECT_EQ(run(L"AddTXChannels", {Rows(1, 8).get()}).hr, kInvalidCall);
     EXPECT_EQ(run(L"AddTXChannels", {Var(450.0)}).hr, kMismatch);
     EXPECT_EQ(scope.NumTX(), 0);
 }
@@ -206,7 +206,7 @@ TEST_P(ScopeViewTest, ScopeIsTheControl) {
 TEST(ScopeView, TheControlsOwnViewKeepsItsControl) {
     const auto view = createInstance<_BandscopeView>(CLSID_kvBandscope);
     const auto other = createInstance<IDispatch>(CLSID_kvBandscope);
-    EXPECT_EQ(view->putref_Scope(other.Get()), kInvalid);
+    EXPECT_EQ(view->putref_Scope(other.Get()), kInvalidCall);
     EXPECT_THAT(takeErrorText(), testing::HasSubstr(L"Create a kvBandscope.View"));
     ComPtr<IDispatch> kept;
     EXPECT_EQ(view->get_Scope(kept.GetAddressOf()), S_OK);
@@ -248,7 +248,7 @@ TEST(ScopeView, OnlyAControlCanBeTheScope) {
     // A language without object assignments uses the other setter.
     const auto control = createInstance<IDispatch>(CLSID_kvBandscope);
     EXPECT_EQ(put(view.Get(), L"Scope", {Var(control.Get())}).hr, S_OK);
-    EXPECT_EQ(view->PanBy(1.0), kInvalid) << "there is no range yet";
+    EXPECT_EQ(view->PanBy(1.0), kInvalidCall) << "there is no range yet";
 }
 
 TEST(ScopeView, AViewHoldsItsControlUntilItIsReleasedOrGivenAnother) {

@@ -11,11 +11,11 @@
 namespace kv::test {
 namespace {
 
-enum class Drawing { display, justDrawIt, refresh };
+enum class SceneDrawing { display, justDrawIt, refresh };
 
-class Dice {
+class SceneDice {
   public:
-    explicit Dice(unsigned seed) : engine_(seed) {}
+    explicit SceneDice(unsigned seed) : engine_(seed) {}
     double real(double low, double high) { return std::uniform_real_distribution<double>(low, high)(engine_); }
     int whole(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
     bool oneIn(int n) { return whole(1, n) == 1; }
@@ -27,7 +27,7 @@ class Dice {
     std::mt19937 engine_;
 };
 
-OracleChannel stateOf(_FreqSlot* slot) {
+OracleChannel oracleChannel(_FreqSlot* slot) {
     OracleChannel c;
     short fill = 0;
     VARIANT_BOOL visible = VARIANT_FALSE;
@@ -52,7 +52,7 @@ using Slots = std::vector<ComPtr<_FreqSlot>>;
 std::vector<OracleChannel> statesOf(const Slots& slots) {
     std::vector<OracleChannel> states;
     for (const ComPtr<_FreqSlot>& slot : slots)
-        states.push_back(stateOf(slot.Get()));
+        states.push_back(oracleChannel(slot.Get()));
     return states;
 }
 
@@ -83,7 +83,7 @@ std::string differenceOf(const Picture& expected, const Picture& actual) {
 class Scene {
   public:
     /// With `many` channels the control has painted them before, and holds copies of them when the host changes them.
-    Scene(unsigned seed, Drawing drawing, bool many) : seed_(seed), drawing_(drawing), many_(many), dice_(seed) {}
+    Scene(unsigned seed, SceneDrawing drawing, bool many) : seed_(seed), drawing_(drawing), many_(many), dice_(seed) {}
 
     void run() {
         resize();
@@ -170,7 +170,7 @@ class Scene {
             scope_.setDisplayMaxPwr(dice_.real(-20.0, 70.0));
             scope_.setDisplayMinPwr(dice_.oneIn(8) ? dice_.real(71.0, 90.0) : dice_.real(-140.0, -21.0));
         }
-        if (drawing_ != Drawing::display) {
+        if (drawing_ != SceneDrawing::display) {
             EXPECT_TRUE(scope_.DrawDisplay());
         }
         if (dice_.oneIn(2))
@@ -204,13 +204,13 @@ class Scene {
     }
     void draw() {
         switch (drawing_) {
-            case Drawing::display:
+            case SceneDrawing::display:
                 EXPECT_TRUE(scope_.DrawDisplay());
                 break;
-            case Drawing::justDrawIt:
+            case SceneDrawing::justDrawIt:
                 scope_.JustDrawIt();
                 break;
-            case Drawing::refresh:
+            case SceneDrawing::refresh:
                 scope_.Refresh();
                 break;
         }
@@ -225,10 +225,10 @@ class Scene {
         display_.cursor = scope_.CursorVal();
         display_.cursorColor = scope_.lCursorColor();
         GdiOracle oracle(display_);
-        if (drawing_ == Drawing::refresh)
+        if (drawing_ == SceneDrawing::refresh)
             oracle.refresh(tx, rx);
         else
-            oracle.drawDisplay(tx, rx, drawing_ == Drawing::justDrawIt);
+            oracle.drawDisplay(tx, rx, drawing_ == SceneDrawing::justDrawIt);
         const Picture expected = oracle.picture();
         const Picture actual = capture(scope_);
         const std::string difference = differenceOf(expected, actual);
@@ -240,7 +240,7 @@ class Scene {
     void expectDrawnFlags(const GdiOracle& oracle, const std::vector<OracleChannel>& before, const Slots& slots) const {
         for (std::size_t i = 0; i < slots.size(); ++i) {
             const OracleChannel& channel = before[i];
-            const bool passedOn = drawing_ == Drawing::refresh || (channel.visible && channel.freq > 0.0);
+            const bool passedOn = drawing_ == SceneDrawing::refresh || (channel.visible && channel.freq > 0.0);
             EXPECT_EQ(isDrawn(slots[i].Get()), passedOn && oracle.reaches(channel) ? channel.visible : channel.drawn)
                 << "seed " << seed_ << " channel " << i;
         }
@@ -259,9 +259,9 @@ class Scene {
     }
 
     unsigned seed_;
-    Drawing drawing_;
+    SceneDrawing drawing_;
     bool many_;
-    Dice dice_;
+    SceneDice dice_;
     Scope scope_;
     OracleDisplay display_;
     Slots tx_;
@@ -270,7 +270,7 @@ class Scene {
     double spread_ = 1.0;
 };
 
-void runSeeds(Drawing drawing, unsigned first, unsigned count, bool many = false) {
+void runSeeds(SceneDrawing drawing, unsigned first, unsigned count, bool many = false) {
     for (unsigned seed = first; seed < first + count && !testing::Test::HasFailure(); ++seed)
         Scene(seed, drawing, many).run();
 }
@@ -279,27 +279,27 @@ constexpr unsigned kSets = 150;
 constexpr unsigned kLargeSets = 40;
 
 TEST(SpectrumPicture, DrawDisplayIsWhatGdiDraws) {
-    runSeeds(Drawing::display, 1000, kSets);
+    runSeeds(SceneDrawing::display, 1000, kSets);
 }
 
 TEST(SpectrumPicture, JustDrawItIsWhatGdiDraws) {
-    runSeeds(Drawing::justDrawIt, 2000, kSets);
+    runSeeds(SceneDrawing::justDrawIt, 2000, kSets);
 }
 
 TEST(SpectrumPicture, RefreshIsWhatGdiDraws) {
-    runSeeds(Drawing::refresh, 3000, kSets);
+    runSeeds(SceneDrawing::refresh, 3000, kSets);
 }
 
 TEST(SpectrumPicture, DrawDisplayOfManyChannelsIsWhatGdiDraws) {
-    runSeeds(Drawing::display, 4000, kLargeSets, true);
+    runSeeds(SceneDrawing::display, 4000, kLargeSets, true);
 }
 
 TEST(SpectrumPicture, JustDrawItOfManyChannelsIsWhatGdiDraws) {
-    runSeeds(Drawing::justDrawIt, 5000, kLargeSets, true);
+    runSeeds(SceneDrawing::justDrawIt, 5000, kLargeSets, true);
 }
 
 TEST(SpectrumPicture, RefreshOfManyChannelsIsWhatGdiDraws) {
-    runSeeds(Drawing::refresh, 6000, kLargeSets, true);
+    runSeeds(SceneDrawing::refresh, 6000, kLargeSets, true);
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ struct Found {
     std::size_t vtableOffset = 0;  ///< bytes
 };
 
-Found describe(ITypeInfo* info, const FUNCDESC& func) {
+Found describeMember(ITypeInfo* info, const FUNCDESC& func) {
     Found found;
     Text name;
     Text help;
@@ -132,7 +132,7 @@ std::vector<Found> membersOf(ITypeLib* library, REFIID iid, bool isDual) {
     for (UINT i = 0; i < attr->cFuncs; ++i) {
         FUNCDESC* func = nullptr;
         EXPECT_EQ(info->GetFuncDesc(i, &func), S_OK);
-        Found found = describe(info.Get(), *func);
+        Found found = describeMember(info.Get(), *func);
         Text help;
         EXPECT_EQ(info->GetDocumentation(func->memid, nullptr, help.put(), nullptr, nullptr), S_OK);
         found.help = narrow(help);

@@ -10,7 +10,7 @@
 namespace kv::test {
 namespace {
 
-constexpr OLE_COLOR kSolid = RGB(200, 30, 40);
+constexpr OLE_COLOR kSolidColor = RGB(200, 30, 40);
 constexpr OLE_COLOR kFrame = RGB(20, 40, 220);
 constexpr OLE_COLOR kHatch = RGB(10, 140, 120);
 constexpr OLE_COLOR kLine = RGB(240, 0, 240);
@@ -81,7 +81,7 @@ class VectorPicture : public testing::Test {
         EXPECT_EQ(view->ShowRange(430.0, 470.0), S_OK);
     }
     void addThree() {
-        add({.freq = 436.0, .lo = 434.0, .hi = 439.0, .power = 60.0, .color = kSolid, .line = kLine}, 0);
+        add({.freq = 436.0, .lo = 434.0, .hi = 439.0, .power = 60.0, .color = kSolidColor, .line = kLine}, 0);
         add({.freq = 450.0, .lo = 446.97, .hi = 453.03, .power = 81.7, .color = kFrame, .line = kLine}, 1);
         add({.freq = 461.0, .lo = 457.0, .hi = 467.0, .power = 40.0, .color = kHatch, .line = kLine}, 4);
         draw();
@@ -161,7 +161,7 @@ TEST_F(VectorPicture, AtTheResolutionOfTheScreenItLooksAsOnTheScreen) {
     EXPECT_GT(ink(screen), 500);
     EXPECT_GT(ink(played), ink(screen) * 3 / 4);
     EXPECT_LT(ink(played), ink(screen) * 2);
-    EXPECT_EQ(played.find(kSolid, played.all()), screen.find(kSolid, screen.all()));
+    EXPECT_EQ(played.find(kSolidColor, played.all()), screen.find(kSolidColor, screen.all()));
     EXPECT_EQ(played.find(kFrame, played.all()), screen.find(kFrame, screen.all()));
 }
 

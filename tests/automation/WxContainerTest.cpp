@@ -91,15 +91,15 @@ void activateAndShow(Replica& container) {
     EXPECT_TRUE(IsWindowVisible(container.root()));
 }
 
-constexpr Step kCreation[] = {{"class information", &walkTheCoclass},
-                              {"events", &Replica::adviseEvents},
-                              {"changes of the object", &Replica::adviseObject},
-                              {"host names", &Replica::setHostNames},
-                              {"contained and run", &containAndRun},
-                              {"site", &Replica::setSite},
-                              {"new", &Replica::initNew},
-                              {"placed too early", &placeWhileInactive},
-                              {"activate and show", &activateAndShow}};
+constexpr Step kWxCreation[] = {{"class information", &walkTheCoclass},
+                                {"events", &Replica::adviseEvents},
+                                {"changes of the object", &Replica::adviseObject},
+                                {"host names", &Replica::setHostNames},
+                                {"contained and run", &containAndRun},
+                                {"site", &Replica::setSite},
+                                {"new", &Replica::initNew},
+                                {"placed too early", &placeWhileInactive},
+                                {"activate and show", &activateAndShow}};
 
 void hideWithoutARectangle(Replica& container) {
     EXPECT_EQ(container.verbAt(OLEIVERB_HIDE, 0, container.host.get(), nullptr), S_OK);
@@ -116,7 +116,7 @@ constexpr Step kWxEnd[] = {{"deactivate", &Replica::deactivate},
                            {"release", &Replica::release}};
 
 void WxContainer::create() {
-    play(kCreation);
+    play(kWxCreation);
     pump();
     log.calls.clear();
 }

@@ -56,6 +56,7 @@ layer_of() {
 # May a file in FOLDER hold this include? FORM is < or ", BESIDE the folder of the file itself.
 include_allowed() {
     local folder=$1 form=$2 path=$3 beside=$4 layer
+    [[ $path != *.cpp ]] || return 1
     layer=$(layer_of "$path")
     if [[ -n $layer ]]; then
         [[ $layer == "$folder" || " ${allowed[$folder]} " == *" $layer "* ]]
@@ -113,6 +114,7 @@ fixture() {
     printf '#include "host/plan/Plan.h"\n#include "util/Good.h"\n#include "host/MainWindow.h"\n' \
         >"$tree/host/hits/Up.cpp"
     printf '#include "host/hits/Hit.h"\n' >"$tree/host/plan/Hits.cpp"
+    printf '#include "control/Up.cpp"\n' >"$tree/control/Source.cpp"
     # Each room against the next one up, and the doubles of the tests in a product.
     printf '#include "formenv/Widget.h"\n#include "util/Good.h"\n' >"$tree/raster/Up.cpp"
     printf '#include "control/Type.h"\n#include "raster/Canvas.h"\n' >"$tree/channels/Up.cpp"
@@ -124,6 +126,7 @@ automation/Double.cpp:1: automation may not include headless/Platform.h
 channels/Up.cpp:1: channels may not include control/Type.h
 com/Up.cpp:2: com may not include control/Type.h
 com/Up.cpp:3: com may not include win32/Gdi.h
+control/Source.cpp:1: control may not include control/Up.cpp
 control/Type.cpp:3:using Window = HWND;
 control/Up.cpp:1: control may not include win32/Gdi.h
 formenv/Up.cpp:1: formenv may not include control/Type.h

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# clang-tidy on the portable layers. A file that was found clean is not looked at again until it, a header of ours that
-# it includes, the checks' list or the tool changes: build/tidy-cache/ holds a mark for each.
+# clang-tidy on the portable layers, in the units that the build compiles: several files in one, or a single file. A unit
+# that was found clean is not looked at again until one of its files, a header of ours that it includes, the checks' list
+# or the tool changes: build/tidy-cache/ holds a mark for each.
 # Prints "PASS name" or "FAIL name: why" lines.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/common.sh"
@@ -13,10 +14,10 @@ for layer in util raster formenv headless turndial forms channels control host/p
     [[ ! -d $layer ]] || layers+=("$layer")
 done
 
-# tidy_one FILE KEY: prints what clang-tidy has to say, or leaves the mark.
+# tidy_one UNIT KEY: prints what clang-tidy has to say, or leaves the mark. Units include their files.
 tidy_one() {
     local report
-    if report=$(clang-tidy --quiet -p build/native "$1" 2>&1); then
+    if report=$(clang-tidy --quiet --checks=-bugprone-suspicious-include -p build/native "$1" 2>&1); then
         touch "build/tidy-cache/$2"
     else
         printf 'FAIL tidy-%s:\n%s\n' "$1" "$(grep -v 'warnings\? generated\|Suppressed\|^Use -' <<<"$report")"
@@ -42,10 +43,10 @@ read_sources() {
     done < <(grep -HE '^\s*#\s*include\s*"' "$@" | sed -E 's/^([^:]+):\s*#\s*include\s*"([^"]+)".*/\1\t\2/')
 }
 
-# key_of FILE BASE: one hash over BASE, the file and all headers of ours that it includes directly or indirectly.
+# key_of BASE FILE...: one hash over BASE, the files and all headers of ours that they include directly or indirectly.
 key_of() {
     local -A seen=()
-    local queue=("$1") file next
+    local base=$1 queue=("${@:2}") file next
     while ((${#queue[@]})); do
         file=${queue[0]}
         queue=("${queue[@]:1}")
@@ -56,11 +57,20 @@ key_of() {
         done
     done
     {
-        printf '%s\n' "$2"
+        printf '%s\n' "$base"
         for file in "${!seen[@]}"; do
             printf '%s %s\n' "$file" "${hashes[$file]}"
         done | sort
     } | sha256sum | cut -d ' ' -f 1
+}
+
+# files_of UNIT: the source files that are compiled in a unit of the database, relative to ROOT.
+files_of() {
+    if [[ $1 == */Unity/* ]]; then
+        sed -n "s|^#include \"$ROOT/\(.*\)\"$|\1|p" "$1"
+    else
+        printf '%s\n' "${1#"$ROOT"/}"
+    fi
 }
 
 if [[ ! -f $database ]]; then
@@ -77,15 +87,23 @@ mkdir -p "$cache"
 read_sources "${sources[@]}" ${headers[@]+"${headers[@]}"}
 base=$({ clang-tidy --version; cat .clang-tidy; } | sha256sum)
 
+declare -A unit_of=()
+mapfile -t units < <(sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$database" | sort)
 work=() failed=0
+for unit in "${units[@]}"; do
+    mapfile -t files < <(files_of "$unit")
+    [[ -n ${hashes[${files[0]:-}]:-} ]] || continue
+    for file in "${files[@]}"; do
+        unit_of[$file]=$unit
+    done
+    key=$(key_of "$base" "${files[@]}")
+    [[ -e $cache/$key ]] || work+=("$unit" "$key")
+done
 for file in "${sources[@]}"; do
-    if ! grep -qF "/$file\"" "$database"; then
+    if [[ -z ${unit_of[$file]:-} ]]; then
         say "FAIL tidy-$file: not in $database: is it built?"
         failed=1
-        continue
     fi
-    key=$(key_of "$file" "$base")
-    [[ -e $cache/$key ]] || work+=("$file" "$key")
 done
 report=''
 if ((${#work[@]})); then

@@ -125,7 +125,7 @@ TEST(ConvertFreqTest, TheSmallestValuesBecomeZero) {
 }
 
 TEST(ConvertFreqTest, RoundTripsReturnTheValue) {
-    std::mt19937_64 random(20240611);
+    std::mt19937 random(20240611);
     std::uniform_real_distribution<double> exponent(-12.0, 15.0);
     for (int i = 0; i < 20000; ++i) {
         const double value = std::pow(10.0, exponent(random)) * ((i & 1) != 0 ? -1.0 : 1.0);

@@ -71,21 +71,21 @@ struct Filled {
     std::vector<Slot> records;
 };
 
-struct Row {
+struct GrowthRow {
     const char* name;
     ChannelKind kind;
     std::function<void(Filled&)> before;     ///< once
     std::function<void(Filled&, int)> step;  ///< with a number from 5 on
 };
 
-void PrintTo(const Row& row, std::ostream* out) {
+void PrintTo(const GrowthRow& row, std::ostream* out) {
     *out << row.name;
 }
 
-class StoreGrowthTest : public ::testing::TestWithParam<Row> {
+class StoreGrowthTest : public ::testing::TestWithParam<GrowthRow> {
   protected:
     /// The touches of four steps together, so that what one of them puts off to the next one counts.
-    static int touches(const Row& row, int count) {
+    static int touches(const GrowthRow& row, int count) {
         Filled filled(row.kind, count);
         if (row.before)
             row.before(filled);
@@ -110,7 +110,7 @@ TEST_P(StoreGrowthTest, MoreChannelsAreNotTouchedMore) {
 constexpr auto removal = [](Filled& filled, int i) { filled.removeAt(i * 7); };
 constexpr auto match = [](Filled& filled, int) { filled.match(); };
 
-const Row kRows[] = {
+const GrowthRow kGrowthRows[] = {
     {"Removal", ChannelKind::TX, nullptr, removal},
     {"MatchRX", ChannelKind::RX, nullptr, match},
     {"AddWithoutKey", ChannelKind::TX, nullptr,
@@ -192,7 +192,7 @@ const Row kRows[] = {
      match},
 };
 
-INSTANTIATE_TEST_SUITE_P(Steps, StoreGrowthTest, ::testing::ValuesIn(kRows),
+INSTANTIATE_TEST_SUITE_P(Steps, StoreGrowthTest, ::testing::ValuesIn(kGrowthRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
