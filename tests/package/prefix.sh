@@ -48,7 +48,8 @@ user_programs() {
 containers='Classes|Wow6432Node\\\\CLSID|Uninstall|Features|Products|UpgradeCodes|Components'
 
 # take_picture NAME: the registry and the files, without what Wine writes at each start, empty containers, and folders
-# that are always there in Windows. The files of the registry are complete when the server has ended.
+# that are always there in Windows. The files of the registry are complete when the server has ended. The next server is
+# started here, because a program that starts one does not wait long for it when the machine is busy.
 take_picture() {
     "$ROOT/tools/wine" "$arch" --stop
     local hive
@@ -58,6 +59,7 @@ take_picture() {
     done
     (cd "$drive" && find . ! -path './windows/Installer' ! -path './users/*/AppData/Local/Programs' | sort) \
         >"$work/$arch-$1.files"
+    "$ROOT/tools/wine" "$arch" --serve
 }
 
 same_pictures() {
