@@ -163,6 +163,7 @@ void drawing(benchmark::State& state, bool shown) {
         state.counters["pan_ms"] = pan.median() * 1e3;
         state.counters["step_ms"] = step.median() * 1e3;
         state.counters["times_bare"] = draw.median() / least.median();
+        state.counters["pan_times_bare"] = pan.median() / least.median();
         state.counters["step_times_pan"] = step.median() / pan.median();
         state.counters["draw_least_ms"] = draw.least() * 1e3;
         state.counters["bare_least_ms"] = least.least() * 1e3;

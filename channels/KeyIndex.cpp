@@ -134,7 +134,7 @@ std::optional<KeyIndex::Found> KeyIndex::findPlace(std::wstring_view key, Channe
         return std::nullopt;
     const Entry& found = entry(number);
     if (found.isLinked() && found.kind() == kind)
-        return Found{static_cast<std::size_t>(found.value), found.isExact && texts_.text(number) == key};
+        return Found{static_cast<std::size_t>(found.value), found.isExact && texts_.foundExactly()};
     const auto index = static_cast<std::size_t>(indexOf(found));
     return index < lists_[kind].size() ? std::optional(Found{lists_[kind].placeOf(index), false}) : std::nullopt;
 }
@@ -176,9 +176,13 @@ void KeyIndex::keyChanges(ChannelKind kind, std::size_t place) noexcept {
 
 void KeyIndex::leaves(ChannelKind kind, std::size_t place) noexcept {
     ++version_;
-    unlinkPlace(kind, place);
-    places_[kind].numbers[place] = kUnknown;
-    places_[kind].odd.erase(place);
+    Places& places = places_[kind];
+    if (places.odd.contains(place)) {
+        places.odd.erase(place);
+    } else {
+        entry(places.numbers[place]) = {lists_[kind].indexOf(place), Leads::ToNumber};
+    }
+    places.numbers[place] = kUnknown;
 }
 
 std::exception_ptr KeyIndex::moveKeysBehind(ChannelKind kind, std::size_t place) {

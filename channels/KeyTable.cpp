@@ -32,15 +32,20 @@ std::wstring_view KeyTable::text(std::int32_t number) const noexcept {
 std::int32_t KeyTable::find(std::wstring_view key) const noexcept {
     if (slots_.empty())
         return kNone;
-    if (last_ != kNone && text(last_) == key)
+    if (last_ != kNone && text(last_) == key) {
+        lastIsExact_ = true;
         return last_;
+    }
     const std::uint32_t hash = hashOf(key);
     const auto mask = static_cast<std::uint32_t>(slots_.size() - 1);
     for (std::size_t slot = hash & mask; slots_[slot] != 0; slot = (slot + 1) & mask) {
         if (((slots_[slot] ^ hash) & ~mask) != 0)
             continue;
         const auto number = static_cast<std::int32_t>((slots_[slot] & mask) - 1);
-        if (entries_[static_cast<std::size_t>(number)].hash == hash && equal(text(number), key))
+        if (entries_[static_cast<std::size_t>(number)].hash != hash)
+            continue;
+        lastIsExact_ = text(number) == key;
+        if (lastIsExact_ || equal(text(number), key))
             return last_ = number;
     }
     return kNone;

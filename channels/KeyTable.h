@@ -16,6 +16,8 @@ class KeyTable {
 
     /// `kNone` when the text was not added.
     [[nodiscard]] std::int32_t find(std::wstring_view text) const noexcept;
+    /// Whether the text that `find` has just found is the same in letter case, too.
+    [[nodiscard]] bool foundExactly() const noexcept { return lastIsExact_; }
     /// The number of a text that is not in the table yet. Throws std::bad_alloc and changes nothing.
     std::int32_t add(std::wstring_view text);
     [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
@@ -34,6 +36,7 @@ class KeyTable {
     std::vector<wchar_t> characters_;
     std::vector<Entry> entries_;
     mutable std::int32_t last_ = kNone;  ///< the text that was found last: a key is often looked up several times
+    mutable bool lastIsExact_ = false;
     /// A power of 2 of them. A text is at the first slot from its hash on that was free: its number plus 1, which takes
     /// fewer bits than a slot has, and above it the same bits of its hash. They tell nearly all other texts without a
     /// look at their entries, which are scattered over the memory. 0 is a free slot.

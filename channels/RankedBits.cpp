@@ -14,8 +14,14 @@ constexpr std::uint64_t bitOf(std::size_t position) {
     return std::uint64_t{1} << (position % kWordBits);
 }
 
+/// The number of bits that are set: sums of pairs, of fours, of bytes, and of all bytes. std::popcount is a call where
+/// the program must also run on processors without an instruction for it.
 std::size_t countOf(std::uint64_t bits) {
-    return static_cast<std::size_t>(std::popcount(bits));
+    bits -= (bits >> 1U) & 0x5555555555555555U;
+    bits = (bits & 0x3333333333333333U) + ((bits >> 2U) & 0x3333333333333333U);
+    bits = (bits + (bits >> 4U)) & 0x0F0F0F0F0F0F0F0FU;
+    const auto halves = static_cast<std::uint32_t>(bits) + static_cast<std::uint32_t>(bits >> 32U);
+    return halves * 0x01010101U >> 24U;
 }
 
 }  // namespace
