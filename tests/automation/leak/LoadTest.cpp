@@ -165,22 +165,6 @@ struct Counts {
     std::atomic<int> calls{0};
 };
 
-/// While it exists, threads run on all processors, also if the program was started on one.
-class AllProcessors {
-  public:
-    AllProcessors() {
-        DWORD_PTR all = 0;
-        EXPECT_TRUE(GetProcessAffinityMask(GetCurrentProcess(), &before_, &all));
-        EXPECT_TRUE(SetProcessAffinityMask(GetCurrentProcess(), all));
-    }
-    ~AllProcessors() { SetProcessAffinityMask(GetCurrentProcess(), before_); }
-    AllProcessors(const AllProcessors&) = delete;
-    AllProcessors& operator=(const AllProcessors&) = delete;
-
-  private:
-    DWORD_PTR before_ = 0;
-};
-
 /// A thread that makes controls, draws in them, lets them fire, calls those of the other thread and releases its own at
 /// any time.
 void liveBesideTheOther(std::size_t self, Exchange& exchange, Counts& counts, std::atomic<int>& ended,
@@ -233,7 +217,6 @@ TEST(Load, ControlsOfTwoThreadsCallEachOther) {
     const char* const wanted = std::getenv("KV_LOAD_SECONDS");
     const auto seconds = std::chrono::seconds(wanted ? std::atoi(wanted) : 15);
     const auto end = std::chrono::steady_clock::now() + seconds;
-    const AllProcessors processors;
     Exchange exchange;
     Counts counts[2];
     std::atomic<int> ended{0};
