@@ -1,9 +1,9 @@
 option(KV_GROUPS "Compile several files of a folder together" ON)
 
-# kv_compile_in_groups(TARGET MOST): compiles up to about MOST files together, because the headers of the system and of the
-# standard library, and the templates that all files use, take most of the time. The group of a file follows from its
-# name only, so a new file changes no other group: when names clash, they clash with names of the new file. Left
-# out is what defines the identifiers that other files only declare: main.cpp, Guids.cpp and the like.
+# kv_compile_in_groups(TARGET MOST): compiles up to about MOST files of a target together, because the headers of the
+# system and of the standard library, and the templates that all files use, take most of the time. The group of a file
+# follows from its name, so a new file seldom changes another group, and names usually clash with those of the new file
+# only. Files that define the identifiers that others declare are compiled alone: main.cpp, Guids.cpp and ProbeGuids.cpp.
 function(kv_compile_in_groups target most)
   if(NOT KV_GROUPS)
     return()
