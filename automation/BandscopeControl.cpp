@@ -33,7 +33,7 @@ BandscopeControl::BandscopeControl() : ConnectionPointsImpl(DIID___kvBandscope) 
         control::Services{platform_, *this, errors_, files_, [] { return makeFreqSlot(); }});
     control::nameParts(*scope_);
     told_ = scope_->children().userControl.looks();
-    extent_ = naturalExtent();
+    sizing_.extent = naturalExtent();
 }
 
 BandscopeControl::~BandscopeControl() {

@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "automation/ControlPersist.h"
+#include "automation/ControlSizing.h"
 #include "automation/ControlView.h"
 #include "automation/ForeignFreqSlot.h"
 #include "automation/Identity.h"
@@ -373,20 +374,7 @@ class BandscopeControl final : public com::DispatchImpl<_kvBandscope, &kChannelC
     HWND lastFocus_ = nullptr;  ///< where the focus was when it left
     unsigned epoch_ = 0;        ///< counts activations and deactivations, so that an outdated one stops
 
-    // ControlSize.cpp
-    SIZEL extent_{};            ///< as the container set it, or that of its window
-    SIZE given_{};              ///< by the container, pixels; 0 x 0 before it has given a size
-    bool sized_ = false;        ///< the container has given a size in which the control can be used
-    SIZE first_{};              ///< of the window since its activation
-    bool placeholder_ = false;  ///< the first window is too low for any picture, and the extent is the natural one
-    bool wantsHeight_ = false;  ///< the first window is too low to be used
-    bool wantsRoom_ = false;    ///< the container must be asked for a larger window
-    bool askPosted_ = false;
-    SIZE refused_{-1, -1};  ///< the window's size that the container kept when it was asked
-    SIZE askedAt_{-1, -1};  ///< the window's size when the container was asked last
-    int asked_ = 0;         ///< how often, since the size last changed
-    int containerCalls_ = 0;
-    bool followingSize_ = false;  ///< the container is asked about a size for which the control is not yet laid out
+    ControlSizing sizing_;
 
     struct Ambient {
         bool userMode = true;

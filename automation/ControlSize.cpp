@@ -65,11 +65,11 @@ BandscopeControl::ContainerCall::ContainerCall(BandscopeControl& control) noexce
       alive_(&control),
       work_(control),
       limit_(control.platform_.pump(), win32::PumpScope::OwnWindows) {
-    ++control_.containerCalls_;
+    ++control_.sizing_.containerCalls;
 }
 
 BandscopeControl::ContainerCall::~ContainerCall() {
-    if (--control_.containerCalls_ == 0)
+    if (--control_.sizing_.containerCalls == 0)
         control_.askForRoomLater();
 }
 
@@ -94,13 +94,13 @@ SIZEL BandscopeControl::viewNaturalExtent(const SIZEL* proposed) {
 SIZE BandscopeControl::viewPixels() {
     const formenv::Widget& control = scope_->children().userControl;
     const SIZE layout{pixelsOf(control.width()), pixelsOf(control.height())};
-    return {given_.cx > 0 ? std::min(given_.cx, layout.cx) : layout.cx,
-            given_.cy > 0 ? std::min(given_.cy, layout.cy) : layout.cy};
+    return {sizing_.given.cx > 0 ? std::min(sizing_.given.cx, layout.cx) : layout.cx,
+            sizing_.given.cy > 0 ? std::min(sizing_.given.cy, layout.cy) : layout.cy};
 }
 
 /// A picture has a size even while the container tries an extent of 0.
 SIZEL BandscopeControl::viewExtent() {
-    return isEmpty(extent_) ? extentOf(viewPixels(), platform_.hostDpi(), extent_) : extent_;
+    return isEmpty(sizing_.extent) ? extentOf(viewPixels(), platform_.hostDpi(), sizing_.extent) : sizing_.extent;
 }
 
 HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {
@@ -109,7 +109,7 @@ HRESULT BandscopeControl::GetExtent(DWORD aspect, SIZEL* size) {
     *size = SIZEL{};
     if (aspect != DVASPECT_CONTENT)
         return DV_E_DVASPECT;
-    *size = extent_;
+    *size = sizing_.extent;
     return S_OK;
 }
 
@@ -128,12 +128,12 @@ HRESULT BandscopeControl::SetExtent(DWORD aspect, SIZEL* size) {
 /// it.
 void BandscopeControl::adoptExtent(const SIZEL& extent) {
     const SIZE pixels = himetricToPixels(extent, platform_.hostDpi());
-    extent_ = extent;
-    placeholder_ = false;
-    sized_ = sized_ || pixels.cy >= pixelsOf(scope_->leastHeight(false));
+    sizing_.extent = extent;
+    sizing_.placeholder = false;
+    sizing_.sized = sizing_.sized || pixels.cy >= pixelsOf(scope_->leastHeight(false));
     if (rootWindow())
         return;
-    given_ = pixels;
+    sizing_.given = pixels;
     if (!isEmpty(extent))
         scope_->resize(fromHostTwips(himetricToTwips(extent.cx)), fromHostTwips(himetricToTwips(extent.cy)));
 }
@@ -162,28 +162,29 @@ void BandscopeControl::placeWindow(const RECT& place, const RECT* clip, bool atA
 /// Called when the window gets its first or another size, or when the container sets the same size again.
 void BandscopeControl::adoptSize(const SIZE& window, bool atActivation) {
     if (atActivation)
-        first_ = window;
-    const bool isFirst = !sized_ && window == first_;
-    placeholder_ = isFirst && (atActivation || placeholder_) && window.cy < pixelsOf(scope_->leastHeight(true));
-    wantsHeight_ =
-        isFirst && (atActivation || wantsHeight_) && window.cy < pixelsOf(scope_->leastHeight(scope_->isCollapsed()));
-    sized_ = sized_ || window.cy >= pixelsOf(scope_->leastHeight(false));
-    given_ = placeholder_ ? SIZE{} : window;
-    extent_ = placeholder_ ? naturalExtent() : extentOf(window, platform_.hostDpi(), extent_);
+        sizing_.first = window;
+    const bool isFirst = !sizing_.sized && window == sizing_.first;
+    sizing_.placeholder =
+        isFirst && (atActivation || sizing_.placeholder) && window.cy < pixelsOf(scope_->leastHeight(true));
+    sizing_.wantsHeight = isFirst && (atActivation || sizing_.wantsHeight) &&
+                          window.cy < pixelsOf(scope_->leastHeight(scope_->isCollapsed()));
+    sizing_.sized = sizing_.sized || window.cy >= pixelsOf(scope_->leastHeight(false));
+    sizing_.given = sizing_.placeholder ? SIZE{} : window;
+    sizing_.extent = sizing_.placeholder ? naturalExtent() : extentOf(window, platform_.hostDpi(), sizing_.extent);
     layOut();
-    const bool isCut = !isEmpty(given_) && pixelsOf(scope_->children().userControl.width()) > given_.cx;
-    wantsRoom_ = wantsHeight_ || isCut;
+    const bool isCut = !isEmpty(sizing_.given) && pixelsOf(scope_->children().userControl.width()) > sizing_.given.cx;
+    sizing_.wantsRoom = sizing_.wantsHeight || isCut;
 }
 
 /// Lays out the control for the size that the container gave. Without room for a pixel, the layout stays as it is.
 void BandscopeControl::layOut() {
-    if (followingSize_)
+    if (sizing_.followingSize)
         return;
-    if (placeholder_)
+    if (sizing_.placeholder)
         scope_->resize(scope_->MinWid(), scope_->MinHgt());
-    else if (!isEmpty(given_))
-        scope_->resize(raster::pixelsToTwips(given_.cx, platform_.dpi()),
-                       raster::pixelsToTwips(given_.cy, platform_.dpi()));
+    else if (!isEmpty(sizing_.given))
+        scope_->resize(raster::pixelsToTwips(sizing_.given.cx, platform_.dpi()),
+                       raster::pixelsToTwips(sizing_.given.cy, platform_.dpi()));
 }
 
 /// The control changed its own size. For the height of a collapsed or expanded panel, the container is asked at once,
@@ -197,8 +198,8 @@ void BandscopeControl::followSize(raster::PixelSize size) {
     const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
     if (size.height == before.cy)
         return;
-    if (containerCalls_ == 0 && site) {
-        const util::Raised following(followingSize_);
+    if (sizing_.containerCalls == 0 && site) {
+        const util::Raised following(sizing_.followingSize);
         RECT place = placeInParent(root);
         place.bottom = place.top + size.height;
         site->OnPosRectChange(&place);
@@ -217,35 +218,36 @@ void BandscopeControl::followSize(raster::PixelSize size) {
 
 void BandscopeControl::askForRoomLater() noexcept {
     const HWND root = rootWindow();
-    if (wantsRoom_ && !askPosted_ && root)
-        askPosted_ = PostMessageW(root, kAskForRoom, 0, 0) != FALSE;
+    if (sizing_.wantsRoom && !sizing_.askPosted && root)
+        sizing_.askPosted = PostMessageW(root, kAskForRoom, 0, 0) != FALSE;
 }
 
 void BandscopeControl::forgetAsking() noexcept {
-    wantsRoom_ = false;
-    askPosted_ = false;
-    refused_ = SIZE{-1, -1};
-    askedAt_ = SIZE{-1, -1};
+    sizing_.wantsRoom = false;
+    sizing_.askPosted = false;
+    sizing_.refused = SIZE{-1, -1};
+    sizing_.askedAt = SIZE{-1, -1};
 }
 
 /// The size that the control requests instead of the window's.
 SIZE BandscopeControl::roomFor(const SIZE& window) const noexcept {
-    return {std::max(window.cx, pixelsOf(scope_->MinWid())), wantsHeight_ ? pixelsOf(scope_->MinHgt()) : window.cy};
+    return {std::max(window.cx, pixelsOf(scope_->MinWid())),
+            sizing_.wantsHeight ? pixelsOf(scope_->MinHgt()) : window.cy};
 }
 
 void BandscopeControl::askForRoom() noexcept {
-    askPosted_ = false;
+    sizing_.askPosted = false;
     const HWND root = rootWindow();
     const ComPtr<IOleInPlaceSite> site = inPlaceSite_;
     // Inside a call of the container, the container is asked at the end of that call.
-    if (containerCalls_ > 0 || !wantsRoom_ || !root || !site)
+    if (sizing_.containerCalls > 0 || !sizing_.wantsRoom || !root || !site)
         return;
-    wantsRoom_ = false;
+    sizing_.wantsRoom = false;
     RECT place = placeInParent(root);
     const SIZE now = sizeOf(place);
-    asked_ = now == askedAt_ ? asked_ + 1 : 1;
-    askedAt_ = now;
-    if (now == refused_ || asked_ > kMostAsks)
+    sizing_.asked = now == sizing_.askedAt ? sizing_.asked + 1 : 1;
+    sizing_.askedAt = now;
+    if (now == sizing_.refused || sizing_.asked > kMostAsks)
         return;
     const SIZE wanted = roomFor(now);
     place.right = place.left + wanted.cx;
@@ -256,13 +258,13 @@ void BandscopeControl::askForRoom() noexcept {
     const SIZE after = sizeOf(root);
     if (after.cx >= wanted.cx && after.cy >= wanted.cy)
         return;
-    refused_ = after;
-    wantsHeight_ = false;
-    if (!placeholder_)
+    sizing_.refused = after;
+    sizing_.wantsHeight = false;
+    if (!sizing_.placeholder)
         return;
-    placeholder_ = false;
-    given_ = after;
-    extent_ = extentOf(after, platform_.hostDpi(), extent_);
+    sizing_.placeholder = false;
+    sizing_.given = after;
+    sizing_.extent = extentOf(after, platform_.hostDpi(), sizing_.extent);
 }
 
 }  // namespace kv::automation

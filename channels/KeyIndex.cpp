@@ -1,6 +1,7 @@
 #include "channels/KeyIndex.h"
 
 #include <algorithm>
+#include <new>
 
 #include "util/RuntimeError.h"
 
@@ -17,6 +18,8 @@ constexpr std::int32_t kForeign = -2;               // to be read from the host'
 void KeyIndex::appended(ChannelKind kind, bool isForeign) {
     Places& places = places_[kind];
     const std::size_t place = places.numbers.size();
+    if (place > Entry::kMost)
+        throw std::bad_alloc();
     places.odd.grow(place + 1);
     places.numbers.push_back(isForeign ? kForeign : kUnknown);
     places.odd.insert(place);
@@ -31,20 +34,20 @@ void KeyIndex::takenBack(ChannelKind kind) noexcept {
 bool KeyIndex::add(std::wstring_view key, ChannelKind kind, std::size_t place) {
     const std::int32_t number = numberOf(key);
     places_[kind].numbers[place] = number;
-    if (!lead(number, {static_cast<std::int32_t>(place), linkTo(kind), texts_.text(number) == key}))
+    if (!lead(number, Entry(place, linkTo(kind), texts_.text(number) == key)))
         return false;
     places_[kind].odd.erase(place);
     return true;
 }
 
 bool KeyIndex::addForeign(std::wstring_view key, std::int32_t index) {
-    return lead(numberOf(key), {index, Leads::ToNumber});
+    return lead(numberOf(key), Entry(static_cast<std::size_t>(index), Leads::ToNumber));
 }
 
 /// False when it leads somewhere already.
 bool KeyIndex::lead(std::int32_t number, const Entry& to) noexcept {
     ++version_;
-    if (entry(number).leads != Leads::Nowhere)
+    if (entry(number).leads() != Leads::Nowhere)
         return false;
     entry(number) = to;
     --forgotten_;
@@ -82,7 +85,7 @@ void KeyIndex::dropForgotten() {
     std::vector<Entry> entries;
     std::size_t forgotten = 0;
     for (std::size_t i = 0; i < entries_.size(); ++i) {
-        const bool leadsNowhere = entries_[i].leads == Leads::Nowhere;
+        const bool leadsNowhere = entries_[i].leads() == Leads::Nowhere;
         if (leadsNowhere && kept[i] == kUnknown)
             continue;
         kept[i] = texts.add(texts_.text(static_cast<std::int32_t>(i)));
@@ -116,16 +119,20 @@ bool KeyIndex::takeBack(std::uint64_t version) noexcept {
 
 std::int32_t KeyIndex::known(std::wstring_view key) const noexcept {
     const std::int32_t number = texts_.find(key);
-    return number != KeyTable::kNone && entry(number).leads != Leads::Nowhere ? number : KeyTable::kNone;
+    return number != KeyTable::kNone && entry(number).leads() != Leads::Nowhere ? number : KeyTable::kNone;
 }
 
-std::int32_t KeyIndex::indexOf(const Entry& entry) const noexcept {
-    return entry.isLinked() ? lists_[entry.kind()].indexOf(static_cast<std::size_t>(entry.value)) : entry.value;
+std::size_t KeyIndex::indexOf(const Entry& entry) const noexcept {
+    return entry.isLinked() ? indexOf(entry.kind(), entry.value()) : entry.value();
+}
+
+std::size_t KeyIndex::indexOf(ChannelKind kind, std::size_t place) const noexcept {
+    return static_cast<std::size_t>(lists_[kind].indexOf(place));
 }
 
 std::optional<std::int32_t> KeyIndex::find(std::wstring_view key) const noexcept {
     const std::int32_t number = known(key);
-    return number != KeyTable::kNone ? std::optional(indexOf(entry(number))) : std::nullopt;
+    return number != KeyTable::kNone ? std::optional(static_cast<std::int32_t>(indexOf(entry(number)))) : std::nullopt;
 }
 
 std::optional<KeyIndex::Found> KeyIndex::findPlace(std::wstring_view key, ChannelKind kind) const noexcept {
@@ -134,8 +141,8 @@ std::optional<KeyIndex::Found> KeyIndex::findPlace(std::wstring_view key, Channe
         return std::nullopt;
     const Entry& found = entry(number);
     if (found.isLinked() && found.kind() == kind)
-        return Found{static_cast<std::size_t>(found.value), found.isExact && texts_.foundExactly()};
-    const auto index = static_cast<std::size_t>(indexOf(found));
+        return Found{found.value(), found.isExact() && texts_.foundExactly()};
+    const std::size_t index = indexOf(found);
     return index < lists_[kind].size() ? std::optional(Found{lists_[kind].placeOf(index), false}) : std::nullopt;
 }
 
@@ -154,10 +161,10 @@ bool KeyIndex::forget(std::wstring_view key) noexcept {
 void KeyIndex::unlink(Entry& entry) noexcept {
     if (!entry.isLinked())
         return;
-    const auto place = static_cast<std::size_t>(entry.value);
+    const std::size_t place = entry.value();
     const ChannelKind kind = entry.kind();
     places_[kind].odd.insert(place);
-    entry = {lists_[kind].indexOf(place), Leads::ToNumber};
+    entry = Entry(indexOf(kind, place), Leads::ToNumber);
 }
 
 void KeyIndex::unlinkPlace(ChannelKind kind, std::size_t place) noexcept {
@@ -180,7 +187,7 @@ void KeyIndex::leaves(ChannelKind kind, std::size_t place) noexcept {
     if (places.odd.contains(place)) {
         places.odd.erase(place);
     } else {
-        entry(places.numbers[place]) = {lists_[kind].indexOf(place), Leads::ToNumber};
+        entry(places.numbers[place]) = Entry(indexOf(kind, place), Leads::ToNumber);
     }
     places.numbers[place] = kUnknown;
 }
@@ -218,20 +225,20 @@ bool KeyIndex::moveKeyOf(FreqSlot& channel, ChannelKind kind, std::size_t place)
 
 /// False when the key is not known.
 bool KeyIndex::moveKey(std::int32_t number, ChannelKind kind, std::size_t place, bool isOwn) noexcept {
-    if (number == KeyTable::kNone || entry(number).leads == Leads::Nowhere)
+    if (number == KeyTable::kNone || entry(number).leads() == Leads::Nowhere)
         return false;
     Entry& moved = entry(number);
     // A later channel that has the key takes it in its turn.
-    if (moved.isLinked() && moved.kind() == kind && static_cast<std::size_t>(moved.value) > place)
+    if (moved.isLinked() && moved.kind() == kind && moved.value() > place)
         return true;
     ++version_;
     unlink(moved);
     if (isOwn) {
-        moved = {static_cast<std::int32_t>(place), linkTo(kind)};
+        moved = Entry(place, linkTo(kind));
         places_[kind].numbers[place] = number;
         places_[kind].odd.erase(place);
     } else {
-        moved = {lists_[kind].indexOf(place), Leads::ToNumber};
+        moved = Entry(indexOf(kind, place), Leads::ToNumber);
     }
     return true;
 }
@@ -240,12 +247,12 @@ void KeyIndex::empties(ChannelKind kind) noexcept {
     ++version_;
     Places& places = places_[kind];
     const ChannelList& list = lists_[kind];
-    std::int32_t index = 0;
+    std::size_t index = 0;
     for (std::size_t place = 0; place < places.numbers.size(); ++place) {
         if (!list.at(place))
             continue;
         if (!places.odd.contains(place))
-            entry(places.numbers[place]) = {index, Leads::ToNumber};
+            entry(places.numbers[place]) = Entry(index, Leads::ToNumber);
         ++index;
     }
     places = {};
@@ -276,7 +283,8 @@ void KeyIndex::moved(ChannelKind kind, std::size_t from, std::size_t to) noexcep
     if (isOdd) {
         places.odd.insert(to);
     } else {
-        entry(places.numbers[to]).value = static_cast<std::int32_t>(to);
+        Entry& linked = entry(places.numbers[to]);
+        linked = Entry(to, linked.leads(), linked.isExact());
     }
 }
 

@@ -27,7 +27,8 @@ class KeyIndex {
   public:
     explicit KeyIndex(const PerKind<ChannelList>& lists) noexcept : lists_(lists) {}
 
-    /// A channel was appended to its list; it is odd until its key is added. Throws std::bad_alloc and changes nothing.
+    /// A channel was appended to its list; it is odd until its key is added. Throws std::bad_alloc, also when there are
+    /// too many channels, and changes nothing.
     void appended(ChannelKind kind, bool isForeign);
     /// Undoes the last `appended`.
     void takenBack(ChannelKind kind) noexcept;
@@ -71,16 +72,33 @@ class KeyIndex {
     void closed(ChannelKind kind, std::size_t places) noexcept;
 
   private:
-    enum class Leads : std::uint8_t { Nowhere, ToNumber, ToTX, ToRX };
-    struct Entry {
-        std::int32_t value = 0;  ///< the index or the place
-        Leads leads = Leads::Nowhere;
-        bool isExact = false;  ///< the key of the linked channel is the text in the same letter case
-        [[nodiscard]] bool isLinked() const noexcept { return leads >= Leads::ToTX; }
+    enum class Leads : std::uint32_t { Nowhere, ToNumber, ToTX, ToRX };
+    /// Where a key leads, in 4 bytes, because there is one for each key.
+    class Entry {
+      public:
+        /// Above this no channel can have an index.
+        static constexpr std::uint32_t kMost = (std::uint32_t{1} << 29U) - 1;
+
+        Entry() noexcept = default;
+        Entry(std::size_t value, Leads leads, bool isExact = false) noexcept
+            : value_(static_cast<std::uint32_t>(value) & kMost), leads_(leads), isExact_(isExact ? 1U : 0U) {}
+        /// The index or the place.
+        [[nodiscard]] std::size_t value() const noexcept { return value_; }
+        [[nodiscard]] Leads leads() const noexcept { return leads_; }
+        /// The key of the linked channel is the text in the same letter case.
+        [[nodiscard]] bool isExact() const noexcept { return isExact_ != 0; }
+        [[nodiscard]] bool isLinked() const noexcept { return leads_ >= Leads::ToTX; }
         [[nodiscard]] ChannelKind kind() const noexcept {
-            return leads == Leads::ToTX ? ChannelKind::TX : ChannelKind::RX;
+            return leads_ == Leads::ToTX ? ChannelKind::TX : ChannelKind::RX;
         }
+
+      private:
+        // Of one type, because Windows' compilers begin a new word for another one.
+        std::uint32_t value_ : 29 = 0;
+        Leads leads_ : 2 = Leads::Nowhere;
+        std::uint32_t isExact_ : 1 = 0;
     };
+    static_assert(sizeof(Entry) == sizeof(std::uint32_t));
     struct Places {
         std::vector<std::int32_t> numbers;  ///< by place: the number of the key in `texts_`
         PlaceSet odd;
@@ -91,7 +109,8 @@ class KeyIndex {
     }
     /// The number of a key that leads somewhere; KeyTable::kNone for any other.
     [[nodiscard]] std::int32_t known(std::wstring_view key) const noexcept;
-    [[nodiscard]] std::int32_t indexOf(const Entry& entry) const noexcept;
+    [[nodiscard]] std::size_t indexOf(const Entry& entry) const noexcept;
+    [[nodiscard]] std::size_t indexOf(ChannelKind kind, std::size_t place) const noexcept;
     [[nodiscard]] Entry& entry(std::int32_t number) noexcept { return entries_[static_cast<std::size_t>(number)]; }
     [[nodiscard]] const Entry& entry(std::int32_t number) const noexcept {
         return entries_[static_cast<std::size_t>(number)];

@@ -1,6 +1,8 @@
 #include "channels/KeyTable.h"
 
 #include <algorithm>
+#include <limits>
+#include <new>
 
 #include "util/KeyedHash.h"
 #include "util/Text.h"
@@ -56,6 +58,8 @@ std::int32_t KeyTable::add(std::wstring_view key) {
         growSlots();
     const std::uint32_t hash = hashOf(key);
     const std::size_t begin = characters_.size();
+    if (key.size() > std::numeric_limits<std::uint32_t>::max() - begin)
+        throw std::bad_alloc();
     // By a quarter instead of doubling, because this is the largest list of all.
     if (begin + key.size() > characters_.capacity())
         characters_.reserve(begin + key.size() + begin / 4);

@@ -2,23 +2,24 @@
 
 #include <algorithm>
 #include <bit>
+#include <limits>
 
 namespace kv::channels {
 
 namespace {
 
-constexpr std::size_t kBits = 64;
+constexpr std::size_t kBits = std::numeric_limits<std::size_t>::digits;
 
-constexpr std::uint64_t bitOf(std::size_t position) {
-    return std::uint64_t{1} << (position % kBits);
+constexpr std::size_t bitOf(std::size_t position) {
+    return std::size_t{1} << (position % kBits);
 }
 
 /// The first set bit at `from` or after it.
-std::size_t nextBit(const std::vector<std::uint64_t>& words, std::size_t from) noexcept {
+std::size_t nextBit(const std::vector<std::size_t>& words, std::size_t from) noexcept {
     std::size_t word = from / kBits;
     if (word >= words.size())
         return PlaceSet::kNone;
-    std::uint64_t bits = words[word] & (~std::uint64_t{0} << (from % kBits));
+    std::size_t bits = words[word] & (~std::size_t{0} << (from % kBits));
     while (bits == 0) {
         if (++word == words.size())
             return PlaceSet::kNone;
@@ -72,7 +73,7 @@ std::size_t PlaceSet::next(std::size_t from) const noexcept {
     const std::size_t word = from / kBits;
     if (count_ == 0 || word >= words_.size())
         return kNone;
-    if (const std::uint64_t bits = words_[word] & (~std::uint64_t{0} << (from % kBits)); bits != 0)
+    if (const std::size_t bits = words_[word] & (~std::size_t{0} << (from % kBits)); bits != 0)
         return word * kBits + static_cast<std::size_t>(std::countr_zero(bits));
     const std::size_t later = nextBit(used_, word + 1);
     return later == kNone ? kNone : later * kBits + static_cast<std::size_t>(std::countr_zero(words_[later]));

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
 namespace kv::channels {
 
-/// A bit a place, and a bit for each 64 of them, so that a few members of half a million are found without a search.
+/// A bit a place, and a bit for each word of them, so that a few members of half a million are found without a search.
 /// Only `grow` needs memory.
 class PlaceSet {
   public:
@@ -26,8 +25,8 @@ class PlaceSet {
     [[nodiscard]] std::size_t next(std::size_t from) const noexcept;
 
   private:
-    std::vector<std::uint64_t> words_;
-    std::vector<std::uint64_t> used_;  ///< a bit for each word that is not 0
+    std::vector<std::size_t> words_;
+    std::vector<std::size_t> used_;  ///< a bit for each word that is not 0
     std::size_t count_ = 0;
 };
 

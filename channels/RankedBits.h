@@ -24,9 +24,11 @@ class RankedBits {
 
   private:
     [[nodiscard]] std::size_t clearBeforeBlock(std::size_t block) const noexcept;
+    [[nodiscard]] std::size_t clearBeforeWord(std::size_t word) const noexcept;
 
-    std::vector<std::uint64_t> words_;
-    std::vector<std::uint32_t> setBefore_;  ///< before each block of words
+    std::vector<std::size_t> words_;
+    std::vector<std::uint16_t> setInBlock_;  ///< before each word, from the beginning of its block
+    std::vector<std::uint32_t> setBefore_;   ///< before each block of words
     std::size_t count_ = 0;
 };
 

@@ -1,8 +1,8 @@
 // How the stores that hold a record hear of its changes.
 #pragma once
 
-#include <compare>
 #include <cstdint>
+#include <functional>
 
 namespace kv::channels {
 
@@ -47,7 +47,10 @@ class RecordWatches {
     struct Watch {
         RecordWatcher* watcher = nullptr;
         std::int32_t place = 0;
-        friend auto operator<=>(const Watch&, const Watch&) = default;  // NOLINT(modernize-use-nullptr): there is none.
+        friend bool operator==(const Watch&, const Watch&) = default;
+        friend bool operator<(const Watch& a, const Watch& b) noexcept {
+            return a.watcher == b.watcher ? a.place < b.place : std::less<>()(a.watcher, b.watcher);
+        }
     };
     class Several;
     static constexpr std::int32_t kSeveral = -1;
