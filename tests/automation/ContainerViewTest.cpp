@@ -14,8 +14,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr int kWidth = 720;
-constexpr int kHeight = 480;
+constexpr int kPaperWidth = 720;
+constexpr int kPaperHeight = 480;
 
 /// Pixels in which two pictures differ by more than a shade.
 int differences(const Picture& a, const Picture& b) {
@@ -54,8 +54,8 @@ class ContainerView : public testing::Test {
     }
     /// What the control looks like, pixel for pixel.
     Picture look() const {
-        const GdiPicture paper(kWidth, kHeight, kPaper);
-        EXPECT_EQ(draw(paper.dc(), {0, 0, kWidth, kHeight}), S_OK);
+        const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
+        EXPECT_EQ(draw(paper.dc(), {0, 0, kPaperWidth, kPaperHeight}), S_OK);
         const Picture picture = paper.read();
         EXPECT_GT(picture.count(kBox, picture.all()), 1000);
         EXPECT_EQ(picture.count(kPaper, picture.all()), 0);
@@ -67,17 +67,17 @@ class ContainerView : public testing::Test {
 
 TEST_F(ContainerView, AnyMappingShowsTheSamePicture) {
     const Picture expected = look();
-    const GdiPicture paper(kWidth, kHeight, kPaper);
+    const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
     // Upwards, in other units and with another origin, as containers with metric coordinates draw.
     SetMapMode(paper.dc(), MM_ANISOTROPIC);
-    SetWindowExtEx(paper.dc(), 2 * kWidth, -2 * kHeight, nullptr);
-    SetViewportExtEx(paper.dc(), kWidth, kHeight, nullptr);
+    SetWindowExtEx(paper.dc(), 2 * kPaperWidth, -2 * kPaperHeight, nullptr);
+    SetViewportExtEx(paper.dc(), kPaperWidth, kPaperHeight, nullptr);
     SetWindowOrgEx(paper.dc(), 100, 1000, nullptr);
-    EXPECT_EQ(draw(paper.dc(), {100, 1000, 100 + 2 * kWidth, 1000 - 2 * kHeight}), S_OK);
+    EXPECT_EQ(draw(paper.dc(), {100, 1000, 100 + 2 * kPaperWidth, 1000 - 2 * kPaperHeight}), S_OK);
     EXPECT_EQ(paper.read(), expected);
     SIZE extent{};
     EXPECT_TRUE(GetWindowExtEx(paper.dc(), &extent));
-    EXPECT_EQ(extent.cy, -2 * kHeight) << "the container's mapping is its own";
+    EXPECT_EQ(extent.cy, -2 * kPaperHeight) << "the container's mapping is its own";
 }
 
 TEST_F(ContainerView, AnEnhancedMetafileHoldsTheWholeControl) {
@@ -85,48 +85,49 @@ TEST_F(ContainerView, AnEnhancedMetafileHoldsTheWholeControl) {
     const HDC recording = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
     ASSERT_TRUE(recording);
     const RECTL window{0, 0, 1000, 1000};
-    EXPECT_EQ(draw(recording, {40, 60, 40 + kWidth, 60 + kHeight}, &window), S_OK);
+    EXPECT_EQ(draw(recording, {40, 60, 40 + kPaperWidth, 60 + kPaperHeight}, &window), S_OK);
     const HENHMETAFILE file = CloseEnhMetaFile(recording);
     ASSERT_TRUE(file);
     ENHMETAHEADER header{};
     GetEnhMetaFileHeader(file, sizeof header, &header);
     EXPECT_NEAR(static_cast<double>(header.rclBounds.left), 40.0, 1.0);
     EXPECT_NEAR(static_cast<double>(header.rclBounds.top), 60.0, 1.0);
-    EXPECT_NEAR(static_cast<double>(header.rclBounds.right), 40.0 + kWidth, 1.0);
-    EXPECT_NEAR(static_cast<double>(header.rclBounds.bottom), 60.0 + kHeight, 1.0);
-    const GdiPicture paper(kWidth, kHeight, kPaper);
-    const RECT all{0, 0, kWidth, kHeight};
+    EXPECT_NEAR(static_cast<double>(header.rclBounds.right), 40.0 + kPaperWidth, 1.0);
+    EXPECT_NEAR(static_cast<double>(header.rclBounds.bottom), 60.0 + kPaperHeight, 1.0);
+    const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
+    const RECT all{0, 0, kPaperWidth, kPaperHeight};
     EXPECT_TRUE(PlayEnhMetaFile(paper.dc(), file, &all));
     DeleteEnhMetaFile(file);
     // The player may stretch by a pixel.
     const Picture played = paper.read();
     EXPECT_NEAR(played.count(kBox, played.all()), expected.count(kBox, expected.all()), 1500);
-    EXPECT_LE(played.count(kPaper, played.all()), 2 * (kWidth + kHeight));
+    EXPECT_LE(played.count(kPaper, played.all()), 2 * (kPaperWidth + kPaperHeight));
 }
 
 TEST_F(ContainerView, AnOldMetafileHoldsTheWholeControl) {
     const Picture expected = look();
     const HDC recording = CreateMetaFileW(nullptr);
     ASSERT_TRUE(recording);
-    const RECTL window{-50, -70, 2 * kWidth, 2 * kHeight};
+    const RECTL window{-50, -70, 2 * kPaperWidth, 2 * kPaperHeight};
     SetMapMode(recording, MM_ANISOTROPIC);
     SetWindowOrgEx(recording, window.left, window.top, nullptr);
     SetWindowExtEx(recording, window.right, window.bottom, nullptr);
-    EXPECT_EQ(draw(recording, {-50, -70, -50 + kWidth, -70 + kHeight}, &window), S_OK);
+    EXPECT_EQ(draw(recording, {-50, -70, -50 + kPaperWidth, -70 + kPaperHeight}, &window), S_OK);
     const HMETAFILE file = CloseMetaFile(recording);
     ASSERT_TRUE(file);
-    const GdiPicture paper(2 * kWidth, 2 * kHeight, kPaper);
+    const GdiPicture paper(2 * kPaperWidth, 2 * kPaperHeight, kPaper);
     SetMapMode(paper.dc(), MM_ANISOTROPIC);
-    SetViewportExtEx(paper.dc(), 2 * kWidth, 2 * kHeight, nullptr);
+    SetViewportExtEx(paper.dc(), 2 * kPaperWidth, 2 * kPaperHeight, nullptr);
     EXPECT_TRUE(PlayMetaFile(paper.dc(), file));
     DeleteMetaFile(file);
     const Picture played = paper.read();
-    Picture quarter{kWidth, kHeight, {}};
-    for (int y = 0; y < kHeight; ++y)
-        for (int x = 0; x < kWidth; ++x)
+    Picture quarter{kPaperWidth, kPaperHeight, {}};
+    for (int y = 0; y < kPaperHeight; ++y)
+        for (int x = 0; x < kPaperWidth; ++x)
             quarter.pixels.push_back(played.at(x, y));
     EXPECT_EQ(differences(quarter, expected), 0);
-    EXPECT_EQ(played.count(kPaper, {kWidth, 0, 2 * kWidth - 1, 2 * kHeight - 1}), kWidth * 2 * kHeight);
+    EXPECT_EQ(played.count(kPaper, {kPaperWidth, 0, 2 * kPaperWidth - 1, 2 * kPaperHeight - 1}),
+              kPaperWidth * 2 * kPaperHeight);
 }
 
 TEST_F(ContainerView, AnActiveControlLooksTheSame) {
@@ -147,8 +148,8 @@ BOOL STDMETHODCALLTYPE answerDraw(ULONG_PTR argument) {
 }
 
 TEST_F(ContainerView, ADrawingCanBeCanceled) {
-    const GdiPicture paper(kWidth, kHeight, kPaper);
-    const RECTL bounds{0, 0, kWidth, kHeight};
+    const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
+    const RECTL bounds{0, 0, kPaperWidth, kPaperHeight};
     int asked = 0;
     const auto once = [&] {
         return view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, paper.dc(), &bounds, nullptr, &answerDraw,
@@ -156,15 +157,15 @@ TEST_F(ContainerView, ADrawingCanBeCanceled) {
     };
     EXPECT_EQ(once(), E_ABORT);
     const Picture untouched = paper.read();
-    EXPECT_EQ(untouched.count(kPaper, untouched.all()), kWidth * kHeight);
+    EXPECT_EQ(untouched.count(kPaper, untouched.all()), kPaperWidth * kPaperHeight);
     EXPECT_EQ(once(), S_OK);
 }
 
 TEST_F(ContainerView, ContentPrintAndOpaqueAspectsAreDrawn) {
     const Picture expected = look();
     for (const DWORD aspect : std::initializer_list<DWORD>{DVASPECT_CONTENT, DVASPECT_DOCPRINT, DVASPECT_OPAQUE}) {
-        const GdiPicture paper(kWidth, kHeight, kPaper);
-        EXPECT_EQ(draw(paper.dc(), {0, 0, kWidth, kHeight}, nullptr, aspect), S_OK) << aspect;
+        const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
+        EXPECT_EQ(draw(paper.dc(), {0, 0, kPaperWidth, kPaperHeight}, nullptr, aspect), S_OK) << aspect;
         EXPECT_EQ(paper.read(), expected) << aspect;
     }
     const GdiPicture paper(10, 10, kPaper);
@@ -180,10 +181,10 @@ TEST_F(ContainerView, PlacesAndHits) {
     EXPECT_EQ(view->GetRect(DVASPECT_CONTENT, &rect), S_OK);
     EXPECT_EQ(rect.left, 0);
     EXPECT_EQ(rect.top, 0);
-    EXPECT_EQ(rect.right, kWidth * 2540 / 96);
-    EXPECT_EQ(rect.bottom, kHeight * 2540 / 96);
+    EXPECT_EQ(rect.right, kPaperWidth * 2540 / 96);
+    EXPECT_EQ(rect.bottom, kPaperHeight * 2540 / 96);
     EXPECT_EQ(view->GetRect(DVASPECT_TRANSPARENT, &rect), DV_E_DVASPECT);
-    const RECT bounds{100, 100, 100 + kWidth, 100 + kHeight};
+    const RECT bounds{100, 100, 100 + kPaperWidth, 100 + kPaperHeight};
     DWORD hit = 99;
     // 265 hundredths of a millimeter are ten pixels.
     for (const auto& [at, close, expected] : {std::tuple<POINT, LONG, HITRESULT>{{100, 100}, 0, HITRESULT_HIT},
@@ -257,17 +258,17 @@ TEST_F(ContainerView, ADibIsThePicture) {
     const auto* header = static_cast<const BITMAPINFOHEADER*>(GlobalLock(medium.hGlobal));
     ASSERT_TRUE(header);
     EXPECT_EQ(header->biSize, sizeof *header);
-    EXPECT_EQ(header->biWidth, kWidth);
-    EXPECT_EQ(header->biHeight, kHeight);
+    EXPECT_EQ(header->biWidth, kPaperWidth);
+    EXPECT_EQ(header->biHeight, kPaperHeight);
     EXPECT_EQ(header->biBitCount, 24);
     EXPECT_EQ(header->biCompression, static_cast<DWORD>(BI_RGB));
-    constexpr std::size_t kRow = (kWidth * 3 + 3) / 4 * 4;
-    const std::size_t needed = sizeof *header + kRow * kHeight;
+    constexpr std::size_t kRow = (kPaperWidth * 3 + 3) / 4 * 4;
+    const std::size_t needed = sizeof *header + kRow * kPaperHeight;
     EXPECT_GE(GlobalSize(medium.hGlobal), needed);
     const auto* pixels = reinterpret_cast<const unsigned char*>(header + 1);
-    Picture picture{kWidth, kHeight, {}};
-    for (std::size_t y = kHeight; y-- > 0;)
-        for (std::size_t x = 0; x < kWidth; ++x) {
+    Picture picture{kPaperWidth, kPaperHeight, {}};
+    for (std::size_t y = kPaperHeight; y-- > 0;)
+        for (std::size_t x = 0; x < kPaperWidth; ++x) {
             const unsigned char* at = pixels + y * kRow + x * 3;
             picture.pixels.push_back(RGB(at[2], at[1], at[0]));
         }
@@ -297,12 +298,12 @@ TEST_F(ContainerView, ABitmapIsThePicture) {
     ASSERT_EQ(data->GetData(&asked, &medium), S_OK);
     BITMAP info{};
     EXPECT_NE(GetObjectW(medium.hBitmap, sizeof info, &info), 0);
-    EXPECT_EQ(info.bmWidth, kWidth);
-    EXPECT_EQ(info.bmHeight, kHeight);
-    const GdiPicture paper(kWidth, kHeight, kPaper);
+    EXPECT_EQ(info.bmWidth, kPaperWidth);
+    EXPECT_EQ(info.bmHeight, kPaperHeight);
+    const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
     const HDC memory = CreateCompatibleDC(nullptr);
     const HGDIOBJ before = SelectObject(memory, medium.hBitmap);
-    EXPECT_TRUE(BitBlt(paper.dc(), 0, 0, kWidth, kHeight, memory, 0, 0, SRCCOPY));
+    EXPECT_TRUE(BitBlt(paper.dc(), 0, 0, kPaperWidth, kPaperHeight, memory, 0, 0, SRCCOPY));
     SelectObject(memory, before);
     DeleteDC(memory);
     EXPECT_EQ(paper.read(), expected);
@@ -319,12 +320,12 @@ TEST_F(ContainerView, AMetafileHasTheControlsSize) {
     EXPECT_EQ(header.rclFrame.left, 0);
     EXPECT_NEAR(static_cast<double>(header.rclFrame.right), 19050.0, 30.0);
     EXPECT_NEAR(static_cast<double>(header.rclFrame.bottom), 12700.0, 30.0);
-    const GdiPicture paper(kWidth, kHeight, kPaper);
-    const RECT all{0, 0, kWidth, kHeight};
+    const GdiPicture paper(kPaperWidth, kPaperHeight, kPaper);
+    const RECT all{0, 0, kPaperWidth, kPaperHeight};
     EXPECT_TRUE(PlayEnhMetaFile(paper.dc(), medium.hEnhMetaFile, &all));
     const Picture played = paper.read();
     EXPECT_NEAR(played.count(kBox, played.all()), expected.count(kBox, expected.all()), 1500);
-    EXPECT_LE(played.count(kPaper, played.all()), 2 * (kWidth + kHeight));
+    EXPECT_LE(played.count(kPaper, played.all()), 2 * (kPaperWidth + kPaperHeight));
     ReleaseStgMedium(&medium);
 }
 

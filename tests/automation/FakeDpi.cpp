@@ -11,16 +11,16 @@ namespace kv::test {
 
 namespace {
 
-UINT present = 0;
+UINT dpiOfWindows = 0;
 
 UINT WINAPI dpiForWindow(HWND window) {
-    return IsWindow(window) ? present : 0;
+    return IsWindow(window) ? dpiOfWindows : 0;
 }
 
 FARPROC WINAPI lookUp(HMODULE module, LPCSTR name) {
     // Small numbers are ordinals.
     if (reinterpret_cast<ULONG_PTR>(name) > 0xFFFF && std::strcmp(name, "GetDpiForWindow") == 0)
-        return present ? reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&dpiForWindow)) : nullptr;
+        return dpiOfWindows ? reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&dpiForWindow)) : nullptr;
     return GetProcAddress(module, name);
 }
 
@@ -41,7 +41,7 @@ FakeDpi::~FakeDpi() {
 }
 
 void FakeDpi::set(UINT dpi) noexcept {
-    present = dpi;
+    dpiOfWindows = dpi;
 }
 
 }  // namespace kv::test

@@ -8,7 +8,7 @@
 namespace kv::test {
 namespace {
 
-constexpr UINT kMembers = 71;
+constexpr UINT kMemberCount = 71;
 
 /// The type of a parameter or result without references and aliases; an object is VT_DISPATCH.
 VARTYPE plainType(ITypeInfo* info, const TYPEDESC& type) {
@@ -99,7 +99,7 @@ std::vector<DeclaredMember> allMembers(IDispatch* object) {
 TEST(Members, EachMemberCanBeCalledByNameAndReturnsItsDeclaredType) {
     const Scope listed;
     const std::vector<DeclaredMember> members = allMembers(listed.get());
-    ASSERT_EQ(members.size(), kMembers);
+    ASSERT_EQ(members.size(), kMemberCount);
     const MessageBoxes boxes;
     for (const DeclaredMember& member : members) {
         SCOPED_TRACE(testing::PrintToString(member.name));

@@ -5,7 +5,7 @@
 namespace kv::test {
 namespace {
 
-const wchar_t* const kMembers[] = {L"PowerAxis", L"Legend", L"ChannelLabels"};
+const wchar_t* const kOverlays[] = {L"PowerAxis", L"Legend", L"ChannelLabels"};
 
 class OverlayMembersTest : public testing::TestWithParam<Way> {
   protected:
@@ -32,9 +32,9 @@ class OverlayMembersTest : public testing::TestWithParam<Way> {
         return value == VARIANT_TRUE;
     }
     HRESULT read(const wchar_t* member, VARIANT_BOOL& value) {
-        return member == kMembers[0]   ? view->get_PowerAxis(&value)
-               : member == kMembers[1] ? view->get_Legend(&value)
-                                       : view->get_ChannelLabels(&value);
+        return member == kOverlays[0]   ? view->get_PowerAxis(&value)
+               : member == kOverlays[1] ? view->get_Legend(&value)
+                                        : view->get_ChannelLabels(&value);
     }
     void set(const wchar_t* member, bool on) {
         if (GetParam() == Way::late) {
@@ -42,9 +42,9 @@ class OverlayMembersTest : public testing::TestWithParam<Way> {
             return;
         }
         const VARIANT_BOOL value = on ? VARIANT_TRUE : VARIANT_FALSE;
-        EXPECT_EQ(member == kMembers[0]   ? view->put_PowerAxis(value)
-                  : member == kMembers[1] ? view->put_Legend(value)
-                                          : view->put_ChannelLabels(value),
+        EXPECT_EQ(member == kOverlays[0]   ? view->put_PowerAxis(value)
+                  : member == kOverlays[1] ? view->put_Legend(value)
+                                           : view->put_ChannelLabels(value),
                   S_OK);
     }
 };
@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(Both, OverlayMembersTest, testing::Values(Way::early, W
 
 TEST_P(OverlayMembersTest, AreOffAtTheStartAndDrawAsSoonAsTheyAreSwitchedOn) {
     const Picture plain = plot.picture();
-    for (const wchar_t* member : kMembers) {
+    for (const wchar_t* member : kOverlays) {
         EXPECT_FALSE(isOn(member));
         set(member, true);
         EXPECT_TRUE(isOn(member));
@@ -73,20 +73,20 @@ TEST_P(OverlayMembersTest, LabelsAreAboveTheBoxAndTheLegendIsInTheCorner) {
     const auto texts = [&] { return plot.picture().find(kTextColor, plot.spectrum); };
     ASSERT_EQ(plot.scope->JustDrawIt(), S_OK);
     ASSERT_FALSE(texts());
-    set(kMembers[2], true);
+    set(kOverlays[2], true);
     const std::optional<Area> label = texts();
     ASSERT_TRUE(label);
     EXPECT_NEAR((label->left + label->right) / 2.0, plot.column(450.0), 3.0);
     EXPECT_LT(label->bottom, plot.row(40.0));
     EXPECT_GT(label->top, plot.row(40.0) - 25);
-    set(kMembers[2], false);
-    set(kMembers[1], true);
+    set(kOverlays[2], false);
+    set(kOverlays[1], true);
     const std::optional<Area> legend = texts();
     ASSERT_TRUE(legend);
     EXPECT_GT(legend->left, (plot.spectrum.left + 3 * plot.spectrum.right) / 4);
     EXPECT_LT(legend->bottom, plot.spectrum.top + 40);
-    set(kMembers[1], false);
-    set(kMembers[0], true);
+    set(kOverlays[1], false);
+    set(kOverlays[0], true);
     const std::optional<Area> axis = texts();
     ASSERT_TRUE(axis);
     EXPECT_LT(axis->right, plot.spectrum.left + 80);

@@ -19,7 +19,7 @@ namespace {
 
 constexpr wchar_t kReportTitle[] = L"Mouse Information";
 
-std::wstring hostCommand(const std::wstring& picture) {
+std::wstring saveCommand(const std::wstring& picture) {
     return L"\"" + hostProgram() + L"\" --plan \"" + samplePlan(L"gmrs.csv") + L"\" --save \"" + picture + L"\"";
 }
 
@@ -92,7 +92,7 @@ class SampleHost : public testing::Test {
 
     TempFile file{L"sample host.bmp"};
     std::wstring picture = file.path();
-    ChildProcess host{hostCommand(picture)};
+    ChildProcess host{saveCommand(picture)};
     HWND main = nullptr;
 };
 

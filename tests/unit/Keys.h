@@ -1,4 +1,4 @@
-// Codes of keys, as the system numbers them.
+// Codes of keys and mouse buttons, as the system numbers them.
 #pragma once
 
 #include "formenv/ShiftKeys.h"
@@ -31,3 +31,10 @@ enum Code {
 using namespace formenv::shift_key;
 
 }  // namespace kv::key
+
+namespace kv {
+
+inline constexpr int kLeftButton = 1;
+inline constexpr int kRightButton = 2;
+
+}  // namespace kv

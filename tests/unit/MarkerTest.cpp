@@ -11,8 +11,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr int kLeftButton = 1;
-
 TEST(DifferenceTextTest, TheUnitFitsTheDifference) {
     EXPECT_EQ(differenceText(2.5, 0.1), L"+2.5 MHz");
     EXPECT_EQ(differenceText(-2.5, 0.1), L"-2.5 MHz");

@@ -9,8 +9,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr int kLeftButton = 1;
-constexpr int kRightButton = 2;
 constexpr int kNotch = 120;
 
 /// 350 to 550 MHz in 20 divisions of 10, on 400 pixels.
