@@ -57,6 +57,29 @@ void pump() {
     }
 }
 
+/// The box for many lines with the longest text.
+HWND reportBox() {
+    struct Search {
+        HWND found = nullptr;
+        int longest = -1;
+        static BOOL CALLBACK child(HWND window, LPARAM search) {
+            wchar_t name[8] = L"";
+            GetClassNameW(window, name, 8);
+            const bool fits = lstrcmpiW(name, L"EDIT") == 0 && (GetWindowLongPtrW(window, GWL_STYLE) & ES_MULTILINE);
+            if (const int length = GetWindowTextLengthW(window);
+                fits && length > reinterpret_cast<Search*>(search)->longest)
+                *reinterpret_cast<Search*>(search) = {window, length};
+            return TRUE;
+        }
+        static BOOL CALLBACK top(HWND window, LPARAM search) {
+            EnumChildWindows(window, &child, search);
+            return TRUE;
+        }
+    } search;
+    EnumThreadWindows(GetCurrentThreadId(), &Search::top, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 class Bstring {
   public:
     explicit Bstring(const std::wstring& text)
@@ -175,11 +198,19 @@ class WindowsRig final : public Rig {
     }
     void showText(const std::wstring& text) override {
         if (!page_) {
-            page_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 470, 300, nullptr, nullptr,
+            // As wide as that of the report and with its font, which decide where lines are broken.
+            const HWND report = reportBox();
+            RECT size{0, 0, 470, 220};
+            if (report)
+                GetWindowRect(report, &size);
+            page_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 600, 600, nullptr, nullptr,
                                     GetModuleHandleW(nullptr), nullptr);
             edit_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"",
                                     WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY, 0,
-                                    0, 470, 220, page_, nullptr, GetModuleHandleW(nullptr), nullptr);
+                                    0, size.right - size.left, size.bottom - size.top, page_, nullptr,
+                                    GetModuleHandleW(nullptr), nullptr);
+            if (report)
+                SendMessageW(edit_, WM_SETFONT, static_cast<WPARAM>(SendMessageW(report, WM_GETFONT, 0, 0)), FALSE);
         }
         SetWindowTextW(edit_, text.c_str());
     }
