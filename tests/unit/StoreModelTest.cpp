@@ -83,5 +83,18 @@ TEST_F(StoreModelTest, ManyChannelsEndAsFewDo) {
         700);
 }
 
+// So many of each kind that the holes which they leave are closed.
+TEST_F(StoreModelTest, ManyRemovalsEndAsFewDo) {
+    run({.name = "many removals, seldom anything unusual",
+         .own = 98,
+         .changes = 5,
+         .keyChanges = 20,
+         .clears = 0,
+         .atFirst = 1200,
+         .additions = 2,
+         .comparisons = 2},
+        1000);
+}
+
 }  // namespace
 }  // namespace kv::control
