@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <string>
 
 namespace kv::test {
@@ -14,8 +16,10 @@ class ChildProcess {
         STARTUPINFOW start{};
         start.cb = sizeof start;
         PROCESS_INFORMATION process{};
-        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
+        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process)) {
+            ADD_FAILURE() << "the program does not start, error " << GetLastError();
             return;
+        }
         CloseHandle(process.hThread);
         process_ = process.hProcess;
         id_ = process.dwProcessId;
