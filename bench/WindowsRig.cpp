@@ -57,7 +57,7 @@ void pump() {
     }
 }
 
-/// The box for many lines with the longest text.
+/// The edit window of the report: of the multi-line ones of this thread, the one with the longest text.
 HWND reportBox() {
     struct Search {
         HWND found = nullptr;
@@ -200,17 +200,17 @@ class WindowsRig final : public Rig {
         if (!page_) {
             // As wide as that of the report and with its font, which decide where lines are broken.
             const HWND report = reportBox();
-            RECT size{0, 0, 470, 220};
-            if (report)
-                GetWindowRect(report, &size);
+            if (!report)
+                throw std::runtime_error("the report has no window");
+            RECT size{};
+            GetWindowRect(report, &size);
             page_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 600, 600, nullptr, nullptr,
                                     GetModuleHandleW(nullptr), nullptr);
             edit_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", L"",
                                     WS_CHILD | WS_VISIBLE | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY, 0,
                                     0, size.right - size.left, size.bottom - size.top, page_, nullptr,
                                     GetModuleHandleW(nullptr), nullptr);
-            if (report)
-                SendMessageW(edit_, WM_SETFONT, static_cast<WPARAM>(SendMessageW(report, WM_GETFONT, 0, 0)), FALSE);
+            SendMessageW(edit_, WM_SETFONT, static_cast<WPARAM>(SendMessageW(report, WM_GETFONT, 0, 0)), FALSE);
         }
         SetWindowTextW(edit_, text.c_str());
     }

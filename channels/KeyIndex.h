@@ -76,7 +76,7 @@ class KeyIndex {
     /// Where a key leads, in 4 bytes, because there is one for each key.
     class Entry {
       public:
-        /// Above this no channel can have an index.
+        /// The highest index or place. KeyIndex::appended fails for the channel above it.
         static constexpr std::uint32_t kMost = (std::uint32_t{1} << 29U) - 1;
 
         Entry() noexcept = default;

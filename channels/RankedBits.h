@@ -11,8 +11,8 @@ namespace kv::channels {
 /// changes, and its current index is the number of clear bits before it. Bits above the highest set one take no memory.
 class RankedBits {
   public:
-    /// Sets a bit that is clear. Costs one addition for each 1024 positions after it. If the memory is short, throws
-    /// std::bad_alloc and changes nothing.
+    /// Sets a bit that is clear. Costs one addition for each word after it in its block of 1024 positions, and one for
+    /// each block after that. If the memory is short, throws std::bad_alloc and changes nothing.
     void set(std::size_t position);
 
     [[nodiscard]] bool test(std::size_t position) const noexcept;

@@ -11,7 +11,7 @@ namespace kv::test {
 
 class ChildProcess {
   public:
-    /// `command` as on a command line.
+    /// `command` as on a command line. If the program does not start, the test fails.
     explicit ChildProcess(std::wstring command) {
         STARTUPINFOW start{};
         start.cb = sizeof start;

@@ -14,8 +14,8 @@ for layer in util raster formenv headless turndial forms channels control host/p
     [[ ! -d $layer ]] || layers+=("$layer")
 done
 
-# tidy_one UNIT KEY: prints what clang-tidy has to say, or leaves the mark. Units include their files. The build has
-# options that only its own compiler knows.
+# tidy_one UNIT KEY: prints what clang-tidy has to say, or leaves the mark. Units include their files.
+# clang-tidy does not know all options of the build's compiler, and would report them.
 tidy_one() {
     local report
     if report=$(clang-tidy --quiet --checks=-bugprone-suspicious-include -p build/native \

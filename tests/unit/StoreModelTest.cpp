@@ -83,8 +83,8 @@ TEST_F(StoreModelTest, ManyChannelsEndAsFewDo) {
         700);
 }
 
-// So many of each kind that the holes which they leave are closed.
-TEST_F(StoreModelTest, ManyRemovalsEndAsFewDo) {
+// So many channels of each kind are removed that both lists close their holes.
+TEST_F(StoreModelTest, ManyRemovalsFromBothListsAgreeWithTheModel) {
     run({.name = "many removals, seldom anything unusual",
          .own = 98,
          .changes = 5,
